@@ -1,0 +1,47 @@
+#include "Foundation/Log.h"
+
+#include <cstdio>
+#include <mutex>
+#include <utility>
+
+namespace quillmoth {
+
+namespace {
+
+struct Sink {
+    std::mutex mutex;
+    std::function<void(std::string)> function;
+};
+
+Sink& installedSink() {
+    static Sink sink;
+    return sink;
+}
+
+} // namespace
+
+void logLine(std::string_view line) {
+    Sink& sink = installedSink();
+    const std::lock_guard lock(sink.mutex);
+    if (sink.function) {
+        sink.function(std::string(line));
+        return;
+    }
+    std::fwrite(line.data(), 1, line.size(), stdout);
+    std::fputc('\n', stdout);
+    std::fflush(stdout);
+}
+
+ScopedLogCapture::ScopedLogCapture(std::function<void(std::string)> function) {
+    Sink& sink = installedSink();
+    const std::lock_guard lock(sink.mutex);
+    former_ = std::exchange(sink.function, std::move(function));
+}
+
+ScopedLogCapture::~ScopedLogCapture() {
+    Sink& sink = installedSink();
+    const std::lock_guard lock(sink.mutex);
+    sink.function = std::move(former_);
+}
+
+} // namespace quillmoth

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace quillmoth {
+
+/// Writes `line` and a line feed to standard output, without level or time stamp. Any thread.
+void logLine(std::string_view line);
+
+/// Collects what logLine writes, in place of standard output, for the lifetime of the object. Tests only.
+class ScopedLogCapture {
+public:
+    explicit ScopedLogCapture(std::function<void(std::string line)> sink);
+    ~ScopedLogCapture();
+    ScopedLogCapture(const ScopedLogCapture&) = delete;
+    ScopedLogCapture& operator=(const ScopedLogCapture&) = delete;
+
+private:
+    std::function<void(std::string)> former_;
+};
+
+} // namespace quillmoth

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace quillmoth::platform {
+
+/// The keyboard layout in force. Main thread.
+class KeyboardLayout {
+public:
+    virtual ~KeyboardLayout() = default;
+
+    /// What the key at the virtual key code `keyCode` writes without modifiers, at most 4 UTF-16 units; none
+    /// where the layout is not known or gives nothing.
+    [[nodiscard]] virtual std::optional<std::string> translate(std::uint16_t keyCode) = 0;
+};
+
+} // namespace quillmoth::platform

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "Foundation/Subscription.h"
+
+#include <cstdint>
+#include <functional>
+
+namespace quillmoth::platform {
+
+/// The keyboard for a window of this program while another application stays the active one. Main thread.
+class PanelFocus {
+public:
+    /// The window system's own name of a window.
+    using WindowIdentifier = std::uint64_t;
+
+    enum class Turn {
+        /// The pointer was pressed outside of this program's windows.
+        pressedElsewhere,
+        /// Another window has become the active one.
+        activatedElsewhere,
+        /// A key combination that belongs to the window manager was pressed.
+        desktopShortcut,
+        /// The session is being locked or suspended.
+        sessionLocked,
+        /// No key has been pressed for a minute.
+        idle,
+    };
+
+    virtual ~PanelFocus() = default;
+
+    /// Sends the keyboard to `window`, which must be on screen. It may take effect a little later.
+    virtual void acquire(WindowIdentifier window) = 0;
+
+    /// Gives the keyboard back to the active application before it returns.
+    virtual void release() = 0;
+
+    [[nodiscard]] virtual bool isHeld() const = 0;
+
+    /// Called while a window has the keyboard, or has lost it and is still watched, until release.
+    virtual Subscription onTurnedElsewhere(std::function<void(Turn)> subscriber) = 0;
+};
+
+} // namespace quillmoth::platform

@@ -1,0 +1,51 @@
+# Fails when a source file includes a header that its module may not know.
+# Usage: cmake -DROOT=<source folder> -P CheckIncludes.cmake
+
+set(violations "")
+
+# refuse(MODULE PATTERN [EXCEPT sub-folder ...]): no file below MODULE may include a header matching PATTERN.
+function(refuse module pattern)
+    cmake_parse_arguments(ARG "" "" "EXCEPT" ${ARGN})
+    file(GLOB_RECURSE files RELATIVE ${ROOT} ${ROOT}/${module}/*.h ${ROOT}/${module}/*.cpp)
+    foreach(file IN LISTS files)
+        set(skip OFF)
+        foreach(folder IN LISTS ARG_EXCEPT)
+            if(file MATCHES "^${module}/${folder}/")
+                set(skip ON)
+            endif()
+        endforeach()
+        if(skip)
+            continue()
+        endif()
+        file(STRINGS ${ROOT}/${file} lines REGEX "^[ \t]*#[ \t]*include[ \t]*[<\"](${pattern})")
+        foreach(line IN LISTS lines)
+            set(violations "${violations}\n  ${file}: ${line}" PARENT_SCOPE)
+            set(violations "${violations}\n  ${file}: ${line}")
+        endforeach()
+    endforeach()
+endfunction()
+
+set(toolkits "Q[A-Z]|Qt|X11/|xcb/|glib|gio/|atspi/|curl/|dbus/|xkbcommon/")
+set(back_ends "Platform/(Linux|Qt|Curl|Fake)/")
+set(pure "${toolkits}|${back_ends}")
+
+refuse(Foundation "${pure}|Platform/|EventSource/|KeyboardShortcuts/|MarkdownUI/|Quillmoth/")
+refuse(Platform "${pure}|unicode/|nlohmann/|simdjson|EventSource/|KeyboardShortcuts/|MarkdownUI/|Quillmoth/"
+    EXCEPT Linux Qt Curl Fake)
+refuse(Platform "EventSource/|KeyboardShortcuts/|MarkdownUI/|Quillmoth/")
+refuse(EventSource "${pure}|KeyboardShortcuts/|MarkdownUI/|Quillmoth/")
+refuse(KeyboardShortcuts "${pure}|EventSource/|MarkdownUI/|Quillmoth/")
+refuse(MarkdownUI "${pure}|Platform/|EventSource/|KeyboardShortcuts/|Quillmoth/" EXCEPT Qt)
+refuse(MarkdownUI/Qt "${back_ends}|EventSource/|KeyboardShortcuts/|Quillmoth/")
+foreach(module Assistant Chat Capture Prompts Application)
+    refuse(Quillmoth/${module} "${pure}|MarkdownUI/|Quillmoth/(Shell|Highlighting)/")
+endforeach()
+refuse(Quillmoth/Chat "Quillmoth/(Assistant|Capture|Prompts|Application)/")
+refuse(Quillmoth/Prompts "Quillmoth/(Assistant|Capture|Chat|Application)/")
+refuse(Quillmoth/Assistant "Quillmoth/Application/")
+refuse(Quillmoth/Highlighting "${pure}|EventSource/|KeyboardShortcuts/|Platform/|Quillmoth/(Assistant|Chat|Capture|Prompts|Application|Shell)/")
+refuse(Quillmoth/Shell "X11/|xcb/|atspi/|curl/|${back_ends}")
+
+if(violations)
+    message(FATAL_ERROR "These includes cross a layer:${violations}")
+endif()
