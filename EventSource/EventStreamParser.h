@@ -1,0 +1,41 @@
+#pragma once
+
+#include "EventSource/Event.h"
+
+#include <array>
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quillmoth {
+
+/// Cuts the bytes of one event stream into events. Used from one thread. Never fails: a block that is not
+/// well-formed UTF-8 is dropped, and so is one that starts with a colon.
+///
+/// A block ends at a doubled line end. Of the three line ends the first in the order CR LF, LF, CR whose
+/// double occurs anywhere in what has arrived decides, even where another one occurs earlier. What follows
+/// the last doubled line end never becomes an event. The work is linear in the bytes, however they are cut
+/// into chunks.
+class EventStreamParser {
+public:
+    /// Adds a chunk of any size and returns the events that it completes, oldest first.
+    std::vector<Event> append(std::string_view data);
+
+private:
+    static constexpr std::array<std::string_view, 3> kDelimiters{"\r\n\r\n", "\n\n", "\r\r"};
+
+    struct Cut {
+        std::size_t position;
+        std::size_t length;
+    };
+
+    [[nodiscard]] std::size_t findDelimiter(std::size_t index, std::size_t start);
+    [[nodiscard]] Cut nextCut(std::size_t start);
+
+    std::string dataBuffer_;
+    // For each delimiter: none begins in the buffer before this offset.
+    std::array<std::size_t, kDelimiters.size()> searched_{};
+};
+
+} // namespace quillmoth

@@ -1,0 +1,117 @@
+#include "Platform/Curl/EasyHandle.h"
+
+#include "Platform/Curl/HeaderName.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace quillmoth::platform {
+
+namespace {
+
+/// A token of RFC 9110, section 5.6.2.
+bool isHeaderName(std::string_view name) {
+    constexpr std::string_view kMarks = "!#$%&'*+-.^_`|~";
+    return !name.empty() && std::all_of(name.begin(), name.end(), [&](char c) {
+        return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
+               kMarks.find(c) != std::string_view::npos;
+    });
+}
+
+/// A line end within a value, as from a key that was pasted with one, would begin another header: it becomes
+/// a blank (RFC 9110, section 5.5).
+std::string safeValue(std::string value) {
+    std::replace_if(
+        value.begin(), value.end(), [](char c) { return c == '\r' || c == '\n' || c == '\0'; }, ' ');
+    return value;
+}
+
+} // namespace
+
+EasyHandle::EasyHandle(const CurlLibrary& curl, const URLRequest& request,
+                       const std::map<std::string, std::string>& additionalHeaders)
+    : curl_(curl), headers_(nullptr, curl.slistFreeAll), handle_(curl.easyInit(), curl.easyCleanup) {
+    set(CURLOPT_ERRORBUFFER, errorText_->data());
+    set(CURLOPT_URL, request.url.c_str());
+    set(CURLOPT_PROTOCOLS_STR, "http,https");
+    set(CURLOPT_FOLLOWLOCATION, 0L);
+    set(CURLOPT_SSL_VERIFYPEER, 1L);
+    set(CURLOPT_SSL_VERIFYHOST, 2L);
+    set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+    set(CURLOPT_USERAGENT, QUILLMOTH_USER_AGENT);
+    set(CURLOPT_NOSIGNAL, 1L);
+    // Lets a peer that has gone without a word be noticed, as a stream may be silent for as long as it likes.
+    set(CURLOPT_TCP_KEEPALIVE, 1L);
+    // A cancelled task does not wait for the answer of the name server.
+    set(CURLOPT_QUICK_EXIT, 1L);
+    setMethod(request);
+    setHeaders(request, additionalHeaders);
+}
+
+void EasyHandle::setCallbacks(Callback headerCallback, Callback bodyCallback, void* context) {
+    set(CURLOPT_HEADERFUNCTION, headerCallback);
+    set(CURLOPT_HEADERDATA, context);
+    set(CURLOPT_WRITEFUNCTION, bodyCallback);
+    set(CURLOPT_WRITEDATA, context);
+}
+
+void EasyHandle::unpause() {
+    curl_.easyPause(handle_.get(), CURLPAUSE_CONT);
+}
+
+template<class Value>
+void EasyHandle::set(CURLoption option, Value value) {
+    curl_.easySetOption(handle_.get(), option, value);
+}
+
+void EasyHandle::setMethod(const URLRequest& request) {
+    const bool isPost = request.httpMethod == "POST";
+    if (request.httpBody || isPost) {
+        set(CURLOPT_POST, 1L);
+        set(CURLOPT_POSTFIELDSIZE_LARGE,
+            static_cast<curl_off_t>(request.httpBody ? request.httpBody->size() : 0));
+        set(CURLOPT_POSTFIELDS, request.httpBody ? request.httpBody->data() : "");
+    } else if (request.httpMethod == "HEAD") {
+        set(CURLOPT_NOBODY, 1L);
+    }
+    if (!isPost && request.httpMethod != "HEAD")
+        set(CURLOPT_CUSTOMREQUEST, request.httpMethod.c_str());
+}
+
+void EasyHandle::setHeaders(const URLRequest& request,
+                            const std::map<std::string, std::string>& additionalHeaders) {
+    for (const auto& [name, value] : request.headers)
+        addHeader(name, value);
+    for (const auto& [name, value] : additionalHeaders) {
+        if (!request.value(name))
+            addHeader(name, value);
+    }
+    // No waiting for a "100 Continue" before the body, and no type that nobody asked for.
+    addHeaderLine("Expect:");
+    const bool hasType =
+        request.value("Content-Type") ||
+        std::any_of(additionalHeaders.begin(), additionalHeaders.end(),
+                    [](const auto& header) { return sameHeaderName(header.first, "Content-Type"); });
+    if (!hasType)
+        addHeaderLine("Content-Type:");
+    set(CURLOPT_HTTPHEADER, headers_.get());
+}
+
+void EasyHandle::addHeader(const std::string& name, const std::string& value) {
+    if (!isHeaderName(name))
+        return;
+    const std::string safe = safeValue(value);
+    const bool blank = safe.find_first_not_of(" \t") == std::string::npos;
+    // The library's way to say that a header is there and empty.
+    addHeaderLine(blank ? name + ";" : name + ": " + safe);
+}
+
+void EasyHandle::addHeaderLine(const std::string& line) {
+    if (curl_slist* list = curl_.slistAppend(headers_.get(), line.c_str())) {
+        // The head of the list stays the same once there is one.
+        headers_.release();
+        headers_.reset(list);
+    }
+}
+
+} // namespace quillmoth::platform

@@ -1,0 +1,54 @@
+#include "Platform/Curl/Redirect.h"
+
+#include "Platform/Curl/HeaderName.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <utility>
+
+namespace quillmoth::platform {
+
+namespace {
+
+constexpr std::array<std::string_view, 2> kCredentials{"Authorization", "Cookie"};
+constexpr std::array<std::string_view, 6> kBodyHeaders{"Content-Type",     "Content-Length",
+                                                       "Content-Encoding", "Content-Language",
+                                                       "Content-Location", "Transfer-Encoding"};
+
+bool becomesGet(const std::string& method, int statusCode) {
+    if (statusCode == 303)
+        return method != "HEAD";
+    return (statusCode == 301 || statusCode == 302) && method == "POST";
+}
+
+template<class Names>
+void removeHeaders(URLRequest& request, const Names& names) {
+    std::erase_if(request.headers, [&](const auto& header) {
+        return std::any_of(names.begin(), names.end(),
+                           [&](std::string_view name) { return sameHeaderName(header.first, name); });
+    });
+}
+
+} // namespace
+
+bool isRedirect(int statusCode) {
+    return (statusCode >= 301 && statusCode <= 303) || statusCode == 307 || statusCode == 308;
+}
+
+URLRequest redirectedRequest(const URLRequest& request, int statusCode, std::string url, bool sameOrigin) {
+    URLRequest result = request;
+    result.url = std::move(url);
+    // The name of another host must not be kept.
+    removeHeaders(result, std::array<std::string_view, 1>{"Host"});
+    if (!sameOrigin)
+        removeHeaders(result, kCredentials);
+    if (becomesGet(request.httpMethod, statusCode)) {
+        result.httpMethod = "GET";
+        result.httpBody.reset();
+        removeHeaders(result, kBodyHeaders);
+    }
+    return result;
+}
+
+} // namespace quillmoth::platform

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "Platform/URLRequest.h"
+
+#include <string>
+
+namespace quillmoth::platform {
+
+/// True for the status codes that send the client to the address in the Location header.
+[[nodiscard]] bool isRedirect(int statusCode);
+
+/// The request to make at `url` after `request` was answered by a redirect (RFC 9110, section 15.4): 301 and
+/// 302 turn POST into GET, 303 all but HEAD, and 307 and 308 keep method and body. Without `sameOrigin` the
+/// credentials of the request itself stay behind.
+[[nodiscard]] URLRequest redirectedRequest(const URLRequest& request, int statusCode, std::string url,
+                                           bool sameOrigin);
+
+} // namespace quillmoth::platform

@@ -1,0 +1,87 @@
+#include "Platform/Curl/URLErrors.h"
+
+#include <algorithm>
+#include <array>
+
+namespace quillmoth::platform {
+
+namespace {
+
+using Code = URLError::Code;
+
+struct Row {
+    CURLcode curlCode;
+    Code code;
+    const char* before;
+    const char* behind;
+};
+
+constexpr const char* kNotSecure = "A secure connection to the server ";
+constexpr const char* kNotMade = " could not be made.";
+constexpr const char* kLost = "The connection to the server ";
+constexpr const char* kWasLost = " was lost.";
+
+constexpr std::array kRows{
+    Row{CURLE_COULDNT_CONNECT, Code::cannotConnectToHost, "Could not connect to the server ", "."},
+    Row{CURLE_COULDNT_RESOLVE_HOST, Code::cannotFindHost, "Could not find the server ", "."},
+    Row{CURLE_COULDNT_RESOLVE_PROXY, Code::cannotFindHost, "Could not find the proxy to the server ", "."},
+    Row{CURLE_PROXY, Code::cannotConnectToHost, "The proxy did not connect to the server ", "."},
+    Row{CURLE_OPERATION_TIMEDOUT, Code::timedOut, "The server ", " took too long to answer."},
+    Row{CURLE_GOT_NOTHING, Code::connectionLost, kLost, kWasLost},
+    Row{CURLE_PARTIAL_FILE, Code::connectionLost, kLost, kWasLost},
+    Row{CURLE_RECV_ERROR, Code::connectionLost, kLost, kWasLost},
+    Row{CURLE_SEND_ERROR, Code::connectionLost, kLost, kWasLost},
+    Row{CURLE_HTTP2, Code::connectionLost, kLost, kWasLost},
+    Row{CURLE_HTTP2_STREAM, Code::connectionLost, kLost, kWasLost},
+    Row{CURLE_SSL_CONNECT_ERROR, Code::secureConnectionFailed, kNotSecure, kNotMade},
+    Row{CURLE_PEER_FAILED_VERIFICATION, Code::secureConnectionFailed, "The certificate of the server ",
+        " is not trusted."},
+    Row{CURLE_SSL_CACERT_BADFILE, Code::secureConnectionFailed, kNotSecure, kNotMade},
+    Row{CURLE_SSL_CERTPROBLEM, Code::secureConnectionFailed, kNotSecure, kNotMade},
+    Row{CURLE_SSL_CIPHER, Code::secureConnectionFailed, kNotSecure, kNotMade},
+    Row{CURLE_SSL_ISSUER_ERROR, Code::secureConnectionFailed, kNotSecure, kNotMade},
+    Row{CURLE_UNSUPPORTED_PROTOCOL, Code::unknown, "The server ", " does not speak HTTP."},
+    Row{CURLE_WEIRD_SERVER_REPLY, Code::unknown, "The server ", " does not speak HTTP."},
+};
+
+constexpr Row kOther{CURLE_OK, Code::unknown, "The exchange with the server ", " failed."};
+
+/// The library's own words name the machine that it tried to reach: where that is not the server, it is a
+/// proxy.
+bool namesAnother(const std::string& detail, const URLParts& server) {
+    std::string host = server.host;
+    std::erase_if(host, [](char c) { return c == '[' || c == ']'; });
+    return !detail.empty() && detail.find(host) == std::string::npos;
+}
+
+} // namespace
+
+URLError transferError(CURLcode code, const URLParts& server, const std::string& detail) {
+    if (code == CURLE_COULDNT_CONNECT && namesAnother(detail, server))
+        return {Code::cannotConnectToHost,
+                "Could not connect to the proxy to the server " + server.server() + "."};
+    const auto* found =
+        std::find_if(kRows.begin(), kRows.end(), [&](const Row& row) { return row.curlCode == code; });
+    const Row& row = found == kRows.end() ? kOther : *found;
+    return {row.code, row.before + server.server() + row.behind};
+}
+
+URLError timeoutError(const URLParts& server) {
+    return transferError(CURLE_OPERATION_TIMEDOUT, server, {});
+}
+
+URLError tooManyRedirectsError(const URLParts& server) {
+    return {Code::tooManyRedirects,
+            "The server " + server.server() + " redirected the request too many times."};
+}
+
+URLError badAddressError() {
+    return {Code::badURL, "The address of the server is not valid."};
+}
+
+URLError badRedirectError(const URLParts& server) {
+    return {Code::badURL,
+            "The server " + server.server() + " redirected the request to an address that is not valid."};
+}
+
+} // namespace quillmoth::platform

@@ -1,0 +1,67 @@
+#include "Platform/Curl/SerialOperationQueues.h"
+
+#include "tests/support/Latch.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <vector>
+
+namespace quillmoth::test {
+
+namespace {
+
+TEST(SerialOperationQueues, RunAllWorkOfAQueueInOrderAndOneAtATime) {
+    std::vector<int> order;
+    {
+        platform::SerialOperationQueues queues;
+        const auto queue = queues.makeSerialQueue();
+        const auto others = queues.makeSerialQueue();
+        for (int index = 0; index < 1000; ++index) {
+            // Not guarded: a data race if two ran at a time.
+            queue->addOperation([&order, index] { order.push_back(index); });
+            others->addOperation([] {});
+        }
+    }
+    ASSERT_EQ(order.size(), 1000U);
+    for (int index = 0; index < 1000; ++index)
+        EXPECT_EQ(order[static_cast<std::size_t>(index)], index);
+}
+
+TEST(SerialOperationQueues, RunBesideEachOther) {
+    platform::SerialOperationQueues queues;
+    const auto first = queues.makeSerialQueue();
+    const auto second = queues.makeSerialQueue();
+    Latch waiting;
+    Latch done;
+    first->addOperation([&] {
+        waiting.wait();
+        done.release();
+    });
+    second->addOperation([&] { waiting.release(); });
+    done.wait();
+}
+
+TEST(SerialOperationQueues, RunToTheirEndWhenTheLastReferenceGoes) {
+    std::atomic<int> count = 0;
+    {
+        platform::SerialOperationQueues queues;
+        auto queue = queues.makeSerialQueue();
+        Latch begin;
+        queue->addOperation([&] { begin.wait(); });
+        queue->addOperation([&count, &queues, held = queue]() mutable {
+            ++count;
+            // Work that adds work, to its own queue as well.
+            held->addOperation([&count] { ++count; });
+            queues.makeSerialQueue()->addOperation([&count] { ++count; });
+            held = nullptr;
+        });
+        queue = nullptr;
+        begin.release();
+    }
+    EXPECT_EQ(count, 3);
+}
+
+} // namespace
+
+} // namespace quillmoth::test

@@ -1,0 +1,317 @@
+#include "tests/integration/network/NetworkTest.h"
+
+#include <cstdlib>
+#include <numeric>
+
+namespace quillmoth::test {
+
+namespace {
+
+/// Writes down what it is told, and lets the test wait.
+class Recorder final : public platform::URLSessionDelegate {
+public:
+    void didReceiveResponse(platform::URLSessionDataTask& /*task*/, const platform::URLResponse& response,
+                            const std::function<void(ResponseDisposition)>& completionHandler) override {
+        status = response.statusCode.value_or(0);
+        if (answersHead)
+            completionHandler(disposition);
+        else
+            heldHandler = completionHandler;
+        headReceived.release();
+    }
+
+    void didReceiveData(platform::URLSessionDataTask& /*task*/, std::string_view data) override {
+        body.append(data);
+        dataReceived.release();
+        if (gate)
+            gate->wait();
+    }
+
+    void didCompleteWithError(platform::URLSessionDataTask& task,
+                              const std::optional<platform::URLError>& itsError) override {
+        ++completions;
+        error = itsError;
+        hadResponse = task.response().has_value();
+        done.release();
+    }
+
+    void willPerformHTTPRedirection(
+        platform::URLSessionDataTask& /*task*/, const platform::URLResponse& /*response*/,
+        const platform::URLRequest& newRequest,
+        const std::function<void(std::optional<platform::URLRequest>)>& completionHandler) override {
+        completionHandler(newRequest);
+    }
+
+    bool answersHead = true;
+    ResponseDisposition disposition = ResponseDisposition::allow;
+    std::shared_ptr<Latch> gate;
+
+    int status = 0;
+    std::string body;
+    int completions = 0;
+    std::optional<platform::URLError> error;
+    bool hadResponse = false;
+    std::function<void(ResponseDisposition)> heldHandler;
+    Latch headReceived;
+    Latch dataReceived;
+    Latch done;
+};
+
+class URLSessionTest : public NetworkTest {
+protected:
+    std::shared_ptr<platform::URLSession>
+    makeSession(const platform::URLSessionConfiguration& configuration = {}) {
+        return sessions->makeSession(configuration, recorder, nullptr);
+    }
+
+    std::shared_ptr<Recorder> recorder = std::make_shared<Recorder>();
+};
+
+TEST_F(URLSessionTest, PutsItsHeadersBehindThoseOfTheRequest) {
+    server.answer("/", jsonAnswer(200, "{}"));
+    const auto session = sessions->makeSession(
+        {.httpAdditionalHeaders = {{"X-Both", "session"}, {"X-Session", "s"}, {"X-Empty", ""}}}, nullptr,
+        nullptr);
+    auto request = postRequest(server.url("/"));
+    request.setValue("request", "x-both");
+    // As from a key that was pasted with its line end, and from one that is missing.
+    request.setValue("Bearer k\r\nX-Smuggled: 1\n", "Authorization");
+    request.setValue("Bearer ", "X-Missing");
+    request.setValue("1", "Not A Name");
+    EXPECT_EQ(fetch(*session, request).data, "{}");
+    const ScriptedRequest sent = server.requests().at(0);
+    EXPECT_EQ(sent.header("X-Both"), "request");
+    EXPECT_EQ(sent.header("X-Session"), "s");
+    EXPECT_EQ(sent.header("X-Empty"), "");
+    EXPECT_EQ(sent.header("Authorization"), "Bearer k  X-Smuggled: 1 ");
+    EXPECT_EQ(sent.header("X-Missing"), "Bearer ");
+    EXPECT_EQ(sent.header("X-Smuggled"), std::nullopt);
+    EXPECT_EQ(sent.header("Not A Name"), std::nullopt);
+    EXPECT_EQ(sent.header("Expect"), std::nullopt);
+    EXPECT_TRUE(sent.header("User-Agent").value_or("").starts_with("Quillmoth/"));
+}
+
+TEST_F(URLSessionTest, SendsEachMethodAsItIs) {
+    server.answer("/", jsonAnswer(204, ""));
+    for (const char* method : {"GET", "POST", "PUT", "DELETE", "PATCH"}) {
+        for (const bool hasBody : {false, true}) {
+            platform::URLRequest request;
+            request.url = server.url("/");
+            request.httpMethod = method;
+            if (hasBody)
+                request.httpBody = std::string("a\0b", 3);
+            const Answer answer = fetch(request);
+            ASSERT_TRUE(answer.response);
+            EXPECT_EQ(answer.response->statusCode, 204);
+            EXPECT_EQ(server.requests().back().method, method);
+            EXPECT_EQ(server.requests().back().body, request.httpBody.value_or(""));
+            EXPECT_EQ(server.requests().back().header("Content-Type"), std::nullopt);
+        }
+    }
+}
+
+TEST_F(URLSessionTest, SharesConnectionsAmongSessions) {
+    server.answer("/", jsonAnswer(200, "{}"));
+    for (int round = 0; round < 3; ++round) {
+        EXPECT_EQ(fetch(postRequest(server.url("/"))).data, "{}");
+        EXPECT_EQ(fetch(*sessions->makeSession({}, nullptr, nullptr), postRequest(server.url("/"))).data,
+                  "{}");
+    }
+    EXPECT_EQ(server.connectionCount(), 1);
+}
+
+TEST_F(URLSessionTest, TellsWhatWentWrongInASentenceWithoutSecrets) {
+    server.answer("/silent", silentAnswer());
+    ScriptedAnswer cut = jsonAnswer(200, "{}");
+    cut.steps = {Send{"{"}, Reset{}};
+    cut.framing = Framing::chunked;
+    server.answer("/cut", cut);
+    const std::string address = "127.0.0.1:" + std::to_string(server.port());
+    const std::vector<std::tuple<std::string, Code, std::string>> rows = {
+        {"http://nowhere.invalid/", Code::cannotFindHost, "Could not find the server nowhere.invalid."},
+        {"https://" + address + "/", Code::secureConnectionFailed,
+         "A secure connection to the server " + address + " could not be made."},
+        {server.url("/silent"), Code::timedOut, "The server " + address + " took too long to answer."},
+        {server.url("/cut"), Code::connectionLost, "The connection to the server " + address + " was lost."},
+        {"", Code::badURL, "The address of the server is not valid."},
+        {"http://", Code::badURL, "The address of the server is not valid."},
+        {"file:///etc/hostname", Code::badURL, "The address of the server is not valid."},
+    };
+    for (const auto& [url, code, sentence] : rows) {
+        auto request = postRequest(url);
+        request.timeoutInterval = code == Code::timedOut ? 0.05 : 60;
+        const Answer answer = fetch(request);
+        ASSERT_TRUE(answer.error) << url;
+        EXPECT_EQ(answer.error->code, code) << url;
+        EXPECT_EQ(answer.error->localizedDescription, sentence);
+        EXPECT_FALSE(answer.data) << url;
+        EXPECT_EQ(answer.response.has_value(), code == Code::connectionLost) << url;
+    }
+}
+
+TEST_F(URLSessionTest, LimitsTheLifeOfATaskThatKeepsReceiving) {
+    ScriptedAnswer answer = eventStream({"data: a\n\n"});
+    answer.steps.emplace_back(WaitForClient{});
+    server.answer("/", answer);
+    const auto session = makeSession({.timeoutIntervalForResource = 0.1, .httpAdditionalHeaders = {}});
+    session->dataTask(postRequest(server.url("/")))->resume();
+    recorder->done.wait();
+    EXPECT_EQ(recorder->error.value_or(platform::URLError()).code, Code::timedOut);
+    EXPECT_EQ(recorder->body, "data: a\n\n");
+    EXPECT_TRUE(recorder->hadResponse);
+}
+
+TEST_F(URLSessionTest, HoldsTheBodyBackUntilTheDelegateHasAllowedIt) {
+    server.answer("/", jsonAnswer(200, "body"));
+    recorder->answersHead = false;
+    const auto session = makeSession();
+    session->dataTask(postRequest(server.url("/")))->resume();
+    recorder->headReceived.wait();
+    // Another exchange goes all the way meanwhile.
+    EXPECT_EQ(fetch(postRequest(server.url("/"))).data, "body");
+    EXPECT_TRUE(recorder->body.empty());
+    EXPECT_EQ(recorder->completions, 0);
+    recorder->heldHandler(platform::URLSessionDelegate::ResponseDisposition::allow);
+    recorder->done.wait();
+    EXPECT_EQ(recorder->body, "body");
+    EXPECT_FALSE(recorder->error);
+}
+
+TEST_F(URLSessionTest, CancelsWhereTheDelegateRefusesTheAnswer) {
+    server.answer("/", jsonAnswer(200, "body"));
+    recorder->disposition = platform::URLSessionDelegate::ResponseDisposition::cancel;
+    const auto session = makeSession();
+    session->dataTask(postRequest(server.url("/")))->resume();
+    recorder->done.wait();
+    EXPECT_TRUE(recorder->body.empty());
+    EXPECT_EQ(recorder->error.value_or(platform::URLError()).code, Code::cancelled);
+}
+
+TEST_F(URLSessionTest, LetsTheServerWaitForASlowDelegateAndLosesNothing) {
+    std::string large(6 << 20, '\0');
+    std::iota(large.begin(), large.end(), '\0');
+    server.answer("/", jsonAnswer(200, large));
+    recorder->gate = makeLatch();
+    const auto session = makeSession();
+    session->dataTask(postRequest(server.url("/")))->resume();
+    recorder->dataReceived.wait();
+    // The delegate is stuck; other tasks are not.
+    EXPECT_EQ(fetch(postRequest(server.url("/"))).data, large);
+    recorder->gate->release();
+    recorder->done.wait();
+    EXPECT_FALSE(recorder->error);
+    EXPECT_TRUE(recorder->body == large);
+}
+
+TEST_F(URLSessionTest, CompletesEachCancelledTaskOnceWhateverItsState) {
+    server.answer("/silent", silentAnswer());
+    server.answer("/", jsonAnswer(200, "{}"));
+    const auto session = makeSession();
+    const auto suspended = session->dataTask(postRequest(server.url("/silent")));
+    suspended->cancel();
+    suspended->cancel();
+    suspended->resume();
+    recorder->done.wait();
+    EXPECT_EQ(recorder->completions, 1);
+    EXPECT_EQ(server.requests().size(), 0U);
+
+    recorder = std::make_shared<Recorder>();
+    const auto running = makeSession();
+    running->dataTask(postRequest(server.url("/silent")))->resume();
+    ASSERT_TRUE(server.waitForRequests(1));
+    running->invalidateAndCancel();
+    running->invalidateAndCancel();
+    recorder->done.wait();
+    EXPECT_EQ(recorder->error.value_or(platform::URLError()).code, Code::cancelled);
+    EXPECT_FALSE(recorder->hadResponse);
+    EXPECT_TRUE(server.waitForEndedConnections(1));
+
+    const Answer late = fetch(*running, postRequest(server.url("/")));
+    ASSERT_TRUE(late.error);
+    EXPECT_EQ(late.error->code, Code::cancelled);
+
+    recorder = std::make_shared<Recorder>();
+    const auto finished = makeSession();
+    const auto task = finished->dataTask(postRequest(server.url("/")));
+    task->resume();
+    recorder->done.wait();
+    task->cancel();
+    finished->invalidateAndCancel();
+    EXPECT_EQ(fetch(postRequest(server.url("/"))).data, "{}");
+    EXPECT_EQ(recorder->completions, 1);
+    EXPECT_FALSE(recorder->error);
+}
+
+TEST_F(URLSessionTest, CompletesRunningTasksWhenTheNetworkGoes) {
+    server.answer("/silent", silentAnswer());
+    const auto session = makeSession();
+    const auto task = session->dataTask(postRequest(server.url("/silent")));
+    task->resume();
+    std::optional<platform::URLError> error;
+    Latch shared;
+    sessions->sharedSession()
+        ->dataTask(postRequest(server.url("/silent")),
+                   [&](auto, auto, auto itsError) {
+                       error = itsError;
+                       shared.release();
+                   })
+        ->resume();
+    ASSERT_TRUE(server.waitForRequests(2));
+    sessions = nullptr;
+    recorder->done.wait();
+    shared.wait();
+    EXPECT_EQ(recorder->error.value_or(platform::URLError()).code, Code::cancelled);
+    EXPECT_EQ(error.value_or(platform::URLError()).code, Code::cancelled);
+    // What outlives the network does nothing any more.
+    task->cancel();
+    session->dataTask(postRequest(server.url("/silent")))->resume();
+}
+
+TEST_F(URLSessionTest, LetsATaskOutliveItsSession) {
+    const auto gate = makeLatch();
+    ScriptedAnswer answer = eventStream({"a"});
+    answer.steps.emplace_back(WaitFor{gate});
+    answer.steps.emplace_back(Send{"b"});
+    server.answer("/", answer);
+    makeSession()->dataTask(postRequest(server.url("/")))->resume();
+    recorder->dataReceived.wait();
+    gate->release();
+    recorder->done.wait();
+    EXPECT_EQ(recorder->body, "ab");
+}
+
+/// Sets a variable of the environment for the lifetime of the object.
+class ScopedVariable {
+public:
+    ScopedVariable(const char* name, const std::string& value) : name_(name) {
+        ::setenv(name, value.c_str(), 1);
+    }
+
+    ~ScopedVariable() { ::unsetenv(name_); }
+
+    ScopedVariable(const ScopedVariable&) = delete;
+    ScopedVariable& operator=(const ScopedVariable&) = delete;
+
+private:
+    const char* name_;
+};
+
+TEST_F(URLSessionTest, GoesThroughTheProxyOfTheEnvironment) {
+    server.answer("/v1", jsonAnswer(200, "through"));
+    {
+        const ScopedVariable proxy("http_proxy", server.baseURL());
+        EXPECT_EQ(fetch(postRequest("http://chat.invalid/v1")).data, "through");
+        EXPECT_EQ(server.requests().at(0).target, "http://chat.invalid/v1");
+        const ScopedVariable exception("no_proxy", "chat.invalid");
+        const Answer direct = fetch(postRequest("http://chat.invalid/v1"));
+        EXPECT_EQ(direct.error.value_or(platform::URLError()).code, Code::cannotFindHost);
+    }
+    const ScopedVariable dead("http_proxy", "http://127.0.0.1:1");
+    const Answer answer = fetch(postRequest("http://chat.invalid/v1"));
+    EXPECT_EQ(answer.error.value_or(platform::URLError()).localizedDescription,
+              "Could not connect to the proxy to the server chat.invalid.");
+}
+
+} // namespace
+
+} // namespace quillmoth::test
