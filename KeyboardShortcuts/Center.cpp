@@ -1,0 +1,166 @@
+#include "KeyboardShortcuts/Center.h"
+
+#include <memory>
+#include <set>
+#include <utility>
+
+namespace quillmoth::KeyboardShortcuts {
+
+Center::Center(platform::UserDefaults& userDefaults, platform::HotKeyCenter& hotKeyCenter,
+               platform::NotificationCenter& notificationCenter)
+    : userDefaults_(userDefaults), notificationCenter_(notificationCenter), registry_(hotKeyCenter),
+      self_(std::make_shared<Center*>(this)) {}
+
+std::optional<Shortcut> Center::getShortcut(const Name& name) const {
+    const auto text = userDefaults_.string(name.defaultsKey());
+    return text ? Shortcut::fromJSON(*text) : std::nullopt;
+}
+
+void Center::setShortcut(const std::optional<Shortcut>& shortcut, const Name& name) {
+    if (const auto former = getShortcut(name)) {
+        registry_.unregisterShortcut(*former);
+        activeShortcuts_.erase(*former);
+    } else if (!shortcut) {
+        return;
+    }
+    if (shortcut) {
+        registerIfNeeded(*shortcut);
+        userDefaults_.set(name.defaultsKey(), shortcut->toJSON());
+    } else {
+        storeCleared(name);
+    }
+    notificationCenter_.post({kShortcutByNameDidChange, {{"name", name}}});
+}
+
+void Center::storeCleared(const Name& name) {
+    // Without the mark the default would come back at the next start.
+    if (name.defaultShortcut())
+        userDefaults_.set(name.defaultsKey(), false);
+    else
+        userDefaults_.remove(name.defaultsKey());
+}
+
+bool Center::hasStoredObject(const Name& name) const {
+    return userDefaults_.object(name.defaultsKey()).has_value();
+}
+
+void Center::onKeyDown(const Name& name, Action action) {
+    addAction(EventType::keyDown, name, std::move(action));
+}
+
+void Center::onKeyUp(const Name& name, Action action) {
+    addAction(EventType::keyUp, name, std::move(action));
+}
+
+void Center::addAction(EventType type, const Name& name, Action action) {
+    handlers(type).actions[name].push_back(std::move(action));
+    registerFor(name);
+}
+
+Subscription Center::events(const Name& name, Listener listener) {
+    auto down = std::make_shared<Subscription>(events(EventType::keyDown, name, listener));
+    auto up = std::make_shared<Subscription>(events(EventType::keyUp, name, std::move(listener)));
+    return Subscription([down, up] {
+        down->reset();
+        up->reset();
+    });
+}
+
+Subscription Center::events(EventType type, const Name& name, Listener listener) {
+    const auto identifier = ++lastStreamIdentifier_;
+    handlers(type).streams[name].emplace(identifier, std::move(listener));
+    registerFor(name);
+    return Subscription([weak = std::weak_ptr(self_), type, name, identifier] {
+        const auto self = weak.lock();
+        if (!self)
+            return;
+        auto& streams = (*self)->handlers(type).streams;
+        const auto found = streams.find(name);
+        if (found == streams.end())
+            return;
+        found->second.erase(identifier);
+        if (found->second.empty())
+            streams.erase(found);
+    });
+}
+
+Subscription Center::on(EventType type, const Name& name, Action action) {
+    return events(type, name, [action = std::move(action)](EventType) { action(); });
+}
+
+void Center::enable(const Name& name) {
+    registerFor(name);
+}
+
+void Center::disable(const Name& name) {
+    if (const auto shortcut = getShortcut(name)) {
+        registry_.unregisterShortcut(*shortcut);
+        activeShortcuts_.erase(*shortcut);
+    }
+}
+
+void Center::reset(std::span<const Name> names) {
+    for (const auto& name : names)
+        setShortcut(name.defaultShortcut(), name);
+}
+
+void Center::removeAllHandlers() {
+    std::set<Name> names;
+    for (const auto* table : {&keyDown_, &keyUp_}) {
+        for (const auto& [name, actions] : table->actions)
+            names.insert(name);
+        for (const auto& [name, listeners] : table->streams)
+            names.insert(name);
+    }
+    for (const auto& name : names) {
+        if (const auto shortcut = getShortcut(name))
+            registry_.unregisterShortcut(*shortcut);
+    }
+    keyDown_ = {};
+    keyUp_ = {};
+    activeShortcuts_.clear();
+}
+
+void Center::registerFor(const Name& name) {
+    if (const auto shortcut = getShortcut(name))
+        registerIfNeeded(*shortcut);
+}
+
+void Center::registerIfNeeded(const Shortcut& shortcut) {
+    if (activeShortcuts_.contains(shortcut))
+        return;
+    registry_.registerShortcut(
+        shortcut, [this](const Shortcut& pressed) { dispatch(EventType::keyDown, pressed); },
+        [this](const Shortcut& released) { dispatch(EventType::keyUp, released); });
+    activeShortcuts_.insert(shortcut);
+}
+
+void Center::dispatch(EventType type, const Shortcut& shortcut) {
+    if (recordingPause_)
+        return;
+    // Copies: a handler may add or remove handlers, or change a slot.
+    const auto actions = handlers(type).actions;
+    for (const auto& [name, list] : actions) {
+        if (getShortcut(name) != shortcut)
+            continue;
+        for (const auto& action : list)
+            action();
+    }
+    const auto streams = handlers(type).streams;
+    for (const auto& [name, listeners] : streams) {
+        if (getShortcut(name) != shortcut)
+            continue;
+        for (const auto& [identifier, listener] : listeners) {
+            if (hasStream(type, name, identifier))
+                listener(type);
+        }
+    }
+}
+
+bool Center::hasStream(EventType type, const Name& name, std::uint64_t identifier) {
+    const auto& streams = handlers(type).streams;
+    const auto found = streams.find(name);
+    return found != streams.end() && found->second.contains(identifier);
+}
+
+} // namespace quillmoth::KeyboardShortcuts

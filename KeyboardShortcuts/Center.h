@@ -1,0 +1,91 @@
+#pragma once
+
+#include "Foundation/Subscription.h"
+#include "KeyboardShortcuts/CarbonKeyboardShortcuts.h"
+#include "KeyboardShortcuts/EventType.h"
+#include "KeyboardShortcuts/Name.h"
+#include "Platform/NotificationCenter.h"
+#include "Platform/UserDefaults.h"
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <span>
+#include <unordered_set>
+#include <vector>
+
+namespace quillmoth::KeyboardShortcuts {
+
+/// Posted after a slot has changed; its entry "name" holds the Name.
+constexpr const char* kShortcutByNameDidChange = "KeyboardShortcuts_shortcutByNameDidChange";
+
+/// The program's shortcuts by name: what is stored for each, what runs on it. The store is read anew at every
+/// use. Main thread; made once.
+class Center {
+public:
+    using Action = std::function<void()>;
+    using Listener = std::function<void(EventType)>;
+
+    /// The services outlive the object.
+    Center(platform::UserDefaults& userDefaults, platform::HotKeyCenter& hotKeyCenter,
+           platform::NotificationCenter& notificationCenter);
+
+    [[nodiscard]] std::optional<Shortcut> getShortcut(const Name& name) const;
+    /// Stores the shortcut, or clears the slot, registers anew and posts the notice.
+    void setShortcut(const std::optional<Shortcut>& shortcut, const Name& name);
+    /// True where the store has anything for the slot, the mark of a cleared one included.
+    [[nodiscard]] bool hasStoredObject(const Name& name) const;
+
+    /// Adds to the actions of the name; there is no taking back but removeAllHandlers.
+    void onKeyDown(const Name& name, Action action);
+    void onKeyUp(const Name& name, Action action);
+
+    /// Both events, or those of one type, as long as the subscription lives.
+    Subscription events(const Name& name, Listener listener);
+    Subscription events(EventType type, const Name& name, Listener listener);
+    Subscription on(EventType type, const Name& name, Action action);
+
+    void enable(const Name& name);
+    /// The stored shortcut stays.
+    void disable(const Name& name);
+    void reset(std::span<const Name> names);
+    void removeAllHandlers();
+
+    /// True while a shortcut is being recorded: no handler runs then.
+    [[nodiscard]] bool recordingPause() const { return recordingPause_; }
+
+    void setRecordingPause(bool paused) { recordingPause_ = paused; }
+
+    /// What the desktop keeps for itself.
+    [[nodiscard]] std::vector<Shortcut> system() const { return registry_.system(); }
+
+private:
+    struct Handlers {
+        std::map<Name, std::vector<Action>> actions;
+        std::map<Name, std::map<std::uint64_t, Listener>> streams;
+    };
+
+    Handlers& handlers(EventType type) { return type == EventType::keyDown ? keyDown_ : keyUp_; }
+
+    void addAction(EventType type, const Name& name, Action action);
+    void registerIfNeeded(const Shortcut& shortcut);
+    void registerFor(const Name& name);
+    void dispatch(EventType type, const Shortcut& shortcut);
+    [[nodiscard]] bool hasStream(EventType type, const Name& name, std::uint64_t identifier);
+    void storeCleared(const Name& name);
+
+    platform::UserDefaults& userDefaults_;
+    platform::NotificationCenter& notificationCenter_;
+    std::unordered_set<Shortcut> activeShortcuts_;
+    Handlers keyDown_;
+    Handlers keyUp_;
+    std::uint64_t lastStreamIdentifier_ = 0;
+    bool recordingPause_ = false;
+    CarbonKeyboardShortcuts registry_;
+    // Lets a subscription that outlives the object find out that it has gone.
+    std::shared_ptr<Center*> self_;
+};
+
+} // namespace quillmoth::KeyboardShortcuts

@@ -1,0 +1,115 @@
+#include "KeyboardShortcuts/CarbonKeyboardShortcuts.h"
+
+#include "Foundation/FatalError.h"
+#include "tests/unit/shortcuts/ShortcutFakes.h"
+
+#include <gtest/gtest.h>
+#include <stdexcept>
+
+namespace quillmoth::KeyboardShortcuts::test {
+
+namespace {
+
+constexpr std::uint32_t kSignature = 0x484B5247;
+
+class CarbonKeyboardShortcutsTest : public testing::Test {
+protected:
+    void add(const Shortcut& shortcut) {
+        registry.registerShortcut(
+            shortcut, [this](const Shortcut& pressed) { log.emplace_back("down", pressed); },
+            [this](const Shortcut& released) { log.emplace_back("up", released); });
+    }
+
+    RecordingHotKeyCenter system;
+    CarbonKeyboardShortcuts registry{system};
+    std::vector<std::pair<std::string, Shortcut>> log;
+};
+
+const Shortcut kOptionSpace(Key::space, kFlagOption);
+const Shortcut kCommandK(Key::k, kFlagCommand);
+
+} // namespace
+
+TEST_F(CarbonKeyboardShortcutsTest, NumbersItsRegistrationsAndNeverUsesANumberTwice) {
+    add(kOptionSpace);
+    system.registrationStatus = -9878;
+    add(kCommandK);
+    system.registrationStatus = platform::noErr;
+    system.givesHandle = false;
+    add(kCommandK);
+    system.givesHandle = true;
+    registry.unregisterShortcut(kOptionSpace);
+    add(kOptionSpace);
+
+    ASSERT_EQ(system.requests.size(), 4U);
+    for (std::uint32_t index = 0; index < 4; ++index) {
+        EXPECT_EQ(system.requests[index].identifier.signature, kSignature);
+        EXPECT_EQ(system.requests[index].identifier.id, index + 1);
+    }
+    EXPECT_EQ(system.requests[0].keyCode, 49U);
+    EXPECT_EQ(system.requests[0].carbonModifiers, 0x800U);
+    // What was refused left no record behind.
+    registry.unregisterShortcut(kCommandK);
+    EXPECT_EQ(system.registered.size(), 1U);
+}
+
+TEST_F(CarbonKeyboardShortcutsTest, InstallsOneHandlerAsSoonAsThereIsATarget) {
+    system.hasTarget = false;
+    add(kOptionSpace);
+    EXPECT_TRUE(system.handlers.empty());
+    system.hasTarget = true;
+    add(kCommandK);
+    EXPECT_EQ(system.handlers.size(), 1U);
+    registry.unregisterShortcut(kCommandK);
+    add(kCommandK);
+    EXPECT_EQ(system.handlers.size(), 1U);
+}
+
+TEST_F(CarbonKeyboardShortcutsTest, AnswersEachKindOfEvent) {
+    add(kOptionSpace);
+    EXPECT_EQ(system.handlers.at(0)(nullptr), platform::eventNotHandledErr);
+    const std::pair<platform::HotKeyEvent, platform::OSStatus> cases[] = {
+        {{.kind = 5, .hotKeyID = std::nullopt, .parameterError = -9870}, -9870},
+        {{.kind = 5, .hotKeyID = platform::EventHotKeyID{0x41424344, 1}}, -9874},
+        {{.kind = 5, .hotKeyID = platform::EventHotKeyID{kSignature, 2}}, -9874},
+        {{.kind = 7, .hotKeyID = platform::EventHotKeyID{kSignature, 1}}, -9874},
+        {{.kind = 5, .hotKeyID = platform::EventHotKeyID{kSignature, 1}}, 0},
+        {{.kind = 6, .hotKeyID = platform::EventHotKeyID{kSignature, 1}}, 0},
+    };
+    for (const auto& [event, status] : cases)
+        EXPECT_EQ(system.send(event), status);
+    const std::vector<std::pair<std::string, Shortcut>> expected = {{"down", kOptionSpace},
+                                                                    {"up", kOptionSpace}};
+    EXPECT_EQ(log, expected);
+}
+
+TEST_F(CarbonKeyboardShortcutsTest, AnIdentifierBeyond32BitsIsAFault) {
+    const ScopedFatalErrorHandler handler([](const std::string& text) { throw std::runtime_error(text); });
+    EXPECT_THROW(add(Shortcut(Key(-1), 0)), std::runtime_error);
+    EXPECT_THROW(add(Shortcut(Key(0x100000000), 0)), std::runtime_error);
+    EXPECT_TRUE(system.requests.empty());
+}
+
+TEST_F(CarbonKeyboardShortcutsTest, ListsWhatTheSystemHasTakenAndEnabled) {
+    system.symbolicHotKeys = {
+        {.enabled = true, .keyCode = 49, .carbonModifiers = 0x100},
+        {.enabled = false, .keyCode = 48, .carbonModifiers = 0x100},
+        {.enabled = true, .keyCode = std::nullopt, .carbonModifiers = 0x100},
+        {.enabled = true, .keyCode = 48, .carbonModifiers = std::nullopt},
+        {.enabled = true, .keyCode = 111, .carbonModifiers = 0x20000},
+    };
+    EXPECT_EQ(registry.system(), (std::vector{Shortcut(49, 0x100), Shortcut(111, 0)}));
+}
+
+TEST(CarbonKeyboardShortcuts, LeavesNothingRegisteredAndIgnoresLateEvents) {
+    RecordingHotKeyCenter system;
+    {
+        CarbonKeyboardShortcuts registry(system);
+        registry.registerShortcut(
+            kOptionSpace, [](const Shortcut&) { FAIL(); }, [](const Shortcut&) {});
+    }
+    EXPECT_TRUE(system.registered.empty());
+    EXPECT_EQ(system.send({.kind = 5, .hotKeyID = platform::EventHotKeyID{kSignature, 1}}), -9874);
+}
+
+} // namespace quillmoth::KeyboardShortcuts::test
