@@ -1,0 +1,135 @@
+#include "Quillmoth/Application/AppDelegate.h"
+
+#include "Foundation/FatalError.h"
+#include "Foundation/Log.h"
+#include "Platform/Accessibility.h"
+#include "Platform/Application.h"
+#include "Platform/StatusItem.h"
+#include "Platform/UUIDSource.h"
+#include "Platform/UserDefaults.h"
+#include "Platform/Workspace.h"
+#include "Quillmoth/Application/URLQuery.h"
+
+#include <algorithm>
+
+namespace quillmoth {
+
+namespace {
+
+constexpr const char* kFirstTimeKey = "firstTime";
+constexpr platform::PanelProperties::Rectangle kPanelContent{0, 0, 612, 90};
+constexpr std::uint32_t kBackingBuffered = 2;
+
+KeyboardShortcuts::Shortcut optionSpace() {
+    return {KeyboardShortcuts::Key::space, KeyboardShortcuts::kFlagOption};
+}
+
+std::string routeName(AppDelegate::Route route) {
+    return route == AppDelegate::Route::onboardingView ? "onboardingView" : "promptEditor";
+}
+
+} // namespace
+
+AppDelegate::AppDelegate(const platform::Platform& platform, KeyboardShortcuts::Center& shortcuts)
+    : _coreAppModel(DataModel::create(platform)), platform_(platform), shortcuts_(shortcuts),
+      showFloatingPanel_("showFloatingPanel", optionSpace(), shortcuts) {}
+
+AppDelegate::~AppDelegate() {
+    _coreAppModel->_FloatingViewPanel = nullptr;
+}
+
+void AppDelegate::finishLaunching() {
+    platform_.application.closeFirstWindow();
+    showStatusItem();
+    if (platform_.userDefaults.boolean(kFirstTimeKey, true)) {
+        platform_.userDefaults.set(kFirstTimeKey, false);
+        openRoute(Route::onboardingView);
+    }
+    if (!platform_.accessibility.isProcessTrustedWithOptions(true))
+        logLine("Not trusted");
+    buildFloatingPanel();
+    shortcuts_.onKeyUp(showFloatingPanel_, [this] { toggleFloatingPanel(); });
+}
+
+void AppDelegate::showStatusItem() {
+    platform_.statusItems.show(
+        "wand.and.stars", "Quillmoth",
+        {{.title = "Get Started", .keyEquivalent = "1", .action = [this] { didTapOne(); }},
+         {.title = "Prompt Editor", .keyEquivalent = "2", .action = [this] { didTapTwo(); }},
+         {.title = "Settings", .keyEquivalent = "3", .action = [this] { didTapThree(); }},
+         {.title = "", .keyEquivalent = "", .action = {}},
+         {.title = "Quit", .keyEquivalent = "q", .action = [this] { platform_.application.terminate(); }}});
+}
+
+void AppDelegate::buildFloatingPanel() {
+    auto panel = std::make_shared<FloatingViewPanel>(platform_.panelWindows, false, false, kPanelContent,
+                                                     kBackingBuffered, false);
+    _coreAppModel->_FloatingViewPanel = panel;
+    panel->setTitle("Quillmoth Floating");
+}
+
+void AppDelegate::toggleFloatingPanel() {
+    logLine("Keyboard shortcut was pressed!");
+    _coreAppModel->captureContext();
+    const std::shared_ptr<FloatingViewPanel> panel = _coreAppModel->_FloatingViewPanel;
+    if (panel && panel->isOpen) {
+        panel->close();
+        panel->isOpen = false;
+        return;
+    }
+    if (!panel)
+        fatalError("There is no panel to show");
+    panel->isOpen = true;
+    panel->center();
+    panel->setFrameUsingName(FloatingViewPanel::kFrameName);
+    _coreAppModel->_didFocus = true;
+    panel->orderFront();
+    panel->makeKeyWindow();
+    panel->isOpen = true;
+}
+
+void AppDelegate::openRoute(Route route) {
+    platform_.workspace.openURL(std::string(kScheme) + "://" + routeName(route));
+}
+
+void AppDelegate::didTapOne() {
+    openRoute(Route::onboardingView);
+}
+
+void AppDelegate::didTapTwo() {
+    openRoute(Route::promptEditor);
+}
+
+void AppDelegate::didTapThree() {
+    platform_.application.activateIgnoringOtherApps();
+    platform_.application.showSettingsWindow();
+}
+
+void AppDelegate::handleOpenURL(const std::vector<std::string>& urls) {
+    for (const std::string& url : urls) {
+        if (urlScheme(url) != kScheme)
+            continue;
+        logLine("RUNNING URL SCHME");
+        const auto items = urlQueryItems(url);
+        if (!items)
+            continue;
+        const auto data = std::find_if(items->begin(), items->end(),
+                                       [](const URLQueryItem& item) { return item.name == "data"; });
+        if (data != items->end() && data->value)
+            importPreset(*data->value);
+    }
+}
+
+void AppDelegate::importPreset(const std::string& json) {
+    auto prompt = readPromptData(json);
+    if (!prompt)
+        fatalError("The URL holds no preset: " + prompt.error().description);
+    prompt->id = platform_.uuidSource.makeUUID();
+    _coreAppModel->_PromptM.get()->mutatePrompts(
+        [&](std::vector<PromptData>& prompts) { prompts.push_back(std::move(*prompt)); });
+    _coreAppModel->refreshList();
+    _coreAppModel->clampSelection();
+    openRoute(Route::promptEditor);
+}
+
+} // namespace quillmoth

@@ -1,0 +1,58 @@
+#pragma once
+
+#include "KeyboardShortcuts/Center.h"
+#include "KeyboardShortcuts/Name.h"
+#include "Platform/Platform.h"
+#include "Quillmoth/Assistant/DataModel.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quillmoth {
+
+/// What stands up when the process starts: the tray item, the panel, the hot key. Made once, and kept to the
+/// end of the process. Main thread.
+class AppDelegate {
+public:
+    enum class Route { onboardingView = 0, promptEditor = 1 };
+
+    static constexpr std::string_view kScheme = "quillmoth";
+
+    /// Makes the model. The services and `shortcuts` outlive the object.
+    AppDelegate(const platform::Platform& platform, KeyboardShortcuts::Center& shortcuts);
+    /// Takes the panel from the model, since the two hold each other.
+    ~AppDelegate();
+    AppDelegate(const AppDelegate&) = delete;
+    AppDelegate& operator=(const AppDelegate&) = delete;
+
+    void finishLaunching();
+
+    /// Imports the presets that the URLs carry in a query item "data". A text there that is no preset is a
+    /// fatal fault; URLs of other schemes, or without that item, have no effect here.
+    void handleOpenURL(const std::vector<std::string>& urls);
+
+    /// The reaction to the hot key: captures the context, then opens or closes the panel.
+    void toggleFloatingPanel();
+
+    void openRoute(Route route);
+    void didTapOne();
+    void didTapTwo();
+    void didTapThree();
+
+    /// Nothing reads it; the panel knows whether it is open.
+    bool isOpen = false;
+    const std::shared_ptr<DataModel> _coreAppModel;
+
+private:
+    void showStatusItem();
+    void buildFloatingPanel();
+    void importPreset(const std::string& json);
+
+    const platform::Platform platform_;
+    KeyboardShortcuts::Center& shortcuts_;
+    KeyboardShortcuts::Name showFloatingPanel_;
+};
+
+} // namespace quillmoth

@@ -1,0 +1,95 @@
+// Conversations are summarised and stored when they are closed.
+
+#include "Foundation/FatalError.h"
+#include "Foundation/Log.h"
+#include "Platform/Clock.h"
+#include "Platform/MainQueue.h"
+#include "Platform/URLSession.h"
+#include "Quillmoth/Assistant/DataModel.h"
+#include "Quillmoth/Chat/ChatRequests.h"
+#include "Quillmoth/Prompts/JSONFunction.h"
+
+#include <utility>
+
+namespace quillmoth {
+
+namespace {
+
+constexpr const char* kSummaryPrompt =
+    "In not more than 1 sentence, what have we been talking about? Answer in this specific pattern only: "
+    "[emoji][topics name]  use only 1 emoji (Not two, not three) related to the topic at the front of the "
+    "sentence, make topics name as short as possible but specific";
+
+/// A conversation on its way into the history: as it was when it was closed.
+struct Closed {
+    std::weak_ptr<DataModel> model;
+    std::vector<ChatMessage> messages;
+    std::int64_t index = 0;
+};
+
+/// On a queue of the session's: touches the model on the main queue only.
+void summaryArrived(platform::MainQueue& mainQueue, Closed closed, const std::optional<std::string>& data,
+                    const std::optional<platform::URLError>& error) {
+    if (error) {
+        logLine(error->localizedDescription);
+        return;
+    }
+    if (!data)
+        return;
+    auto response = readChatResponse(*data);
+    if (!response) {
+        logLine("Unexpected saving error: " + response.error().description);
+        mainQueue.async([closed = std::move(closed)]() mutable {
+            if (const auto model = closed.model.lock())
+                model->storeConversationWithDate(std::move(closed.messages), closed.index);
+        });
+        return;
+    }
+    if (response->choices.empty())
+        fatalError("The answer with the topic of the conversation came with no choice in it");
+    mainQueue.async(
+        [closed = std::move(closed), topic = std::move(response->choices.front().message.content)]() mutable {
+            if (const auto model = closed.model.lock())
+                model->storeConversation(topic, std::move(closed.messages), closed.index);
+        });
+}
+
+} // namespace
+
+void DataModel::archiveConversation() {
+    Closed closed{weak_from_this(), _messages, _chatWithHistory};
+    std::vector<ChatMessage> asked = closed.messages;
+    asked.push_back(makeChatMessage(platform_.uuidSource, "user", kSummaryPrompt));
+    sendChatRequest(asked, modelSetting(platform_.userDefaults), *platform_.urlSessions.sharedSession(),
+                    platform_.userDefaults,
+                    [&mainQueue = platform_.mainQueue, closed = std::move(closed)](
+                        const std::optional<std::string>& data, const std::optional<platform::URLResponse>&,
+                        const std::optional<platform::URLError>& error) {
+                        summaryArrived(mainQueue, closed, data, error);
+                    });
+}
+
+void DataModel::storeConversation(const std::string& topic, std::vector<ChatMessage> messages,
+                                  std::int64_t index) {
+    const double created = platform_.clock.secondsSince1970();
+    if (index < 0) {
+        _oldMessages.mutate([&](std::vector<oldMessagesStruct>& conversations) {
+            conversations.insert(conversations.begin(), {topic, std::move(messages), created});
+        });
+    } else {
+        if (index >= static_cast<std::int64_t>(_oldMessages->size()))
+            fatalError("Index out of range: " + std::to_string(index) + " in _oldMessages of " +
+                       std::to_string(_oldMessages->size()));
+        const auto entry = static_cast<std::size_t>(index);
+        _oldMessages.mutate([&](auto& conversations) { conversations[entry].message = std::move(messages); });
+        _oldMessages.mutate([&](auto& conversations) { conversations[entry].topic = topic; });
+    }
+    jsonFunction::saveJSONFile(*_oldMessages, kHistoryFilename, platform_.documents);
+}
+
+void DataModel::storeConversationWithDate(std::vector<ChatMessage> messages, std::int64_t index) {
+    const std::string date = platform_.clock.localDateAndMinute(platform_.clock.secondsSince1970());
+    storeConversation("😀 Chat: " + date, std::move(messages), index);
+}
+
+} // namespace quillmoth

@@ -1,0 +1,146 @@
+#pragma once
+
+#include "EventSource/EventSource.h"
+#include "Foundation/Published.h"
+#include "Platform/Accessibility.h"
+#include "Platform/Platform.h"
+#include "Quillmoth/Assistant/FloatingViewPanel.h"
+#include "Quillmoth/Assistant/OldMessages.h"
+#include "Quillmoth/Assistant/PresetFilter.h"
+#include "Quillmoth/Chat/ChatDeltaReader.h"
+#include "Quillmoth/Chat/ChatRecords.h"
+#include "Quillmoth/Prompts/ExtractedText.h"
+#include "Quillmoth/Prompts/PromptModel.h"
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace quillmoth {
+
+struct StreamRequest;
+
+/// The state of the assistant and all that can be done with it. One object, made at start and kept to the end
+/// of the process; views read its fields and call its operations. Main thread only; no operation waits, but
+/// for the accessibility calls of captureContext and replaceSelection. An index out of range is a fatal
+/// fault.
+///
+/// Names that begin with an underscore and a capital are reserved to the implementation of the language; the
+/// compilers in use accept them as members, and the published fields keep their names.
+class DataModel final : public ObservableObject, public std::enable_shared_from_this<DataModel> {
+public:
+    static constexpr const char* kHistoryFilename = "QuillmothHistory.json";
+    /// The row of the typed command, as an index.
+    static constexpr std::int64_t kTypedCommand = -1;
+
+    /// Loads the presets and the history and writes the presets file.
+    [[nodiscard]] static std::shared_ptr<DataModel> create(const platform::Platform& platform);
+
+    // Asking the service
+    void runPrompt();
+    [[nodiscard]] PromptData promptForIndex(std::int64_t index) const;
+    void sendPrompt(std::string text);
+    void regenerate();
+    /// Decodes one event of a stream. `deliver` is run on the main queue, later, with the piece of text in
+    /// it; an event that is none of the service's records is ignored.
+    void decodeStreamChunk(const std::optional<std::string>& data,
+                           const std::function<void(const std::string& content)>& deliver);
+
+    // History
+    void archiveConversation();
+    void storeConversation(const std::string& topic, std::vector<ChatMessage> messages, std::int64_t index);
+    void storeConversationWithDate(std::vector<ChatMessage> messages, std::int64_t index);
+
+    // Lists
+    void refreshContextList();
+    void refreshNonContextList();
+    void refreshList();
+    void filterPrompts(const std::string& search);
+    void clampSelection();
+    void selectNext();
+    void selectPrevious();
+
+    // Context
+    void captureContext();
+    void copyCapture();
+    void finishCopyCapture(const std::optional<std::string>& saved);
+    void dismissStep();
+    /// Writes `text` over the selection of the front application. In silence where that is not possible.
+    void replaceSelection(const std::string& text) const;
+
+    Published<std::string> _selectedValue{*this, "_selectedValue"};
+    Published<std::string> _responseValue{*this, "_responseValue"};
+    Published<std::string> _command{*this, "_command"};
+    Published<std::shared_ptr<FloatingViewPanel>> _FloatingViewPanel{*this, "_FloatingViewPanel"};
+    Published<std::shared_ptr<PromptModel>> _PromptM;
+    Published<std::shared_ptr<EventSource>> _eventSource{*this, "_eventSource"};
+    Published<bool> _openHistory{*this, "_openHistory", false};
+    Published<bool> _isLoading{*this, "_isLoading", false};
+    Published<bool> _isOnTopBinding{*this, "_isOnTopBinding", false};
+    Published<bool> _browseHistory{*this, "_browseHistory", false};
+    Published<bool> _isCancelRequest{*this, "_isCancelRequest", false};
+    Published<bool> _nonContextPrompt{*this, "_nonContextPrompt", false};
+    Published<bool> _isContext{*this, "_isContext", false};
+    Published<std::vector<ExtractedText>> _extractedTexts{*this, "_extractedTexts"};
+    Published<std::int64_t> _selectedIndex{*this, "_selectedIndex", 0};
+    Published<std::int64_t> _hoverIndex{*this, "_hoverIndex", -1};
+    Published<std::int64_t> _keyHistorySelected{*this, "_keyHistorySelected", 0};
+    Published<std::int64_t> _keyHistoryHover{*this, "_keyHistoryHover", -1};
+    Published<std::int64_t> _chatWithHistory{*this, "_chatWithHistory", -1};
+    Published<std::string> _status{*this, "_status"};
+    Published<std::string> _error{*this, "_error"};
+    Published<std::vector<ChatMessage>> _messages{*this, "_messages"};
+    Published<std::vector<oldMessagesStruct>> _oldMessages{*this, "_oldMessages"};
+    Published<std::vector<std::int64_t>> _filteredData{*this, "_filteredData"};
+    Published<std::optional<std::int64_t>> _focusField{*this, "_focusField"};
+    Published<std::vector<std::int64_t>> _focusTemp{*this, "_focusTemp"};
+    Published<bool> _didFocus{*this, "_didFocus", true};
+
+    /// For create only.
+    explicit DataModel(const platform::Platform& platform);
+
+private:
+    struct StreamCallbacks;
+
+    [[nodiscard]] const std::vector<PromptData>& prompts() const { return _PromptM.get()->prompts(); }
+
+    [[nodiscard]] const PromptData& presetAt(std::int64_t index) const;
+
+    // runPrompt's ways
+    void openStoredConversation();
+    void sendForm();
+    void runWithoutContext();
+    void openForm();
+    void runWithContext();
+
+    // Streaming
+    void connectStream(StreamRequest streamRequest, StreamCallbacks callbacks);
+    void streamOpened();
+    void appendPiece(const std::string& piece);
+    void appendRegeneratedPiece(const std::string& piece);
+    void finishStream(std::optional<int> statusCode, const std::optional<platform::URLError>& error,
+                      const std::optional<std::string>& sentText);
+    void classifyStatus(std::optional<int> statusCode, bool archives);
+    void dropTwo();
+
+    void appendMessage(std::string role, std::string content);
+    void refreshListOfClass(bool context);
+    void selectedTextRead(const std::string& text);
+    void readMarkedText(const platform::AXUIElementRef& focused);
+    void cancelRequest();
+    void closeStoredConversation();
+    void closeNewConversation();
+    void refreshListAfterStep();
+
+    const platform::Platform platform_;
+    // Cancelled streams, kept until their completion has come: it must not be dropped with them.
+    std::vector<std::shared_ptr<EventSource>> cancelledSources_;
+    ChatDeltaReader deltaReader_;
+    PresetFilter presetFilter_;
+    Subscription promptsSubscription_;
+};
+
+} // namespace quillmoth

@@ -1,0 +1,236 @@
+// What each key, click and control of the panel does.
+
+#include "Foundation/FatalError.h"
+#include "Platform/MainQueue.h"
+#include "Platform/Pasteboard.h"
+#include "Platform/UserDefaults.h"
+#include "Quillmoth/Assistant/FloatingViewController.h"
+
+#include <algorithm>
+
+namespace quillmoth {
+
+namespace {
+
+constexpr const char* kFontSizeKey = "saveFontSize";
+constexpr const char* kMarkdownKey = "markdownOnStorage";
+
+} // namespace
+
+void FloatingViewController::viewAppeared() {
+    model_->refreshList();
+    model_->clampSelection();
+}
+
+void FloatingViewController::commandEdited(const std::string& text) {
+    model_->_command = text;
+    update();
+}
+
+FloatingViewController::FieldAnswer FloatingViewController::fieldCommand(FieldCommand command,
+                                                                         bool shiftHeld) {
+    // What was typed before this key has its effect before it.
+    update();
+    switch (command) {
+    case FieldCommand::moveUp:
+        model_->selectPrevious();
+        return FieldAnswer::notConsumed;
+    case FieldCommand::moveDown:
+        model_->selectNext();
+        return FieldAnswer::notConsumed;
+    case FieldCommand::complete:
+    case FieldCommand::cancelOperation:
+        model_->dismissStep();
+        return FieldAnswer::consumed;
+    case FieldCommand::insertNewline:
+        if (shiftHeld)
+            return FieldAnswer::insertLineBreak;
+        model_->runPrompt();
+        return FieldAnswer::consumed;
+    case FieldCommand::other:
+        break;
+    }
+    return FieldAnswer::notConsumed;
+}
+
+void FloatingViewController::presetRowClicked(std::int64_t index) {
+    model_->_selectedIndex = index;
+}
+
+void FloatingViewController::presetRowDoubleClicked(std::int64_t index) {
+    model_->_command = std::string();
+    model_->_selectedIndex = index;
+    model_->runPrompt();
+}
+
+void FloatingViewController::presetRowEntered(std::int64_t index) {
+    model_->_hoverIndex = index;
+}
+
+void FloatingViewController::historyRowClicked(std::int64_t index) {
+    model_->_keyHistorySelected = index;
+}
+
+void FloatingViewController::historyRowDoubleClicked(std::int64_t index) {
+    model_->_keyHistorySelected = index;
+    model_->runPrompt();
+}
+
+void FloatingViewController::historyRowEntered(std::int64_t index) {
+    model_->_keyHistoryHover = index;
+}
+
+void FloatingViewController::messageRowAppeared() {
+    _markdownOn = platform_.userDefaults.boolean(kMarkdownKey, true);
+    _fontSize = platform_.userDefaults.number(kFontSizeKey, kDefaultFont);
+}
+
+void FloatingViewController::formFieldAppeared(std::int64_t id) {
+    model_->_focusTemp.mutate([&](std::vector<std::int64_t>& ids) { ids.insert(ids.begin(), id); });
+}
+
+void FloatingViewController::formAppeared() {
+    platform_.mainQueue.async([weak = weak_from_this()] {
+        const auto controller = weak.lock();
+        if (!controller)
+            return;
+        if (controller->model_->_focusTemp->empty())
+            fatalError("The form has no blank to fill in");
+        controller->_focusField = controller->model_->_focusTemp->front();
+    });
+}
+
+void FloatingViewController::formFieldEdited(std::int64_t id, const std::string& text) {
+    model_->_extractedTexts.mutate([&](std::vector<ExtractedText>& pieces) {
+        const auto piece = std::find_if(pieces.begin(), pieces.end(),
+                                        [&](const ExtractedText& each) { return each.id == id; });
+        if (piece == pieces.end())
+            fatalError("The form has no blank " + std::to_string(id));
+        piece->text = text;
+    });
+}
+
+void FloatingViewController::returnInFormField(std::int64_t id) {
+    const std::vector<std::int64_t>& order = model_->_focusTemp;
+    const auto greatest = std::max_element(order.begin(), order.end());
+    const bool isLast = greatest == order.end() ? id >= 0 : id >= *greatest;
+    if (isLast) {
+        model_->runPrompt();
+        return;
+    }
+    const auto found = std::find(order.begin(), order.end(), id);
+    const auto position = found == order.end() ? 0 : found - order.begin();
+    if (position + 1 >= static_cast<std::ptrdiff_t>(order.size()))
+        fatalError("The form has no blank behind " + std::to_string(id));
+    _focusField = order[static_cast<std::size_t>(position + 1)];
+}
+
+bool FloatingViewController::isPresent(Key key) const {
+    return key != Key::regenerate || !model_->_responseValue->empty();
+}
+
+bool FloatingViewController::press(Key key) {
+    update();
+    if (!isPresent(key))
+        return false;
+    switch (key) {
+    case Key::replaceSelection:
+        replaceSelection();
+        break;
+    case Key::regenerate:
+        model_->regenerate();
+        break;
+    case Key::larger:
+        if (_fontSize < kLargestFont)
+            changeFontSize(_fontSize + kFontStep);
+        break;
+    case Key::smaller:
+        if (_fontSize > kSmallestFont)
+            changeFontSize(_fontSize - kFontStep);
+        break;
+    case Key::defaultSize:
+        changeFontSize(kDefaultFont);
+        break;
+    case Key::cancel:
+        model_->dismissStep();
+        break;
+    case Key::history:
+        toggleHistoryWithSelection();
+        break;
+    case Key::markdown:
+        toggleMarkdown();
+        break;
+    case Key::copyAll:
+        copyAll();
+        break;
+    case Key::onTop:
+        model_->_isOnTopBinding = !model_->_isOnTopBinding;
+        break;
+    }
+    return true;
+}
+
+void FloatingViewController::barItemClicked(BarItem item) {
+    update();
+    switch (item) {
+    case BarItem::select:
+        model_->runPrompt();
+        break;
+    case BarItem::history:
+        model_->_openHistory = !model_->_openHistory;
+        break;
+    case BarItem::onTop:
+        model_->_isOnTopBinding = !model_->_isOnTopBinding;
+        break;
+    case BarItem::regenerate:
+        model_->regenerate();
+        break;
+    case BarItem::cancelOrNewChat:
+        model_->dismissStep();
+        break;
+    case BarItem::copyAll:
+        copyAll();
+        break;
+    case BarItem::status:
+        break;
+    }
+}
+
+void FloatingViewController::backClicked() {
+    model_->dismissStep();
+}
+
+void FloatingViewController::toggleHistoryWithSelection() {
+    model_->_openHistory = !model_->_openHistory;
+    model_->_keyHistorySelected = 0;
+    model_->_keyHistoryHover = -1;
+}
+
+void FloatingViewController::changeFontSize(double size) {
+    _fontSize = size;
+    platform_.userDefaults.set(kFontSizeKey, size);
+}
+
+void FloatingViewController::toggleMarkdown() {
+    _markdownOn = !_markdownOn;
+    platform_.userDefaults.set(kMarkdownKey, _markdownOn.get());
+}
+
+void FloatingViewController::replaceSelection() {
+    resignPanel();
+    model_->replaceSelection(model_->_responseValue);
+}
+
+void FloatingViewController::copyAll() {
+    platform_.pasteboard.clearContents();
+    platform_.pasteboard.setString(model_->_responseValue);
+    resignPanel();
+}
+
+void FloatingViewController::resignPanel() {
+    if (!model_->_FloatingViewPanel.get())
+        fatalError("There is no panel to close");
+    model_->_FloatingViewPanel.get()->resignMainWindow();
+}
+
+} // namespace quillmoth

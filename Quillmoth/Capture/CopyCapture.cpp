@@ -1,0 +1,61 @@
+// The selection by way of a synthetic copy, for applications that do not tell it otherwise.
+
+#include "Foundation/FatalError.h"
+#include "Foundation/Text.h"
+#include "Platform/KeyboardEvents.h"
+#include "Platform/MainQueue.h"
+#include "Platform/Pasteboard.h"
+#include "Quillmoth/Assistant/DataModel.h"
+#include "Quillmoth/Capture/CaptureTexts.h"
+
+namespace quillmoth {
+
+namespace {
+
+// The position of "C" on an ANSI keyboard.
+constexpr std::uint16_t kKeyCodeC = 8;
+constexpr platform::MainQueue::Seconds kCopyWait{0.2};
+
+void postCopy(platform::KeyboardEvents& events) {
+    const auto source = events.createSource(platform::kCGEventSourceStateHIDSystemState);
+    const auto down = events.createKeyboardEvent(source, kKeyCodeC, true);
+    const auto up = events.createKeyboardEvent(source, kKeyCodeC, false);
+    if (!down || !up)
+        fatalError("The key events for a copy could not be made");
+    down->flags = platform::kCGEventFlagMaskCommand;
+    events.post(platform::kCGHIDEventTap, *down);
+    up->flags = platform::kCGEventFlagMaskCommand;
+    events.post(platform::kCGHIDEventTap, *up);
+}
+
+} // namespace
+
+void DataModel::copyCapture() {
+    platform::Pasteboard& pasteboard = platform_.pasteboard;
+    const std::optional<std::string> saved = pasteboard.string();
+    pasteboard.clearContents();
+    postCopy(platform_.keyboardEvents);
+    platform_.mainQueue.asyncAfter(kCopyWait,
+                                   [model = shared_from_this(), saved] { model->finishCopyCapture(saved); });
+}
+
+void DataModel::finishCopyCapture(const std::optional<std::string>& saved) {
+    platform::Pasteboard& pasteboard = platform_.pasteboard;
+    const std::string fresh = pasteboard.string().value_or(std::string());
+    if (saved && canonicallyEqual(*saved, fresh))
+        return;
+    _selectedValue = fresh;
+    if (!fresh.empty()) {
+        _isContext = true;
+        refreshContextList();
+        _status = std::string(kContextFound);
+    } else {
+        _status = std::string(kNoSelection);
+        _isContext = false;
+        refreshNonContextList();
+    }
+    pasteboard.clearContents();
+    pasteboard.setString(saved.value_or(std::string()));
+}
+
+} // namespace quillmoth

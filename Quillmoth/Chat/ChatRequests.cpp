@@ -1,0 +1,82 @@
+#include "Quillmoth/Chat/ChatRequests.h"
+
+#include "Foundation/FatalError.h"
+#include "Platform/UserDefaults.h"
+#include "Quillmoth/Chat/ServiceAddresses.h"
+
+#include <utility>
+
+namespace quillmoth {
+
+namespace {
+
+constexpr double kTimeoutInterval = 60.0;
+constexpr std::string_view kCompletionsPath = "/v1/chat/completions";
+constexpr std::string_view kGatewayPath = "/api/v1/chat/completions";
+constexpr std::string_view kGatewayStreamPath = "/api/v1/chat/completions/stream";
+
+std::string keySetting(const platform::UserDefaults& userDefaults) {
+    return userDefaults.string("openapikey").value_or("");
+}
+
+std::string bearer(const std::string& key) {
+    return "Bearer " + key;
+}
+
+platform::URLRequest makeRequest(const std::string& address, std::string_view path) {
+    if (!isServiceAddress(address))
+        fatalError("The address of the service is no http or https URL.");
+    return {.url = address + std::string(path),
+            .cachePolicy = platform::URLRequestCachePolicy::useProtocolCachePolicy,
+            .timeoutInterval = kTimeoutInterval,
+            .httpMethod = "GET",
+            .headers = {},
+            .httpBody = std::nullopt};
+}
+
+/// The body stays empty where a message cannot be written.
+void complete(platform::URLRequest& request, const std::string& model,
+              const std::vector<ChatMessage>& messages, bool stream) {
+    request.addValue("application/json", "Content-Type");
+    request.httpMethod = "POST";
+    auto body = writeJSON(ChatBody{.model = model,
+                                   .messages = messages,
+                                   .temperature = 1.0F,
+                                   .top_p = 1.0F,
+                                   .stream = stream,
+                                   .presence_penalty = 0.0F,
+                                   .frequency_penalty = 0.0F});
+    if (body)
+        request.httpBody = std::move(*body);
+}
+
+} // namespace
+
+std::string modelSetting(const platform::UserDefaults& userDefaults) {
+    return userDefaults.string("model").value_or("gpt-3.5-turbo");
+}
+
+StreamRequest makeStreamRequest(const std::vector<ChatMessage>& messages,
+                                const platform::UserDefaults& userDefaults) {
+    const std::string key = keySetting(userDefaults);
+    const ServiceAddresses addresses = serviceAddresses(userDefaults);
+    auto request = key.empty() ? makeRequest(addresses.gateway, kGatewayStreamPath)
+                               : makeRequest(addresses.openAI, kCompletionsPath);
+    complete(request, modelSetting(userDefaults), messages, true);
+    return {.request = std::move(request), .headers = {{"Authorization", bearer(key)}}};
+}
+
+void sendChatRequest(const std::vector<ChatMessage>& messages, const std::string& model,
+                     platform::URLSession& session, const platform::UserDefaults& userDefaults,
+                     platform::URLSession::CompletionHandler completion) {
+    const std::string key = keySetting(userDefaults);
+    const ServiceAddresses addresses = serviceAddresses(userDefaults);
+    auto request = key.empty() ? makeRequest(addresses.gateway, kGatewayPath)
+                               : makeRequest(addresses.openAI, kCompletionsPath);
+    if (!key.empty())
+        request.addValue(bearer(key), "Authorization");
+    complete(request, model, messages, false);
+    session.dataTask(request, std::move(completion))->resume();
+}
+
+} // namespace quillmoth

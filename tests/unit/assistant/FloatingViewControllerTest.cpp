@@ -1,0 +1,253 @@
+#include "Quillmoth/Assistant/FloatingViewController.h"
+
+#include "tests/unit/assistant/AssistantFixture.h"
+
+namespace quillmoth {
+
+namespace {
+
+using Key = FloatingViewController::Key;
+using Content = FloatingViewController::Content;
+using BarItem = FloatingViewController::BarItem;
+using FieldCommand = FloatingViewController::FieldCommand;
+using FieldAnswer = FloatingViewController::FieldAnswer;
+using Rows = std::vector<std::int64_t>;
+
+class FloatingViewControllerTest : public AssistantFixture {
+protected:
+    FloatingViewControllerTest() : view(FloatingViewController::create(model, platform.platform())) {
+        view->viewAppeared();
+        settle();
+    }
+
+    /// Runs what is due, the short delays of the focus included.
+    void settle() {
+        platform.runUntilIdle();
+        platform.mainQueue.advance(0.2);
+    }
+
+    void storeThree() {
+        for (const char* topic : {"A", "B", "C"})
+            model->storeConversation(topic, {{.id = "1", .role = "user", .content = "hi"}}, -1);
+    }
+
+    std::shared_ptr<FloatingViewController> view;
+};
+
+TEST_F(FloatingViewControllerTest, typing_narrows_the_list_and_selects_the_typed_command) {
+    view->fieldCommand(FieldCommand::moveDown, false);
+    EXPECT_EQ(model->_selectedIndex, 2);
+    view->commandEdited("ca");
+    EXPECT_EQ(*model->_filteredData, (Rows{3}));
+    EXPECT_EQ(model->_selectedIndex, -1);
+    view->commandEdited("");
+    EXPECT_EQ(*model->_filteredData, (Rows{2, 3}));
+}
+
+TEST_F(FloatingViewControllerTest, a_colon_in_front_keeps_the_list) {
+    view->commandEdited(":ca");
+    EXPECT_EQ(*model->_filteredData, (Rows{2, 3}));
+    view->commandEdited("ca:");
+    EXPECT_TRUE(model->_filteredData->empty());
+}
+
+TEST_F(FloatingViewControllerTest, a_command_written_by_the_model_is_followed_at_the_end_of_the_turn) {
+    view->commandEdited("ca");
+    model->runPrompt();
+    EXPECT_EQ(*model->_filteredData, (Rows{3}));
+    settle();
+    EXPECT_TRUE(model->_filteredData->empty()) << "no name holds a blank";
+    serve(200, {"x"});
+    settle();
+    EXPECT_EQ(*model->_filteredData, (Rows{2, 3}));
+}
+
+TEST_F(FloatingViewControllerTest, keys_of_the_field_act_and_are_consumed_as_told) {
+    EXPECT_EQ(view->fieldCommand(FieldCommand::moveDown, false), FieldAnswer::notConsumed);
+    EXPECT_EQ(model->_selectedIndex, 2);
+    EXPECT_EQ(view->fieldCommand(FieldCommand::moveUp, false), FieldAnswer::notConsumed);
+    EXPECT_EQ(model->_selectedIndex, -1);
+    view->commandEdited("x");
+    EXPECT_EQ(view->fieldCommand(FieldCommand::insertNewline, true), FieldAnswer::insertLineBreak);
+    EXPECT_EQ(streamCount(), 0U);
+    EXPECT_EQ(view->fieldCommand(FieldCommand::complete, false), FieldAnswer::consumed);
+    EXPECT_EQ(*model->_command, "");
+    view->commandEdited("x");
+    EXPECT_EQ(view->fieldCommand(FieldCommand::insertNewline, false), FieldAnswer::consumed);
+    EXPECT_EQ(streamCount(), 1U);
+    EXPECT_EQ(view->fieldCommand(FieldCommand::other, false), FieldAnswer::notConsumed);
+}
+
+TEST_F(FloatingViewControllerTest, the_content_follows_the_state) {
+    EXPECT_EQ(view->content(), Content::hintAndPresets);
+    model->_isContext = true;
+    EXPECT_EQ(view->content(), Content::presets);
+    view->commandEdited("x");
+    EXPECT_EQ(view->content(), Content::hintAndPresets);
+    model->_responseValue = std::string("x");
+    EXPECT_EQ(view->content(), Content::conversation);
+    model->_openHistory = true;
+    EXPECT_EQ(view->content(), Content::history);
+    model->_nonContextPrompt = true;
+    EXPECT_EQ(view->content(), Content::form);
+}
+
+TEST_F(FloatingViewControllerTest, the_bar_follows_the_state) {
+    using Bar = std::vector<BarItem>;
+    EXPECT_EQ(view->bottomBar(), (Bar{BarItem::select, BarItem::history, BarItem::onTop, BarItem::status}));
+    model->_responseValue = std::string("x");
+    EXPECT_EQ(view->bottomBar(), (Bar{BarItem::select, BarItem::history, BarItem::onTop, BarItem::regenerate,
+                                      BarItem::cancelOrNewChat, BarItem::copyAll}));
+    model->_openHistory = true;
+    EXPECT_EQ(view->bottomBar(), (Bar{BarItem::select, BarItem::history, BarItem::onTop,
+                                      BarItem::cancelOrNewChat, BarItem::copyAll}));
+    EXPECT_EQ(view->cancelLabel(), "New chat");
+    model->_isLoading = true;
+    EXPECT_EQ(view->cancelLabel(), "Cancel");
+}
+
+TEST_F(FloatingViewControllerTest, a_double_click_runs_the_row_and_wipes_the_command) {
+    view->commandEdited("wiped");
+    view->presetRowDoubleClicked(DataModel::kTypedCommand);
+    EXPECT_EQ(streamCount(), 0U);
+    EXPECT_EQ(lines.back(), "EXIT PROMPT EQUAL NIL");
+    view->presetRowClicked(3);
+    EXPECT_EQ(streamCount(), 0U);
+    view->presetRowDoubleClicked(2);
+    EXPECT_EQ(texts(model->_messages).back(), "user: Write a mail");
+}
+
+TEST_F(FloatingViewControllerTest, the_two_history_toggles_differ) {
+    storeThree();
+    model->_keyHistorySelected = 2;
+    model->_keyHistoryHover = 1;
+    view->barItemClicked(BarItem::history);
+    EXPECT_TRUE(model->_openHistory);
+    EXPECT_EQ(model->_keyHistorySelected, 2);
+    view->press(Key::history);
+    EXPECT_FALSE(model->_openHistory);
+    EXPECT_EQ(model->_keyHistorySelected, 0);
+    EXPECT_EQ(model->_keyHistoryHover, -1);
+}
+
+TEST_F(FloatingViewControllerTest, the_size_moves_by_two_between_its_bounds_and_is_stored) {
+    for (int i = 0; i < 20; ++i)
+        view->press(Key::larger);
+    EXPECT_EQ(view->_fontSize, 40);
+    for (int i = 0; i < 20; ++i)
+        view->press(Key::smaller);
+    EXPECT_EQ(view->_fontSize, 12);
+    EXPECT_EQ(platform.userDefaults.number("saveFontSize", 0), 12);
+    view->press(Key::defaultSize);
+    EXPECT_EQ(platform.userDefaults.number("saveFontSize", 0), 16);
+}
+
+TEST_F(FloatingViewControllerTest, stored_size_and_switch_come_back_with_the_first_message) {
+    platform.userDefaults.set("saveFontSize", 20.0);
+    platform.userDefaults.set("markdownOnStorage", false);
+    EXPECT_EQ(view->_fontSize, 16);
+    view->messageRowAppeared();
+    EXPECT_EQ(view->_fontSize, 20);
+    EXPECT_FALSE(view->_markdownOn);
+    view->press(Key::markdown);
+    EXPECT_TRUE(platform.userDefaults.boolean("markdownOnStorage", false));
+}
+
+TEST_F(FloatingViewControllerTest, regenerating_needs_a_response) {
+    EXPECT_FALSE(view->press(Key::regenerate));
+    converse("one", {"1"});
+    model->_openHistory = true;
+    EXPECT_TRUE(view->press(Key::regenerate));
+    EXPECT_TRUE(model->_isLoading);
+}
+
+TEST_F(FloatingViewControllerTest, replacing_closes_the_panel_before_it_writes) {
+    auto field = std::make_shared<platform::FakeAXUIElement>("field");
+    field->set("AXValue", std::string("abc"));
+    field->set("AXSelectedTextRange", platform::CFRange{1, 1});
+    platform.accessibility.systemWide().set("AXFocusedUIElement", platform::AXUIElementRef(field));
+    model->_responseValue = std::string("X");
+    std::size_t panelCallsAtWrite = 0;
+    platform.accessibility.onWrite = [&](const std::string&) {
+        panelCallsAtWrite = platform.panelWindows.lastPanel().calls.size();
+    };
+    view->press(Key::replaceSelection);
+    EXPECT_EQ(panelCallsAtWrite, 3U);
+    EXPECT_EQ(platform.accessibility.calls.back(), "set field AXSelectedTextRange {1, 0}");
+}
+
+TEST_F(FloatingViewControllerTest, copying_all_writes_the_clipboard_and_closes_unless_pinned) {
+    model->_responseValue = std::string("answer");
+    view->press(Key::onTop);
+    settle();
+    EXPECT_TRUE(model->_FloatingViewPanel.get()->isOntop);
+    view->press(Key::copyAll);
+    EXPECT_EQ(platform.pasteboard.calls, (Texts{"clearContents", "setString answer"}));
+    EXPECT_TRUE(platform.panelWindows.lastPanel().calls.empty());
+    view->press(Key::onTop);
+    view->press(Key::copyAll);
+    EXPECT_EQ(platform.panelWindows.lastPanel().calls.size(), 3U);
+}
+
+TEST_F(FloatingViewControllerTest, return_walks_the_blanks_and_sends_behind_the_last) {
+    view->presetRowDoubleClicked(3);
+    // The later blank appears first, so that the walk goes down the form.
+    for (const std::int64_t id : {3, 1})
+        view->formFieldAppeared(id);
+    view->formAppeared();
+    settle();
+    EXPECT_EQ(*view->_focusField, 1);
+    view->formFieldEdited(1, "readers");
+    view->returnInFormField(1);
+    EXPECT_EQ(*view->_focusField, 3);
+    view->formFieldEdited(3, "news");
+    view->returnInFormField(3);
+    EXPECT_EQ(model->_messages->back().content, "A call to readers for news!");
+    settle();
+    EXPECT_EQ(*view->_focusField, FloatingViewController::kCommandField);
+}
+
+TEST_F(FloatingViewControllerTest, a_form_without_a_blank_is_a_fatal_fault) {
+    view->formAppeared();
+    EXPECT_THROW(settle(), FatalFault);
+}
+
+TEST_F(FloatingViewControllerTest, the_field_gets_the_focus_when_asked_for_and_when_an_answer_is_complete) {
+    int focused = 0;
+    const Subscription subscription = view->onFieldFocus([&] { ++focused; });
+    model->_didFocus = true;
+    platform.runUntilIdle();
+    EXPECT_GE(focused, 1);
+    EXPECT_TRUE(model->_didFocus);
+    platform.mainQueue.advance(0.05);
+    EXPECT_FALSE(model->_didFocus);
+    settle();
+    focused = 0;
+    converse("one", {"1"});
+    settle();
+    EXPECT_GE(focused, 1);
+    EXPECT_FALSE(model->_didFocus);
+}
+
+TEST_F(FloatingViewControllerTest, a_thousand_pieces_in_a_turn_are_one_update) {
+    model->_command = std::string("x");
+    model->runPrompt();
+    stream().deliverStatus(200);
+    platform.runUntilIdle();
+    int updates = 0;
+    const Subscription subscription = view->onUpdate([&] { ++updates; });
+    for (int i = 0; i < 1000; ++i)
+        model->_responseValue.mutate([](std::string& text) { text += 'x'; });
+    platform.mainQueue.runUntilIdle();
+    EXPECT_EQ(updates, 1);
+}
+
+TEST_F(FloatingViewControllerTest, the_placeholder_invites_to_search_while_a_context_stands) {
+    EXPECT_EQ(view->placeholder(), "Ask AI...");
+    model->_status = std::string("Context found press esc to remove context");
+    EXPECT_EQ(view->placeholder(), "Search for prompts preset or ask AI...");
+}
+
+} // namespace
+
+} // namespace quillmoth

@@ -1,0 +1,88 @@
+#include "tests/unit/assistant/AssistantFixture.h"
+
+namespace quillmoth {
+
+namespace {
+
+using Rows = std::vector<std::int64_t>;
+
+class ListsTest : public AssistantFixture {};
+
+TEST_F(ListsTest, a_preset_is_listed_by_its_class) {
+    model->refreshContextList();
+    EXPECT_EQ(*model->_filteredData, (Rows{0, 1}));
+    model->refreshNonContextList();
+    EXPECT_EQ(*model->_filteredData, (Rows{2, 3}));
+    model->_isContext = true;
+    model->refreshList();
+    EXPECT_EQ(*model->_filteredData, (Rows{0, 1}));
+}
+
+TEST_F(ListsTest, a_search_finds_names_of_the_class_in_force_whatever_their_case) {
+    makeModel({preset("STRASSE", "", "nonContext"), preset("Straße", "", "nonContext"),
+               preset("strasse", "", "context"), preset("Other", "straße", "nonContext"),
+               preset("x STRAßE y", "", "nonContext"), preset("Straße", "", "other")});
+    model->filterPrompts("trass");
+    EXPECT_EQ(*model->_filteredData, (Rows{0, 1, 4}));
+    model->_isContext = true;
+    model->filterPrompts("ß");
+    EXPECT_EQ(*model->_filteredData, (Rows{2}));
+    model->filterPrompts("nothing like it");
+    EXPECT_TRUE(model->_filteredData->empty());
+}
+
+TEST_F(ListsTest, every_list_change_selects_the_typed_command) {
+    model->_selectedIndex = 3;
+    model->_hoverIndex = 3;
+    const Texts names = assignments([&] { model->clampSelection(); });
+    EXPECT_EQ(names, (Texts{"_selectedIndex", "_selectedIndex", "_hoverIndex"}));
+    EXPECT_EQ(model->_selectedIndex, -1);
+    EXPECT_EQ(model->_hoverIndex, -1);
+}
+
+TEST_F(ListsTest, the_arrows_walk_the_rows_and_stop_at_both_ends) {
+    Rows walk;
+    for (int i = 0; i < 3; ++i) {
+        model->selectNext();
+        walk.push_back(model->_selectedIndex);
+    }
+    for (int i = 0; i < 3; ++i) {
+        model->selectPrevious();
+        walk.push_back(model->_selectedIndex);
+    }
+    EXPECT_EQ(walk, (Rows{2, 3, 3, 2, -1, -1}));
+}
+
+TEST_F(ListsTest, without_rows_the_arrows_do_nothing) {
+    model->filterPrompts("zzz");
+    model->selectNext();
+    model->selectPrevious();
+    EXPECT_EQ(model->_selectedIndex, -1);
+}
+
+TEST_F(ListsTest, with_the_history_open_the_arrows_move_both_selections) {
+    for (const char* topic : {"A", "B"})
+        model->storeConversation(topic, {}, -1);
+    model->_openHistory = true;
+    for (int i = 0; i < 3; ++i)
+        model->selectNext();
+    EXPECT_EQ(model->_keyHistorySelected, 1);
+    EXPECT_EQ(model->_selectedIndex, 3);
+    for (int i = 0; i < 3; ++i)
+        model->selectPrevious();
+    EXPECT_EQ(model->_keyHistorySelected, 0);
+    EXPECT_EQ(model->_selectedIndex, -1);
+}
+
+TEST_F(ListsTest, no_preset_at_all_is_a_fatal_fault_for_a_list_and_none_for_a_search) {
+    model->_PromptM.get()->setPrompts({});
+    EXPECT_THROW(model->refreshList(), FatalFault);
+    EXPECT_NO_THROW(model->filterPrompts("x"));
+    model->_filteredData = Rows{2, 4};
+    model->_selectedIndex = 3;
+    EXPECT_THROW(model->selectPrevious(), FatalFault);
+}
+
+} // namespace
+
+} // namespace quillmoth

@@ -1,0 +1,186 @@
+#include "tests/unit/assistant/AssistantFixture.h"
+
+namespace quillmoth {
+
+namespace {
+
+class ResponseStreamingTest : public AssistantFixture {
+protected:
+    void ask(const std::string& command = "hi") {
+        model->_selectedIndex = DataModel::kTypedCommand;
+        model->_command = command;
+        model->runPrompt();
+    }
+};
+
+TEST_F(ResponseStreamingTest, an_answer_grows_in_the_last_message_and_in_the_response) {
+    ask();
+    EXPECT_EQ(*model->_responseValue, " ");
+    EXPECT_EQ(*model->_command, " ");
+    stream().deliverStatus(200);
+    stream().deliverData("data: {\"choices\":[{\"delta\":{\"role\":\"assistant\"},\"index\":0}]}\n\n");
+    platform.runUntilIdle();
+    EXPECT_EQ(*model->_responseValue, "");
+    EXPECT_EQ(model->_messages->back().role, "assistant");
+    stream().deliverData(piece("Hel") + piece("lo") +
+                         ": ping\n\ndata: nonsense\n\ndata: {}\n\ndata: [DONE]\n\n");
+    platform.runUntilIdle();
+    EXPECT_EQ(*model->_responseValue, "Hello");
+    EXPECT_TRUE(model->_isLoading);
+    stream().complete();
+    platform.runUntilIdle();
+    EXPECT_EQ(model->_messages->back().content, "Hello");
+    EXPECT_FALSE(model->_isLoading);
+    EXPECT_EQ(*model->_command, "");
+    EXPECT_EQ(*model->_error, "");
+    EXPECT_EQ(platform.urlSessions.shared().tasks().size(), 0U) << "a finished answer is not stored yet";
+}
+
+TEST_F(ResponseStreamingTest, starting_assigns_in_order) {
+    model->_command = std::string("hi");
+    const Texts names = assignments([&] { model->sendPrompt("hi"); });
+    EXPECT_EQ(names,
+              (Texts{"_messages", "_command", "_messages", "_isLoading", "_responseValue", "_eventSource"}));
+}
+
+TEST_F(ResponseStreamingTest, each_status_ends_in_its_words_and_drops_the_exchange) {
+    struct Case {
+        int status;
+        std::string error;
+        std::string response;
+        bool archives;
+    };
+
+    const Case cases[] = {
+        {400, "Error 400: Bad request. Your request is too long.", "Error 400", true},
+        {401, "Error 401: Your API key is invalid, Please check again.", "", false},
+        {404, "Error 404: The model does not exist.", "", false},
+        {500, "Error 500", "", false},
+        {204, "Error 204", "", false},
+    };
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.status);
+        model->_messages = std::vector<ChatMessage>();
+        const std::size_t summaries = platform.urlSessions.shared().tasks().size();
+        ask();
+        serve(each.status);
+        EXPECT_EQ(*model->_error, each.error);
+        EXPECT_EQ(*model->_responseValue, each.response);
+        EXPECT_EQ(texts(model->_messages), Texts{"system: Your are helpful assistant"});
+        EXPECT_EQ(platform.urlSessions.shared().tasks().size(), summaries + (each.archives ? 1 : 0));
+        EXPECT_FALSE(model->_isLoading);
+        EXPECT_EQ(*model->_command, "");
+    }
+}
+
+TEST_F(ResponseStreamingTest, a_rate_limit_is_told_at_length) {
+    ask();
+    serve(429);
+    EXPECT_EQ(
+        model->_error->rfind("Error 429: Rate limit reached for requests.\nThe most likely cause is you "
+                             "have spent all of your OpenAI free tokens, To upgrade to a OpenAI paid plan, "
+                             "visit https://",
+                             0),
+        0U);
+    EXPECT_EQ(*model->_responseValue, "Error 429");
+}
+
+TEST_F(ResponseStreamingTest, a_refused_connection_gives_the_text_back) {
+    ask("my long question");
+    failToConnect("Could not connect.");
+    EXPECT_TRUE(model->_messages->empty());
+    EXPECT_EQ(*model->_command, "my long question");
+    EXPECT_EQ(*model->_error, "Could not connect.");
+    EXPECT_FALSE(model->_isLoading);
+}
+
+TEST_F(ResponseStreamingTest, a_failed_connection_later_takes_the_former_answer_too) {
+    converse("one", {"1"});
+    ask("two");
+    failToConnect("Could not connect.");
+    EXPECT_EQ(texts(model->_messages), (Texts{"system: Your are helpful assistant", "user: one"}));
+}
+
+TEST_F(ResponseStreamingTest, neither_status_nor_error_means_no_connection) {
+    ask();
+    stream().complete();
+    platform.runUntilIdle();
+    EXPECT_EQ(*model->_error, "No internet connection");
+    EXPECT_EQ(model->_messages->size(), 2U);
+}
+
+TEST_F(ResponseStreamingTest, a_cancelled_stream_keeps_what_has_come_and_its_completion_is_swallowed) {
+    ask();
+    stream().deliverStatus(200);
+    stream().deliverData(piece("part"));
+    platform.runUntilIdle();
+    model->dismissStep();
+    EXPECT_FALSE(model->_isLoading);
+    EXPECT_TRUE(model->_isCancelRequest);
+    platform.runUntilIdle();
+    EXPECT_FALSE(model->_isCancelRequest);
+    EXPECT_EQ(*model->_responseValue, "part");
+    EXPECT_EQ(model->_messages->back().content, "part");
+}
+
+TEST_F(ResponseStreamingTest, a_completion_that_comes_after_the_next_request_does_not_end_it) {
+    ask("one");
+    stream().deliverStatus(200);
+    stream().deliverData(piece("1"));
+    platform.runUntilIdle();
+    model->dismissStep();
+    ask("two");
+    platform.runUntilIdle();
+    EXPECT_FALSE(model->_isCancelRequest);
+    EXPECT_TRUE(model->_isLoading);
+    serve(200, {"2"});
+    EXPECT_FALSE(model->_isLoading);
+    EXPECT_EQ(model->_messages->back().content, "2");
+}
+
+TEST_F(ResponseStreamingTest, regenerating_replaces_the_last_answer) {
+    converse("one", {"1"});
+    const Texts names = assignments([&] { model->regenerate(); });
+    EXPECT_EQ(names,
+              (Texts{"_command", "_messages", "_error", "_isLoading", "_responseValue", "_eventSource"}));
+    EXPECT_EQ(*model->_responseValue, "");
+    serve(200, {"2", "3"});
+    EXPECT_EQ(texts(model->_messages),
+              (Texts{"system: Your are helpful assistant", "user: one", "assistant: 23"}));
+    EXPECT_EQ(*model->_responseValue, "23");
+}
+
+TEST_F(ResponseStreamingTest, a_failed_regeneration_keeps_its_response_and_gives_no_text_back) {
+    converse("one", {"1"});
+    model->regenerate();
+    serve(400);
+    EXPECT_EQ(*model->_responseValue, "");
+    EXPECT_EQ(texts(model->_messages), Texts{"system: Your are helpful assistant"});
+    EXPECT_TRUE(platform.urlSessions.shared().tasks().empty());
+
+    model->_messages = std::vector<ChatMessage>();
+    converse("one", {"1"});
+    model->regenerate();
+    failToConnect("Could not connect.");
+    EXPECT_EQ(*model->_command, "");
+    EXPECT_EQ(*model->_error, "Could not connect.");
+}
+
+TEST_F(ResponseStreamingTest, what_the_logic_takes_for_granted_is_a_fatal_fault) {
+    EXPECT_THROW(model->regenerate(), FatalFault);
+    EXPECT_THROW(model->decodeStreamChunk(R"({"choices":[]})", [](const std::string&) {}), FatalFault);
+    EXPECT_NO_THROW(model->decodeStreamChunk(std::nullopt, [](const std::string&) {}));
+}
+
+TEST_F(ResponseStreamingTest, callbacks_do_nothing_when_the_model_has_gone) {
+    ask();
+    platform::FakeDataTask& task = stream();
+    task.deliverStatus(200);
+    task.deliverData(piece("x"));
+    model.reset();
+    EXPECT_NO_THROW(platform.runUntilIdle());
+}
+
+} // namespace
+
+} // namespace quillmoth

@@ -1,0 +1,132 @@
+#include "Quillmoth/Chat/ChatRecords.h"
+#include "Platform/Fake/FakeUUIDSource.h"
+
+#include <gtest/gtest.h>
+
+namespace quillmoth {
+namespace {
+
+using platform::FakeUUIDSource;
+
+ChatChoiceDelta choiceWith(std::string content) {
+    ChatChoiceDelta choice;
+    choice.delta = MessageDelta{.role = std::nullopt, .content = std::move(content)};
+    return choice;
+}
+
+TEST(ChatMessageJSON, ReadingMakesAnIDWhereTheTextHasNone) {
+    FakeUUIDSource uuids;
+    const std::string json = R"({"role":"user","content":"hi"})";
+    const auto first = readChatMessage(json, uuids);
+    const auto second = readChatMessage(json, uuids);
+    ASSERT_TRUE(first && second);
+    EXPECT_EQ(*first, (ChatMessage{FakeUUIDSource::uuid(1), "user", "hi"}));
+    EXPECT_NE(*first, *second);
+    for (const char* with :
+         {R"({"content":"hi","role":"user","id":null})", R"({"id":"X","role":"user","content":"hi"})"})
+        EXPECT_TRUE(readChatMessage(with, uuids)) << with;
+    EXPECT_EQ(readChatMessage(R"({"id":"X","role":"user","content":"hi"})", uuids)->id, "X");
+}
+
+TEST(ChatMessageJSON, WritesRoleAndContentAndNeverTheID) {
+    const auto json = writeJSON(ChatMessage{"X", "user", "a \"quoted\"\nline\x01 ü 🦋"});
+    ASSERT_TRUE(json);
+    EXPECT_EQ(*json, R"({"role":"user","content":"a \"quoted\"\nline\u0001 ü 🦋"})");
+}
+
+TEST(ChatMessageJSON, TextThatIsNoUTF8CannotBeWritten) {
+    EXPECT_FALSE(writeJSON(ChatMessage{std::nullopt, "user", "broken \xFF"}));
+    EXPECT_FALSE(writeJSON(ChatMessage{std::nullopt, "user", "surrogate \xED\xA0\x80"}));
+}
+
+TEST(ChatRecordsJSON, DamagedTextsAndWrongTypesFailTheWholeRecord) {
+    FakeUUIDSource uuids;
+    for (const char* json :
+         {"", " ", "null", "[]", "{", R"({"role":"user"})", R"({"role":"user","content":null})",
+          R"({"role":"user","content":1})", R"({"role":"user","content":"hi","id":5})",
+          R"({"role":"user","content":"hi"}x)", R"({"role":"user","content":"hi",})",
+          "{\"role\":\"user\",\"content\":\"\xC3\x28\"}", "{\"role\":\"user\",\"content\":\"a\nb\"}",
+          R"({"role":"user","content":"\ud800"})"})
+        EXPECT_FALSE(readChatMessage(json, uuids)) << json;
+    EXPECT_EQ(uuids.count(), 0U);
+}
+
+TEST(ChatRecordsJSON, ErrorsNameThePlaceOfTheFault) {
+    const auto missing = readChatResponse(
+        R"({"id":"","object":"","created":1,"model":"","usage":{},"choices":[{"message":{"role":"a"},"index":0}]})");
+    ASSERT_FALSE(missing);
+    EXPECT_EQ(missing.error().description, R"("choices", "entry 0", "message", "content" is missing)");
+    const auto wrong = readChatResponseDelta(R"({"created":"soon"})");
+    ASSERT_FALSE(wrong);
+    EXPECT_EQ(wrong.error().description, R"("created" is no integer)");
+}
+
+TEST(ChatBodyJSON, AbsentOptionalsHaveNoKey) {
+    ChatBody body;
+    body.model = "m";
+    body.messages = {{"X", "user", "hi"}};
+    EXPECT_EQ(*writeJSON(body), R"({"model":"m","messages":[{"role":"user","content":"hi"}]})");
+    body.temperature = 0.5F;
+    body.stream = false;
+    const auto json = writeJSON(body);
+    EXPECT_EQ(
+        *json,
+        R"({"model":"m","messages":[{"role":"user","content":"hi"}],"temperature":0.5,"stream":false})");
+    FakeUUIDSource uuids;
+    const auto read = readChatBody(*json, uuids);
+    ASSERT_TRUE(read);
+    body.messages[0].id = FakeUUIDSource::uuid(1);
+    EXPECT_EQ(*read, body);
+}
+
+TEST(ChatResponseJSON, RequiresAllButTheTokenCountsAndTheReasonToFinish) {
+    const std::string head = R"({"id":"i","object":"o","created":5,"model":"m")";
+    const std::string choice =
+        R"({"message":{"role":"assistant","content":"c"},"index":0,"finish_reason":null})";
+    const auto read = readChatResponse(head + R"(,"usage":{},"choices":[)" + choice + "],\"extra\":[1.5]}");
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->choices.at(0).message.content, "c");
+    EXPECT_FALSE(read->choices.at(0).finishReason);
+    EXPECT_EQ(*readChatResponse(*writeJSON(*read)), *read);
+    EXPECT_FALSE(readChatResponse(head + R"(,"choices":[]})"));
+    EXPECT_FALSE(
+        readChatResponse(head + R"(,"usage":{},"choices":[{"message":{"role":"a","content":"c"}}]})"));
+    EXPECT_FALSE(readChatResponse(R"({"error":{"message":"Incorrect API key"}})"));
+}
+
+TEST(ChatResponseDeltaJSON, EveryFieldMayBeAbsent) {
+    EXPECT_EQ(*readChatResponseDelta("{}"), ChatResponseDelta{});
+    const auto empty = readChatResponseDelta(R"({"choices":[{"delta":{},"index":0}]})");
+    ASSERT_TRUE(empty);
+    EXPECT_EQ(empty->choices->at(0).delta, MessageDelta{});
+    EXPECT_EQ(empty->choices->at(0).index, 0);
+    const auto null = readChatResponseDelta(R"({"choices":[{"delta":{"content":null}}],"usage":null})");
+    ASSERT_TRUE(null);
+    EXPECT_EQ(null->choices->at(0).delta, MessageDelta{});
+    EXPECT_FALSE(null->usage);
+}
+
+TEST(ChatResponseDeltaJSON, ReadsKeysInAnyOrder) {
+    ChatResponseDelta expected;
+    expected.id = "i";
+    expected.object = "o";
+    expected.created = 7;
+    expected.model = "m";
+    expected.usage = ChatUsage{1, 2, 3};
+    expected.choices = {choiceWith("é"), choiceWith("")};
+    const auto reversed = readChatResponseDelta(
+        R"({"choices":[{"x":{},"delta":{"content":"\u00e9"}},{"delta":{"content":""}}],"usage":)"
+        R"({"total_tokens":3,"completion_tokens":2,"prompt_tokens":1},"model":"m","created":7,"object":"o","id":"i"})");
+    ASSERT_TRUE(reversed);
+    EXPECT_EQ(*reversed, expected);
+    EXPECT_EQ(*readChatResponseDelta(*writeJSON(expected)), expected);
+}
+
+TEST(ChatResponseDeltaJSON, IntegersAreWholeNumbersOf64Bits) {
+    EXPECT_EQ(readChatResponseDelta(R"({"created":-9223372036854775808})")->created, INT64_MIN);
+    for (const char* number : {"1.5", "1.0", "9223372036854775808", "true", "\"1\""})
+        EXPECT_FALSE(readChatResponseDelta("{\"created\":" + std::string(number) + "}")) << number;
+}
+
+} // namespace
+} // namespace quillmoth
