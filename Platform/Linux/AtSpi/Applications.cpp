@@ -1,0 +1,77 @@
+#include "Platform/Linux/AtSpi/Applications.h"
+
+#include <atspi/atspi-constants.h>
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+
+namespace quillmoth::platform {
+
+namespace {
+
+Toolkit toolkitNamed(std::string name) {
+    struct Known {
+        std::string_view part;
+        Toolkit toolkit;
+    };
+
+    constexpr std::array<Known, 4> kKnown = {{
+        {"qt", Toolkit::qt},
+        {"gecko", Toolkit::gecko},
+        {"chrom", Toolkit::chromium},
+        {"electron", Toolkit::chromium},
+    }};
+    std::transform(name.begin(), name.end(), name.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    const auto* found = std::find_if(kKnown.begin(), kKnown.end(),
+                                     [&name](const Known& each) { return name.starts_with(each.part); });
+    return found == kKnown.end() ? Toolkit::other : found->toolkit;
+}
+
+} // namespace
+
+std::int64_t Applications::processOf(Operation& operation, const std::string& name) {
+    if (const auto known = processes_.find(name); known != processes_.end())
+        return known->second;
+    static const ObjectReference kDaemon{.name = "org.freedesktop.DBus", .path = "/org/freedesktop/DBus"};
+    const Variant reply = operation.call(kDaemon, "org.freedesktop.DBus", "GetConnectionUnixProcessID",
+                                         g_variant_new("(s)", name.c_str()), "(u)");
+    if (!reply)
+        return 0;
+    guint32 process = 0;
+    g_variant_get(reply.get(), "(u)", &process);
+    return processes_[name] = process;
+}
+
+Toolkit Applications::toolkitOf(Operation& operation, const std::string& name) {
+    if (const auto known = toolkits_.find(name); known != toolkits_.end())
+        return known->second;
+    const Variant value = operation.property({.name = name, .path = ATSPI_DBUS_PATH_ROOT},
+                                             ATSPI_DBUS_INTERFACE_APPLICATION, "ToolkitName", "s");
+    if (!value)
+        return Toolkit::other;
+    return toolkits_[name] = toolkitNamed(g_variant_get_string(value.get(), nullptr));
+}
+
+std::vector<ObjectReference> Applications::rootsOf(Operation& operation, std::int64_t process) {
+    static const ObjectReference kDesktop{.name = ATSPI_DBUS_NAME_REGISTRY, .path = ATSPI_DBUS_PATH_ROOT};
+    auto roots = childrenOf(operation, kDesktop);
+    std::erase_if(roots, [&](const ObjectReference& root) {
+        return root.isNull() || processOf(operation, root.name) != process;
+    });
+    return roots;
+}
+
+void Applications::forget(const std::string& name) {
+    processes_.erase(name);
+    toolkits_.erase(name);
+}
+
+std::vector<ObjectReference> childrenOf(Operation& operation, const ObjectReference& object) {
+    const Variant reply =
+        operation.call(object, ATSPI_DBUS_INTERFACE_ACCESSIBLE, "GetChildren", nullptr, "(a(so))");
+    return reply ? objectsIn(reply.get()) : std::vector<ObjectReference>{};
+}
+
+} // namespace quillmoth::platform

@@ -1,0 +1,282 @@
+#include "Platform/Linux/AtSpi/AtSpiAccessibility.h"
+
+#include "Foundation/Text.h"
+#include "Platform/Linux/AtSpi/Worker.h"
+
+#include <unistd.h>
+
+#include <utility>
+
+namespace quillmoth::platform {
+
+namespace {
+
+struct SystemWideElement final : AXUIElement {};
+
+struct ApplicationElement final : AXUIElement {
+    explicit ApplicationElement(std::int64_t identifier) : process(identifier) {}
+
+    std::int64_t process;
+};
+
+/// An object of an application's accessible tree.
+struct ObjectElement final : AXUIElement {
+    ObjectElement(ObjectReference reference, std::int64_t identifier)
+        : object(std::move(reference)), process(identifier) {}
+
+    ObjectReference object;
+    std::int64_t process;
+};
+
+/// Stands for the PRIMARY selection of a process that has no accessible tree.
+struct PrimaryElement final : AXUIElement {
+    explicit PrimaryElement(std::int64_t identifier) : process(identifier) {}
+
+    std::int64_t process;
+};
+
+/// Holds the text itself: gathering it costs as much as finding out whether there is any.
+struct GatheredRange final : AXTextMarkerRange {
+    explicit GatheredRange(std::string gathered) : text(std::move(gathered)) {}
+
+    std::string text;
+};
+
+// A paste arrives later; moving the caret before would misplace it.
+constexpr std::chrono::seconds kPasteTime{1};
+
+template<class Target>
+const Target* as(const AXUIElementRef& element) {
+    return dynamic_cast<const Target*>(element.get());
+}
+
+AXError store(std::optional<TextAnswer> answer, AXValue& value) {
+    if (!answer)
+        return kAXErrorCannotComplete;
+    if (answer->error == kAXErrorSuccess)
+        value = std::move(answer->text);
+    return answer->error;
+}
+
+AXError store(const std::optional<RangeAnswer>& answer, AXValue& value) {
+    if (!answer)
+        return kAXErrorCannotComplete;
+    if (answer->error == kAXErrorSuccess)
+        value = answer->range;
+    return answer->error;
+}
+
+AXError storeMarkerRange(std::optional<TextAnswer> answer, AXValue& value) {
+    if (!answer)
+        return kAXErrorCannotComplete;
+    if (answer->error == kAXErrorSuccess)
+        value = AXTextMarkerRangeRef(std::make_shared<const GatheredRange>(std::move(answer->text)));
+    return answer->error;
+}
+
+} // namespace
+
+AtSpiAccessibility::AtSpiAccessibility(AtSpiHooks hooks)
+    : hooks_(std::move(hooks)), worker_(std::make_unique<Worker>()) {}
+
+AtSpiAccessibility::~AtSpiAccessibility() = default;
+
+void AtSpiAccessibility::start() {
+    worker_->start();
+}
+
+bool AtSpiAccessibility::enableForDesktop() {
+    return worker_
+        ->ask<bool>([](Session& session, const Request& request) { return session.enable(request); })
+        .value_or(false);
+}
+
+bool AtSpiAccessibility::isProcessTrusted() {
+    return worker_
+        ->ask<bool>([](Session& session, const Request& request) { return session.isTrusted(request); })
+        .value_or(false);
+}
+
+bool AtSpiAccessibility::isProcessTrustedWithOptions(bool prompt) {
+    if (isProcessTrusted())
+        return true;
+    if (!prompt)
+        return false;
+    if (hooks_.hasConsent && hooks_.hasConsent())
+        return enableForDesktop() && isProcessTrusted();
+    if (hooks_.askForConsent && !std::exchange(hasAsked_, true))
+        hooks_.askForConsent();
+    return false;
+}
+
+AXUIElementRef AtSpiAccessibility::createSystemWide() {
+    return std::make_shared<const SystemWideElement>();
+}
+
+AXUIElementRef AtSpiAccessibility::createApplication(std::int64_t processIdentifier) {
+    return std::make_shared<const ApplicationElement>(processIdentifier);
+}
+
+AXError AtSpiAccessibility::copyAttributeValue(const AXUIElementRef& element, std::string_view attribute,
+                                               AXValue& value) {
+    if (!element)
+        return kAXErrorInvalidUIElement;
+    if (attribute == "AXFocusedUIElement") {
+        if (const auto* application = as<ApplicationElement>(element))
+            return copyFocusedElement(application->process, value);
+        const bool isSystemWide = as<SystemWideElement>(element) != nullptr && hooks_.frontProcess;
+        return isSystemWide ? copyFocusedElement(hooks_.frontProcess(), value) : kAXErrorAttributeUnsupported;
+    }
+    if (attribute == "AXSelectedText")
+        return copySelectedText(*element, value);
+    const auto* target = as<ObjectElement>(element);
+    if (target == nullptr)
+        return kAXErrorAttributeUnsupported;
+    const ObjectReference object = target->object;
+    if (attribute == "AXValue")
+        return store(worker_->ask<TextAnswer>([object](Session& session, const Request& request) {
+            return session.value(request, object);
+        }),
+                     value);
+    if (attribute == "AXSelectedTextRange")
+        return store(worker_->ask<RangeAnswer>([object](Session& session, const Request& request) {
+            return session.selectedRange(request, object);
+        }),
+                     value);
+    if (attribute == "AXSelectedTextMarkerRange")
+        return storeMarkerRange(worker_->ask<TextAnswer>([object](Session& session, const Request& request) {
+            return session.gatheredText(request, object);
+        }),
+                                value);
+    return kAXErrorAttributeUnsupported;
+}
+
+AXError AtSpiAccessibility::copyParameterizedAttributeValue(const AXUIElementRef& element,
+                                                            std::string_view attribute,
+                                                            const AXValue& parameter, AXValue& value) {
+    if (!element)
+        return kAXErrorInvalidUIElement;
+    const auto* marker = std::get_if<AXTextMarkerRangeRef>(&parameter);
+    const auto* range = marker != nullptr ? dynamic_cast<const GatheredRange*>(marker->get()) : nullptr;
+    if (attribute != "AXAttributedStringForTextMarkerRange" || range == nullptr)
+        return kAXErrorAttributeUnsupported;
+    value = range->text;
+    return kAXErrorSuccess;
+}
+
+AXError AtSpiAccessibility::setAttributeValue(const AXUIElementRef& element, std::string_view attribute,
+                                              const AXValue& value) {
+    if (!element)
+        return kAXErrorInvalidUIElement;
+    if (const auto* application = as<ApplicationElement>(element)) {
+        const auto* flag = std::get_if<bool>(&value);
+        // What these switch on is never switched off again.
+        return flag != nullptr && *flag ? setApplicationFlag(application->process, attribute)
+                                        : kAXErrorAttributeUnsupported;
+    }
+    if (as<ObjectElement>(element) == nullptr)
+        return kAXErrorAttributeUnsupported;
+    if (const auto* text = std::get_if<std::string>(&value); text != nullptr && attribute == "AXValue")
+        return setText(element, *text);
+    if (const auto* range = std::get_if<CFRange>(&value);
+        range != nullptr && attribute == "AXSelectedTextRange")
+        return setRange(element, *range);
+    return kAXErrorAttributeUnsupported;
+}
+
+AXError AtSpiAccessibility::copyFocusedElement(std::optional<std::int64_t> process, AXValue& value) {
+    // A question to ourselves would wait for the thread that asks.
+    if (!process || *process == getpid())
+        return kAXErrorNoValue;
+    const auto answer =
+        worker_->ask<FocusAnswer>([process = *process](Session& session, const Request& request) {
+            return session.focusedElement(request, process);
+        });
+    if (!answer)
+        return kAXErrorCannotComplete;
+    if (answer->error == kAXErrorSuccess)
+        value = AXUIElementRef(std::make_shared<const ObjectElement>(answer->object, *process));
+    if (answer->error != kAXErrorNoValue || answer->hasTree || !hooks_.primarySelectionOf)
+        return answer->error;
+    value = AXUIElementRef(std::make_shared<const PrimaryElement>(*process));
+    return kAXErrorSuccess;
+}
+
+AXError AtSpiAccessibility::copySelectedText(const AXUIElement& element, AXValue& value) {
+    if (const auto* primary = dynamic_cast<const PrimaryElement*>(&element))
+        return copyPrimary(primary->process, value);
+    const auto* target = dynamic_cast<const ObjectElement*>(&element);
+    if (target == nullptr)
+        return kAXErrorAttributeUnsupported;
+    auto selected =
+        worker_->ask<SelectedTextAnswer>([object = target->object](Session& session, const Request& request) {
+            return session.selectedText(request, object);
+        });
+    if (!selected)
+        return kAXErrorCannotComplete;
+    TextAnswer& answer = selected->answer;
+    const bool isDoubtful = selected->isDoubtful && answer.error == kAXErrorSuccess && !answer.text.empty();
+    if (isDoubtful && hooks_.primarySelectionOf) {
+        auto primary = hooks_.primarySelectionOf(target->process);
+        if (primary && !primary->empty())
+            answer.text = std::move(*primary);
+    }
+    return store(std::move(answer), value);
+}
+
+AXError AtSpiAccessibility::copyPrimary(std::int64_t process, AXValue& value) {
+    value = hooks_.primarySelectionOf(process).value_or("");
+    return kAXErrorSuccess;
+}
+
+AXError AtSpiAccessibility::setApplicationFlag(std::int64_t process, std::string_view attribute) {
+    if (attribute == "AXManualAccessibility") {
+        if (process == getpid())
+            return kAXErrorCannotComplete;
+        return worker_
+            ->ask<AXError>([process](Session& session, const Request& request) {
+                return session.wake(request, process);
+            })
+            .value_or(kAXErrorCannotComplete);
+    }
+    if (attribute != "AXEnhancedUserInterface")
+        return kAXErrorAttributeUnsupported;
+    const bool mayEnable = hooks_.hasConsent && hooks_.hasConsent();
+    return mayEnable && (isProcessTrusted() || enableForDesktop()) ? kAXErrorSuccess : kAXErrorAPIDisabled;
+}
+
+AXError AtSpiAccessibility::setText(const AXUIElementRef& element, const std::string& text) {
+    const bool canPaste = static_cast<bool>(hooks_.pasteText);
+    const auto answer =
+        worker_->ask<WriteAnswer>([object = as<ObjectElement>(element)->object, text = sanitizedUTF8(text),
+                                   canPaste](Session& session, const Request& request) {
+            return session.setValue(request, object, text, canPaste);
+        });
+    if (!answer)
+        return kAXErrorCannotComplete;
+    if (answer->error != kAXErrorSuccess || !answer->isReadyForPaste)
+        return answer->error;
+    if (!hooks_.pasteText(answer->replacement))
+        return kAXErrorFailure;
+    lastPaste_ = {.element = element, .when = std::chrono::steady_clock::now()};
+    return kAXErrorSuccess;
+}
+
+AXError AtSpiAccessibility::setRange(const AXUIElementRef& element, CFRange range) {
+    if (isBeingPastedInto(element))
+        return kAXErrorSuccess;
+    return worker_
+        ->ask<AXError>(
+            [object = as<ObjectElement>(element)->object, range](Session& session, const Request& request) {
+                return session.setSelectedRange(request, object, range);
+            })
+        .value_or(kAXErrorCannotComplete);
+}
+
+bool AtSpiAccessibility::isBeingPastedInto(const AXUIElementRef& element) const {
+    const auto* pasted = as<ObjectElement>(lastPaste_.element);
+    return pasted != nullptr && pasted->object == as<ObjectElement>(element)->object &&
+           std::chrono::steady_clock::now() - lastPaste_.when < kPasteTime;
+}
+
+} // namespace quillmoth::platform

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "Platform/Accessibility.h"
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace quillmoth::platform {
+
+class Worker;
+
+/// What the accessibility back end asks of the window system and of the program. All are called on the main
+/// thread; each may be left empty.
+struct AtSpiHooks {
+    /// The process of the application in front.
+    std::function<std::optional<std::int64_t>()> frontProcess = {};
+    /// The text of the PRIMARY selection where a client of `process` owns it.
+    std::function<std::optional<std::string>(std::int64_t process)> primarySelectionOf = {};
+    /// Pastes `text` into the application in front, over what is selected there. True when that is under way.
+    std::function<bool(const std::string& text)> pasteText = {};
+    /// Whether the user has allowed accessibility to be switched on for the desktop.
+    std::function<bool()> hasConsent = {};
+    /// Asks the user for that; does not wait for the answer.
+    std::function<void()> askForConsent = {};
+};
+
+/// Accessibility over AT-SPI 2. All that waits for other applications happens on a thread of its own, so a
+/// call keeps the main thread for a second at most, and an application that did not answer in time is passed
+/// over at once until it answers again. Where the accessibility bus is gone or accessibility is not enabled
+/// on the desktop, reading the focus fails with kAXErrorAPIDisabled; it works again when the bus is back.
+/// Main thread.
+class AtSpiAccessibility final : public Accessibility {
+public:
+    explicit AtSpiAccessibility(AtSpiHooks hooks);
+    ~AtSpiAccessibility() override;
+
+    /// Connects in the background, so that changes of the focus are noted from now on. Does not wait.
+    void start();
+
+    /// Switches accessibility on for the desktop and keeps it on: only with the user's consent.
+    bool enableForDesktop();
+
+    [[nodiscard]] bool isProcessTrusted() override;
+    /// Asks at most once in the life of the object; with consent given already, enables instead.
+    bool isProcessTrustedWithOptions(bool prompt) override;
+
+    [[nodiscard]] AXUIElementRef createSystemWide() override;
+    [[nodiscard]] AXUIElementRef createApplication(std::int64_t processIdentifier) override;
+
+    AXError copyAttributeValue(const AXUIElementRef& element, std::string_view attribute,
+                               AXValue& value) override;
+    AXError copyParameterizedAttributeValue(const AXUIElementRef& element, std::string_view attribute,
+                                            const AXValue& parameter, AXValue& value) override;
+    AXError setAttributeValue(const AXUIElementRef& element, std::string_view attribute,
+                              const AXValue& value) override;
+
+private:
+    struct Paste {
+        AXUIElementRef element;
+        std::chrono::steady_clock::time_point when;
+    };
+
+    AXError copyFocusedElement(std::optional<std::int64_t> process, AXValue& value);
+    AXError copySelectedText(const AXUIElement& element, AXValue& value);
+    AXError copyPrimary(std::int64_t process, AXValue& value);
+    AXError setApplicationFlag(std::int64_t process, std::string_view attribute);
+    AXError setText(const AXUIElementRef& element, const std::string& text);
+    AXError setRange(const AXUIElementRef& element, CFRange range);
+    [[nodiscard]] bool isBeingPastedInto(const AXUIElementRef& element) const;
+
+    AtSpiHooks hooks_;
+    bool hasAsked_ = false;
+    Paste lastPaste_;
+    std::unique_ptr<Worker> worker_;
+};
+
+} // namespace quillmoth::platform

@@ -1,0 +1,179 @@
+#include "Platform/Linux/AtSpi/Session.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+namespace quillmoth::platform {
+
+namespace {
+
+/// Lazy trees take a moment to be built.
+constexpr Operation::Milliseconds kWakeLimit{500};
+
+template<class Answer>
+Answer failed(AXError error) {
+    Answer answer;
+    answer.error = error;
+    return answer;
+}
+
+template<>
+AXError failed<AXError>(AXError error) {
+    return error;
+}
+
+template<>
+SelectedTextAnswer failed<SelectedTextAnswer>(AXError error) {
+    return {.answer = {.error = error, .text = {}}, .isDoubtful = false};
+}
+
+using OpenQuestion = std::pair<std::weak_ptr<std::set<std::string>>, std::string>;
+
+void onAnswered(GObject* source, GAsyncResult* result, gpointer data) {
+    const std::unique_ptr<OpenQuestion> question(static_cast<OpenQuestion*>(data));
+    const Variant reply(g_dbus_connection_call_finish(G_DBUS_CONNECTION(source), result, nullptr));
+    // Any answer will do, the bus's own that the application has gone among them.
+    if (const auto unresponsive = question->first.lock())
+        unresponsive->erase(question->second);
+}
+
+} // namespace
+
+Session::Session()
+    : bus_([this](const std::string& sender, const std::string& path, const std::string& event,
+                  GVariant* parameters) { onSignal(sender, path, event, parameters); }) {}
+
+Session::~Session() = default;
+
+void Session::prepare(const Request& request) {
+    bus_.connection(request.cancellable);
+}
+
+bool Session::isTrusted(const Request& request) {
+    return bus_.isEnabled(request.cancellable) && bus_.answers(request.cancellable);
+}
+
+bool Session::enable(const Request& request) {
+    return bus_.setEnabled(request.cancellable) && bus_.isEnabled(request.cancellable);
+}
+
+FocusAnswer Session::focusedElement(const Request& request, std::int64_t process) {
+    if (!bus_.isEnabled(request.cancellable))
+        return failed<FocusAnswer>(kAXErrorAPIDisabled);
+    return perform<FocusAnswer>(request, [this, process](Operation& operation) {
+        if (isLeftAlone(operation, process))
+            return failed<FocusAnswer>(kAXErrorCannotComplete);
+        const FocusFinding finding = findFocus(operation, applications_, tracker_, process);
+        if (!finding.object.isNull())
+            return FocusAnswer{.error = kAXErrorSuccess, .object = finding.object, .hasTree = true};
+        return FocusAnswer{.error = operation.isOver() ? operation.error() : kAXErrorNoValue,
+                           .object = {},
+                           .hasTree = finding.hasTree};
+    });
+}
+
+AXError Session::wake(const Request& request, std::int64_t process) {
+    return perform<AXError>(request, [this, process](Operation& operation) {
+        if (isLeftAlone(operation, process))
+            return kAXErrorCannotComplete;
+        const auto roots = applications_.rootsOf(operation, process);
+        for (const ObjectReference& root : roots) {
+            for (const ObjectReference& window : childrenOf(operation, root)) {
+                for (const char* question : {"GetAttributes", "GetRelationSet"}) {
+                    operation.call(window, ATSPI_DBUS_INTERFACE_ACCESSIBLE, question, nullptr, nullptr,
+                                   kWakeLimit);
+                }
+            }
+        }
+        if (operation.isOver())
+            return operation.error();
+        return roots.empty() ? kAXErrorAttributeUnsupported : kAXErrorSuccess;
+    });
+}
+
+SelectedTextAnswer Session::selectedText(const Request& request, const ObjectReference& object) {
+    return withText<SelectedTextAnswer>(request, object, [](const TextElement& element) {
+        return SelectedTextAnswer{.answer = readSelectedText(element),
+                                  .isDoubtful = element.toolkit() == Toolkit::chromium};
+    });
+}
+
+TextAnswer Session::gatheredText(const Request& request, const ObjectReference& object) {
+    return withText<TextAnswer>(request, object, readGatheredText);
+}
+
+TextAnswer Session::value(const Request& request, const ObjectReference& object) {
+    return withText<TextAnswer>(request, object, readValue);
+}
+
+RangeAnswer Session::selectedRange(const Request& request, const ObjectReference& object) {
+    return withText<RangeAnswer>(request, object, readSelectedRange);
+}
+
+AXError Session::setSelectedRange(const Request& request, const ObjectReference& object, CFRange range) {
+    return withText<AXError>(
+        request, object, [range](const TextElement& element) { return writeSelectedRange(element, range); });
+}
+
+WriteAnswer Session::setValue(const Request& request, const ObjectReference& object, const std::string& text,
+                              bool preparesPaste) {
+    return withText<WriteAnswer>(request, object, [&text, preparesPaste](const TextElement& element) {
+        return writeValue(element, text, preparesPaste);
+    });
+}
+
+template<class Answer>
+Answer Session::perform(const Request& request, const std::function<Answer(Operation&)>& body) {
+    GDBusConnection* bus = bus_.connection(request.cancellable);
+    if (bus == nullptr)
+        return failed<Answer>(kAXErrorAPIDisabled);
+    Operation operation(bus, request.cancellable, request.deadline);
+    Answer answer = body(operation);
+    if (!operation.unresponsive().empty())
+        leaveAlone(bus, operation.unresponsive());
+    return answer;
+}
+
+template<class Answer>
+Answer Session::withText(const Request& request, const ObjectReference& object,
+                         const std::function<Answer(const TextElement&)>& body) {
+    if (unresponsive_->contains(object.name))
+        return failed<Answer>(kAXErrorCannotComplete);
+    return perform<Answer>(request, [&](Operation& operation) {
+        const Toolkit toolkit = applications_.toolkitOf(operation, object.name);
+        return body(TextElement(operation, object, toolkit));
+    });
+}
+
+void Session::onSignal(const std::string& sender, const std::string& path, const std::string& event,
+                       GVariant* parameters) {
+    if (!event.ends_with(".NameOwnerChanged"))
+        return tracker_.onSignal(sender, path, event, parameters);
+    const gchar* name = nullptr;
+    const gchar* owner = nullptr;
+    g_variant_get(parameters, "(&s&s&s)", &name, nullptr, &owner);
+    if (*owner != '\0')
+        return;
+    applications_.forget(name);
+    tracker_.forget(name);
+    unresponsive_->erase(name);
+}
+
+void Session::leaveAlone(GDBusConnection* bus, const std::string& name) {
+    if (!unresponsive_->insert(name).second)
+        return;
+    // Owned by the answer's callback.
+    auto question = std::make_unique<OpenQuestion>(unresponsive_, name);
+    g_dbus_connection_call(bus, name.c_str(), ATSPI_DBUS_PATH_ROOT, ATSPI_DBUS_INTERFACE_ACCESSIBLE,
+                           "GetRole", nullptr, nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START,
+                           std::numeric_limits<int>::max(), nullptr, onAnswered, question.release());
+}
+
+bool Session::isLeftAlone(Operation& operation, std::int64_t process) {
+    return std::any_of(unresponsive_->begin(), unresponsive_->end(), [&](const std::string& name) {
+        return applications_.processOf(operation, name) == process;
+    });
+}
+
+} // namespace quillmoth::platform

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "Platform/HotKeyCenter.h"
+#include "Platform/KeyboardEvents.h"
+#include "Platform/KeyboardLayout.h"
+#include "Platform/PanelFocus.h"
+
+/// What answers where the desktop offers no X server: each says once, in the log, what does not work and what to
+/// do instead, and otherwise does nothing. Main thread.
+namespace quillmoth::platform {
+
+class UnavailableHotKeyCenter final : public HotKeyCenter {
+public:
+    [[nodiscard]] bool hasEventTarget() const override { return false; }
+
+    OSStatus registerEventHotKey(std::uint32_t keyCode, std::uint32_t carbonModifiers, EventHotKeyID id,
+                                 Handle& handle) override;
+
+    OSStatus unregisterEventHotKey(Handle) override { return eventNotHandledErr; }
+
+    OSStatus installEventHandler(Handler) override { return eventNotHandledErr; }
+
+    [[nodiscard]] std::vector<SymbolicHotKey> copySymbolicHotKeys() override { return {}; }
+};
+
+class UnavailableKeyboardEvents final : public KeyboardEvents {
+public:
+    [[nodiscard]] std::shared_ptr<CGEventSource> createSource(std::uint32_t) override;
+    [[nodiscard]] std::unique_ptr<CGKeyboardEvent>
+    createKeyboardEvent(const std::shared_ptr<CGEventSource>& source, std::uint16_t keyCode,
+                        bool keyDown) override;
+    void post(std::uint32_t tap, const CGKeyboardEvent& event) override;
+
+private:
+    bool hasTold_ = false;
+};
+
+class UnavailableKeyboardLayout final : public KeyboardLayout {
+public:
+    [[nodiscard]] std::optional<std::string> translate(std::uint16_t) override { return std::nullopt; }
+};
+
+/// The panel is then an ordinary window: it has the keyboard while the desktop gives it to it.
+class UnavailablePanelFocus final : public PanelFocus {
+public:
+    void acquire(WindowIdentifier) override {}
+
+    void release() override {}
+
+    [[nodiscard]] bool isHeld() const override { return false; }
+
+    Subscription onTurnedElsewhere(std::function<void(Turn)>) override { return {}; }
+};
+
+} // namespace quillmoth::platform

@@ -1,0 +1,71 @@
+#pragma once
+
+#include "Foundation/Result.h"
+#include "Foundation/Subscription.h"
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+#include <xcb/xcb.h>
+
+class QSocketNotifier;
+
+namespace quillmoth::platform {
+
+/// A connection of our own to the X server, apart from the toolkit's. Main thread; needs a running Qt event
+/// dispatcher for its events. Costs nothing while the server is silent.
+class X11Connection {
+public:
+    /// To the server of the variable DISPLAY. Fails where there is none or where it lacks the X Input
+    /// Extension 2.2 or XKB.
+    [[nodiscard]] static Result<std::unique_ptr<X11Connection>> open();
+    ~X11Connection();
+    X11Connection(const X11Connection&) = delete;
+    X11Connection& operator=(const X11Connection&) = delete;
+
+    [[nodiscard]] xcb_connection_t* get() const { return connection_; }
+
+    [[nodiscard]] xcb_window_t root() const { return root_; }
+
+    /// Major opcode of the X Input Extension.
+    [[nodiscard]] std::uint8_t inputOpcode() const { return inputOpcode_; }
+
+    /// First event code of XKB.
+    [[nodiscard]] std::uint8_t xkbEvent() const { return xkbEvent_; }
+
+    /// Asked of the server once a name.
+    [[nodiscard]] xcb_atom_t atom(const std::string& name);
+    [[nodiscard]] std::vector<std::uint32_t> numbers(xcb_window_t window, const std::string& property);
+    [[nodiscard]] std::string bytes(xcb_window_t window, const std::string& property);
+
+    /// Adds to what this connection is told about the window.
+    void selectEvents(xcb_window_t window, std::uint32_t mask);
+    /// Sets which events of the X Input Extension come for the root window, as a set of 1 << event type.
+    void selectInputEvents(std::uint16_t device, std::uint32_t mask);
+
+    Subscription onEvent(std::function<void(const xcb_generic_event_t&)> subscriber) {
+        return events_.subscribe(std::move(subscriber));
+    }
+
+    /// Returns after the server has handled all requests so far.
+    void synchronize();
+
+private:
+    X11Connection() = default;
+    [[nodiscard]] Result<void> setUp();
+    void listen();
+    void drain(bool readSocket);
+
+    xcb_connection_t* connection_ = nullptr;
+    xcb_window_t root_ = 0;
+    std::uint8_t inputOpcode_ = 0;
+    std::uint8_t xkbEvent_ = 0;
+    std::map<std::string, xcb_atom_t> atoms_;
+    std::map<xcb_window_t, std::uint32_t> masks_;
+    Signal<const xcb_generic_event_t&> events_;
+    std::unique_ptr<QSocketNotifier> notifier_;
+};
+
+} // namespace quillmoth::platform

@@ -1,0 +1,36 @@
+#include "Platform/Linux/X11/X11FrontApplication.h"
+
+#include "Platform/Linux/X11/X11Reply.h"
+#include "Platform/Linux/X11/X11Selection.h"
+#include "Platform/Linux/X11/X11Windows.h"
+
+#include <unistd.h>
+
+namespace quillmoth::platform {
+
+namespace {
+
+constexpr std::chrono::milliseconds kDeadline(200);
+
+} // namespace
+
+std::optional<std::int64_t> X11FrontApplication::processIdentifier() const {
+    const auto window = activeWindow(connection_);
+    if (window == 0)
+        return std::nullopt;
+    const auto process = windowProcessIdentifier(connection_, window);
+    return process == getpid() ? std::nullopt : process;
+}
+
+std::optional<std::string> X11FrontApplication::primarySelectionOf(std::int64_t processIdentifier) const {
+    auto* connection = connection_.get();
+    const auto cookie = xcb_get_selection_owner(connection, XCB_ATOM_PRIMARY);
+    const auto reply = owned(xcb_get_selection_owner_reply(connection, cookie, nullptr));
+    if (!reply || reply->owner == XCB_WINDOW_NONE)
+        return std::nullopt;
+    if (clientProcessIdentifier(connection_, reply->owner) != processIdentifier)
+        return std::nullopt;
+    return selectionText(XCB_ATOM_PRIMARY, kDeadline);
+}
+
+} // namespace quillmoth::platform

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <xcb/record.h>
+#include <xcb/xcb.h>
+
+class QSocketNotifier;
+
+namespace quillmoth::platform {
+
+/// Tells each time that some program grabs keys the core way (GrabKey requests, by the RECORD
+/// extension 1.13): who grabs last comes first. Nothing else is recorded. Main thread; silent where the
+/// server has no RECORD.
+class X11GrabWatch {
+public:
+    /// `onGrab` is called with the keycode, 0 for a grab of all keys; the grab itself may still be about to
+    /// happen, but comes before any request made then.
+    explicit X11GrabWatch(std::function<void(xcb_keycode_t)> onGrab);
+    ~X11GrabWatch();
+    X11GrabWatch(const X11GrabWatch&) = delete;
+    X11GrabWatch& operator=(const X11GrabWatch&) = delete;
+
+private:
+    struct Disconnect {
+        void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
+    };
+
+    void record();
+    void drain();
+    void read(const xcb_record_enable_context_reply_t& reply);
+
+    std::function<void(xcb_keycode_t)> onGrab_;
+    std::unique_ptr<xcb_connection_t, Disconnect> connection_;
+    unsigned int sequence_ = 0;
+    std::unique_ptr<QSocketNotifier> notifier_;
+};
+
+} // namespace quillmoth::platform

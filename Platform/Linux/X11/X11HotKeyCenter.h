@@ -1,0 +1,82 @@
+#pragma once
+
+#include "Platform/HotKeyCenter.h"
+#include "Platform/Linux/X11/X11Connection.h"
+#include "Platform/Linux/X11/X11GrabWatch.h"
+#include "Platform/Linux/X11/X11Modifiers.h"
+
+#include <QTimer>
+#include <map>
+#include <memory>
+#include <optional>
+
+namespace quillmoth::platform {
+
+/// A key event as a window receives it.
+struct X11KeyStroke {
+    xcb_keycode_t keycode = 0;
+    /// The modifiers before the event.
+    std::uint32_t modifiers = 0;
+    xcb_timestamp_t time = 0;
+    bool isPress = false;
+};
+
+/// Hot keys as passive grabs of the X Input Extension on a connection of their own. They win against the
+/// window manager's by being the last: they are taken again whenever somebody grabs the same key. Repeats of
+/// a held key are not told.
+class X11HotKeyCenter : public HotKeyCenter {
+public:
+    explicit X11HotKeyCenter(std::unique_ptr<X11Connection> connection);
+    ~X11HotKeyCenter() override;
+
+    bool hasEventTarget() const override { return true; }
+
+    OSStatus registerEventHotKey(std::uint32_t keyCode, std::uint32_t carbonModifiers, EventHotKeyID id,
+                                 Handle& handle) override;
+    OSStatus unregisterEventHotKey(Handle handle) override;
+    OSStatus installEventHandler(Handler handler) override;
+
+    /// Empty: what a window manager has taken works here all the same.
+    std::vector<SymbolicHotKey> copySymbolicHotKeys() override { return {}; }
+
+    /// While a window of this program has grabbed the keyboard nothing arrives here; so that window offers
+    /// what it receives. True where the event belongs to a hot key and is not for the window.
+    bool offer(const X11KeyStroke& stroke);
+
+private:
+    struct Registration {
+        EventHotKeyID identifier;
+        xcb_keycode_t keycode = 0;
+        std::uint32_t modifiers = 0;
+    };
+
+    [[nodiscard]] const Registration* find(xcb_keycode_t keycode, std::uint32_t modifiers) const;
+    [[nodiscard]] std::array<std::uint32_t, 4> variants(const Registration& registration) const;
+    void handle(const xcb_generic_event_t& event);
+    void handleInputEvent(const xcb_ge_generic_event_t& event);
+    void offerAgain(const X11KeyStroke& stroke);
+    void press(const Registration& registration);
+    void release();
+    void send(std::uint32_t kind, EventHotKeyID identifier);
+    void handleGrabOf(xcb_keycode_t keycode);
+    void startGrabbingAgain();
+    void grabAllAgain();
+    void grabAgain(const Registration& registration);
+
+    std::unique_ptr<X11Connection> connection_;
+    X11Modifiers modifiers_;
+    std::map<Handle, Registration> registrations_;
+    Handle lastHandle_ = 0;
+    Handler handler_;
+    /// The combination that is down now.
+    std::optional<Registration> pressed_;
+    /// Runs out after an offered release that may be half of a repeat.
+    QTimer releaseTimer_;
+    xcb_timestamp_t releaseTime_ = 0;
+    QTimer grabTimer_;
+    std::size_t grabStep_ = 0;
+    X11GrabWatch grabWatch_;
+    Subscription events_;
+};
+
+} // namespace quillmoth::platform

@@ -1,0 +1,181 @@
+#include "Platform/Linux/X11/X11PanelFocus.h"
+
+#include "Foundation/FatalError.h"
+#include "Platform/Linux/X11/X11Reply.h"
+
+#include <QGuiApplication>
+#include <algorithm>
+#include <chrono>
+#include <utility>
+#include <xcb/xtest.h>
+
+namespace quillmoth::platform {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto kRetryPause = 10ms;
+constexpr int kAttempts = 50;
+constexpr auto kIdleTime = 60s;
+
+/// With one of these held a key writes no text; without any, only keys that write none can be the desktop's.
+constexpr std::uint32_t kCommandModifiers = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | XCB_MOD_MASK_4;
+constexpr std::uint32_t kChordModifiers = kCommandModifiers | XCB_MOD_MASK_SHIFT;
+
+xcb_connection_t* toolkitConnection() {
+    const auto* application = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (!application)
+        fatalError("The toolkit does not run on X11");
+    return application->connection();
+}
+
+/// Keys from F1 on, the Meta keys and what stands above the main block: not those that write or edit.
+bool canBeDesktopKeyAlone(xcb_keycode_t keycode) {
+    const auto within = [keycode](int first, int last) { return keycode >= first && keycode <= last; };
+    return within(67, 76) || within(95, 96) || keycode == 107 || within(121, 124) || within(133, 134) ||
+           within(137, 255);
+}
+
+} // namespace
+
+X11PanelFocus::X11PanelFocus(X11Connection& connection, X11HotKeyCenter& hotKeys)
+    : connection_(connection), hotKeys_(hotKeys), probe_(connection), toolkit_(toolkitConnection()),
+      watch_(connection, xcb_get_setup(toolkit_)->resource_id_base, xcb_get_setup(toolkit_)->resource_id_mask,
+             {.pressedOutside = [this] { turn(Turn::pressedElsewhere); },
+              .pressedInside =
+                  [this] {
+                      if (!isHeld())
+                          acquire(window_);
+                  },
+              .activatedElsewhere = [this] { turn(Turn::activatedElsewhere); }}),
+      lockWatch_([this] {
+          if (window_)
+              turn(Turn::sessionLocked);
+      }) {
+    retryTimer_.setTimerType(Qt::PreciseTimer);
+    retryTimer_.setInterval(kRetryPause);
+    idleTimer_.setSingleShot(true);
+    idleTimer_.setInterval(kIdleTime);
+    QObject::connect(&retryTimer_, &QTimer::timeout, &retryTimer_, [this] { tryToGrab(); });
+    QObject::connect(&idleTimer_, &QTimer::timeout, &idleTimer_, [this] { turn(Turn::idle); });
+    qGuiApp->installNativeEventFilter(this);
+}
+
+X11PanelFocus::~X11PanelFocus() {
+    release();
+}
+
+void X11PanelFocus::acquire(WindowIdentifier window) {
+    if (isHeld() && window_ == window)
+        return;
+    giveUp();
+    window_ = static_cast<xcb_window_t>(window);
+    watch_.start();
+    attempts_ = 0;
+    tryToGrab();
+    // Connecting to the buses takes a while: not between the hot key and the first picture.
+    QTimer::singleShot(0, &lockWatch_, [this] { lockWatch_.start(); });
+}
+
+void X11PanelFocus::release() {
+    watch_.stop();
+    giveUp();
+    window_ = 0;
+}
+
+void X11PanelFocus::tryToGrab() {
+    if (grab())
+        means_ = Means::grab;
+    else if (++attempts_ < kAttempts)
+        return retryTimer_.start();
+    else
+        moveInputFocus();
+    retryTimer_.stop();
+    idleTimer_.start();
+}
+
+bool X11PanelFocus::grab() {
+    const auto cookie =
+        xcb_grab_keyboard(toolkit_, 1, window_, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    const auto reply = owned(xcb_grab_keyboard_reply(toolkit_, cookie, nullptr));
+    return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
+}
+
+void X11PanelFocus::moveInputFocus() {
+    const auto focus = owned(xcb_get_input_focus_reply(toolkit_, xcb_get_input_focus(toolkit_), nullptr));
+    formerFocus_ = focus ? focus->focus : static_cast<xcb_window_t>(XCB_INPUT_FOCUS_POINTER_ROOT);
+    xcb_set_input_focus(toolkit_, XCB_INPUT_FOCUS_POINTER_ROOT, window_, XCB_CURRENT_TIME);
+    xcb_flush(toolkit_);
+    means_ = Means::inputFocus;
+}
+
+void X11PanelFocus::giveUp() {
+    retryTimer_.stop();
+    idleTimer_.stop();
+    const auto means = std::exchange(means_, Means::none);
+    if (means == Means::none)
+        return;
+    if (means == Means::grab)
+        xcb_ungrab_keyboard(toolkit_, XCB_CURRENT_TIME);
+    else
+        xcb_set_input_focus(toolkit_, XCB_INPUT_FOCUS_POINTER_ROOT, formerFocus_, XCB_CURRENT_TIME);
+    // The reply says that the server has done it.
+    owned(xcb_get_input_focus_reply(toolkit_, xcb_get_input_focus(toolkit_), nullptr)).reset();
+}
+
+void X11PanelFocus::turn(Turn kind) {
+    giveUp();
+    turned_.emit(kind);
+}
+
+void X11PanelFocus::withoutGrab(const std::function<void()>& work) {
+    const bool wasGrabbed = means_ == Means::grab;
+    if (wasGrabbed)
+        giveUp();
+    work();
+    if (wasGrabbed && window_)
+        acquire(window_);
+}
+
+bool X11PanelFocus::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*) {
+    if (means_ == Means::none || eventType != "xcb_generic_event_t")
+        return false;
+    const auto& event = *static_cast<const xcb_generic_event_t*>(message);
+    const auto type = event.response_type & 0x7F;
+    if (type != XCB_KEY_PRESS && type != XCB_KEY_RELEASE)
+        return false;
+    const auto& key = reinterpret_cast<const xcb_key_press_event_t&>(event);
+    return handleKey({key.detail, key.state, key.time, type == XCB_KEY_PRESS});
+}
+
+bool X11PanelFocus::handleKey(const X11KeyStroke& stroke) {
+    if (stroke.isPress)
+        idleTimer_.start();
+    // With the input focus only, hot keys and the desktop's keys take their ordinary way.
+    if (means_ != Means::grab)
+        return false;
+    if (hotKeys_.offer(stroke))
+        return true;
+    if (!stroke.isPress || !belongsToDesktop(stroke))
+        return false;
+    turn(Turn::desktopShortcut);
+    strikeForDesktop(stroke);
+    return true;
+}
+
+bool X11PanelFocus::belongsToDesktop(const X11KeyStroke& stroke) const {
+    if (!(stroke.modifiers & kCommandModifiers) && !canBeDesktopKeyAlone(stroke.keycode))
+        return false;
+    return probe_.isGrabbed(stroke.keycode, stroke.modifiers & kChordModifiers);
+}
+
+void X11PanelFocus::strikeForDesktop(const X11KeyStroke& stroke) {
+    // The user holds the key, so a press alone would be a repeat of it.
+    const std::uint8_t strokes[] = {XCB_KEY_RELEASE, XCB_KEY_PRESS, XCB_KEY_RELEASE};
+    for (const auto type : strokes)
+        xcb_test_fake_input(connection_.get(), type, stroke.keycode, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+    connection_.synchronize();
+}
+
+} // namespace quillmoth::platform

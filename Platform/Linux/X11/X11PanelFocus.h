@@ -1,0 +1,72 @@
+#pragma once
+
+#include "Platform/Linux/X11/SessionLockWatch.h"
+#include "Platform/Linux/X11/X11HotKeyCenter.h"
+#include "Platform/Linux/X11/X11HotKeyProbe.h"
+#include "Platform/Linux/X11/X11TurnWatch.h"
+#include "Platform/PanelFocus.h"
+
+#include <QAbstractNativeEventFilter>
+#include <QTimer>
+#include <memory>
+#include <optional>
+
+namespace quillmoth::platform {
+
+/// The keyboard for a window by a grab on the toolkit's connection: the active window, the input focus and
+/// the highlighted selection stay with the other application. Where another client holds a grab for longer
+/// than half a second, the input focus is moved instead, and given back.
+///
+/// Gives the keyboard up by itself before it tells of a turn, and takes it again when the window is clicked.
+/// A combination that belongs to the window manager is struck again for it afterwards.
+class X11PanelFocus : public PanelFocus, private QAbstractNativeEventFilter {
+public:
+    /// Needs a Qt application on X11. `connection` is for watching, and `hotKeys` is offered each key first;
+    /// both outlive the object.
+    X11PanelFocus(X11Connection& connection, X11HotKeyCenter& hotKeys);
+    ~X11PanelFocus() override;
+
+    void acquire(WindowIdentifier window) override;
+    void release() override;
+
+    [[nodiscard]] bool isHeld() const override { return means_ != Means::none; }
+
+    Subscription onTurnedElsewhere(std::function<void(Turn)> subscriber) override {
+        return turned_.subscribe(std::move(subscriber));
+    }
+
+    /// Runs `work` while no grab of ours keeps keys from other programs; afterwards the grab is back.
+    void withoutGrab(const std::function<void()>& work);
+
+    /// How long the keyboard is held without a key; one minute. Tests shorten it.
+    void setIdleTime(std::chrono::milliseconds time) { idleTimer_.setInterval(time); }
+
+private:
+    enum class Means { none, grab, inputFocus };
+
+    bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
+    bool handleKey(const X11KeyStroke& stroke);
+    [[nodiscard]] bool belongsToDesktop(const X11KeyStroke& stroke) const;
+    void tryToGrab();
+    [[nodiscard]] bool grab();
+    void moveInputFocus();
+    void giveUp();
+    void turn(Turn kind);
+    void strikeForDesktop(const X11KeyStroke& stroke);
+
+    X11Connection& connection_;
+    X11HotKeyCenter& hotKeys_;
+    X11HotKeyProbe probe_;
+    xcb_connection_t* toolkit_;
+    X11TurnWatch watch_;
+    SessionLockWatch lockWatch_;
+    xcb_window_t window_ = 0;
+    Means means_ = Means::none;
+    xcb_window_t formerFocus_ = 0;
+    int attempts_ = 0;
+    QTimer retryTimer_;
+    QTimer idleTimer_;
+    Signal<Turn> turned_;
+};
+
+} // namespace quillmoth::platform

@@ -1,0 +1,46 @@
+#include "Platform/Qt/FileDocuments.h"
+
+#include "Platform/Qt/DiskSync.h"
+#include "Platform/Qt/ReplaceFile.h"
+
+#include <QDir>
+#include <QStandardPaths>
+#include <sys/stat.h>
+
+namespace quillmoth::platform {
+
+Result<std::string> FileDocuments::documentsDirectory(bool create) {
+    const QString known = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    const QString folder = QDir::isAbsolutePath(known) ? known : QDir::home().filePath("Documents");
+    const std::string path = QDir::cleanPath(folder).toStdString();
+    if (create) {
+        const auto made = makeFolders(path);
+        if (!made)
+            return made.error();
+    }
+    return path;
+}
+
+bool FileDocuments::fileExists(const std::string& path) const {
+    struct stat status {};
+
+    return stat(path.c_str(), &status) == 0;
+}
+
+Result<void> FileDocuments::createDirectory(const std::string& path) {
+    return makeFolders(path);
+}
+
+Result<std::string> FileDocuments::readFile(const std::string& path) const {
+    return readWholeFile(path);
+}
+
+Result<void> FileDocuments::writeFile(const std::string& path, const std::string& bytes) {
+    const auto written = replaceFile(path, bytes);
+    if (!written)
+        return written.error();
+    diskSync_.request(*written);
+    return {};
+}
+
+} // namespace quillmoth::platform

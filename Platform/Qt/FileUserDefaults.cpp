@@ -1,0 +1,158 @@
+#include "Platform/Qt/FileUserDefaults.h"
+
+#include "Foundation/Log.h"
+#include "Platform/Qt/DiskSync.h"
+#include "Platform/Qt/ReplaceFile.h"
+
+#include <QFileInfo>
+#include <QFileSystemWatcher>
+#include <cmath>
+#include <filesystem>
+#include <limits>
+#include <utility>
+
+namespace quillmoth::platform {
+
+namespace {
+
+std::optional<DefaultsValue> valueOf(const DefaultsObject& json) {
+    if (json.is_boolean())
+        return json.get<bool>();
+    if (json.is_string())
+        return json.get<std::string>();
+    // Beyond the signed range a number keeps its magnitude rather than its last digits.
+    if (json.is_number_unsigned() && json.get<std::uint64_t>() > std::numeric_limits<std::int64_t>::max())
+        return json.get<double>();
+    if (json.is_number_integer())
+        return json.get<std::int64_t>();
+    if (json.is_number_float())
+        return json.get<double>();
+    return std::nullopt;
+}
+
+std::string folderOf(const std::string& path) {
+    return std::filesystem::path(path).parent_path().string();
+}
+
+} // namespace
+
+/// Tells that the file may have changed: by its folder where it is replaced, by itself where it is written.
+class FileUserDefaults::Watcher {
+public:
+    Watcher(std::string path, const std::function<void()>& changed) : path_(std::move(path)) {
+        const auto notice = [this, changed] {
+            watch();
+            changed();
+        };
+        QObject::connect(&watcher_, &QFileSystemWatcher::fileChanged, &watcher_, notice);
+        QObject::connect(&watcher_, &QFileSystemWatcher::directoryChanged, &watcher_, notice);
+        watch();
+    }
+
+private:
+    /// Again after each notice: a file that was replaced is watched no more.
+    void watch() {
+        const std::string target = resolvedPath(path_);
+        for (const auto& path : {folderOf(path_), folderOf(target), target}) {
+            const QString name = QString::fromStdString(path);
+            if (QFileInfo::exists(name))
+                watcher_.addPath(name);
+        }
+    }
+
+    std::string path_;
+    QFileSystemWatcher watcher_;
+};
+
+FileUserDefaults::FileUserDefaults(std::string path, DiskSync& diskSync)
+    : file_(std::move(path)), diskSync_(diskSync) {
+    refresh(AtDamage::keepFileAside);
+    changedElsewhere_ = false;
+}
+
+FileUserDefaults::~FileUserDefaults() = default;
+
+std::optional<DefaultsValue> FileUserDefaults::object(std::string_view key) const {
+    refresh(AtDamage::keepFormerValues);
+    const auto found = object_.find(key);
+    return found == object_.end() ? std::nullopt : valueOf(*found);
+}
+
+void FileUserDefaults::set(std::string_view key, DefaultsValue value) {
+    const auto* real = std::get_if<double>(&value);
+    if (real && !std::isfinite(*real)) {
+        logLine("The setting \"" + std::string(key) + "\" was not stored: it is not a finite number.");
+        return;
+    }
+    change(key, std::visit([](auto& alternative) { return DefaultsObject(std::move(alternative)); }, value));
+}
+
+void FileUserDefaults::remove(std::string_view key) {
+    change(key, std::nullopt);
+}
+
+Subscription FileUserDefaults::onChange(std::function<void()> subscriber) {
+    if (!watcher_) {
+        // A folder that does not exist cannot be watched.
+        (void)makeFolders(folderOf(file_.path()), 0700);
+        watcher_ = std::make_unique<Watcher>(file_.path(), [this] { tellOfOtherProcesses(); });
+    }
+    return changed_.subscribe(std::move(subscriber));
+}
+
+bool FileUserDefaults::refresh(AtDamage atDamage) const {
+    if (file_.stamp() == stamp_ && atDamage == AtDamage::keepFormerValues)
+        return true;
+    auto content = file_.read();
+    // As it is now: reading may have put its permissions right.
+    stamp_ = file_.stamp();
+    if (content.condition == DefaultsFile::Condition::unreadable) {
+        logLine("The settings in \"" + file_.path() + "\" cannot be read: " + content.reason);
+        return false;
+    }
+    // Otherwise another process may be in the middle of writing it: the values read before hold until then.
+    if (content.condition == DefaultsFile::Condition::damaged)
+        return atDamage == AtDamage::keepFileAside && file_.keepAside(content.reason);
+    const auto former = std::exchange(object_, std::move(content.object));
+    applyUnwritten();
+    changedElsewhere_ = changedElsewhere_ || former != object_;
+    return true;
+}
+
+void FileUserDefaults::applyUnwritten() const {
+    for (const auto& [key, value] : unwritten_) {
+        if (value)
+            object_[key] = *value;
+        else
+            object_.erase(key);
+    }
+}
+
+void FileUserDefaults::change(std::string_view key, std::optional<DefaultsObject> value) {
+    unwritten_.insert_or_assign(std::string(key), std::move(value));
+    applyUnwritten();
+    write();
+    changed_.emit();
+}
+
+void FileUserDefaults::write() {
+    const DefaultsLock lock(folderOf(file_.path()));
+    if (!refresh(AtDamage::keepFileAside))
+        return;
+    const auto written = file_.write(object_);
+    if (!written) {
+        logLine("The settings were not saved. " + written.error().description);
+        return;
+    }
+    stamp_ = file_.stamp();
+    unwritten_.clear();
+    diskSync_.request(*written);
+}
+
+void FileUserDefaults::tellOfOtherProcesses() {
+    refresh(AtDamage::keepFormerValues);
+    if (std::exchange(changedElsewhere_, false))
+        changed_.emit();
+}
+
+} // namespace quillmoth::platform

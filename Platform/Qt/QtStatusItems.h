@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Platform/StatusItem.h"
+
+#include <functional>
+#include <memory>
+
+class QColor;
+
+namespace quillmoth::platform {
+
+/// The program's item in the desktop's tray. Main thread, with a QApplication. Where there is no tray, that
+/// and other ways to the program are logged, and the tray is taken when one appears.
+class QtStatusItems final : public StatusItems {
+public:
+    /// `colour` gives the colour of the symbol, asked each time that the item appears.
+    explicit QtStatusItems(std::function<QColor()> colour = {});
+    ~QtStatusItems() override;
+
+    void show(const std::string& symbol, const std::string& accessibilityDescription,
+              std::vector<MenuItem> menu) override;
+
+private:
+    class Item;
+
+    std::function<QColor()> colour_;
+    std::unique_ptr<Item> item_;
+};
+
+} // namespace quillmoth::platform

@@ -1,0 +1,37 @@
+#include "Platform/Qt/QtWorkspace.h"
+
+#include "Platform/MainQueue.h"
+
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QUrl>
+
+#include <utility>
+
+namespace quillmoth::platform {
+
+QtWorkspace::QtWorkspace(MainQueue& mainQueue, FrontProcess frontProcess)
+    : mainQueue_(mainQueue), frontProcess_(std::move(frontProcess)) {}
+
+void QtWorkspace::setOwnURLHandler(URLHandler handler) {
+    ownURLHandler_ = std::move(handler);
+}
+
+std::optional<std::int64_t> QtWorkspace::frontmostApplicationProcessIdentifier() {
+    const auto process = frontProcess_ ? frontProcess_() : std::nullopt;
+    return process == QCoreApplication::applicationPid() ? std::nullopt : process;
+}
+
+bool QtWorkspace::openURL(const std::string& url) {
+    const QUrl parsed(QString::fromStdString(url), QUrl::TolerantMode);
+    if (!parsed.isValid() || parsed.isRelative())
+        return false;
+    if (parsed.scheme() != QLatin1String("quillmoth"))
+        return QDesktopServices::openUrl(parsed);
+    if (!ownURLHandler_)
+        return false;
+    mainQueue_.async([handler = ownURLHandler_, url] { handler({url}); });
+    return true;
+}
+
+} // namespace quillmoth::platform

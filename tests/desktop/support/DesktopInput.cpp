@@ -1,0 +1,111 @@
+#include "tests/desktop/support/DesktopInput.h"
+
+#include <cstdlib>
+#include <linux/input-event-codes.h>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <xcb/xcb.h>
+#include <xcb/xtest.h>
+
+namespace quillmoth::test {
+
+namespace {
+
+constexpr int kFirstKeycode = 8;
+
+struct KeyPosition {
+    int key = 0;
+    bool shifted = false;
+};
+
+std::uint32_t keysymFor(char character) {
+    switch (character) {
+    case '\n':
+        return 0xff0d;
+    case '\t':
+        return 0xff09;
+    case '\b':
+        return 0xff08;
+    default:
+        return static_cast<unsigned char>(character);
+    }
+}
+
+KeyPosition find(xcb_connection_t* connection, std::uint32_t keysym) {
+    const auto cookie = xcb_get_keyboard_mapping(connection, kFirstKeycode, 248);
+    const std::unique_ptr<xcb_get_keyboard_mapping_reply_t, decltype(&std::free)> reply(
+        xcb_get_keyboard_mapping_reply(connection, cookie, nullptr), &std::free);
+    if (!reply)
+        throw std::runtime_error("no keyboard mapping");
+    const xcb_keysym_t* keysyms = xcb_get_keyboard_mapping_keysyms(reply.get());
+    const int width = reply->keysyms_per_keycode;
+    for (int level = 0; level < 2; ++level) {
+        for (int key = 0; key < 248; ++key) {
+            if (keysyms[key * width + level] == keysym)
+                return {key, level == 1};
+        }
+    }
+    throw std::runtime_error("no key writes keysym " + std::to_string(keysym));
+}
+
+} // namespace
+
+DesktopInput::DesktopInput(xcb_connection_t* connection, std::uint32_t rootWindow)
+    : connection_(connection), rootWindow_(rootWindow) {}
+
+void DesktopInput::send(std::uint8_t type, int detail, int x, int y) {
+    xcb_test_fake_input(connection_, type, static_cast<std::uint8_t>(detail), XCB_CURRENT_TIME, rootWindow_,
+                        static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), 0);
+    std::free(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+}
+
+void DesktopInput::pressKey(int key) {
+    send(XCB_KEY_PRESS, key + kFirstKeycode);
+}
+
+void DesktopInput::releaseKey(int key) {
+    send(XCB_KEY_RELEASE, key + kFirstKeycode);
+}
+
+void DesktopInput::tapKey(int key) {
+    pressKey(key);
+    releaseKey(key);
+}
+
+void DesktopInput::chord(std::initializer_list<int> keys) {
+    for (const int key : keys)
+        pressKey(key);
+    for (auto key = std::rbegin(keys); key != std::rend(keys); ++key)
+        releaseKey(*key);
+}
+
+void DesktopInput::type(std::string_view asciiText) {
+    for (const char character : asciiText) {
+        const auto [key, shifted] = find(connection_, keysymFor(character));
+        if (shifted)
+            chord({KEY_LEFTSHIFT, key});
+        else
+            tapKey(key);
+    }
+}
+
+void DesktopInput::movePointer(int x, int y) {
+    send(XCB_MOTION_NOTIFY, 0, x, y);
+}
+
+void DesktopInput::pressButton(int button) {
+    send(XCB_BUTTON_PRESS, button);
+}
+
+void DesktopInput::releaseButton(int button) {
+    send(XCB_BUTTON_RELEASE, button);
+}
+
+void DesktopInput::click(int x, int y, int button) {
+    movePointer(x, y);
+    pressButton(button);
+    releaseButton(button);
+}
+
+} // namespace quillmoth::test

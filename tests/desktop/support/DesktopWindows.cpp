@@ -1,0 +1,100 @@
+#include "tests/desktop/support/DesktopWindows.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <xcb/xcb.h>
+
+namespace quillmoth::test {
+
+namespace {
+
+template<class Reply>
+std::unique_ptr<Reply, decltype(&std::free)> owned(Reply* reply) {
+    return {reply, &std::free};
+}
+
+std::string property(xcb_connection_t* connection, std::uint32_t window, std::uint32_t name) {
+    const auto cookie = xcb_get_property(connection, 0, window, name, XCB_ATOM_ANY, 0, 65536);
+    const auto reply = owned(xcb_get_property_reply(connection, cookie, nullptr));
+    if (!reply)
+        return {};
+    return {static_cast<const char*>(xcb_get_property_value(reply.get())),
+            static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
+}
+
+} // namespace
+
+DesktopWindows::DesktopWindows(xcb_connection_t* connection, std::uint32_t rootWindow)
+    : connection_(connection), rootWindow_(rootWindow) {}
+
+std::uint32_t DesktopWindows::atom(const char* name) const {
+    const auto cookie = xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(std::strlen(name)), name);
+    const auto reply = owned(xcb_intern_atom_reply(connection_, cookie, nullptr));
+    return reply ? reply->atom : 0;
+}
+
+std::vector<std::uint32_t> DesktopWindows::numbers(std::uint32_t window, const char* name) const {
+    const std::string bytes = property(connection_, window, atom(name));
+    std::vector<std::uint32_t> result(bytes.size() / sizeof(std::uint32_t));
+    std::memcpy(result.data(), bytes.data(), result.size() * sizeof(std::uint32_t));
+    return result;
+}
+
+std::uint32_t DesktopWindows::activeWindow() const {
+    const auto values = numbers(rootWindow_, "_NET_ACTIVE_WINDOW");
+    return values.empty() ? 0 : values.front();
+}
+
+std::uint32_t DesktopWindows::inputFocus() const {
+    const auto reply =
+        owned(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+    return reply ? reply->focus : 0;
+}
+
+std::vector<std::uint32_t> DesktopWindows::managedWindows() const {
+    return numbers(rootWindow_, "_NET_CLIENT_LIST");
+}
+
+std::optional<std::uint32_t> DesktopWindows::windowTitled(std::string_view wanted) const {
+    for (const auto window : managedWindows()) {
+        if (title(window).find(wanted) != std::string::npos)
+            return window;
+    }
+    return std::nullopt;
+}
+
+std::string DesktopWindows::title(std::uint32_t window) const {
+    auto text = property(connection_, window, atom("_NET_WM_NAME"));
+    return text.empty() ? property(connection_, window, XCB_ATOM_WM_NAME) : text;
+}
+
+std::uint32_t DesktopWindows::processIdentifier(std::uint32_t window) const {
+    const auto values = numbers(window, "_NET_WM_PID");
+    return values.empty() ? 0 : values.front();
+}
+
+DesktopRectangle DesktopWindows::geometry(std::uint32_t window) const {
+    const auto size =
+        owned(xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, window), nullptr));
+    const auto place = owned(xcb_translate_coordinates_reply(
+        connection_, xcb_translate_coordinates(connection_, window, rootWindow_, 0, 0), nullptr));
+    if (!size || !place)
+        return {};
+    return {place->dst_x, place->dst_y, size->width, size->height};
+}
+
+void DesktopWindows::activate(std::uint32_t window) {
+    xcb_client_message_event_t event = {};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 32;
+    event.window = window;
+    event.type = atom("_NET_ACTIVE_WINDOW");
+    event.data.data32[0] = 2; // a pager
+    xcb_send_event(connection_, 0, rootWindow_,
+                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
+                   reinterpret_cast<const char*>(&event));
+    xcb_flush(connection_);
+}
+
+} // namespace quillmoth::test

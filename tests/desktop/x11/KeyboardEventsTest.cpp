@@ -1,0 +1,210 @@
+#include "tests/desktop/x11/X11Session.h"
+
+#include <QRasterWindow>
+#include <linux/input-event-codes.h>
+
+namespace quillmoth::test {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr std::uint16_t kC = 8;
+
+/// A managed window on a connection of its own, as of another program, that notes the keys it receives:
+/// "c" with its modifiers in front, such as "C-c", for a press of the C key.
+class Witness {
+public:
+    Witness() : connection_(xcb_connect(nullptr, nullptr)) {
+        const auto* screen = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data;
+        const std::uint32_t events = XCB_EVENT_MASK_KEY_PRESS | XCB_EVENT_MASK_KEY_RELEASE;
+        window_ = xcb_generate_id(connection_);
+        xcb_create_window(connection_, XCB_COPY_FROM_PARENT, window_, screen->root, 50, 50, 200, 100, 0,
+                          XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &events);
+        xcb_map_window(connection_, window_);
+        xcb_flush(connection_);
+    }
+
+    Witness(const Witness&) = delete;
+    Witness& operator=(const Witness&) = delete;
+
+    ~Witness() { xcb_disconnect(connection_); }
+
+    [[nodiscard]] std::uint32_t window() const { return window_; }
+
+    const std::string& received() {
+        while (auto* event = xcb_poll_for_event(connection_)) {
+            const auto type = event->response_type & 0x7F;
+            if (type == XCB_KEY_PRESS || type == XCB_KEY_RELEASE)
+                note(reinterpret_cast<const xcb_key_press_event_t&>(*event), type == XCB_KEY_PRESS);
+            std::free(event);
+        }
+        return received_;
+    }
+
+private:
+    void note(const xcb_key_press_event_t& key, bool isPress) {
+        if (key.detail != KEY_C + 8)
+            return;
+        received_ += isPress ? "+" : "-";
+        received_ += key.state & XCB_MOD_MASK_CONTROL ? "C" : "";
+        received_ += key.state & XCB_MOD_MASK_1 ? "A" : "";
+        received_ += key.state & XCB_MOD_MASK_SHIFT ? "S" : "";
+        received_ += key.state & XCB_MOD_MASK_4 ? "W" : "";
+        received_ += key.state & XCB_MOD_MASK_LOCK ? "L" : "";
+    }
+
+    xcb_connection_t* connection_;
+    std::uint32_t window_ = 0;
+    std::string received_;
+};
+
+class KeyboardEventsTest : public X11Session {
+protected:
+    static void copy() {
+        auto& events = backEnd().keyboardEvents();
+        const auto source = events.createSource(platform::kCGEventSourceStateHIDSystemState);
+        for (const bool down : {true, false}) {
+            const auto event = events.createKeyboardEvent(source, kC, down);
+            ASSERT_TRUE(event);
+            event->flags = platform::kCGEventFlagMaskCommand;
+            events.post(platform::kCGHIDEventTap, *event);
+        }
+    }
+
+    /// The modifiers as the server sees them.
+    static std::uint32_t modifiers() {
+        auto* connection = desktop().connection();
+        auto* reply = xcb_query_pointer_reply(connection,
+                                              xcb_query_pointer(connection, desktop().rootWindow()), nullptr);
+        const std::uint32_t mask = reply->mask & 0xFFU;
+        std::free(reply);
+        return mask;
+    }
+};
+
+} // namespace
+
+TEST_F(KeyboardEventsTest, ACopyReachesTheFrontWindowWhateverTheUserHolds) {
+    struct Case {
+        std::vector<int> held;
+        std::uint32_t modifiers;
+    };
+
+    const Case cases[] = {
+        {{}, 0},
+        {{KEY_LEFTALT}, XCB_MOD_MASK_1},
+        {{KEY_LEFTSHIFT, KEY_LEFTALT}, XCB_MOD_MASK_1 | XCB_MOD_MASK_SHIFT},
+        {{KEY_LEFTMETA}, XCB_MOD_MASK_4},
+        {{KEY_RIGHTCTRL}, XCB_MOD_MASK_CONTROL},
+        {{KEY_LEFTCTRL, KEY_RIGHTSHIFT}, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_SHIFT},
+    };
+    for (const auto& [held, mask] : cases) {
+        Witness witness;
+        ASSERT_TRUE(holdsWithin(2s, [&] { return desktop().windows().inputFocus() == witness.window(); }));
+        for (const int key : held)
+            input().pressKey(key);
+        copy();
+        EXPECT_TRUE(holdsWithin(1s, [&] { return witness.received() == "+C-C"; })) << witness.received();
+        EXPECT_EQ(modifiers(), mask) << "what is held stays held";
+        for (const int key : held)
+            input().releaseKey(key);
+        EXPECT_EQ(modifiers(), 0U);
+    }
+}
+
+TEST_F(KeyboardEventsTest, LocksStayAsTheyAre) {
+    Witness witness;
+    ASSERT_TRUE(holdsWithin(2s, [&] { return desktop().windows().inputFocus() == witness.window(); }));
+    input().tapKey(KEY_CAPSLOCK);
+    copy();
+    EXPECT_TRUE(holdsWithin(1s, [&] { return witness.received() == "+CL-CL"; })) << witness.received();
+    EXPECT_EQ(modifiers(), XCB_MOD_MASK_LOCK);
+    input().tapKey(KEY_CAPSLOCK);
+}
+
+TEST_F(KeyboardEventsTest, ACopyPassesByAPanelThatHoldsTheKeyboard) {
+    Witness witness;
+    ASSERT_TRUE(holdsWithin(2s, [&] { return desktop().windows().inputFocus() == witness.window(); }));
+    QRasterWindow panel;
+    panel.setFlags(Qt::Tool | Qt::BypassWindowManagerHint);
+    panel.setGeometry(600, 300, 100, 100);
+    panel.show();
+    auto& focus = backEnd().panelFocus();
+    focus.acquire(panel.winId());
+    ASSERT_TRUE(holdsWithin(2s, [&] { return focus.isHeld(); }));
+    copy();
+    EXPECT_TRUE(holdsWithin(1s, [&] { return witness.received() == "+C-C"; })) << witness.received();
+    EXPECT_TRUE(focus.isHeld());
+    input().tapKey(KEY_C);
+    letPass(50ms);
+    EXPECT_EQ(witness.received(), "+C-C") << "the panel has the keyboard again";
+    focus.release();
+}
+
+TEST_F(KeyboardEventsTest, PositionsWithoutAKeyMakeNoEvent) {
+    auto& events = backEnd().keyboardEvents();
+    EXPECT_FALSE(events.createKeyboardEvent(events.createSource(1), 63, true));
+    EXPECT_FALSE(events.createKeyboardEvent(nullptr, kC, true));
+}
+
+TEST_F(KeyboardEventsTest, KeysAreNamedByTheLayoutInForce) {
+    auto& layout = backEnd().keyboardLayout();
+
+    struct Case {
+        const char* layouts;
+        std::uint16_t keyCode;
+        std::optional<std::string> expected;
+    };
+
+    const Case cases[] = {
+        {"us", 40, "k"}, {"us", 24, "="}, {"us", 82, "0"},          {"us", 105, std::nullopt},
+        {"de", 6, "y"},  {"de", 41, "ö"}, {"de", 50, "^"},          {"ru,us", 40, "k"},
+        {"ru", 40, "л"}, {"fr", 12, "a"}, {"us", 63, std::nullopt}, {"us", 57, std::nullopt},
+    };
+    for (const auto& [layouts, keyCode, expected] : cases) {
+        ASSERT_EQ(runChild({"setxkbmap", layouts}, 5s).exitCode, 0);
+        EXPECT_EQ(layout.translate(keyCode), expected) << layouts << ' ' << keyCode;
+    }
+    runChild({"setxkbmap", "us"}, 5s);
+}
+
+TEST_F(KeyboardEventsTest, TheFrontTerminalsSelectionIsReadAndNobodyElses) {
+    const auto terminal = frontTerminal("front", "printf 'pr\\303\\251cis\\n'; sleep 60");
+    auto& front = backEnd().frontApplication();
+    const auto process = front.processIdentifier();
+    EXPECT_EQ(process, terminal->processIdentifier());
+    EXPECT_EQ(front.primarySelectionOf(*process), std::nullopt);
+    const auto place = desktop().windows().geometry(desktop().windows().activeWindow());
+    EXPECT_TRUE(holdsWithin(5s, [&] {
+        for (int click = 0; click < 3; ++click)
+            input().click(place.x + 15, place.y + 8);
+        letPass(300ms);
+        // Two clicks select the word, the third one the whole line.
+        return front.primarySelectionOf(*process) == "pr\u00e9cis\n";
+    })) << front.primarySelectionOf(*process).value_or("nothing");
+    EXPECT_EQ(front.primarySelectionOf(*process + 1), std::nullopt);
+}
+
+TEST_F(KeyboardEventsTest, ACompositorIsNoticed) {
+    auto& screen = backEnd().screen();
+    EXPECT_FALSE(screen.isComposited());
+    std::vector<bool> changes;
+    const auto subscription = screen.onCompositionChange([&](bool now) { changes.push_back(now); });
+    auto* connection = desktop().connection();
+    const auto window = xcb_generate_id(connection);
+    xcb_create_window(connection, 0, window, desktop().rootWindow(), -1, -1, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+    auto* atom =
+        xcb_intern_atom_reply(connection, xcb_intern_atom(connection, 0, 13, "_NET_WM_CM_S0"), nullptr);
+    xcb_set_selection_owner(connection, window, atom->atom, XCB_CURRENT_TIME);
+    std::free(atom);
+    xcb_flush(connection);
+    EXPECT_TRUE(holdsWithin(1s, [&] { return changes == std::vector<bool>{true}; }));
+    EXPECT_TRUE(screen.isComposited());
+    xcb_destroy_window(connection, window);
+    xcb_flush(connection);
+    EXPECT_TRUE(holdsWithin(1s, [&] { return changes == std::vector<bool>{true, false}; }));
+}
+
+} // namespace quillmoth::test

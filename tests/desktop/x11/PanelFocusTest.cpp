@@ -1,0 +1,252 @@
+#include "tests/desktop/x11/X11Session.h"
+
+#include <QKeyEvent>
+#include <QRasterWindow>
+#include <fstream>
+#include <linux/input-event-codes.h>
+
+namespace quillmoth::test {
+
+namespace {
+
+using namespace std::chrono_literals;
+using Turn = platform::PanelFocus::Turn;
+
+/// As the program's own panel: never managed, never activated, and it notes what is typed into it.
+class Panel : public QRasterWindow {
+public:
+    Panel() {
+        setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint | Qt::WindowStaysOnTopHint);
+        setGeometry(700, 300, 200, 100);
+        show();
+    }
+
+    std::string typed;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override { typed += event->text().toStdString(); }
+};
+
+class PanelFocusTest : public X11Session {
+protected:
+    PanelFocusTest() {
+        terminal = frontTerminal("front", "cat > " + file());
+        front = desktop().windows().activeWindow();
+        turns = focus().onTurnedElsewhere([this](Turn turn) { seen.push_back(turn); });
+    }
+
+    ~PanelFocusTest() override {
+        focus().release();
+        focus().setIdleTime(60s);
+    }
+
+    static platform::X11PanelFocus& focus() { return backEnd().panelFocus(); }
+
+    static std::string file() { return desktop().temporaryDirectory() + "/typed"; }
+
+    static std::string typedIntoTerminal() {
+        std::ifstream stream(file());
+        return {std::istreambuf_iterator<char>(stream), {}};
+    }
+
+    void acquire() {
+        focus().acquire(panel.winId());
+        ASSERT_TRUE(holdsWithin(2s, [] { return focus().isHeld(); }));
+    }
+
+    bool types(const std::string& text) {
+        panel.typed.clear();
+        input().type(text);
+        return holdsWithin(1s, [&] { return panel.typed == text; });
+    }
+
+    bool sees(const std::vector<Turn>& expected) {
+        return holdsWithin(1s, [&] { return seen == expected; });
+    }
+
+    Panel panel;
+    std::unique_ptr<ChildProcess> terminal;
+    std::uint32_t front = 0;
+    std::vector<Turn> seen;
+    Subscription turns;
+};
+
+} // namespace
+
+TEST_F(PanelFocusTest, TheKeysComeToThePanelAndTheOtherWindowStaysActiveAndFocused) {
+    const auto focused = desktop().windows().inputFocus();
+    acquire();
+    EXPECT_TRUE(types("Hello")) << panel.typed;
+    EXPECT_EQ(desktop().windows().activeWindow(), front);
+    EXPECT_EQ(desktop().windows().inputFocus(), focused);
+    EXPECT_EQ(backEnd().frontApplication().processIdentifier(), terminal->processIdentifier());
+    focus().release();
+    EXPECT_FALSE(focus().isHeld());
+    input().type("after\n");
+    EXPECT_TRUE(holdsWithin(1s, [] { return typedIntoTerminal() == "after\n"; })) << typedIntoTerminal();
+    EXPECT_EQ(seen, std::vector<Turn>());
+}
+
+TEST_F(PanelFocusTest, AnOutsidePressGivesTheKeysBackAndAnInsideOneTakesThemAgain) {
+    acquire();
+    input().click(750, 350);
+    letPass(50ms);
+    EXPECT_EQ(seen, std::vector<Turn>());
+    input().movePointer(150, 200);
+    input().pressButton(5);
+    input().releaseButton(5);
+    letPass(50ms);
+    EXPECT_EQ(seen, std::vector<Turn>()) << "the wheel";
+    input().click(150, 200);
+    EXPECT_TRUE(sees({Turn::pressedElsewhere}));
+    EXPECT_FALSE(focus().isHeld());
+    input().click(750, 350);
+    EXPECT_TRUE(holdsWithin(1s, [] { return focus().isHeld(); }));
+    EXPECT_TRUE(types("again"));
+    EXPECT_EQ(desktop().windows().activeWindow(), front);
+}
+
+TEST_F(PanelFocusTest, ANewActiveWindowIsToldButNothingAfterRelease) {
+    acquire();
+    auto other = frontTerminal("other", "sleep 60", "40x10+100+500");
+    EXPECT_TRUE(sees({Turn::activatedElsewhere}));
+    focus().release();
+    desktop().windows().activate(front);
+    input().click(150, 200);
+    EXPECT_TRUE(holdsWithin(1s, [&] { return desktop().windows().activeWindow() == front; }));
+    letPass(100ms);
+    EXPECT_EQ(seen.size(), 1U);
+}
+
+TEST_F(PanelFocusTest, AChordOfTheWindowManagerReachesItAtTheFirstStroke) {
+    auto other = frontTerminal("other", "sleep 60", "40x10+100+500");
+    const auto otherWindow = desktop().windows().activeWindow();
+    ASSERT_NE(otherWindow, front);
+    acquire();
+    input().pressKey(KEY_LEFTALT);
+    letPass(30ms);
+    input().pressKey(KEY_TAB);
+    EXPECT_TRUE(holdsWithin(1s, [this] { return !seen.empty(); }));
+    letPass(100ms);
+    input().releaseKey(KEY_TAB);
+    input().releaseKey(KEY_LEFTALT);
+    ASSERT_FALSE(seen.empty());
+    EXPECT_EQ(seen.front(), Turn::desktopShortcut);
+    EXPECT_TRUE(holdsWithin(2s, [this] { return desktop().windows().activeWindow() == front; }));
+    focus().release();
+}
+
+TEST_F(PanelFocusTest, OrdinaryChordsStayInThePanel) {
+    acquire();
+    input().chord({KEY_LEFTCTRL, KEY_C});
+    input().chord({KEY_LEFTALT, KEY_K});
+    input().tapKey(KEY_ESC);
+    letPass(100ms);
+    EXPECT_EQ(seen, std::vector<Turn>());
+    EXPECT_TRUE(focus().isHeld());
+}
+
+TEST_F(PanelFocusTest, TheHotKeyWorksUnderTheGrabAndWritesNothing) {
+    std::string log;
+    auto& center = backEnd().hotKeyCenter();
+    center.installEventHandler([&](const platform::HotKeyEvent* event) {
+        log += event->kind == platform::kEventHotKeyPressed ? '+' : '-';
+        return platform::noErr;
+    });
+    platform::HotKeyCenter::Handle handle = 0;
+    ASSERT_EQ(center.registerEventHotKey(49, 0x800, {7, 1}, handle), platform::noErr);
+    acquire();
+    panel.typed.clear();
+    input().pressKey(KEY_LEFTALT);
+    input().pressKey(KEY_SPACE);
+    letPass(900ms);
+    EXPECT_EQ(log, "+") << "repeats";
+    input().releaseKey(KEY_SPACE);
+    input().releaseKey(KEY_LEFTALT);
+    EXPECT_TRUE(holdsWithin(1s, [&] { return log == "+-"; })) << log;
+    EXPECT_EQ(panel.typed, "");
+    EXPECT_TRUE(types("a b"));
+    EXPECT_EQ(seen, std::vector<Turn>());
+    center.unregisterEventHotKey(handle);
+    center.installEventHandler({});
+}
+
+TEST_F(PanelFocusTest, WithoutAKeyForLongItGivesUp) {
+    focus().setIdleTime(300ms);
+    acquire();
+    letPass(200ms);
+    EXPECT_TRUE(types("k"));
+    letPass(200ms);
+    EXPECT_TRUE(focus().isHeld());
+    EXPECT_TRUE(sees({Turn::idle}));
+    EXPECT_FALSE(focus().isHeld());
+    input().click(150, 200);
+    EXPECT_TRUE(sees({Turn::idle, Turn::pressedElsewhere}));
+}
+
+TEST_F(PanelFocusTest, AStartingScreenSaverTakesTheKeysAway) {
+    acquire();
+    letPass(100ms);
+    const auto signal = [](const std::string& value) {
+        return runChild({"dbus-send", "--session", "--type=signal", "/ScreenSaver",
+                         "org.freedesktop.ScreenSaver.ActiveChanged", "boolean:" + value},
+                        2s)
+            .exitCode;
+    };
+    EXPECT_EQ(signal("false"), 0);
+    letPass(100ms);
+    EXPECT_EQ(seen, std::vector<Turn>());
+    EXPECT_EQ(signal("true"), 0);
+    EXPECT_TRUE(sees({Turn::sessionLocked}));
+    EXPECT_FALSE(focus().isHeld());
+}
+
+TEST_F(PanelFocusTest, WhileAnotherProgramGrabsTheKeyboardItWaitsAndThenMovesTheFocus) {
+    auto* rival = desktop().connection();
+    const auto grabForRival = [&] {
+        const auto cookie = xcb_grab_keyboard(rival, 0, desktop().rootWindow(), XCB_CURRENT_TIME,
+                                              XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+        std::free(xcb_grab_keyboard_reply(rival, cookie, nullptr));
+    };
+    grabForRival();
+    focus().acquire(panel.winId());
+    letPass(100ms);
+    EXPECT_FALSE(focus().isHeld());
+    xcb_ungrab_keyboard(rival, XCB_CURRENT_TIME);
+    xcb_flush(rival);
+    EXPECT_TRUE(holdsWithin(300ms, [] { return focus().isHeld(); }));
+    EXPECT_TRUE(types("grab"));
+    focus().release();
+
+    const auto focused = desktop().windows().inputFocus();
+    grabForRival();
+    focus().acquire(panel.winId());
+    EXPECT_TRUE(holdsWithin(2s, [] { return focus().isHeld(); }));
+    EXPECT_EQ(desktop().windows().inputFocus(), panel.winId());
+    focus().release();
+    EXPECT_EQ(desktop().windows().inputFocus(), focused);
+    xcb_ungrab_keyboard(rival, XCB_CURRENT_TIME);
+    xcb_flush(rival);
+}
+
+TEST_F(PanelFocusTest, AClickInACandidateWindowIsInside) {
+    auto* connection = desktop().connection();
+    const auto window = xcb_generate_id(connection);
+    const std::uint32_t overrideRedirect = 1;
+    xcb_create_window(connection, XCB_COPY_FROM_PARENT, window, desktop().rootWindow(), 700, 420, 200, 50, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_OVERRIDE_REDIRECT,
+                      &overrideRedirect);
+    constexpr std::string_view kClass("ibus-ui-gtk3\0Ibus-ui-gtk3", 26);
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
+                        kClass.size(), kClass.data());
+    xcb_map_window(connection, window);
+    acquire();
+    input().click(750, 440);
+    letPass(100ms);
+    EXPECT_EQ(seen, std::vector<Turn>());
+    EXPECT_TRUE(focus().isHeld());
+    xcb_destroy_window(connection, window);
+    xcb_flush(connection);
+}
+
+} // namespace quillmoth::test

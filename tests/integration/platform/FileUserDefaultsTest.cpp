@@ -1,0 +1,212 @@
+#include "Platform/Qt/FileUserDefaults.h"
+#include "Foundation/Log.h"
+#include "Platform/Qt/DiskSync.h"
+#include "tests/integration/platform/TemporaryFolder.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QEventLoop>
+#include <cmath>
+#include <gtest/gtest.h>
+
+namespace quillmoth::platform {
+
+namespace {
+
+using test::contentOf;
+using test::modeOf;
+using test::replaceContent;
+using test::setContent;
+using test::TemporaryFolder;
+
+class FileUserDefaultsTest : public testing::Test {
+protected:
+    std::unique_ptr<FileUserDefaults> open() { return std::make_unique<FileUserDefaults>(path_, sync_); }
+
+    [[nodiscard]] std::string allLogged() const {
+        std::string all;
+        for (const auto& line : logged_)
+            all += line + '\n';
+        return all;
+    }
+
+    TemporaryFolder folder_;
+    std::string path_ = folder_.path("defaults.json");
+    DiskSync sync_;
+    std::vector<std::string> logged_;
+    ScopedLogCapture capture_{[this](std::string line) { logged_.push_back(std::move(line)); }};
+};
+
+bool eventually(const std::function<bool()>& condition) {
+    QDeadlineTimer deadline(5000);
+    while (!condition() && !deadline.hasExpired())
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
+    return condition();
+}
+
+struct Application {
+    int count = 1;
+    char name[5] = "test";
+    char* arguments[2] = {name, nullptr};
+    QCoreApplication application{count, arguments};
+};
+
+} // namespace
+
+TEST_F(FileUserDefaultsTest, ValuesKeepTheirTypesAndSurviveTheProcess) {
+    const std::vector<std::pair<std::string, DefaultsValue>> values{
+        {"boolean", true},
+        {"integer", std::int64_t{-9'007'199'254'740'993}},
+        {"whole real", 16.0},
+        {"real", 0.1},
+        {"text", std::string("Gr\u00fc\u00dfe \"\\\n\U0001F600")},
+        {"empty", std::string()},
+    };
+    const auto writer = open();
+    for (const auto& [key, value] : values)
+        writer->set(key, value);
+    const auto reader = open();
+    for (const auto& [key, value] : values)
+        EXPECT_EQ(reader->object(key), value) << key;
+    writer->remove("text");
+    EXPECT_EQ(reader->object("text"), std::nullopt);
+    writer->set("infinite", INFINITY);
+    EXPECT_EQ(writer->object("infinite"), std::nullopt);
+}
+
+TEST_F(FileUserDefaultsTest, TheFileIsForItsOwnerAloneAlsoWhereALooserOneStood) {
+    setContent(path_, R"({"openapikey": "secret"})");
+    chmod(path_.c_str(), 0644);
+    const auto defaults = open();
+    EXPECT_EQ(modeOf(path_), 0600U) << "after reading";
+    chmod(path_.c_str(), 0666);
+    defaults->set("model", std::string("gpt-4"));
+    EXPECT_EQ(modeOf(path_), 0600U) << "after writing";
+    EXPECT_EQ(defaults->string("openapikey"), "secret");
+}
+
+TEST_F(FileUserDefaultsTest, MakesItsFolderForTheOwnerAlone) {
+    path_ = folder_.path("config/quillmoth/defaults.json");
+    open()->set("key", true);
+    EXPECT_EQ(contentOf(path_), "{\n  \"key\": true\n}\n");
+    EXPECT_EQ(modeOf(folder_.path("config/quillmoth")), 0700U);
+}
+
+TEST_F(FileUserDefaultsTest, WhatItDoesNotKnowStaysInPlaceWhenAValueIsWritten) {
+    setContent(path_, R"({"z": {"nested": [1, 2.50, null]}, "model": "a", "later": null, "list": [true]})");
+    const auto defaults = open();
+    EXPECT_EQ(defaults->object("z"), std::nullopt);
+    EXPECT_EQ(defaults->object("later"), std::nullopt);
+    defaults->set("model", std::string("b"));
+    const auto file = DefaultsObject::parse(contentOf(path_));
+    EXPECT_EQ(file.dump(), R"({"z":{"nested":[1,2.5,null]},"model":"b","later":null,"list":[true]})");
+}
+
+TEST_F(FileUserDefaultsTest, AReadSeesWhatAnotherProcessHasWrittenAndAWriteKeepsIt) {
+    const auto mine = open();
+    const auto theirs = open();
+    mine->set("a", std::int64_t{1});
+    theirs->set("b", std::int64_t{2});
+    mine->set("c", std::int64_t{3});
+    theirs->remove("a");
+    EXPECT_EQ(mine->number("b", 0), 2);
+    EXPECT_EQ(mine->object("a"), std::nullopt);
+    EXPECT_EQ(theirs->number("c", 0), 3);
+    replaceContent(path_, R"({"c": 4})");
+    EXPECT_EQ(mine->number("c", 0), 4);
+    EXPECT_EQ(mine->object("b"), std::nullopt);
+    std::filesystem::remove(path_);
+    EXPECT_EQ(mine->object("c"), std::nullopt);
+}
+
+TEST_F(FileUserDefaultsTest, ProcessesThatWriteAtOnceLoseNothing) {
+    constexpr int kRounds = 50;
+    std::vector<std::thread> threads;
+    for (const char* name : {"first ", "second "})
+        threads.emplace_back([this, name] {
+            const auto defaults = open();
+            for (int round = 0; round < kRounds; ++round)
+                defaults->set(name + std::to_string(round), true);
+        });
+    for (auto& thread : threads)
+        thread.join();
+    EXPECT_EQ(DefaultsObject::parse(contentOf(path_)).size(), 2U * kRounds);
+}
+
+TEST_F(FileUserDefaultsTest, ASymbolicLinkIsWrittenThrough) {
+    std::filesystem::create_directory(folder_.path("dotfiles"));
+    std::filesystem::create_symlink("dotfiles/real.json", path_);
+    const auto defaults = open();
+    defaults->set("key", true);
+    EXPECT_TRUE(std::filesystem::is_symlink(path_));
+    EXPECT_TRUE(DefaultsObject::parse(contentOf(folder_.path("dotfiles/real.json")))["key"]);
+    EXPECT_TRUE(defaults->boolean("key", false));
+}
+
+TEST_F(FileUserDefaultsTest, ADamagedFileIsKeptAsideAndNamedInTheLogWithoutItsContent) {
+    setContent(folder_.path("defaults.json.damaged-1"), "from before");
+    for (const std::string content : {R"({"openapikey": "sk-secret")", R"(["sk-secret"])", "\xFFsk-secret"}) {
+        setContent(path_, content);
+        EXPECT_EQ(open()->object("openapikey"), std::nullopt);
+        EXPECT_FALSE(std::filesystem::exists(path_));
+    }
+    EXPECT_EQ(contentOf(folder_.path("defaults.json.damaged-1")), "from before");
+    EXPECT_EQ(contentOf(folder_.path("defaults.json.damaged-2")), R"({"openapikey": "sk-secret")");
+    EXPECT_EQ(contentOf(folder_.path("defaults.json.damaged-4")), "\xFFsk-secret");
+    EXPECT_NE(allLogged().find("defaults.json.damaged-4"), std::string::npos);
+    EXPECT_EQ(allLogged().find("sk-secret"), std::string::npos);
+    setContent(path_, "");
+    EXPECT_EQ(open()->object("key"), std::nullopt);
+    EXPECT_TRUE(std::filesystem::exists(path_)) << "an empty file holds nothing worth keeping";
+}
+
+TEST_F(FileUserDefaultsTest, AFileThatIsBeingWrittenElsewhereDoesNotTakeTheValuesAway) {
+    const auto defaults = open();
+    defaults->set("a", true);
+    setContent(path_, R"({"a": fal)");
+    EXPECT_TRUE(defaults->boolean("a", false));
+    setContent(path_, R"({"a": false})");
+    EXPECT_FALSE(defaults->boolean("a", true));
+    setContent(path_, R"({"a": fal)");
+    defaults->set("b", true);
+    EXPECT_EQ(DefaultsObject::parse(contentOf(path_)).dump(), R"({"a":false,"b":true})");
+    EXPECT_EQ(contentOf(path_ + ".damaged-1"), R"({"a": fal)");
+}
+
+TEST_F(FileUserDefaultsTest, AChangeThatCannotBeWrittenHoldsAndIsWrittenWithTheNext) {
+    std::filesystem::create_directory(path_);
+    const auto defaults = open();
+    defaults->set("a", std::string("unwritten"));
+    EXPECT_EQ(defaults->string("a"), "unwritten");
+    EXPECT_NE(allLogged().find(path_), std::string::npos);
+    EXPECT_EQ(allLogged().find("unwritten"), std::string::npos);
+    std::filesystem::remove(path_);
+    EXPECT_EQ(defaults->string("a"), "unwritten");
+    defaults->set("b", true);
+    EXPECT_EQ(DefaultsObject::parse(contentOf(path_)).dump(), R"({"a":"unwritten","b":true})");
+}
+
+TEST_F(FileUserDefaultsTest, ListenersHearOfOwnChangesAndOfThoseOfOtherProcesses) {
+    const Application application;
+    const auto defaults = open();
+    int calls = 0;
+    auto subscription = defaults->onChange([&] { ++calls; });
+    defaults->set("a", true);
+    EXPECT_EQ(calls, 1);
+    for (const char* content : {R"({"a": 1})", R"({"a": 2})"}) {
+        const int former = calls;
+        replaceContent(path_, content);
+        // The value is read first: the notice has to come all the same.
+        EXPECT_NE(defaults->number("a", 0), 0);
+        EXPECT_TRUE(eventually([&] { return calls > former; })) << content;
+    }
+    const int former = calls;
+    setContent(path_, R"({"a": 3})");
+    EXPECT_TRUE(eventually([&] { return calls > former && defaults->number("a", 0) == 3; }));
+    subscription.reset();
+    const int last = calls;
+    defaults->set("a", false);
+    EXPECT_EQ(calls, last);
+}
+
+} // namespace quillmoth::platform

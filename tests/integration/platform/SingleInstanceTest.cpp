@@ -1,0 +1,184 @@
+#include "Platform/Linux/Desktop/SingleInstance.h"
+#include "Platform/Linux/Desktop/HandOver.h"
+#include "Platform/Linux/Desktop/InstanceRequest.h"
+#include "tests/integration/platform/TemporaryFolder.h"
+
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCall>
+#include <QDBusVirtualObject>
+#include <QDeadlineTimer>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QVariantMap>
+#include <gtest/gtest.h>
+#include <memory>
+
+namespace quillmoth::platform {
+
+namespace {
+
+using Kind = InstanceRequest::Kind;
+
+/// A session bus of the test's own, under the variable that the bus library reads. One for the whole program:
+/// Qt connects once.
+class PrivateBus final : public testing::Environment {
+public:
+    void SetUp() override {
+        application_ = std::make_unique<QCoreApplication>(count_, arguments_);
+        const QString address = "unix:path=" + QString::fromStdString(folder_.path("bus"));
+        daemon_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        daemon_.start("timeout", {"100", "dbus-daemon", "--session", "--nofork", "--nopidfile",
+                                  "--address=" + address, "--print-address=1"});
+        ASSERT_TRUE(daemon_.waitForReadyRead(10'000)) << "dbus-daemon does not start";
+        qputenv("DBUS_SESSION_BUS_ADDRESS", address.toUtf8());
+    }
+
+    void TearDown() override {
+        daemon_.terminate();
+        daemon_.waitForFinished(5000);
+        application_.reset();
+    }
+
+private:
+    int count_ = 1;
+    char name_[5] = "test";
+    char* arguments_[2] = {name_, nullptr};
+    test::TemporaryFolder folder_;
+    std::unique_ptr<QCoreApplication> application_;
+    QProcess daemon_;
+};
+
+[[maybe_unused]] const auto* const kPrivateBus = testing::AddGlobalTestEnvironment(new PrivateBus);
+
+struct Ended {
+    int exitCode = -1;
+    std::string output;
+    std::string errors;
+};
+
+/// Runs a start of the program to its end; this process goes on answering the bus.
+Ended start(const QStringList& arguments, const QProcessEnvironment& environment = {}) {
+    QProcess process;
+    if (!environment.isEmpty())
+        process.setProcessEnvironment(environment);
+    process.start("timeout", QStringList{"20", SECOND_START_PROGRAM} + arguments);
+    QDeadlineTimer deadline(20'000);
+    while (process.state() != QProcess::NotRunning && !deadline.hasExpired())
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 100);
+    return {process.exitCode(), process.readAllStandardOutput().toStdString(),
+            process.readAllStandardError().toStdString()};
+}
+
+struct RunningInstance {
+    std::vector<InstanceRequest> requests;
+    SingleInstance instance{[this](const InstanceRequest& request) { requests.push_back(request); }};
+
+    RunningInstance() { EXPECT_EQ(instance.claim(), SingleInstance::Claim::owner); }
+};
+
+constexpr int kBecomesTheProgram = 100;
+
+} // namespace
+
+TEST(SingleInstance, ASecondStartHandsItsCommandOverAndEndsWell) {
+    RunningInstance running;
+    const std::vector<std::pair<QStringList, InstanceRequest>> cases{
+        {{}, {Kind::activate}},
+        {{"--toggle"}, {Kind::toggle}},
+        {{"--settings"}, {Kind::settings}},
+        {{"--quit"}, {Kind::quit}},
+        {{"quillmoth://promptEditor", "quillmoth:?data=a%20b"},
+         {Kind::open, {"quillmoth://promptEditor", "quillmoth:?data=a%20b"}}},
+    };
+    for (const auto& [arguments, expected] : cases) {
+        running.requests.clear();
+        const auto ended = start(arguments);
+        EXPECT_EQ(ended.exitCode, 0) << ended.errors;
+        EXPECT_EQ(ended.output + ended.errors, "");
+        EXPECT_EQ(running.requests, std::vector{expected});
+    }
+}
+
+TEST(SingleInstance, WithNoneRunningAStartGoesOnAndQuitSaysSo) {
+    EXPECT_EQ(start({}).exitCode, kBecomesTheProgram);
+    const auto toggle = start({"--toggle"});
+    EXPECT_EQ(toggle.exitCode, kBecomesTheProgram);
+    EXPECT_EQ(toggle.output, "first request " + std::to_string(static_cast<int>(Kind::toggle)) + "\n");
+    const auto quit = start({"--quit"});
+    EXPECT_EQ(quit.exitCode, 1);
+    EXPECT_EQ(quit.errors, "quillmoth: Quillmoth is not running.\n");
+}
+
+TEST(SingleInstance, WithoutASessionBusTheProgramRunsAlone) {
+    auto environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere/bus");
+    EXPECT_EQ(start({"--toggle"}, environment).exitCode, kBecomesTheProgram);
+    EXPECT_EQ(start({"--quit"}, environment).exitCode, 1);
+}
+
+TEST(SingleInstance, WrongUseHelpAndVersionNeedNoInstance) {
+    const auto wrong = start({"--tggle"});
+    EXPECT_EQ(wrong.exitCode, 2);
+    EXPECT_EQ(wrong.output, "");
+    EXPECT_NE(wrong.errors.find("\"--tggle\""), std::string::npos);
+    EXPECT_EQ(start({"--version"}).output, "Quillmoth 1.2.3\n");
+    const auto help = start({"--help"});
+    EXPECT_EQ(help.exitCode, 0);
+    EXPECT_NE(help.output.find("--toggle"), std::string::npos);
+}
+
+TEST(SingleInstance, TheNameBelongsToTheFirstAndIsFreeAgainAfterIt) {
+    auto other = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "other process");
+    ASSERT_TRUE(other.registerService(kInstanceService));
+    SingleInstance instance([](const InstanceRequest&) {});
+    EXPECT_EQ(instance.claim(), SingleInstance::Claim::taken);
+    EXPECT_TRUE(other.unregisterService(kInstanceService));
+    EXPECT_EQ(instance.claim(), SingleInstance::Claim::owner);
+    EXPECT_FALSE(other.registerService(kInstanceService));
+    QDBusConnection::disconnectFromBus("other process");
+}
+
+TEST(SingleInstance, AnInstanceThatHangsIsReportedAndNotWaitedForLong) {
+    auto other = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "hung process");
+    ASSERT_TRUE(other.registerService(kInstanceService));
+
+    struct Silent final : QDBusVirtualObject {
+        QString introspect(const QString&) const override { return {}; }
+
+        bool handleMessage(const QDBusMessage& message, const QDBusConnection&) override {
+            message.setDelayedReply(true);
+            return true;
+        }
+    } silent;
+
+    ASSERT_TRUE(other.registerVirtualObject(kInstancePath, &silent));
+    EXPECT_EQ(handOver({Kind::toggle}, std::chrono::milliseconds(50)), HandOver::failed);
+    QDBusConnection::disconnectFromBus("hung process");
+}
+
+TEST(SingleInstance, LaunchersReachEachActionAndHearOfUnknownOnes) {
+    RunningInstance running;
+    auto launcher = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "launcher");
+    const auto call = [&](const QString& action) {
+        auto message = QDBusMessage::createMethodCall(kInstanceService, kInstancePath,
+                                                      "org.freedesktop.Application", "ActivateAction");
+        message << action << QVariantList() << QVariantMap{{"activation-token", "token-1"}};
+        const auto pending = launcher.asyncCall(message, 5000);
+        QDeadlineTimer deadline(5000);
+        while (!pending.isFinished() && !deadline.hasExpired())
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+        QCoreApplication::processEvents();
+        return pending.reply().type() == QDBusMessage::ReplyMessage;
+    };
+    EXPECT_TRUE(call("get-started"));
+    EXPECT_TRUE(call("prompt-editor"));
+    EXPECT_FALSE(call("no-such-action"));
+    EXPECT_EQ(running.requests, (std::vector<InstanceRequest>{{Kind::getStarted}, {Kind::promptEditor}}));
+    EXPECT_EQ(qgetenv("XDG_ACTIVATION_TOKEN"), "token-1");
+    qunsetenv("XDG_ACTIVATION_TOKEN");
+    QDBusConnection::disconnectFromBus("launcher");
+}
+
+} // namespace quillmoth::platform

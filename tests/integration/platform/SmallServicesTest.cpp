@@ -1,0 +1,113 @@
+#include "Platform/Qt/LocalNotificationCenter.h"
+#include "Platform/Qt/QtMainQueue.h"
+#include "Platform/Qt/QtWorkspace.h"
+#include "Platform/Qt/RandomUUIDSource.h"
+#include "Platform/Qt/ResourceBundle.h"
+#include "Platform/Qt/SystemClock.h"
+#include "tests/integration/platform/TemporaryFolder.h"
+
+#include <QCoreApplication>
+#include <gtest/gtest.h>
+#include <limits>
+#include <mutex>
+#include <regex>
+#include <set>
+#include <thread>
+
+namespace quillmoth::platform {
+
+TEST(RandomUUIDSource, GivesDifferentVersion4UUIDsToAllThreads) {
+    RandomUUIDSource source;
+    std::mutex mutex;
+    std::set<std::string> all;
+    std::vector<std::thread> threads;
+    for (int number = 0; number < 4; ++number)
+        threads.emplace_back([&] {
+            std::vector<std::string> mine;
+            for (int count = 0; count < 1000; ++count)
+                mine.push_back(source.makeUUID());
+            const std::lock_guard lock(mutex);
+            all.insert(mine.begin(), mine.end());
+        });
+    for (auto& thread : threads)
+        thread.join();
+    EXPECT_EQ(all.size(), 4000U);
+    const std::regex form("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}");
+    for (const auto& uuid : all)
+        ASSERT_TRUE(std::regex_match(uuid, form)) << uuid;
+}
+
+TEST(SystemClock, WritesTheLocalDateAndMinuteAlsoAfterTheZoneHasChanged) {
+    const QByteArray former = qgetenv("TZ");
+    const SystemClock clock;
+    qputenv("TZ", "UTC0");
+    EXPECT_EQ(clock.localDateAndMinute(1'700'000'059.9), "2023-11-14 22:14");
+    EXPECT_EQ(clock.localDateAndMinute(-0.5), "1969-12-31 23:59");
+    qputenv("TZ", "XYZ-5:30");
+    EXPECT_EQ(clock.localDateAndMinute(1'700'000'059.9), "2023-11-15 03:44");
+    former.isNull() ? qunsetenv("TZ") : qputenv("TZ", former);
+    EXPECT_EQ(clock.localDateAndMinute(std::numeric_limits<double>::quiet_NaN()), "");
+    EXPECT_EQ(clock.localDateAndMinute(1e300), "");
+    EXPECT_GT(clock.secondsSince1970(), 1.7e9);
+}
+
+TEST(ResourceBundle, TellsWhatTheProgramIsAndReadsWhatShipsWithIt) {
+    int count = 1;
+    char name[] = "test";
+    char* arguments[] = {name, nullptr};
+    const QCoreApplication application(count, arguments);
+    const ResourceBundle bundle;
+    EXPECT_EQ(bundle.info("CFBundleIdentifier"), "org.quillmoth.Quillmoth");
+    EXPECT_TRUE(std::regex_match(bundle.info("CFBundleShortVersionString").value_or(""),
+                                 std::regex("[0-9]+\\.[0-9]+\\.[0-9]+")));
+    EXPECT_FALSE(bundle.info("CFBundleVersion").value_or("").empty());
+    EXPECT_EQ(bundle.info("CFBundleSomething"), std::nullopt);
+    EXPECT_EQ(bundle.urlForResource("missing.json"), std::nullopt);
+    EXPECT_EQ(bundle.urlForResource("../../etc/passwd"), std::nullopt);
+    EXPECT_FALSE(bundle.read("missing.json"));
+#ifdef QUILLMOTH_PROMPT_FILE
+    const auto url = bundle.urlForResource("prompt.json");
+    ASSERT_TRUE(url);
+    const auto content = bundle.read(*url);
+    ASSERT_TRUE(content);
+    EXPECT_EQ(*content, test::contentOf(QUILLMOTH_PROMPT_FILE));
+#endif
+}
+
+TEST(LocalNotificationCenter, ReachesTheObserversOfTheNameWithinThePost) {
+    LocalNotificationCenter center;
+    std::vector<std::string> heard;
+    auto first = center.addObserver("a", [&](const Notification& notification) {
+        heard.push_back("first " + std::any_cast<std::string>(notification.userInfo.at("name")));
+    });
+    const auto other = center.addObserver("b", [&](const Notification&) { heard.emplace_back("other"); });
+    center.post({"a", {{"name", std::string("x")}}});
+    first.reset();
+    center.post({"a", {}});
+    center.post({"nobody listens", {}});
+    EXPECT_EQ(heard, std::vector<std::string>{"first x"});
+}
+
+TEST(QtWorkspace, GivesOwnURLsToTheProgramInALaterTurnAndIsNeverInFrontItself) {
+    int count = 1;
+    char name[] = "test";
+    char* arguments[] = {name, nullptr};
+    const QCoreApplication application(count, arguments);
+    QtMainQueue queue;
+    std::optional<std::int64_t> front = 12;
+    QtWorkspace workspace(queue, [&] { return front; });
+    std::vector<std::string> opened;
+    EXPECT_FALSE(workspace.openURL("quillmoth://promptEditor"));
+    workspace.setOwnURLHandler([&](const auto& urls) { opened = urls; });
+    EXPECT_TRUE(workspace.openURL("quillmoth://promptEditor"));
+    EXPECT_TRUE(opened.empty());
+    QCoreApplication::processEvents();
+    EXPECT_EQ(opened, std::vector<std::string>{"quillmoth://promptEditor"});
+    EXPECT_FALSE(workspace.openURL("no URL"));
+    EXPECT_FALSE(workspace.openURL(""));
+    EXPECT_EQ(workspace.frontmostApplicationProcessIdentifier(), 12);
+    front = QCoreApplication::applicationPid();
+    EXPECT_EQ(workspace.frontmostApplicationProcessIdentifier(), std::nullopt);
+}
+
+} // namespace quillmoth::platform
