@@ -1,0 +1,74 @@
+#pragma once
+
+#include "MarkdownUI/DocumentLayout.h"
+#include "MarkdownUI/Qt/DisplayListPainter.h"
+#include "MarkdownUI/Qt/HoverFade.h"
+#include "MarkdownUI/Qt/MarkdownHost.h"
+
+#include <QRectF>
+
+#include <cstddef>
+#include <map>
+#include <memory>
+#include <optional>
+
+namespace quillmoth::markdown {
+
+/// The copy buttons and scroll bars of one document's code blocks: it is the same in all calls, and goes when
+/// the controls go. Points are the document's.
+class CodeControls {
+public:
+    explicit CodeControls(MarkdownHost& host); ///< outlives the controls
+
+    /// The content has changed: nothing is hovered or pressed any more.
+    void forget();
+
+    /// The pointer is at `point`, no button down. True where a control is under it.
+    bool hover(DocumentLayout& document, Point point);
+    void leave();
+
+    /// True where a control takes the press; `drag` and `release` follow.
+    bool press(DocumentLayout& document, Point point);
+    void drag(DocumentLayout& document, Point point);
+    void release(DocumentLayout& document, Point point);
+
+    [[nodiscard]] bool isPressed() const { return pressedButton_ || draggedBar_; }
+
+    /// Copies the code of a block, and says so on its button for two seconds.
+    void copy(DocumentLayout& document, std::size_t codeBlock);
+
+    /// Scrolls a block sideways. False where it has nowhere to go.
+    bool scroll(DocumentLayout& document, std::size_t codeBlock, double distance);
+
+    void setFocusedButton(std::optional<std::size_t> codeBlock);
+
+    [[nodiscard]] std::optional<std::size_t> focusedButton() const { return focusedButton_; }
+
+    /// The looks of those blocks that are not at rest.
+    [[nodiscard]] std::map<std::size_t, CodeBlockLook> looks() const;
+
+private:
+    struct BarDrag {
+        std::size_t codeBlock = 0;
+        double grabbedAt = 0; ///< pixels from the left end of the thumb
+    };
+
+    void setHovered(std::optional<std::size_t> button, std::optional<std::size_t> bar);
+    bool pressBar(DocumentLayout& document, std::size_t codeBlock, Point point);
+    [[nodiscard]] std::optional<std::size_t> barAt(DocumentLayout& document, Point point) const;
+
+    void changed() { host_.itemChanged({}); }
+
+    MarkdownHost& host_;
+    HoverFade buttonFade_;
+    HoverFade barFade_;
+    std::optional<std::size_t> hoveredButton_;
+    std::optional<std::size_t> hoveredBar_;
+    std::optional<std::size_t> pressedButton_;
+    bool isPressedInside_ = false;
+    std::optional<BarDrag> draggedBar_;
+    std::optional<std::size_t> focusedButton_;
+    std::shared_ptr<void> alive_ = std::make_shared<int>(0); ///< a late reset finds it gone with the controls
+};
+
+} // namespace quillmoth::markdown

@@ -1,0 +1,238 @@
+#include "MarkdownUI/Qt/DisplayListPainter.h"
+
+#include "MarkdownUI/Qt/QtShapedText.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QPainterPath>
+#include <QString>
+
+#include <algorithm>
+#include <cmath>
+#include <variant>
+
+namespace quillmoth::markdown {
+
+namespace {
+
+constexpr double kButtonRadius = 6;
+constexpr double kLeastThumb = 28;
+constexpr double kBarHeight = 4;
+constexpr double kHoveredBarHeight = 6;
+constexpr double kBarMargin = 3;
+constexpr double kHoveredBarMargin = 2;
+constexpr double kBarInset = 8; // from the side bar and from the rounded corner
+
+QRectF qt(const Rect& rect) {
+    return {rect.x, rect.y, rect.width, rect.height};
+}
+
+/// `rect` with its edges on whole device pixels, no side thinner than one of them.
+QRectF snapped(const QPainter& painter, const QRectF& rect) {
+    const double scale = painter.device()->devicePixelRatioF();
+    const QPointF origin = painter.transform().map(QPointF(0, 0));
+    const auto snap = [scale](double value, double shift) {
+        return std::round((value + shift) * scale) / scale - shift;
+    };
+    const double left = snap(rect.left(), origin.x());
+    const double top = snap(rect.top(), origin.y());
+    const double width = std::max(std::round(rect.width() * scale), 1.0) / scale;
+    const double height = std::max(std::round(rect.height() * scale), 1.0) / scale;
+    const bool isHairline = rect.width() <= 1.5 || rect.height() <= 1.5;
+    if (isHairline) {
+        return {left, top, width, height};
+    }
+    return {QPointF(left, top), QPointF(snap(rect.right(), origin.x()), snap(rect.bottom(), origin.y()))};
+}
+
+QPainterPath roundedOnTheRight(const QRectF& rect, double radius) {
+    QPainterPath path;
+    path.moveTo(rect.topLeft());
+    path.lineTo(rect.right() - radius, rect.top());
+    path.arcTo(rect.right() - 2 * radius, rect.top(), 2 * radius, 2 * radius, 90, -90);
+    path.lineTo(rect.right(), rect.bottom() - radius);
+    path.arcTo(rect.right() - 2 * radius, rect.bottom() - 2 * radius, 2 * radius, 2 * radius, 0, -90);
+    path.lineTo(rect.bottomLeft());
+    path.closeSubpath();
+    return path;
+}
+
+bool standsIn(const Rect& rect, const Rect& region) {
+    const double middle = rect.y + rect.height / 2;
+    return middle >= region.y && middle < region.bottom();
+}
+
+bool isCode(const Rect& rect, const DisplayList& list) {
+    return std::any_of(list.begin(), list.end(), [&rect](const DisplayItem& item) {
+        const auto* region = std::get_if<ScrollRegionItem>(&item);
+        return region != nullptr && standsIn(rect, region->frame);
+    });
+}
+
+CodeBlockLook lookOf(const PaintState& state, std::size_t codeBlock) {
+    const auto known = state.code.find(codeBlock);
+    return known != state.code.end() ? known->second : CodeBlockLook{};
+}
+
+/// The selected bytes of what `item` shows.
+std::optional<QtShapedText::TextSelection> selectedPart(const TextLineItem& item, const PaintState& state) {
+    if (!state.selection || item.textBlock == kNoTextBlock || item.textBlock < state.selection->begin.block ||
+        item.textBlock > state.selection->end.block) {
+        return std::nullopt;
+    }
+    const TextRange& range = *state.selection;
+    const auto inItem = [&item](std::size_t offset) { return offset - std::min(offset, item.textOffset); };
+    QtShapedText::TextSelection part;
+    part.begin = range.begin.block == item.textBlock ? inItem(range.begin.offset) : 0;
+    part.end = range.end.block == item.textBlock ? inItem(range.end.offset) : item.text->text().size();
+    return part.begin < part.end ? std::optional(part) : std::nullopt;
+}
+
+} // namespace
+
+QColor blended(const QColor& first, const QColor& second, double share) {
+    const auto part = static_cast<float>(share);
+    const auto mix = [part](float from, float to) { return from + (to - from) * part; };
+    return QColor::fromRgbF(mix(first.redF(), second.redF()), mix(first.greenF(), second.greenF()),
+                            mix(first.blueF(), second.blueF()), mix(first.alphaF(), second.alphaF()));
+}
+
+std::optional<Rect> scrollThumbOf(const ScrollRegionItem& region, double hover) {
+    const double track = region.frame.width - 2 * kBarInset;
+    const double range = region.contentWidth - region.frame.width;
+    if (range < 0.5 || track <= 0) {
+        return std::nullopt;
+    }
+    const double share = region.frame.width / region.contentWidth;
+    const double width = std::clamp(track * share, std::min(kLeastThumb, track), track);
+    const double height = kBarHeight + (kHoveredBarHeight - kBarHeight) * hover;
+    const double margin = kBarMargin + (kHoveredBarMargin - kBarMargin) * hover;
+    const double left = region.frame.x + kBarInset + (track - width) * (region.offset / range);
+    return Rect{left, region.frame.bottom() - margin - height, width, height};
+}
+
+DisplayListPainter::DisplayListPainter(const MarkdownPalette& palette, FontCache& fonts, ImageStore& images,
+                                       SymbolImages& symbols)
+    : palette_(palette), fonts_(fonts), images_(images), symbols_(symbols) {}
+
+void DisplayListPainter::paint(QPainter& painter, const DisplayList& list, const PaintState& state) {
+    painter.save();
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+    for (const DisplayItem& item : list) {
+        if (const auto* rectangle = std::get_if<RectangleItem>(&item)) {
+            paintRectangle(painter, *rectangle);
+        }
+    }
+    for (const Rect& rect : state.selectionRectangles) {
+        if (!isCode(rect, list)) {
+            painter.fillRect(qt(rect), palette_.selection);
+        }
+    }
+    paintRange(painter, list, 0, list.size(), state, false);
+    painter.restore();
+}
+
+void DisplayListPainter::paintRange(QPainter& painter, const DisplayList& list, std::size_t begin,
+                                    std::size_t end, const PaintState& state, bool isCode) {
+    for (std::size_t index = begin; index < end; ++index) {
+        const DisplayItem& item = list[index];
+        if (const auto* text = std::get_if<TextLineItem>(&item)) {
+            paintText(painter, *text, state, isCode);
+        } else if (const auto* symbol = std::get_if<SymbolItem>(&item)) {
+            symbols_.draw(painter, QString::fromStdString(symbol->name), qt(symbol->frame),
+                          palette_.resolve(symbol->color));
+        } else if (const auto* image = std::get_if<ImageItem>(&item)) {
+            images_.draw(painter, image->source, qt(image->frame));
+        } else if (const auto* button = std::get_if<ButtonItem>(&item)) {
+            paintButton(painter, *button, lookOf(state, button->codeBlock));
+        } else if (const auto* region = std::get_if<ScrollRegionItem>(&item)) {
+            const std::size_t last = std::min(index + region->itemCount, list.size() - 1);
+            painter.save();
+            painter.setClipRect(qt(region->frame), Qt::IntersectClip);
+            paintSelection(painter, state, qt(region->frame), true);
+            paintRange(painter, list, index + 1, last + 1, state, true);
+            painter.restore();
+            paintScrollBar(painter, *region, lookOf(state, region->codeBlock));
+            index = last;
+        }
+    }
+}
+
+void DisplayListPainter::paintSelection(QPainter& painter, const PaintState& state, const QRectF& area,
+                                        bool isCode) {
+    for (const Rect& rect : state.selectionRectangles) {
+        if (qt(rect).intersects(area)) {
+            painter.fillRect(qt(rect), isCode ? palette_.codeSelection : palette_.selection);
+        }
+    }
+}
+
+void DisplayListPainter::paintText(QPainter& painter, const TextLineItem& item, const PaintState& state,
+                                   bool isCode) {
+    const auto* shaped = dynamic_cast<const QtShapedText*>(item.shaped);
+    if (shaped == nullptr) {
+        return;
+    }
+    const QColor body = state.textColor.isValid() ? state.textColor : palette_.text;
+    painter.setPen(isCode ? palette_.codeText : body);
+    const QPointF origin(item.origin.x, item.origin.y);
+    auto selected = isCode ? selectedPart(item, state) : std::nullopt;
+    if (selected) {
+        selected->color = palette_.codeText;
+        shaped->drawLine(painter, item.line, origin, *selected);
+    } else {
+        shaped->drawLine(painter, item.line, origin);
+    }
+    const TextLine& line = shaped->lines()[item.line];
+    for (const Rect& rect : state.underlines) {
+        if (standsIn(rect, item.frame)) {
+            const double y = item.origin.y + line.top + line.ascent + std::max(line.descent * 0.4, 1.0);
+            painter.fillRect(snapped(painter, {rect.x, y, rect.width, 1}), palette_.link);
+        }
+    }
+}
+
+void DisplayListPainter::paintRectangle(QPainter& painter, const RectangleItem& item) {
+    const QRectF rect = snapped(painter, qt(item.frame));
+    const QColor color = palette_.resolve(item.color);
+    if (item.trailingRadius > 0) {
+        painter.fillPath(roundedOnTheRight(rect, item.trailingRadius), color);
+    } else {
+        painter.fillRect(rect, color);
+    }
+}
+
+void DisplayListPainter::paintButton(QPainter& painter, const ButtonItem& item, const CodeBlockLook& look) {
+    const QColor fill = look.isButtonPressed
+                            ? palette_.buttonPressed
+                            : blended(palette_.button, palette_.buttonHovered, look.buttonHover);
+    const QColor label = item.isDone            ? palette_.done
+                         : look.isButtonPressed ? palette_.buttonLabelPressed
+                                                : palette_.buttonLabel;
+    painter.setPen(look.isButtonFocused ? QPen(palette_.accent, 2) : QPen(Qt::NoPen));
+    painter.setBrush(fill);
+    painter.drawRoundedRect(qt(item.frame), kButtonRadius, kButtonRadius);
+    symbols_.draw(painter, QString::fromStdString(item.symbol), qt(item.symbolFrame), label);
+    const QFont& font = fonts_.fontOf(item.font);
+    painter.setFont(font);
+    painter.setPen(label);
+    const double ascent = std::round(QFontMetricsF(font).ascent());
+    painter.drawText(QPointF(item.labelOrigin.x, item.labelOrigin.y + ascent),
+                     QString::fromStdString(item.label));
+}
+
+void DisplayListPainter::paintScrollBar(QPainter& painter, const ScrollRegionItem& item,
+                                        const CodeBlockLook& look) {
+    const auto thumb = scrollThumbOf(item, look.isBarDragged ? 1 : look.barHover);
+    if (!thumb) {
+        return;
+    }
+    const double radius = thumb->height / 2;
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(look.isBarDragged
+                         ? palette_.codeThumbDragged
+                         : blended(palette_.codeThumb, palette_.codeThumbHovered, look.barHover));
+    painter.drawRoundedRect(qt(*thumb), radius, radius);
+}
+
+} // namespace quillmoth::markdown

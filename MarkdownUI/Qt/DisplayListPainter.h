@@ -1,0 +1,73 @@
+#pragma once
+
+#include "MarkdownUI/DisplayList.h"
+#include "MarkdownUI/Qt/FontCache.h"
+#include "MarkdownUI/Qt/ImageStore.h"
+#include "MarkdownUI/Qt/MarkdownPalette.h"
+#include "MarkdownUI/Qt/SymbolImages.h"
+#include "MarkdownUI/TextPosition.h"
+
+#include <QColor>
+
+#include <cstddef>
+#include <map>
+#include <optional>
+#include <vector>
+
+class QPainter;
+class QRectF;
+class QString;
+
+namespace quillmoth::markdown {
+
+/// How the controls of one code block look just now.
+struct CodeBlockLook {
+    double buttonHover = 0; ///< 0 at rest to 1 under the pointer
+    bool isButtonPressed = false;
+    bool isButtonFocused = false;
+    double barHover = 0; ///< likewise, of its scroll bar
+    bool isBarDragged = false;
+
+    bool operator==(const CodeBlockLook&) const = default;
+};
+
+/// What the eye sees beyond the display list.
+struct PaintState {
+    QColor textColor; ///< of text without a colour; the palette's where invalid
+    std::optional<TextRange> selection;
+    std::vector<Rect> selectionRectangles;     ///< of the selection, in the coordinates of the document
+    std::vector<Rect> underlines;              ///< the rectangles of the link under the pointer
+    std::map<std::size_t, CodeBlockLook> code; ///< those that are not at rest
+};
+
+/// Paints display lists. All referenced services outlive it.
+class DisplayListPainter {
+public:
+    DisplayListPainter(const MarkdownPalette& palette, FontCache& fonts, ImageStore& images,
+                       SymbolImages& symbols);
+
+    /// The document's top left corner is at the painter's origin.
+    void paint(QPainter& painter, const DisplayList& list, const PaintState& state);
+
+private:
+    void paintRange(QPainter& painter, const DisplayList& list, std::size_t begin, std::size_t end,
+                    const PaintState& state, bool isCode);
+    void paintSelection(QPainter& painter, const PaintState& state, const QRectF& area, bool isCode);
+    void paintText(QPainter& painter, const TextLineItem& item, const PaintState& state, bool isCode);
+    void paintRectangle(QPainter& painter, const RectangleItem& item);
+    void paintButton(QPainter& painter, const ButtonItem& item, const CodeBlockLook& look);
+    void paintScrollBar(QPainter& painter, const ScrollRegionItem& item, const CodeBlockLook& look);
+
+    const MarkdownPalette& palette_;
+    FontCache& fonts_;
+    ImageStore& images_;
+    SymbolImages& symbols_;
+};
+
+/// The colour `share` of the way from `first` to `second`.
+[[nodiscard]] QColor blended(const QColor& first, const QColor& second, double share);
+
+/// The thumb of the scroll bar of a code block; nothing where its text fits.
+[[nodiscard]] std::optional<Rect> scrollThumbOf(const ScrollRegionItem& region, double hover);
+
+} // namespace quillmoth::markdown

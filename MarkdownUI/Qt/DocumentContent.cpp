@@ -1,0 +1,21 @@
+#include "MarkdownUI/Qt/DocumentContent.h"
+
+namespace quillmoth::markdown {
+
+DocumentContent::DocumentContent(TextEngine& engine, ImageSource& images,
+                                 const CodeSyntaxHighlighter* highlighter, std::string_view markdown)
+    : layout_(engine, images, Theme::basic()) {
+    layout_.setCodeSyntaxHighlighter(highlighter);
+    setMarkdown(markdown);
+}
+
+void DocumentContent::setOptions(const ItemOptions& options) {
+    LayoutOptions layoutOptions;
+    layoutOptions.width = options.width;
+    layoutOptions.fontSize = options.fontSize;
+    layoutOptions.colorScheme = options.colorScheme;
+    layoutOptions.alignment = options.alignment;
+    layout_.setOptions(layoutOptions);
+}
+
+} // namespace quillmoth::markdown

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "MarkdownUI/ImageSource.h"
+
+#include <QByteArray>
+#include <QImage>
+#include <QPixmap>
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+class QPainter;
+class QRectF;
+
+namespace quillmoth::markdown {
+
+/// Starts loading the data of the absolute URL `url`; later calls `finished` once, on any thread, with no
+/// data where that failed.
+using ImageLoader = std::function<void(const QString& url, std::function<void(QByteArray)> finished)>;
+
+/// The images of all documents of a window, by URL. "data:" URLs are read in place, all others through the
+/// loader. Decoding happens on a pool thread. What fails stays a clear area. Main thread.
+class ImageStore : public ImageSource {
+public:
+    /// Without a loader only "data:" URLs give images.
+    explicit ImageStore(ImageLoader loader = {});
+    ~ImageStore() override;
+    ImageStore(const ImageStore&) = delete;
+    ImageStore& operator=(const ImageStore&) = delete;
+
+    [[nodiscard]] ImageStatus imageStatus(const std::string& url) override;
+
+    /// Nothing where the image is not there.
+    void draw(QPainter& painter, const std::string& url, const QRectF& frame);
+
+    /// Called on the main thread when an image has arrived or failed, until the token is gone.
+    [[nodiscard]] std::shared_ptr<void> onChange(std::function<void()> changed);
+
+    /// How many are still being loaded.
+    [[nodiscard]] int loadingCount() const { return loadingCount_; }
+
+private:
+    struct Entry {
+        ImageStatus status;
+        QImage image;
+        QPixmap scaled; ///< for the last size that it was drawn at
+    };
+
+    class Inbox; ///< outlives the store where a load does
+
+    void load(const std::string& url);
+    void arrived(const std::string& url, QImage image);
+    void notify();
+
+    ImageLoader loader_;
+    std::shared_ptr<Inbox> inbox_;
+    std::unordered_map<std::string, Entry> entries_;
+    std::vector<std::weak_ptr<std::function<void()>>> listeners_;
+    int loadingCount_ = 0;
+};
+
+} // namespace quillmoth::markdown

@@ -1,0 +1,129 @@
+#pragma once
+
+#include "MarkdownUI/Qt/CodeControls.h"
+#include "MarkdownUI/Qt/ItemContent.h"
+#include "MarkdownUI/Qt/ItemSelection.h"
+#include "MarkdownUI/Qt/MarkdownHost.h"
+#include "MarkdownUI/Qt/MarkdownServices.h"
+
+#include <QColor>
+#include <QPointF>
+#include <QRectF>
+#include <QString>
+#include <Qt>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+class QKeyEvent;
+class QPainter;
+class QWheelEvent;
+
+namespace quillmoth::markdown {
+
+/// A document, or text without markup, that can be shown anywhere in a widget: it lays out, paints, and
+/// answers pointer and keys, but is no widget. The widget gives it events in its own coordinates (origin at
+/// its top left corner) and paints it. Main thread.
+class MarkdownItem {
+public:
+    /// Both outlive the item.
+    MarkdownItem(MarkdownServices& services, MarkdownHost& host);
+    ~MarkdownItem();
+    MarkdownItem(const MarkdownItem&) = delete;
+    MarkdownItem& operator=(const MarkdownItem&) = delete;
+
+    // Content. A document that follows a document keeps the states of its code blocks.
+    void setMarkdown(std::string_view markdown);
+    void setPlainText(std::string text);
+    /// To text without markup: costs the same however long the text is.
+    void appendPlainText(std::string_view piece);
+
+    void setWidth(double width);
+    void setFontSize(double size);
+    void setAlignment(TextAlignment alignment);
+    /// Of text that has no colour of its own; the palette's where invalid.
+    void setTextColor(const QColor& color);
+
+    // Geometry.
+    /// Estimated in part until `isHeightExact`: what has not been seen yet has not been laid out.
+    [[nodiscard]] double height() const;
+    [[nodiscard]] bool isHeightExact() const;
+    [[nodiscard]] double usedWidth() const;
+    [[nodiscard]] double firstLineCenter();
+    /// Lays out what is between two heights. Returns how far that has moved down: add it to the scroll
+    /// position.
+    double ensureLaidOut(double top, double bottom);
+
+    /// Paints what is in `exposed` (the item's coordinates) with the item's corner at `origin`.
+    void paint(QPainter& painter, const QRectF& exposed, const QPointF& origin);
+    [[nodiscard]] DisplayList displayList(const QRectF& area);
+
+    // Pointer. The left button only; `clicks` is 1, 2 or 3.
+    void mousePress(const QPointF& point, int clicks, Qt::KeyboardModifiers modifiers);
+    void mouseMove(const QPointF& point, bool isPressed);
+    void mouseRelease(const QPointF& point);
+    void leave();
+    [[nodiscard]] Qt::CursorShape cursorAt(const QPointF& point);
+    /// True where a press does something other than nothing: on text, links, buttons, scroll bars.
+    [[nodiscard]] bool isInteractiveAt(const QPointF& point);
+    [[nodiscard]] QString linkAt(const QPointF& point);
+    /// True where a code block takes it; a vertical turn is left alone but with Shift.
+    bool wheel(const QWheelEvent& event, const QPointF& point);
+
+    /// True where the item takes the key: moves and copies of the selection, sideways scrolling of code.
+    bool keyPress(const QKeyEvent& event);
+    /// The next copy button, for the Tab key. False behind the last one.
+    bool focusNextButton(bool isForward);
+
+    // Selection.
+    [[nodiscard]] bool hasSelection() const { return !selection_.isEmpty(); }
+
+    [[nodiscard]] const TextRange& selection() const { return selection_.range(); }
+
+    [[nodiscard]] QString selectedText() const;
+    void select(const TextRange& range);
+    void selectAll();
+    void clearSelection();
+    void copySelection();
+    [[nodiscard]] QRectF caretRectangle();
+
+    // For accessibility and tests.
+    [[nodiscard]] ItemContent& content() { return *content_; }
+
+    [[nodiscard]] const ItemContent& content() const { return *content_; }
+
+    [[nodiscard]] CodeControls& codeControls() { return *controls_; }
+
+    [[nodiscard]] MarkdownHost& host() { return host_; }
+
+private:
+    void replaceContent(std::unique_ptr<ItemContent> content);
+    void contentChanged();
+    void applyOptions();
+    void updateLink(const QPointF& point);
+    [[nodiscard]] const LinkInfo* linkInfoAt(Point point);
+    bool moveByKey(const QKeyEvent& event);
+    bool scrollByKey(const QKeyEvent& event);
+    [[nodiscard]] PaintState paintState(const Rect& area);
+
+    MarkdownServices& services_;
+    MarkdownHost& host_;
+    ItemOptions options_;
+    QColor textColor_;
+    std::unique_ptr<ItemContent> content_;
+    class DocumentContent* document_ = nullptr; ///< `content_`, where it is one
+    class PlainContent* plain_ = nullptr;       ///< likewise
+    std::unique_ptr<CodeControls> controls_;
+    ItemSelection selection_;
+    bool isSelecting_ = false;
+    bool hasCaret_ = false;
+    std::optional<std::vector<LinkInfo>> links_; ///< of the content, once asked for
+    std::optional<LinkInfo> hoveredLink_;
+    QString pressedLink_;
+    std::shared_ptr<void> imageSubscription_;
+};
+
+} // namespace quillmoth::markdown

@@ -1,0 +1,158 @@
+// The selection and keyboard half of MarkdownItem.
+
+#include "MarkdownUI/Qt/DocumentContent.h"
+#include "MarkdownUI/Qt/MarkdownItem.h"
+
+#include <QKeyEvent>
+#include <QWheelEvent>
+
+#include <array>
+#include <cmath>
+
+namespace quillmoth::markdown {
+
+namespace {
+
+constexpr double kKeyScroll = 40;
+constexpr double kWheelStep = 60; // for one notch
+constexpr double kNotch = 120;    // of angleDelta
+
+struct KeyMove {
+    QKeySequence::StandardKey key;
+    CaretMove move;
+};
+
+constexpr std::array kKeyMoves{
+    KeyMove{QKeySequence::SelectPreviousChar, CaretMove::previousCharacter},
+    KeyMove{QKeySequence::SelectNextChar, CaretMove::nextCharacter},
+    KeyMove{QKeySequence::SelectPreviousWord, CaretMove::previousWord},
+    KeyMove{QKeySequence::SelectNextWord, CaretMove::nextWord},
+    KeyMove{QKeySequence::SelectPreviousLine, CaretMove::lineAbove},
+    KeyMove{QKeySequence::SelectNextLine, CaretMove::lineBelow},
+    KeyMove{QKeySequence::SelectStartOfLine, CaretMove::lineStart},
+    KeyMove{QKeySequence::SelectEndOfLine, CaretMove::lineEnd},
+    KeyMove{QKeySequence::SelectStartOfDocument, CaretMove::documentStart},
+    KeyMove{QKeySequence::SelectEndOfDocument, CaretMove::documentEnd},
+};
+
+/// How far a turn of the wheel goes sideways, in pixels.
+double sidewaysOf(const QWheelEvent& event) {
+    const bool isTurned = event.modifiers().testFlag(Qt::ShiftModifier);
+    const auto along = [isTurned](QPoint delta) {
+        return delta.x() != 0 ? delta.x() : isTurned ? delta.y() : 0;
+    };
+    if (!event.pixelDelta().isNull()) {
+        return -along(event.pixelDelta());
+    }
+    return -along(event.angleDelta()) / kNotch * kWheelStep;
+}
+
+bool isMoreSideways(const QWheelEvent& event) {
+    const QPoint delta = event.pixelDelta().isNull() ? event.angleDelta() : event.pixelDelta();
+    return event.modifiers().testFlag(Qt::ShiftModifier) || std::abs(delta.x()) > std::abs(delta.y());
+}
+
+} // namespace
+
+bool MarkdownItem::wheel(const QWheelEvent& event, const QPointF& point) {
+    DocumentLayout* const document = content_->document();
+    if (document == nullptr || !isMoreSideways(event)) {
+        return false;
+    }
+    const auto block = document->codeBlockAt({point.x(), point.y()});
+    return block && controls_->scroll(*document, *block, sidewaysOf(event));
+}
+
+bool MarkdownItem::keyPress(const QKeyEvent& event) {
+    if (event.matches(QKeySequence::SelectAll)) {
+        selectAll();
+        return true;
+    }
+    if (event.matches(QKeySequence::Copy) && hasSelection()) {
+        copySelection();
+        return true;
+    }
+    const bool isActivation = event.key() == Qt::Key_Return || event.key() == Qt::Key_Space;
+    if (isActivation && controls_->focusedButton()) {
+        controls_->copy(*content_->document(), *controls_->focusedButton());
+        return true;
+    }
+    return moveByKey(event) || scrollByKey(event);
+}
+
+bool MarkdownItem::moveByKey(const QKeyEvent& event) {
+    for (const KeyMove& candidate : kKeyMoves) {
+        if (event.matches(candidate.key)) {
+            selection_.extend(*content_, candidate.move);
+            hasCaret_ = true;
+            host_.itemChanged({});
+            return true;
+        }
+    }
+    return false;
+}
+
+/// Left and Right scroll the code block that holds the caret, or whose button has the focus.
+bool MarkdownItem::scrollByKey(const QKeyEvent& event) {
+    DocumentLayout* const document = content_->document();
+    const bool isSideways = event.key() == Qt::Key_Left || event.key() == Qt::Key_Right;
+    if (document == nullptr || !isSideways || event.modifiers() != Qt::NoModifier) {
+        return false;
+    }
+    auto block = controls_->focusedButton();
+    if (!block && hasCaret_) {
+        const Rect caret = content_->caretRectangle(selection_.caret());
+        const double middle = caret.y + caret.height / 2;
+        block = document->codeBlockAt({caret.x, middle});
+        if (!block) { // the caret itself may be scrolled out of sight
+            block = document->codeBlockAt({options_.width / 2, middle});
+        }
+    }
+    return block &&
+           controls_->scroll(*document, *block, event.key() == Qt::Key_Left ? -kKeyScroll : kKeyScroll);
+}
+
+bool MarkdownItem::focusNextButton(bool isForward) {
+    DocumentLayout* const document = content_->document();
+    const std::size_t count = document != nullptr ? document->codeBlockCount() : 0;
+    const auto focused = controls_->focusedButton();
+    const std::size_t next = isForward ? (focused ? *focused + 1 : 0) : (focused ? *focused : count) - 1;
+    const bool isThere = next < count; // false also where the subtraction went below zero
+    controls_->setFocusedButton(isThere ? std::optional(next) : std::nullopt);
+    return isThere;
+}
+
+QString MarkdownItem::selectedText() const {
+    return hasSelection() ? QString::fromStdString(content_->plainText(selection_.range())) : QString();
+}
+
+void MarkdownItem::select(const TextRange& range) {
+    selection_.begin(*content_, range.begin, SelectionUnit::character);
+    selection_.extendTo(*content_, range.end);
+    hasCaret_ = true;
+    host_.itemChanged({});
+}
+
+void MarkdownItem::selectAll() {
+    selection_.selectAll(*content_);
+    hasCaret_ = true;
+    host_.itemChanged({});
+}
+
+void MarkdownItem::clearSelection() {
+    if (hasSelection()) {
+        selection_.clear();
+        host_.itemChanged({});
+    }
+}
+
+void MarkdownItem::copySelection() {
+    host_.copyText(selectedText());
+}
+
+QRectF MarkdownItem::caretRectangle() {
+    const Rect rect = content_->caretRectangle(selection_.caret());
+    return {rect.x, rect.y, rect.width, rect.height};
+}
+
+} // namespace quillmoth::markdown

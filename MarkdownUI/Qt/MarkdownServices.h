@@ -1,0 +1,33 @@
+#pragma once
+
+#include "MarkdownUI/CodeSyntaxHighlighter.h"
+#include "MarkdownUI/Qt/DisplayListPainter.h"
+#include "MarkdownUI/Qt/ImageStore.h"
+#include "MarkdownUI/Qt/MarkdownPalette.h"
+#include "MarkdownUI/Qt/QtTextEngine.h"
+#include "MarkdownUI/Qt/SymbolImages.h"
+
+#include <utility>
+
+namespace quillmoth::markdown {
+
+/// What the documents of one window share. Outlives them. Main thread.
+struct MarkdownServices {
+    /// `codeHighlighter` may be null, for code without colours; it outlives the services.
+    explicit MarkdownServices(MarkdownPalette colors, const CodeSyntaxHighlighter* codeHighlighter = nullptr,
+                              ImageLoader loader = {}, FontCache fonts = FontCache())
+        : palette(std::move(colors)), engine(palette, std::move(fonts)), images(std::move(loader)),
+          highlighter(codeHighlighter), painter(palette, engine.fonts(), images, symbols) {}
+
+    MarkdownServices(const MarkdownServices&) = delete;
+    MarkdownServices& operator=(const MarkdownServices&) = delete;
+
+    const MarkdownPalette palette;
+    QtTextEngine engine;
+    ImageStore images;
+    SymbolImages symbols;
+    const CodeSyntaxHighlighter* highlighter;
+    DisplayListPainter painter;
+};
+
+} // namespace quillmoth::markdown

@@ -1,0 +1,316 @@
+#include "MarkdownUI/Qt/MarkdownView.h"
+
+#include "MarkdownUI/Qt/AccessibleMarkdown.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QTimer>
+#include <QWheelEvent>
+
+#include <algorithm>
+#include <cmath>
+
+namespace quillmoth::markdown {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr double kBarWidth = 4;
+constexpr double kHoveredBarWidth = 6;
+constexpr double kBarMargin = 3;
+constexpr double kHoveredBarMargin = 2;
+constexpr double kBarReach = 10;
+constexpr double kLeastThumb = 28;
+constexpr double kWheelStep = 60; // for one notch
+constexpr double kNotch = 120;
+constexpr double kKeyScroll = 40;
+constexpr double kPageOverlap = 40;
+constexpr int kAutoScrollInterval = 16;
+constexpr double kAutoScrollShare = 0.2; // of the distance beyond the edge
+
+constexpr std::size_t kBar = 0;
+
+} // namespace
+
+MarkdownView::MarkdownView(MarkdownServices& services, QWidget* parent)
+    : QWidget(parent), services_(services), item_(services, *this), barFade_(120ms, [this] { update(); }) {
+    installAccessibleMarkdown();
+    setMouseTracking(true);
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
+MarkdownView::~MarkdownView() = default;
+
+void MarkdownView::setMarkdown(std::string_view markdown) {
+    scroll_ = 0;
+    item_.setMarkdown(markdown);
+}
+
+void MarkdownView::setPadding(double padding) {
+    padding_ = padding;
+    item_.setWidth(std::max(width() - 2 * padding_, 1.0));
+    update();
+}
+
+QPointF MarkdownView::itemOrigin() const {
+    return {padding_, padding_ - scroll_};
+}
+
+double MarkdownView::contentHeight() const {
+    return item_.height() + 2 * padding_;
+}
+
+double MarkdownView::greatestScroll() const {
+    return std::max(contentHeight() - height(), 0.0);
+}
+
+void MarkdownView::setScrollPosition(double position) {
+    scroll_ = std::clamp(position, 0.0, greatestScroll());
+    layOutVisible();
+    update();
+}
+
+/// What comes into view for the first time gets its true height, which can move it; so look again.
+void MarkdownView::layOutVisible() {
+    constexpr int kMostPasses = 4;
+    isLayingOut_ = true;
+    for (int pass = 0; pass < kMostPasses; ++pass) {
+        const double top = scroll_ - padding_;
+        scroll_ += item_.ensureLaidOut(top, top + height());
+        const double inside = std::clamp(scroll_, 0.0, greatestScroll());
+        if (std::exchange(scroll_, inside) == top + padding_ && inside == top + padding_) {
+            break;
+        }
+    }
+    isLayingOut_ = false;
+}
+
+void MarkdownView::paintEvent(QPaintEvent* event) {
+    layOutVisible();
+    QPainter painter(this);
+    painter.fillRect(event->rect(), services_.palette.base);
+    const QPointF origin = itemOrigin();
+    item_.paint(painter, QRectF(event->rect()).translated(-origin), origin);
+    paintScrollBar(painter);
+}
+
+void MarkdownView::resizeEvent(QResizeEvent* /*event*/) {
+    item_.setWidth(std::max(width() - 2 * padding_, 1.0));
+    setScrollPosition(scroll_);
+}
+
+std::optional<QRectF> MarkdownView::thumb() const {
+    if (greatestScroll() < 0.5) {
+        return std::nullopt;
+    }
+    const double share = barFade_.shareOf(kBar);
+    const double barWidth = kBarWidth + (kHoveredBarWidth - kBarWidth) * share;
+    const double margin = kBarMargin + (kHoveredBarMargin - kBarMargin) * share;
+    const double track = height() - 2 * kBarMargin;
+    const double length = std::clamp(track * height() / contentHeight(), std::min(kLeastThumb, track), track);
+    const double top = kBarMargin + (track - length) * (scroll_ / greatestScroll());
+    return QRectF(width() - margin - barWidth, top, barWidth, length);
+}
+
+bool MarkdownView::isOnScrollBar(const QPointF& point) const {
+    return point.x() >= width() - kBarReach && thumb().has_value();
+}
+
+void MarkdownView::paintScrollBar(QPainter& painter) {
+    const auto bar = thumb();
+    if (!bar) {
+        return;
+    }
+    const MarkdownPalette& palette = services_.palette;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(thumbGrab_ ? palette.thumbDragged
+                                : blended(palette.thumb, palette.thumbHovered, barFade_.shareOf(kBar)));
+    painter.drawRoundedRect(*bar, bar->width() / 2, bar->width() / 2);
+}
+
+void MarkdownView::dragThumbTo(double y) {
+    const double track = height() - 2 * kBarMargin - thumb().value_or(QRectF()).height();
+    if (track > 0) {
+        setScrollPosition((y - *thumbGrab_ - kBarMargin) / track * greatestScroll());
+    }
+}
+
+void MarkdownView::mousePressEvent(QMouseEvent* event) {
+    press(event);
+}
+
+void MarkdownView::mouseDoubleClickEvent(QMouseEvent* event) {
+    press(event);
+}
+
+void MarkdownView::press(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) {
+        return;
+    }
+    if (isOnScrollBar(event->position())) {
+        const QRectF bar = thumb().value_or(QRectF());
+        const bool isOnThumb = event->position().y() >= bar.top() && event->position().y() < bar.bottom();
+        thumbGrab_ = isOnThumb ? event->position().y() - bar.top() : bar.height() / 2;
+        return dragThumbTo(event->position().y());
+    }
+    item_.mousePress(toItem(event->position()), clicks_.countPress(*event), event->modifiers());
+}
+
+void MarkdownView::mouseMoveEvent(QMouseEvent* event) {
+    pointer_ = event->position();
+    if (thumbGrab_) {
+        return dragThumbTo(pointer_.y());
+    }
+    const bool isPressed = event->buttons().testFlag(Qt::LeftButton);
+    item_.mouseMove(toItem(pointer_), isPressed);
+    if (isPressed) {
+        const bool isBeyond = pointer_.y() < 0 || pointer_.y() >= height();
+        if (isBeyond && !autoScroll_.isActive()) {
+            autoScroll_.start(kAutoScrollInterval, this);
+        } else if (!isBeyond) {
+            autoScroll_.stop();
+        }
+        return;
+    }
+    const bool isOnBar = isOnScrollBar(pointer_);
+    if (isOnBar != (barFade_.shareOf(kBar) > 0)) {
+        barFade_.setHovered(kBar, isOnBar);
+    }
+    setCursor(isOnBar ? Qt::ArrowCursor : item_.cursorAt(toItem(pointer_)));
+}
+
+void MarkdownView::mouseReleaseEvent(QMouseEvent* event) {
+    autoScroll_.stop();
+    if (event->button() != Qt::LeftButton) {
+        return;
+    }
+    if (thumbGrab_) {
+        thumbGrab_.reset();
+        return update();
+    }
+    item_.mouseRelease(toItem(event->position()));
+}
+
+void MarkdownView::timerEvent(QTimerEvent* event) {
+    if (event->timerId() != autoScroll_.timerId()) {
+        return QWidget::timerEvent(event);
+    }
+    const double beyond = pointer_.y() < 0 ? pointer_.y() : std::max(pointer_.y() - height(), 0.0);
+    setScrollPosition(scroll_ + beyond * kAutoScrollShare);
+    item_.mouseMove(toItem(pointer_), true);
+}
+
+void MarkdownView::leaveEvent(QEvent* /*event*/) {
+    item_.leave();
+    barFade_.setHovered(kBar, false);
+}
+
+void MarkdownView::wheelEvent(QWheelEvent* event) {
+    if (item_.wheel(*event, toItem(event->position()))) {
+        return event->accept();
+    }
+    const double distance = event->pixelDelta().isNull() ? event->angleDelta().y() / kNotch * kWheelStep
+                                                         : static_cast<double>(event->pixelDelta().y());
+    setScrollPosition(scroll_ - distance);
+    event->accept();
+}
+
+void MarkdownView::keyPressEvent(QKeyEvent* event) {
+    if (item_.keyPress(*event)) {
+        if (event->modifiers().testFlag(Qt::ShiftModifier)) {
+            showCaret();
+        }
+    } else if (!scrollByKey(*event)) {
+        QWidget::keyPressEvent(event);
+    }
+}
+
+bool MarkdownView::scrollByKey(const QKeyEvent& event) {
+    const double page = std::max(height() - kPageOverlap, kKeyScroll);
+    switch (event.key()) {
+    case Qt::Key_Up:
+        setScrollPosition(scroll_ - kKeyScroll);
+        return true;
+    case Qt::Key_Down:
+        setScrollPosition(scroll_ + kKeyScroll);
+        return true;
+    case Qt::Key_PageUp:
+        setScrollPosition(scroll_ - page);
+        return true;
+    case Qt::Key_PageDown:
+    case Qt::Key_Space:
+        setScrollPosition(scroll_ + page);
+        return true;
+    case Qt::Key_Home:
+        setScrollPosition(0);
+        return true;
+    case Qt::Key_End:
+        setScrollPosition(greatestScroll());
+        return true;
+    default:
+        return false;
+    }
+}
+
+/// Scrolls as little as shows the caret of the selection.
+void MarkdownView::showCaret() {
+    const QRectF caret = item_.caretRectangle().translated(itemOrigin());
+    if (caret.top() < 0) {
+        setScrollPosition(scroll_ + caret.top());
+    } else if (caret.bottom() > height()) {
+        setScrollPosition(scroll_ + caret.bottom() - height());
+    }
+}
+
+bool MarkdownView::focusNextPrevChild(bool isNext) {
+    if (!item_.focusNextButton(isNext)) {
+        return QWidget::focusNextPrevChild(isNext);
+    }
+    const Rect button = item_.content().document()->copyButtonFrame(*item_.codeControls().focusedButton());
+    const double top = button.y + padding_;
+    if (top < scroll_ || top + button.height > scroll_ + height()) {
+        setScrollPosition(top - height() / 3.0);
+    }
+    return true;
+}
+
+void MarkdownView::itemChanged(const QRectF& area) {
+    if (area.isNull()) {
+        update();
+    } else {
+        update(area.translated(itemOrigin()).toAlignedRect());
+    }
+}
+
+void MarkdownView::itemResized() {
+    if (!isLayingOut_) {
+        update();
+    }
+}
+
+void MarkdownView::openLink(const QString& url) {
+    if (onLinkActivated) {
+        onLinkActivated(url);
+    }
+}
+
+void MarkdownView::copyText(const QString& text) {
+    if (onCopy) {
+        onCopy(text);
+    } else {
+        QGuiApplication::clipboard()->setText(text);
+    }
+}
+
+void MarkdownView::callAfter(std::chrono::milliseconds delay, std::function<void()> work) {
+    QTimer::singleShot(delay, this, std::move(work));
+}
+
+} // namespace quillmoth::markdown

@@ -1,0 +1,88 @@
+#pragma once
+
+#include "MarkdownUI/Qt/ClickCounter.h"
+#include "MarkdownUI/Qt/HoverFade.h"
+#include "MarkdownUI/Qt/MarkdownHost.h"
+#include "MarkdownUI/Qt/MarkdownItem.h"
+#include "MarkdownUI/Qt/MarkdownServices.h"
+
+#include <QBasicTimer>
+#include <QWidget>
+
+#include <functional>
+#include <optional>
+
+namespace quillmoth::markdown {
+
+/// A scrolling view of one document: one widget, which paints what is visible and lays out no more.
+class MarkdownView : public QWidget, private MarkdownHost {
+public:
+    /// The services outlive the view.
+    explicit MarkdownView(MarkdownServices& services, QWidget* parent = nullptr);
+    ~MarkdownView() override;
+
+    void setMarkdown(std::string_view markdown);
+    void setPadding(double padding);
+
+    [[nodiscard]] MarkdownItem& item() { return item_; }
+
+    [[nodiscard]] double scrollPosition() const { return scroll_; }
+
+    void setScrollPosition(double position);
+
+    /// Where the item's corner stands in the widget.
+    [[nodiscard]] QPointF itemOrigin() const;
+
+    /// Called with the destination of a link that was clicked.
+    std::function<void(const QString& url)> onLinkActivated;
+    /// Called with what is to be put on the clipboard; by default it goes there.
+    std::function<void(const QString& text)> onCopy;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
+    bool focusNextPrevChild(bool isNext) override;
+
+private:
+    // MarkdownHost
+    void itemChanged(const QRectF& area) override;
+    void itemResized() override;
+    void openLink(const QString& url) override;
+    void copyText(const QString& text) override;
+    void callAfter(std::chrono::milliseconds delay, std::function<void()> work) override;
+
+    void press(QMouseEvent* event);
+    bool scrollByKey(const QKeyEvent& event);
+    void showCaret();
+    void layOutVisible();
+    void paintScrollBar(QPainter& painter);
+    [[nodiscard]] double contentHeight() const;
+    [[nodiscard]] double greatestScroll() const;
+
+    [[nodiscard]] QPointF toItem(const QPointF& point) const { return point - itemOrigin(); }
+
+    [[nodiscard]] std::optional<QRectF> thumb() const;
+    [[nodiscard]] bool isOnScrollBar(const QPointF& point) const;
+    void dragThumbTo(double y);
+
+    MarkdownServices& services_;
+    MarkdownItem item_;
+    ClickCounter clicks_;
+    HoverFade barFade_;
+    QBasicTimer autoScroll_; ///< runs while a selection is dragged beyond an edge
+    QPointF pointer_;
+    double padding_ = 30;
+    double scroll_ = 0;
+    std::optional<double> thumbGrab_; ///< from the thumb's top
+    bool isLayingOut_ = false;
+};
+
+} // namespace quillmoth::markdown

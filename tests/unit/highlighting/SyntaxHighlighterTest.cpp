@@ -1,0 +1,237 @@
+#include "Quillmoth/Highlighting/SyntaxHighlighter.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <ctime>
+#include <limits>
+#include <random>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace quillmoth::highlighting {
+
+namespace {
+
+constexpr std::array<const char*, kTokenTypeCount> kNames{
+    "keyword", "string", "type", "call", "number", "comment", "property", "dotAccess", "preprocessing"};
+
+/// Writes the pieces down: "keyword(let)", plain text as it is, white space in square brackets with "n" for a
+/// line feed and "." for anything else.
+struct ListingFormat {
+    class Builder {
+    public:
+        void addToken(std::string_view token, TokenType type) {
+            listing_ += std::string(kNames[static_cast<std::size_t>(type)]) + "(" + std::string(token) + ")";
+        }
+
+        void addPlainText(std::string_view text) { listing_ += text; }
+
+        void addWhitespace(std::string_view whitespace) {
+            listing_ += '[';
+            for (const char byte : whitespace) {
+                listing_ += byte == '\n' ? 'n' : '.';
+            }
+            listing_ += ']';
+        }
+
+        std::string build() { return listing_; }
+
+    private:
+        std::string listing_;
+    };
+
+    [[nodiscard]] Builder makeBuilder() const { return {}; }
+};
+
+/// Joins the pieces, and counts those that are empty or misplaced.
+struct JoiningFormat {
+    struct Result {
+        std::string text;
+        int faults = 0;
+        std::size_t pieces = 0;
+    };
+
+    class Builder {
+    public:
+        void addToken(std::string_view token, TokenType) { add(token, isBlank(token)); }
+
+        void addPlainText(std::string_view text) { add(text, hasBlank(text)); }
+
+        void addWhitespace(std::string_view whitespace) { add(whitespace, !isBlank(whitespace)); }
+
+        Result build() { return result_; }
+
+    private:
+        static constexpr std::string_view kBlanks = " \t\n\v\f\r";
+
+        static bool isBlank(std::string_view text) {
+            return text.find_first_not_of(kBlanks) == std::string_view::npos;
+        }
+
+        static bool hasBlank(std::string_view text) {
+            return text.find_first_of(kBlanks) != std::string_view::npos;
+        }
+
+        void add(std::string_view piece, bool isMisplaced) {
+            result_.text += piece;
+            result_.faults += piece.empty() || isMisplaced ? 1 : 0;
+            ++result_.pieces;
+        }
+
+        Result result_;
+    };
+
+    [[nodiscard]] Builder makeBuilder() const { return {}; }
+};
+
+std::string listingOf(std::string_view code) {
+    return SyntaxHighlighter(ListingFormat(), SwiftGrammar()).highlight(code);
+}
+
+JoiningFormat::Result joined(std::string_view code) {
+    return SyntaxHighlighter(JoiningFormat(), SwiftGrammar()).highlight(code);
+}
+
+struct Example {
+    const char* code;
+    const char* listing;
+};
+
+void expectAll(const std::vector<Example>& examples) {
+    for (const Example& example : examples) {
+        EXPECT_EQ(listingOf(example.code), example.listing) << "of: " << example.code;
+    }
+}
+
+} // namespace
+
+TEST(SyntaxHighlighter, TellsNamesApartByWhatStandsAroundThem) {
+    expectAll({
+        {"let delay = 250", "keyword(let)[.]delay[.]=[.]number(250)"},
+        {"func call(_ action: @escaping () -> Void) {",
+         "keyword(func)[.]call(call)(keyword(_)[.]action:[.]keyword(@escaping)[.]()[.]->[.]type(Void))[.]{"},
+        {"func map<T>(x)", "keyword(func)[.]call(map)<type(T)>(x)"},
+        {"@MainActor", "preprocessing(@MainActor)"},
+        {"task?.cancel()", "task?.call(cancel)()"},
+        {"guard !Task.isCancelled else",
+         "keyword(guard)[.]!type(Task).property(isCancelled)[.]keyword(else)"},
+        {"log(x, level: .debug)", "call(log)(x,[.]level:[.].dotAccess(debug))"},
+        {"sleep(for: delay)", "call(sleep)(for:[.]delay)"},
+        {"f(x, in: y)", "call(f)(x,[.]in:[.]y)"},
+        {"default: self.x", "keyword(default):[.]keyword(self).property(x)"},
+        {".init(x)", ".keyword(init)(x)"},
+        {"Foo.Bar.baz()", "type(Foo).type(Bar).call(baz)()"},
+        {"`class`.x", "`class`.property(x)"},
+        {"x.`default`", "x.property(`default`)"},
+        {"MAX_SIZE URL", "MAX_SIZE[.]type(URL)"},
+        {"some View", "keyword(some)[.]type(View)"},
+        {"open(some, set)", "call(open)(some,[.]set)"},
+        {"{ get set }", "{[.]keyword(get)[.]keyword(set)[.]}"},
+        {"user@example.com", "user@example.property(com)"},
+        {"#if DEBUG", "preprocessing(#if)[.]type(DEBUG)"},
+        {"# Title", "#[.]type(Title)"},
+    });
+}
+
+TEST(SyntaxHighlighter, ReadsNumbersWithoutSwallowingRangesAndMembers) {
+    expectAll({
+        {"0..<5", "number(0)..<number(5)"},
+        {"0...count", "number(0)...count"},
+        {"1.5e-3", "number(1.5e-3)"},
+        {"0xFF_0A 0b01 1_000", "number(0xFF_0A)[.]number(0b01)[.]number(1_000)"},
+        {".5", "number(.5)"},
+        {"1.description", "number(1).property(description)"},
+        {"10px", "number(10)px"},
+        {"1e", "number(1)e"},
+        {"a1", "a1"},
+        {"pair.0", "pair.number(0)"},
+    });
+}
+
+TEST(SyntaxHighlighter, FollowsStringsThroughEscapesAndInterpolation) {
+    expectAll({
+        {R"~("a\"b")~", R"~(string("a\"b"))~"},
+        {R"~("\(name) is \(f("x"))!")~",
+         R"~(string("\()namestring() is \()call(f)(string("x"))string()!"))~"},
+        {R"~("open)~", R"~(string("open))~"},
+        {"\"open\nlet", "string(\"open)[n]keyword(let)"},
+        {"\"a \\(b\nlet", "string(\"a \\()b[n]keyword(let)"},
+        {R"~(#"raw \n "quote" \#(x)"#)~", R"~(string(#"raw \n "quote" \#()xstring()"#))~"},
+        {R"~(##"a"#b"##)~", R"~(string(##"a"#b"##))~"},
+        {"\"\"\"\n  let\n\"\"\"\nlet", "string(\"\"\")[n..]string(let)[n]string(\"\"\")[n]keyword(let)"},
+        {"\"\"\"\n\\(a +\n b)\n\"\"\" x",
+         "string(\"\"\")[n]string(\\()a[.]+[n.]bstring())[n]string(\"\"\")[.]x"},
+    });
+}
+
+TEST(SyntaxHighlighter, NestsBlockCommentsAndKeepsPathsOutOfThem) {
+    expectAll({
+        {"// let x", "comment(// let x)"},
+        {"/* a /* b */ c */ let", "comment(/* a /* b */ c */)[.]keyword(let)"},
+        {"/* a\n   b */ x", "comment(/* a)[n...]comment(b */)[.]x"},
+        {"curl https://example.com/let", "curl[.]https://example.property(com)/keyword(let)"},
+        {"rm build/*", "rm[.]build/*"},
+        {"f(x/* note */)", "call(f)(xcomment(/* note */))"},
+    });
+}
+
+TEST(SyntaxHighlighter, EmptyTextHasNoPieces) {
+    EXPECT_EQ(joined("").pieces, 0U);
+    EXPECT_EQ(joined("\n \t\n").pieces, 1U) << "white space is one piece over the ends of lines";
+}
+
+TEST(SyntaxHighlighter, PiecesJoinedAreTheTextWhateverItHolds) {
+    const std::array<std::string_view, 24> parts{
+        "\"", "\"\"\"", "#",   "\\(", "\\#(", ")",   "(",    "/*",  "*/", "//", "\n",       " ",
+        "\t", ".",      "...", "@",   "`",    "let", "Type", "0x1", "9.", "\r", "\xC3\xA9", "\xFF"};
+    std::mt19937 random(20);
+    for (int round = 0; round < 3000; ++round) {
+        std::string code;
+        for (std::size_t count = random() % 40; count > 0; --count) {
+            code += parts[random() % parts.size()];
+        }
+        const auto result = joined(code);
+        ASSERT_EQ(result.text, code);
+        ASSERT_EQ(result.faults, 0) << code;
+    }
+}
+
+TEST(SyntaxHighlighter, StatesAreEqualExactlyWhenTheSameIsOpen) {
+    const SwiftGrammar grammar;
+    std::vector<Piece> pieces;
+    const auto after = [&](std::string_view line) { return grammar.step(line, {}, pieces); };
+    EXPECT_EQ(after("let x = \"open"), LineState());
+    EXPECT_EQ(after("x /* a"), after("/* other text"));
+    EXPECT_NE(after("/* a"), after("/* a /* b"));
+    EXPECT_NE(after("\"\"\""), after("#\"\"\""));
+    EXPECT_EQ(grammar.step("*/", after("/* a"), pieces), LineState());
+}
+
+/// Eight times the text may take about eight times the processor time, also of text that tempts a scanner to
+/// look again and again.
+TEST(SyntaxHighlighter, TakesLinearTimeOnHostileText) {
+    const auto ticksFor = [](std::string_view unit, std::size_t size) {
+        std::string code;
+        while (code.size() < size) {
+            code += unit;
+        }
+        std::clock_t best = std::numeric_limits<std::clock_t>::max();
+        for (int round = 0; round < 3; ++round) {
+            const std::clock_t start = std::clock();
+            (void)joined(code);
+            best = std::min(best, std::clock() - start);
+        }
+        return best;
+    };
+    for (const std::string_view unit : {"\"\\(", "\"\"\"\\(\n", "/*", "a/*", "#", "#\"", "##\"\\#", "(", ".",
+                                        "`a ", "get  ", "*/*", "\"\"\"\"", "\\"}) {
+        const std::clock_t small = ticksFor(unit, 100'000);
+        const std::clock_t large = ticksFor(unit, 800'000);
+        EXPECT_LT(large, 24 * small + CLOCKS_PER_SEC / 50) << "of: " << unit;
+    }
+}
+
+} // namespace quillmoth::highlighting

@@ -1,0 +1,112 @@
+#include <gtest/gtest.h>
+
+#include "FixedTextEngine.h"
+#include "MarkdownUI/DocumentLayout.h"
+#include "MarkdownUI/SchemeImages.h"
+
+namespace quillmoth::markdown {
+namespace {
+
+std::string repeated(std::string_view text, int count) {
+    std::string result;
+    for (int i = 0; i < count; ++i)
+        result += text;
+    return result;
+}
+
+std::string nestedList(int depth) {
+    std::string text;
+    for (int i = 0; i < depth; ++i)
+        text += repeated("  ", i) + "- x\n";
+    return text;
+}
+
+std::string wideTable(int columns) {
+    return repeated("|cell ", columns) + "|\n" + repeated("|-", columns) + "|\n" +
+           repeated("|some words ", columns) + "|\n";
+}
+
+/// What a document costs: bytes given to the engine when all of it is laid out.
+std::size_t costOf(const std::string& text) {
+    FixedTextEngine engine;
+    FixedImageSource images;
+    DocumentLayout layout(engine, images, Theme::basic());
+    layout.setOptions({.width = 500, .fontSize = 16});
+    MarkdownContent content(text);
+    EXPECT_EQ(content, MarkdownContent(text));
+    EXPECT_EQ(hashValue(removeSchemeImages(content.blocks, ColorScheme::light)), hashValue(content.blocks));
+    layout.setContent(std::move(content));
+    layout.ensureLaidOut(1e12);
+    (void)layout.displayList({0, 0, 500, layout.totalHeight()});
+    (void)layout.documentText();
+    (void)layout.links();
+    return engine.bytesShaped;
+}
+
+TEST(Pathology, work_grows_with_the_text_and_not_faster) {
+    struct Case {
+        const char* name;
+        std::string small;
+        std::string large;
+    };
+
+    const std::vector<Case> cases{
+        {"nested quotes", repeated("> ", 1000) + "x", repeated("> ", 4000) + "x"},
+        {"nested lists", nestedList(250), nestedList(500)},
+        {"lists on a line", repeated("- ", 1000) + "x", repeated("- ", 4000) + "x"},
+        {"emphasis", repeated("*a **b ", 1000) + repeated("** *", 1000),
+         repeated("*a **b ", 4000) + repeated("** *", 4000)},
+        {"links", repeated("[", 5000) + "a", repeated("[", 20000) + "a"},
+        {"a long line", repeated("word ", 50000), repeated("word ", 200000)},
+        {"a line without blanks", std::string(100000, 'x'), std::string(400000, 'x')},
+        {"a long line of code", "```\n" + std::string(250000, 'x'), "```\n" + std::string(1000000, 'x')},
+        {"unclosed fences", repeated("```\n", 1001), repeated("```\n", 4001)},
+        {"a wide table", wideTable(50), wideTable(200)},
+        {"a long table", wideTable(3) + repeated("|a|b|c|\n", 2000),
+         wideTable(3) + repeated("|a|b|c|\n", 8000)},
+        {"a long list", repeated("1. item\n", 2000), repeated("1. item\n", 8000)},
+        {"headings", repeated("# h\n", 2000), repeated("# h\n", 8000)},
+    };
+    for (const Case& c : cases) {
+        const auto small = static_cast<double>(costOf(c.small));
+        const auto large = static_cast<double>(costOf(c.large));
+        const double growth = static_cast<double>(c.large.size()) / static_cast<double>(c.small.size());
+        EXPECT_LT(large, growth * 1.3 * small + 1000) << c.name;
+    }
+}
+
+TEST(Pathology, what_is_nested_too_deep_keeps_its_text) {
+    constexpr int kDepth = 3 * kDeepestNesting;
+    for (const std::string& text : {repeated("> ", kDepth) + "deep", repeated("- ", kDepth) + "deep",
+                                    repeated("*a **b ", kDepth) + "deep" + repeated("** *", kDepth)}) {
+        FixedTextEngine engine;
+        FixedImageSource images;
+        DocumentLayout layout(engine, images, Theme::basic());
+        layout.setContent(MarkdownContent(text));
+        EXPECT_NE(layout.documentText().find("deep"), std::string::npos);
+    }
+    int depth = 0;
+    const MarkdownContent content(repeated("> ", 1000) + "x");
+    const Blocks* blocks = &content.blocks;
+    while (const auto* quote = blocks->front().get<blocks::Blockquote>()) {
+        blocks = &quote->blocks;
+        ++depth;
+    }
+    EXPECT_EQ(depth, 1000);
+}
+
+TEST(Pathology, deep_nesting_leaves_room_for_its_text) {
+    FixedTextEngine engine;
+    FixedImageSource images;
+    DocumentLayout layout(engine, images, Theme::basic());
+    layout.setOptions({.width = 300, .fontSize = 16});
+    layout.setContent(MarkdownContent(repeated("> ", 200) + "words in there\n\n" + nestedList(60)));
+    layout.ensureLaidOut(1e9);
+    for (const DisplayItem& item : layout.displayList({0, 0, 300, 1e9})) {
+        EXPECT_GE(frameOf(item).x, 0);
+        EXPECT_LE(frameOf(item).right(), 300);
+    }
+}
+
+} // namespace
+} // namespace quillmoth::markdown

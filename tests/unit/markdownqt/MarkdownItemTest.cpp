@@ -1,0 +1,258 @@
+#include "MarkdownUI/Qt/MarkdownItem.h"
+
+#include "FakeHost.h"
+#include "Quillmoth/Highlighting/SplashCodeSyntaxHighlighter.h"
+
+#include <gtest/gtest.h>
+
+#include <QBuffer>
+#include <QCoreApplication>
+#include <QImage>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QWheelEvent>
+
+#include <string>
+
+namespace quillmoth::markdown {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr double kWidth = 400;
+
+class MarkdownItemTest : public ::testing::Test {
+protected:
+    void show(std::string_view markdown) {
+        item.setWidth(kWidth);
+        item.setFontSize(16);
+        item.setMarkdown(markdown);
+        (void)item.ensureLaidOut(0, 2000);
+    }
+
+    void click(QPointF point, int clicks = 1) {
+        item.mousePress(point, clicks, Qt::NoModifier);
+        item.mouseRelease(point);
+    }
+
+    bool press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        return item.keyPress(QKeyEvent(QEvent::KeyPress, key, modifiers));
+    }
+
+    bool turnWheel(QPointF point, QPoint angle, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        return item.wheel(
+            QWheelEvent(point, point, {}, angle, Qt::NoButton, modifiers, Qt::NoScrollPhase, false), point);
+    }
+
+    /// The middle of the character at `offset` of the text block.
+    QPointF pointAt(std::size_t block, std::size_t offset) {
+        const Rect from = item.content().caretRectangle({block, offset});
+        const Rect to = item.content().caretRectangle({block, offset + 1});
+        return {(from.x + to.x) / 2, from.y + from.height / 2};
+    }
+
+    QPointF middleOf(const Rect& rect) { return {rect.x + rect.width / 2, rect.y + rect.height / 2}; }
+
+    DocumentLayout& document() { return *item.content().document(); }
+
+    bool isCopied(std::size_t codeBlock) {
+        for (const DisplayItem& shown : item.displayList({0, 0, kWidth, 2000})) {
+            const auto* button = std::get_if<ButtonItem>(&shown);
+            if (button != nullptr && button->codeBlock == codeBlock) {
+                return button->isDone;
+            }
+        }
+        ADD_FAILURE() << "no button";
+        return false;
+    }
+
+    highlighting::SplashCodeSyntaxHighlighter highlighter{
+        highlighting::Theme::midnight(highlighting::Font(16))};
+    MarkdownServices services{MarkdownPalette::panel(), &highlighter};
+    FakeHost host;
+    MarkdownItem item{services, host};
+};
+
+const std::string kWideCode = "```\nlet x = 1\n" + std::string(200, 'w') + "\n```\n";
+
+} // namespace
+
+TEST_F(MarkdownItemTest, DragsASelectionAcrossBlocksAndCopiesItAsPlainText) {
+    show("First *paragraph* here.\n\nSecond **one**.");
+    item.mousePress(pointAt(0, 6), 1, Qt::NoModifier);
+    item.mouseMove(pointAt(1, 6) + QPointF(1, 0), true);
+    item.mouseRelease(pointAt(1, 6));
+    EXPECT_EQ(item.selectedText().left(9), "paragraph");
+    EXPECT_TRUE(item.selectedText().endsWith("Second "));
+    EXPECT_TRUE(item.selectedText().contains('\n'));
+    EXPECT_TRUE(press(Qt::Key_C, Qt::ControlModifier));
+    EXPECT_EQ(host.copied, QStringList{item.selectedText()});
+}
+
+TEST_F(MarkdownItemTest, SelectsAWordByTwoClicksAndABlockByThree) {
+    show("Some longer words.\n\nMore.");
+    click(pointAt(0, 7), 2);
+    EXPECT_EQ(item.selectedText(), "longer");
+    click(pointAt(0, 7), 3);
+    EXPECT_EQ(item.selectedText(), "Some longer words.");
+    click(pointAt(0, 7));
+    EXPECT_FALSE(item.hasSelection());
+}
+
+TEST_F(MarkdownItemTest, ExtendsTheSelectionByKeys) {
+    show("One two\nthree.\n\nFour.");
+    click(pointAt(0, 0) - QPointF(2, 0));
+    press(Qt::Key_Right, Qt::ShiftModifier);
+    EXPECT_EQ(item.selectedText(), "O");
+    press(Qt::Key_Right, Qt::ShiftModifier | Qt::ControlModifier);
+    EXPECT_TRUE(item.selectedText().startsWith("One")) << qPrintable(item.selectedText());
+    press(Qt::Key_Down, Qt::ShiftModifier);
+    EXPECT_TRUE(item.selectedText().endsWith("Fou") || item.selectedText().contains("\n"))
+        << qPrintable(item.selectedText());
+    press(Qt::Key_Home, Qt::ShiftModifier | Qt::ControlModifier);
+    EXPECT_FALSE(item.hasSelection());
+    press(Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(item.selectedText().toStdString(), item.content().documentText());
+}
+
+TEST_F(MarkdownItemTest, OpensALinkOnAClickButNotAfterADrag) {
+    show("See [the guide](https://example.org/a) now.");
+    const QPointF link = pointAt(0, 6);
+    EXPECT_EQ(item.cursorAt(link), Qt::PointingHandCursor);
+    EXPECT_EQ(item.cursorAt(pointAt(0, 1)), Qt::IBeamCursor);
+    click(link);
+    EXPECT_EQ(host.opened, QStringList{"https://example.org/a"});
+    item.mousePress(link, 1, Qt::NoModifier);
+    item.mouseMove(pointAt(0, 9), true);
+    item.mouseRelease(pointAt(0, 9));
+    EXPECT_EQ(host.opened.size(), 1);
+}
+
+TEST_F(MarkdownItemTest, SaysCopiedForTwoSecondsAfterEachPress) {
+    show("```swift\nlet x = 1\n```\n");
+    const QPointF button = middleOf(document().copyButtonFrame(0));
+    click(button);
+    EXPECT_EQ(host.copied, QStringList{"let x = 1"});
+    EXPECT_TRUE(isCopied(0));
+    host.advance(1500ms);
+    click(button);
+    host.advance(500ms);
+    EXPECT_FALSE(isCopied(0)) << "the first reset comes on its own time";
+    host.advance(1500ms);
+    EXPECT_FALSE(isCopied(0));
+    EXPECT_EQ(host.copied.size(), 2);
+}
+
+TEST_F(MarkdownItemTest, AResetThatComesAfterItsDocumentDoesNothing) {
+    show("```\na\n```\n");
+    click(middleOf(document().copyButtonFrame(0)));
+    item.setPlainText("gone");
+    host.advance(3s);
+    item.setMarkdown("no code");
+    EXPECT_EQ(document().codeBlockCount(), 0U);
+}
+
+TEST_F(MarkdownItemTest, ReleasedBesideTheButtonAPressCopiesNothing) {
+    show("```\na\n```\n");
+    const QPointF button = middleOf(document().copyButtonFrame(0));
+    item.mousePress(button, 1, Qt::NoModifier);
+    item.mouseMove({0, 0}, true);
+    item.mouseRelease({0, 0});
+    EXPECT_TRUE(host.copied.isEmpty());
+}
+
+TEST_F(MarkdownItemTest, ScrollsWideCodeSidewaysByWheelKeysAndBar) {
+    show(kWideCode);
+    const QPointF inside = middleOf(document().scrollRegion(0).frame);
+    const auto offset = [this] { return document().scrollRegion(0).offset; };
+    EXPECT_FALSE(turnWheel(inside, {0, -120})) << "up and down is the view's";
+    EXPECT_TRUE(turnWheel(inside, {0, -120}, Qt::ShiftModifier));
+    const double byShift = offset();
+    EXPECT_GT(byShift, 0);
+    EXPECT_TRUE(turnWheel(inside, {-120, 0}));
+    EXPECT_GT(offset(), byShift);
+    document().setScrollOffset(0, 0);
+    click(pointAt(0, 1));
+    EXPECT_TRUE(press(Qt::Key_Right));
+    EXPECT_GT(offset(), 0);
+    EXPECT_TRUE(press(Qt::Key_Left));
+    EXPECT_FALSE(press(Qt::Key_Left)) << "at the start a key goes on to others";
+
+    const auto thumb = scrollThumbOf(document().scrollRegion(0), 1);
+    ASSERT_TRUE(thumb);
+    const QPointF grip = middleOf(*thumb);
+    item.mousePress(grip, 1, Qt::NoModifier);
+    item.mouseMove(grip + QPointF(1000, 0), true);
+    item.mouseRelease(grip + QPointF(1000, 0));
+    const ScrollRegionItem region = document().scrollRegion(0);
+    EXPECT_NEAR(region.offset, region.contentWidth - region.frame.width, 0.5);
+}
+
+TEST_F(MarkdownItemTest, ADocumentOfAMegabyteIsLaidOutOnlyWhereItIsSeen) {
+    std::string text;
+    while (text.size() < 1'000'000) {
+        text += "A paragraph with a few words that fills about one line and a half of it.\n\n";
+    }
+    show(text);
+    const std::size_t before = services.engine.linesShaped();
+    EXPECT_LT(before, 1000U);
+    (void)item.ensureLaidOut(item.height() / 2, item.height() / 2 + 700);
+    EXPECT_LT(services.engine.linesShaped() - before, 400U);
+}
+
+TEST_F(MarkdownItemTest, AnAppendShapesNoMoreThanTheEndOfTheText) {
+    item.setWidth(kWidth);
+    item.setPlainText("");
+    for (int count = 0; count < 2000; ++count) {
+        item.appendPlainText("word after word ");
+    }
+    const std::size_t before = services.engine.linesShaped();
+    for (int count = 0; count < 100; ++count) {
+        item.appendPlainText("more ");
+    }
+    EXPECT_LT(services.engine.linesShaped() - before, 400U);
+}
+
+TEST_F(MarkdownItemTest, ShowsAnImageWhenItHasComeAndAClearAreaWhenItFails) {
+    QImage red(20, 10, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    QByteArray data;
+    QBuffer buffer(&data);
+    buffer.open(QIODevice::WriteOnly);
+    red.save(&buffer, "PNG");
+    show("![red](data:image/png;base64," + data.toBase64().toStdString() + ")\n\n![bad](data:image/png,zzz)");
+    while (services.images.loadingCount() > 0) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    QImage picture(static_cast<int>(kWidth), 100, QImage::Format_RGB32);
+    picture.fill(services.palette.base);
+    QPainter painter(&picture);
+    item.paint(painter, QRectF(picture.rect()), {});
+    painter.end();
+    EXPECT_EQ(picture.pixelColor(10, 5), QColor(Qt::red));
+    EXPECT_EQ(picture.pixelColor(30, 5), services.palette.base);
+}
+
+TEST_F(MarkdownItemTest, PaintsTheSameWholeOrInStrips) {
+    show("# Title\n\nText with `code` and [link](x).\n\n" + kWideCode +
+         "\n| a | b |\n|---|---|\n| 1 | 2 |\n");
+    item.selectAll();
+    const int height = static_cast<int>(item.height());
+    QImage whole(static_cast<int>(kWidth), height, QImage::Format_RGB32);
+    whole.fill(services.palette.base);
+    QImage strips = whole;
+    QPainter first(&whole);
+    item.paint(first, QRectF(whole.rect()), {});
+    first.end();
+    QPainter second(&strips);
+    for (int top = 0; top < height; top += 37) {
+        const QRect strip(0, top, strips.width(), 37);
+        second.setClipRect(strip);
+        item.paint(second, QRectF(strip), {});
+    }
+    second.end();
+    EXPECT_EQ(whole, strips);
+}
+
+} // namespace quillmoth::markdown
