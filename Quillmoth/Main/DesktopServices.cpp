@@ -1,0 +1,100 @@
+#include "Quillmoth/Main/DesktopServices.h"
+
+#include "Foundation/Log.h"
+#include "Platform/Linux/X11/X11BackEnd.h"
+
+namespace quillmoth {
+
+namespace {
+
+constexpr const char* kConsentKey = "accessibilityConsent";
+
+// Stands for the desktop itself, which is in front where no window is the active one.
+constexpr std::int64_t kDesktopProcess = 1;
+
+std::unique_ptr<platform::X11BackEnd> makeX11() {
+    auto x11 = platform::X11BackEnd::create();
+    if (x11)
+        return std::move(*x11);
+    logLine("Without an X server: " + x11.error().description);
+    return nullptr;
+}
+
+} // namespace
+
+DesktopServices::DesktopServices()
+    : userDefaults(platform::defaultsFilePath(), diskSync), x11_(makeX11()),
+      workspace(mainQueue, [this] { return frontProcess(); }), accessibility(accessibilityHooks()) {}
+
+DesktopServices::~DesktopServices() = default;
+
+std::optional<std::int64_t> DesktopServices::frontProcess() const {
+    const auto process = x11_ ? x11_->frontApplication().processIdentifier() : std::nullopt;
+    return process.value_or(kDesktopProcess);
+}
+
+platform::AtSpiHooks DesktopServices::accessibilityHooks() {
+    return {
+        .frontProcess = [this] { return frontProcess(); },
+        .primarySelectionOf =
+            [this](std::int64_t process) {
+                return x11_ ? x11_->frontApplication().primarySelectionOf(process) : std::nullopt;
+            },
+        .pasteText = {},
+        .hasConsent = [this] { return userDefaults.boolean(kConsentKey, false); },
+        .askForConsent =
+            [this] {
+                if (askForConsent_)
+                    askForConsent_();
+            },
+    };
+}
+
+platform::Platform DesktopServices::platform(platform::PanelWindows& panelWindows) {
+    platform::HotKeyCenter& noHotKeys = noHotKeyCenter_;
+    platform::KeyboardEvents& noEvents = noKeyboardEvents_;
+    platform::KeyboardLayout& noLayout = noKeyboardLayout_;
+    return {
+        .mainQueue = mainQueue,
+        .operationQueues = operationQueues,
+        .urlSessions = urlSessions,
+        .pasteboard = pasteboard,
+        .accessibility = accessibility,
+        .keyboardEvents = x11_ ? x11_->keyboardEvents() : noEvents,
+        .hotKeyCenter = x11_ ? x11_->hotKeyCenter() : noHotKeys,
+        .keyboardLayout = x11_ ? x11_->keyboardLayout() : noLayout,
+        .workspace = workspace,
+        .userDefaults = userDefaults,
+        .notificationCenter = notificationCenter,
+        .documents = documents,
+        .bundle = bundle,
+        .clock = clock,
+        .uuidSource = uuidSource,
+        .panelWindows = panelWindows,
+        .statusItems = statusItems,
+        .application = application,
+    };
+}
+
+platform::PanelFocus& DesktopServices::panelFocus() {
+    if (x11_)
+        return x11_->panelFocus();
+    return noPanelFocus_;
+}
+
+bool DesktopServices::isCompositing() const {
+    return !x11_ || x11_->screen().isComposited();
+}
+
+void DesktopServices::startInBackground() {
+    accessibility.start();
+    // Nobody asks anything within the first second.
+    mainQueue.asyncAfter(platform::MainQueue::Seconds(1), [this] { urlSessions.prepare(); });
+}
+
+void DesktopServices::consentGiven() {
+    userDefaults.set(kConsentKey, true);
+    accessibility.enableForDesktop();
+}
+
+} // namespace quillmoth

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "Platform/Curl/CurlURLSessions.h"
+#include "Platform/Curl/SerialOperationQueues.h"
+#include "Platform/Linux/AtSpi/AtSpiAccessibility.h"
+#include "Platform/Linux/Unavailable/UnavailableServices.h"
+#include "Platform/Platform.h"
+#include "Platform/Qt/DiskSync.h"
+#include "Platform/Qt/FileDocuments.h"
+#include "Platform/Qt/FileUserDefaults.h"
+#include "Platform/Qt/LocalNotificationCenter.h"
+#include "Platform/Qt/QtApplication.h"
+#include "Platform/Qt/QtMainQueue.h"
+#include "Platform/Qt/QtPasteboard.h"
+#include "Platform/Qt/QtStatusItems.h"
+#include "Platform/Qt/QtWorkspace.h"
+#include "Platform/Qt/RandomUUIDSource.h"
+#include "Platform/Qt/ResourceBundle.h"
+#include "Platform/Qt/SystemClock.h"
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace quillmoth {
+
+namespace platform {
+class X11BackEnd;
+}
+
+/// The services of this desktop, wired together. Made once, on the main thread, after the QApplication; ends
+/// before it, and after all that uses it.
+class DesktopServices {
+public:
+    DesktopServices();
+    ~DesktopServices();
+    DesktopServices(const DesktopServices&) = delete;
+    DesktopServices& operator=(const DesktopServices&) = delete;
+
+    /// `panelWindows` makes the program's panel.
+    [[nodiscard]] platform::Platform platform(platform::PanelWindows& panelWindows);
+
+    [[nodiscard]] platform::PanelFocus& panelFocus();
+
+    /// Whether windows can be translucent.
+    [[nodiscard]] bool isCompositing() const;
+
+    /// Does in the background what need not hold up the start.
+    void startInBackground();
+
+    /// Called where the user is to be asked whether accessibility may be switched on for the desktop.
+    void setConsentQuestion(std::function<void()> ask) { askForConsent_ = std::move(ask); }
+
+    /// The user has answered that question with yes: it is remembered, and accessibility switched on.
+    void consentGiven();
+
+    platform::DiskSync diskSync;
+    platform::QtMainQueue mainQueue;
+    platform::FileUserDefaults userDefaults;
+    platform::FileDocuments documents{diskSync};
+    platform::ResourceBundle bundle;
+    platform::SystemClock clock;
+    platform::RandomUUIDSource uuidSource;
+    platform::LocalNotificationCenter notificationCenter;
+    platform::QtPasteboard pasteboard;
+    platform::QtStatusItems statusItems;
+    platform::QtApplication application;
+    platform::SerialOperationQueues operationQueues;
+    platform::CurlURLSessions urlSessions{operationQueues};
+
+private:
+    [[nodiscard]] std::optional<std::int64_t> frontProcess() const;
+    [[nodiscard]] platform::AtSpiHooks accessibilityHooks();
+
+    std::unique_ptr<platform::X11BackEnd> x11_;
+    platform::UnavailableHotKeyCenter noHotKeyCenter_;
+    platform::UnavailableKeyboardEvents noKeyboardEvents_;
+    platform::UnavailableKeyboardLayout noKeyboardLayout_;
+    platform::UnavailablePanelFocus noPanelFocus_;
+    std::function<void()> askForConsent_;
+
+public:
+    platform::QtWorkspace workspace;
+    platform::AtSpiAccessibility accessibility;
+};
+
+} // namespace quillmoth

@@ -1,0 +1,108 @@
+#include "Quillmoth/Main/Program.h"
+
+#include "Quillmoth/Shell/ConsentDialog.h"
+#include "Quillmoth/Shell/Panel/FloatingView.h"
+#include "Quillmoth/Shell/Panel/MarkdownMessage.h"
+
+namespace quillmoth {
+
+namespace {
+
+// The theme of the code blocks is made for this size, and does not follow the panel's.
+constexpr double kCodeFontSize = 16;
+
+/// Loads the images of answers. What does not load, or is no image, stays clear space.
+markdown::ImageLoader imageLoader(DesktopServices& services) {
+    return [&services](const QString& url, const std::function<void(QByteArray)>& finished) {
+        platform::URLRequest request;
+        request.url = url.toStdString();
+        services.urlSessions.sharedSession()
+            ->dataTask(request,
+                       [&mainQueue = services.mainQueue,
+                        finished](const std::optional<std::string>& data,
+                                  const std::optional<platform::URLResponse>& response,
+                                  const std::optional<platform::URLError>&) {
+                           const bool isFound = data && response && response->statusCode == 200;
+                           auto bytes = isFound ? QByteArray::fromStdString(*data) : QByteArray();
+                           mainQueue.async([finished, bytes = std::move(bytes)] { finished(bytes); });
+                       })
+            ->resume();
+    };
+}
+
+} // namespace
+
+Program::Program()
+    : panelWindows_({.focus = services_.panelFocus(),
+                     .defaults = services_.userDefaults,
+                     .isCompositing = [this] { return services_.isCompositing(); }},
+                    [this] { return makePanelContent(); }),
+      platform_(services_.platform(panelWindows_)),
+      shortcuts_(services_.userDefaults, platform_.hotKeyCenter, services_.notificationCenter),
+      delegate_(platform_, shortcuts_),
+      controller_(FloatingViewController::create(delegate_._coreAppModel, platform_)),
+      codeHighlighter_(highlighting::Theme::midnight(highlighting::Font(kCodeFontSize))) {
+    services_.workspace.setOwnURLHandler([this](const std::vector<std::string>& urls) { openURLs(urls); });
+    services_.setConsentQuestion(
+        [this] { askForAccessibilityConsent([this] { services_.consentGiven(); }); });
+}
+
+Program::~Program() = default;
+
+void Program::finishLaunching() {
+    delegate_.finishLaunching();
+    services_.startInBackground();
+}
+
+std::unique_ptr<PanelContent> Program::makePanelContent() {
+    return makeFloatingView(controller_, {.makeMarkdownContent = [this](QWidget* parent) {
+                                return makeMarkdownContent(parent);
+                            }});
+}
+
+MessageContent* Program::makeMarkdownContent(QWidget* parent) {
+    if (!markdown_)
+        markdown_ = std::make_unique<markdown::MarkdownServices>(markdown::MarkdownPalette::panel(),
+                                                                 &codeHighlighter_, imageLoader(services_));
+    const auto openLink = [this](const QString& url) { services_.workspace.openURL(url.toStdString()); };
+    return markdownMessages(*markdown_, openLink)(parent);
+}
+
+void Program::openURLs(const std::vector<std::string>& urls) {
+    delegate_.handleOpenURL(urls);
+}
+
+void Program::showPanel() {
+    const std::shared_ptr<FloatingViewPanel> panel = delegate_._coreAppModel->_FloatingViewPanel;
+    if (!panel || !panel->isOpen)
+        delegate_.toggleFloatingPanel();
+}
+
+void Program::carryOut(const platform::InstanceRequest& request) {
+    using Kind = platform::InstanceRequest::Kind;
+    switch (request.kind) {
+    case Kind::activate:
+        showPanel();
+        break;
+    case Kind::open:
+        openURLs(request.urls);
+        break;
+    case Kind::toggle:
+        delegate_.toggleFloatingPanel();
+        break;
+    case Kind::settings:
+        delegate_.didTapThree();
+        break;
+    case Kind::getStarted:
+        delegate_.didTapOne();
+        break;
+    case Kind::promptEditor:
+        delegate_.didTapTwo();
+        break;
+    case Kind::quit:
+        platform_.application.terminate();
+        break;
+    }
+}
+
+} // namespace quillmoth

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "KeyboardShortcuts/Center.h"
+#include "MarkdownUI/Qt/MarkdownServices.h"
+#include "Platform/Linux/Desktop/InstanceRequest.h"
+#include "Quillmoth/Application/AppDelegate.h"
+#include "Quillmoth/Assistant/FloatingViewController.h"
+#include "Quillmoth/Highlighting/SplashCodeSyntaxHighlighter.h"
+#include "Quillmoth/Main/DesktopServices.h"
+#include "Quillmoth/Shell/Panel/MessageContent.h"
+#include "Quillmoth/Shell/Panel/QtPanelWindow.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace quillmoth {
+
+/// The running program: the application delegate on the services of this desktop, and the windows. Made once,
+/// on the main thread, after the QApplication.
+class Program {
+public:
+    Program();
+    ~Program();
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    void finishLaunching();
+
+    /// What another start of the program, the launcher or the command line asks for.
+    void carryOut(const platform::InstanceRequest& request);
+
+private:
+    [[nodiscard]] std::unique_ptr<PanelContent> makePanelContent();
+    [[nodiscard]] MessageContent* makeMarkdownContent(QWidget* parent);
+    void openURLs(const std::vector<std::string>& urls);
+    void showPanel();
+
+    DesktopServices services_;
+    QtPanelWindows panelWindows_;
+    const platform::Platform platform_;
+    KeyboardShortcuts::Center shortcuts_;
+    AppDelegate delegate_;
+    std::shared_ptr<FloatingViewController> controller_;
+    highlighting::SplashCodeSyntaxHighlighter codeHighlighter_;
+    /// What all answers share; made with the first finished one.
+    std::unique_ptr<markdown::MarkdownServices> markdown_;
+};
+
+} // namespace quillmoth

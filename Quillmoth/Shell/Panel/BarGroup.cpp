@@ -1,0 +1,162 @@
+#include "Quillmoth/Shell/Panel/BarGroup.h"
+
+#include "Quillmoth/Shell/Panel/PanelTheme.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QtMath>
+
+namespace quillmoth {
+
+namespace {
+
+constexpr int kFontSize = 12;
+constexpr int kGroupPadding = 1;
+constexpr int kLabelGap = 4;
+constexpr int kSymbolGap = 2;
+constexpr int kSwitchWidth = 22;
+constexpr int kSwitchHeight = 13;
+constexpr double kKnob = 10;
+constexpr double kKnobInset = 1.5;
+
+int widthOf(const QString& text, const QFont& font) {
+    return qCeil(QFontMetricsF(font).horizontalAdvance(text));
+}
+
+void drawFocusLine(QPainter& painter, const QRect& rect) {
+    painter.fillRect(QRect(rect.left() + 1, rect.bottom(), rect.width() - 2, 1), kPanelTheme.accent);
+}
+
+} // namespace
+
+BarGroup::BarGroup(SymbolCache& symbols, Description description, QWidget* parent)
+    : QPushButton(parent), symbols_(symbols), description_(std::move(description)) {
+    setFont(panelFont(kFontSize));
+    // A click is not to take the keyboard from the field.
+    setFocusPolicy(Qt::TabFocus);
+    setAutoDefault(true);
+    setCursor(Qt::ArrowCursor);
+}
+
+void BarGroup::setLabel(const QString& label) {
+    if (label == text())
+        return;
+    setText(label);
+    setAccessibleName(QStringLiteral("%1, %2").arg(label, description_.keys));
+    update();
+}
+
+int BarGroup::labelWidth() const {
+    return widthOf(text(), font());
+}
+
+int BarGroup::symbolsWidth() const {
+    const int count = static_cast<int>(description_.symbols.size());
+    return count * panel::kIcon + (count - 1) * kSymbolGap;
+}
+
+QSize BarGroup::sizeHint() const {
+    return {labelWidth() + kLabelGap + symbolsWidth() + 2 * kGroupPadding, panel::kBottomBar};
+}
+
+void BarGroup::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    const double hovered = isDown() ? 0 : hover_.value();
+    int x = kGroupPadding;
+    const int labelLeft = x + (description_.symbolsFirst ? symbolsWidth() + kLabelGap : 0);
+    painter.setPen(blended(kPanelTheme.gray, kPanelTheme.barHovered, hovered));
+    painter.drawText(QRect(labelLeft, 0, labelWidth() + 1, height()), Qt::AlignVCenter | Qt::AlignLeft,
+                     text());
+    if (!description_.symbolsFirst)
+        x += labelWidth() + kLabelGap;
+    const int top = (height() - panel::kIcon) / 2;
+    for (const QString& symbol : description_.symbols) {
+        symbols_.draw(painter, symbol, QPointF(x, top), panel::kIcon, kPanelTheme.gray);
+        if (hovered > 0) {
+            painter.setOpacity(hovered);
+            symbols_.draw(painter, symbol, QPointF(x, top), panel::kIcon, kPanelTheme.barHovered);
+            painter.setOpacity(1);
+        }
+        x += panel::kIcon + kSymbolGap;
+    }
+    if (hasFocus())
+        drawFocusLine(painter, rect());
+}
+
+void BarGroup::enterEvent(QEnterEvent* event) {
+    QPushButton::enterEvent(event);
+    hover_.moveTo(1);
+}
+
+void BarGroup::leaveEvent(QEvent* event) {
+    QPushButton::leaveEvent(event);
+    hover_.moveTo(0);
+}
+
+BarSwitch::BarSwitch(const QString& label, const QString& keys, QWidget* parent) : QCheckBox(label, parent) {
+    setFont(panelFont(kFontSize));
+    setFocusPolicy(Qt::TabFocus);
+    setAccessibleName(QStringLiteral("%1, %2").arg(label, keys));
+    setCursor(Qt::ArrowCursor);
+}
+
+void BarSwitch::setOn(bool on) {
+    setChecked(on);
+    knob_.moveTo(on ? 1 : 0);
+}
+
+void BarSwitch::setActive(bool active) {
+    active_ = active;
+    update();
+}
+
+int BarSwitch::labelWidth() const {
+    return widthOf(text(), font());
+}
+
+QSize BarSwitch::sizeHint() const {
+    return {labelWidth() + kLabelGap + kSwitchWidth + 2 * kGroupPadding, panel::kBottomBar};
+}
+
+bool BarSwitch::hitButton(const QPoint& position) const {
+    return rect().contains(position);
+}
+
+void BarSwitch::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(blended(kPanelTheme.gray, kPanelTheme.barHovered, hover_.value()));
+    painter.drawText(QRect(kGroupPadding, 0, labelWidth() + 1, height()), Qt::AlignVCenter | Qt::AlignLeft,
+                     text());
+
+    const double on = knob_.value();
+    const QRectF track(kGroupPadding + labelWidth() + kLabelGap, (height() - kSwitchHeight) / 2, kSwitchWidth,
+                       kSwitchHeight);
+    const QColor& onColor = active_ ? kPanelTheme.accent : kPanelTheme.switchIdle;
+    painter.setPen(Qt::NoPen);
+    if (hasFocus()) {
+        painter.setBrush(kPanelTheme.accent);
+        painter.drawRoundedRect(track.adjusted(-3, -3, 3, 3), kSwitchHeight, kSwitchHeight);
+        painter.setBrush(kPanelTheme.base);
+        painter.drawRoundedRect(track.adjusted(-1, -1, 1, 1), kSwitchHeight / 2.0 + 1,
+                                kSwitchHeight / 2.0 + 1);
+    }
+    painter.setBrush(blended(kPanelTheme.switchOff, onColor, on));
+    painter.drawRoundedRect(track, kSwitchHeight / 2.0, kSwitchHeight / 2.0);
+    painter.setBrush(blended(kPanelTheme.switchKnob, kPanelTheme.white, std::max(on, hover_.value())));
+    const double travel = kSwitchWidth - kKnob - 2 * kKnobInset;
+    painter.drawEllipse(
+        QRectF(track.left() + kKnobInset + on * travel, track.top() + kKnobInset, kKnob, kKnob));
+}
+
+void BarSwitch::enterEvent(QEnterEvent* event) {
+    QCheckBox::enterEvent(event);
+    hover_.moveTo(1);
+}
+
+void BarSwitch::leaveEvent(QEvent* event) {
+    QCheckBox::leaveEvent(event);
+    hover_.moveTo(0);
+}
+
+} // namespace quillmoth

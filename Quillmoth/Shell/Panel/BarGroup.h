@@ -1,0 +1,67 @@
+#pragma once
+
+#include "Quillmoth/Shell/Panel/Transition.h"
+#include "Quillmoth/Shell/SymbolCache.h"
+
+#include <QCheckBox>
+#include <QPushButton>
+#include <QStringList>
+
+namespace quillmoth {
+
+/// A button of the bottom bar: a label and the caps of its keys.
+class BarGroup final : public QPushButton {
+public:
+    struct Description {
+        QStringList symbols;
+        bool symbolsFirst = false;
+        /// How the keys are spoken, such as "Ctrl+H".
+        QString keys;
+    };
+
+    BarGroup(SymbolCache& symbols, Description description, QWidget* parent);
+
+    void setLabel(const QString& label);
+
+    [[nodiscard]] QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+
+private:
+    [[nodiscard]] int labelWidth() const;
+    [[nodiscard]] int symbolsWidth() const;
+
+    SymbolCache& symbols_;
+    Description description_;
+    Transition hover_{*this, 90};
+};
+
+/// The switch of the bottom bar, with its label in front of it.
+class BarSwitch final : public QCheckBox {
+public:
+    BarSwitch(const QString& label, const QString& keys, QWidget* parent);
+
+    void setOn(bool on);
+    /// Without the keyboard the switch is gray.
+    void setActive(bool active);
+
+    [[nodiscard]] QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    [[nodiscard]] bool hitButton(const QPoint& position) const override;
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+
+private:
+    [[nodiscard]] int labelWidth() const;
+
+    Transition hover_{*this, 90};
+    Transition knob_{*this, 140};
+    bool active_ = true;
+};
+
+} // namespace quillmoth

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "Quillmoth/Assistant/FloatingViewController.h"
+#include "Quillmoth/Shell/Panel/BarGroup.h"
+
+#include <QLabel>
+#include <QWidget>
+
+#include <map>
+#include <vector>
+
+namespace quillmoth {
+
+/// The line of hints and controls at the bottom.
+class BottomBar final : public QWidget {
+public:
+    using Item = FloatingViewController::BarItem;
+
+    BottomBar(std::shared_ptr<FloatingViewController> controller, SymbolCache& symbols, QWidget* parent);
+
+    void refresh();
+    void setActive(bool active);
+
+    /// What the items need with the smaller gaps, the status left out.
+    [[nodiscard]] int leastWidth() const;
+
+    /// The widget of an item, whether it is shown or not.
+    [[nodiscard]] QWidget& widgetFor(Item item) const { return *widgets_.at(item); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void addGroup(SymbolCache& symbols, Item item, BarGroup::Description description);
+    void place();
+    [[nodiscard]] int widthOfItems(bool withStatus, int gap) const;
+    [[nodiscard]] QString status() const;
+
+    std::shared_ptr<FloatingViewController> controller_;
+    std::map<Item, QWidget*> widgets_;
+    BarSwitch* onTop_ = nullptr;
+    QLabel* status_ = nullptr;
+    std::vector<Item> items_;
+    std::vector<int> separators_;
+};
+
+} // namespace quillmoth

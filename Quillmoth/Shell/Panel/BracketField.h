@@ -1,0 +1,43 @@
+#pragma once
+
+#include "Quillmoth/Shell/Panel/PanelTextEdit.h"
+#include "Quillmoth/Shell/Panel/Transition.h"
+
+#include <cstdint>
+
+namespace quillmoth {
+
+/// The field for one blank of the form: one line, with an edge.
+class BracketField final : public QWidget {
+public:
+    static constexpr int kHeight = 32;
+    /// The focus ring reaches so far beyond the field; the widget has this margin on each side.
+    static constexpr int kOutside = 1;
+
+    BracketField(std::int64_t id, const QString& text, QWidget* parent);
+
+    [[nodiscard]] std::int64_t id() const { return id_; }
+
+    [[nodiscard]] PanelTextEdit& edit() const;
+
+    void setCaretShown(bool shown);
+
+    std::function<void(const QString& text)> onEdited;
+    std::function<void()> onReturn;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void enterEvent(QEnterEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+
+private:
+    class Edit;
+
+    std::int64_t id_;
+    Edit* edit_;
+    Transition hover_{*this, 90};
+    bool active_ = true;
+};
+
+} // namespace quillmoth

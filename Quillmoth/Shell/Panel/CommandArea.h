@@ -1,0 +1,40 @@
+#pragma once
+
+#include "Quillmoth/Shell/Panel/CommandField.h"
+#include "Quillmoth/Shell/Panel/PanelButton.h"
+#include "Quillmoth/Shell/Panel/Spinner.h"
+#include "Quillmoth/Shell/Panel/ThinScrollBar.h"
+
+namespace quillmoth {
+
+/// The top of the panel: the command field with its spinner, or the way back out of the form.
+class CommandArea final : public QWidget {
+public:
+    CommandArea(std::shared_ptr<FloatingViewController> controller, QWidget* parent);
+
+    /// Grows with the text up to a limit, from which the field scrolls. `width` with the scroll bar's.
+    [[nodiscard]] int heightForWidth(int width) const override;
+
+    void refresh();
+    void setActive(bool active);
+
+    [[nodiscard]] CommandField& field() const { return *field_; }
+
+    [[nodiscard]] PanelButton& backButton() const { return *back_; }
+
+    [[nodiscard]] Spinner& spinner() const { return *spinner_; }
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void place();
+
+    std::shared_ptr<FloatingViewController> controller_;
+    CommandField* field_;
+    PanelButton* back_;
+    Spinner* spinner_;
+    ThinScrollBar* bar_;
+};
+
+} // namespace quillmoth

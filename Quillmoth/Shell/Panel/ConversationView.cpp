@@ -1,0 +1,234 @@
+#include "Quillmoth/Shell/Panel/ConversationView.h"
+
+#include "Quillmoth/Shell/Panel/PanelTheme.h"
+#include "Quillmoth/Shell/Panel/PlainTextContent.h"
+
+#include <QPaintEvent>
+#include <QPainter>
+
+#include <algorithm>
+
+namespace quillmoth {
+
+namespace {
+
+constexpr int kFaceColumn = 22;
+constexpr int kFaceGap = 10;
+constexpr int kFaceFontSize = 16;
+constexpr std::size_t kTail = 64;
+
+QString faceOf(bool assistant) {
+    return assistant ? QStringLiteral("🤖") : QStringLiteral("😀");
+}
+
+std::string tailOf(const std::string& text) {
+    return text.substr(text.size() - std::min(text.size(), kTail));
+}
+
+} // namespace
+
+ConversationView::ConversationView(std::shared_ptr<FloatingViewController> controller,
+                                   MessageContentFactory markdown, QWidget* parent)
+    : QWidget(parent), controller_(std::move(controller)), markdown_(std::move(markdown)) {
+    setAccessibleName(QStringLiteral("Conversation"));
+}
+
+ConversationView::~ConversationView() = default;
+
+ConversationView::Role ConversationView::roleOf(const std::string& role) {
+    if (role == "assistant")
+        return Role::assistant;
+    if (role == "user")
+        return Role::user;
+    return role == "system" ? Role::system : Role::other;
+}
+
+bool ConversationView::showsMarkdown(const ChatMessage& message) const {
+    return markdown_ && roleOf(message.role) == Role::assistant && controller_->_markdownOn &&
+           !controller_->model()._isLoading;
+}
+
+bool ConversationView::refresh() {
+    const std::vector<ChatMessage>& messages = controller_->model()._messages;
+    bool changed = false;
+    if (fontSize_ != controller_->_fontSize) {
+        fontSize_ = controller_->_fontSize;
+        for (const Row& row : rows_)
+            if (row.content)
+                row.content->setFontSize(fontSize_);
+        changed = true;
+    }
+    const std::size_t common = std::min(rows_.size(), messages.size());
+    for (std::size_t index = 0; index < common; ++index)
+        changed = updateRow(rows_[index], messages[index]) || changed;
+    for (std::size_t index = common; index < rows_.size(); ++index)
+        delete rows_[index].content;
+    changed = changed || rows_.size() != messages.size();
+    rows_.resize(common);
+    for (std::size_t index = common; index < messages.size(); ++index)
+        rows_.push_back(makeRow(messages[index]));
+    if (changed) {
+        placedWidth_ = -1;
+        update();
+    }
+    return changed;
+}
+
+bool ConversationView::updateRow(Row& row, const ChatMessage& message) {
+    const bool same = row.id == message.id && row.role == roleOf(message.role);
+    if (!same || row.markdown != showsMarkdown(message)) {
+        delete row.content;
+        row = makeRow(message);
+        return true;
+    }
+    const std::string& text = message.content;
+    if (text.size() == row.length && text.ends_with(row.tail))
+        return false;
+    const bool grows = text.size() > row.length &&
+                       text.compare(row.length - row.tail.size(), row.tail.size(), row.tail) == 0;
+    if (row.content && grows)
+        row.content->appendText(text.substr(row.length));
+    else if (row.content)
+        row.content->setText(text);
+    row.length = text.size();
+    row.tail = tailOf(text);
+    return true;
+}
+
+ConversationView::Row ConversationView::makeRow(const ChatMessage& message) {
+    controller_->messageRowAppeared();
+    Row row{.id = message.id,
+            .role = roleOf(message.role),
+            .markdown = showsMarkdown(message),
+            .length = message.content.size(),
+            .tail = tailOf(message.content)};
+    row.content = makeContent(row.role, row.markdown);
+    if (row.content) {
+        row.content->setFontSize(controller_->_fontSize);
+        row.content->setText(message.content);
+        row.content->show();
+    }
+    return row;
+}
+
+MessageContent* ConversationView::makeContent(Role role, bool markdown) {
+    if (role == Role::other)
+        return nullptr;
+    ++madeContents_;
+    if (markdown) {
+        MessageContent* content = markdown_(this);
+        connectContent(*content);
+        return content;
+    }
+    auto* content = new PlainTextContent(this);
+    if (role == Role::system) {
+        content->setColor(kPanelTheme.gray);
+        content->setAlignment(Qt::AlignHCenter);
+    }
+    connectContent(*content);
+    return content;
+}
+
+void ConversationView::connectContent(MessageContent& content) {
+    content.onSelectionBegun = [this, &content] {
+        for (const Row& row : rows_)
+            if (row.content && row.content != &content)
+                row.content->clearSelection();
+        if (onSelectionBegun)
+            onSelectionBegun();
+    };
+    content.onReveal = [this, &content](int top, int bottom) {
+        if (onReveal)
+            onReveal(content.y() + top, content.y() + bottom);
+    };
+    content.onHeightChanged = [this] {
+        placedWidth_ = -1;
+        if (onHeightChanged)
+            onHeightChanged();
+    };
+}
+
+int ConversationView::heightForWidth(int width) const {
+    if (placedWidth_ != width)
+        place(width);
+    return placedHeight_;
+}
+
+int ConversationView::newestBottom() const {
+    return rows_.empty() ? 0 : rows_.back().top + rows_.back().height;
+}
+
+void ConversationView::place(int width) const {
+    int top = 0;
+    for (auto row = rows_.rbegin(); row != rows_.rend(); ++row) {
+        row->top = top;
+        row->height = contentHeight(*row, width) + 2 * panel::kMessagePadding;
+        if (row->content)
+            placeContent(*row, width);
+        top += row->height;
+    }
+    placedWidth_ = width;
+    placedHeight_ = top;
+}
+
+int ConversationView::contentHeight(const Row& row, int width) const {
+    if (!row.content)
+        return 0;
+    const int faces = row.role == Role::system ? 0 : kFaceColumn + kFaceGap;
+    return row.content->heightForWidth(width - 2 * panel::kMessagePadding - faces);
+}
+
+void ConversationView::placeContent(const Row& row, int width) const {
+    const int inside = width - 2 * panel::kMessagePadding;
+    const int available = inside - (row.role == Role::system ? 0 : kFaceColumn + kFaceGap);
+    const int wanted = row.role == Role::user ? row.content->naturalWidth(available) : available;
+    int left = panel::kMessagePadding;
+    if (row.role == Role::assistant)
+        left += kFaceColumn + kFaceGap;
+    else if (row.role == Role::user)
+        left += available - wanted;
+    if (layoutDirection() == Qt::RightToLeft)
+        left = width - left - wanted;
+    row.content->setGeometry(left, row.top + panel::kMessagePadding, wanted,
+                             row.height - 2 * panel::kMessagePadding);
+}
+
+void ConversationView::paintEvent(QPaintEvent* event) {
+    QPainter painter(this);
+    painter.setFont(emojiFont(kFaceFontSize * fontSize_ / FloatingViewController::kDefaultFont));
+    for (const Row& row : rows_) {
+        const bool hasFace = row.role == Role::assistant || row.role == Role::user;
+        const QRect whole(0, row.top, width(), row.height);
+        if (!hasFace || !row.content || !whole.intersects(event->rect()))
+            continue;
+        const bool leading = (row.role == Role::assistant) == (layoutDirection() == Qt::LeftToRight);
+        const int left = leading ? panel::kMessagePadding : width() - panel::kMessagePadding - kFaceColumn;
+        const double middle = row.top + panel::kMessagePadding + row.content->firstLineMiddle();
+        painter.drawText(QRectF(left, middle - kFaceColumn, kFaceColumn, 2 * kFaceColumn),
+                         Qt::AlignCenter | Qt::TextDontClip, faceOf(row.role == Role::assistant));
+    }
+}
+
+void ConversationView::resizeEvent(QResizeEvent*) {
+    if (placedWidth_ != width())
+        place(width());
+}
+
+QString ConversationView::selectedText() const {
+    for (const Row& row : rows_)
+        if (row.content && !row.content->selectedText().isEmpty())
+            return row.content->selectedText();
+    return {};
+}
+
+void ConversationView::clearSelection() {
+    for (const Row& row : rows_)
+        if (row.content)
+            row.content->clearSelection();
+}
+
+MessageContent* ConversationView::contentAt(std::size_t index) const {
+    return rows_.at(index).content;
+}
+
+} // namespace quillmoth

@@ -1,0 +1,80 @@
+#pragma once
+
+#include "Quillmoth/Assistant/FloatingViewController.h"
+#include "Quillmoth/Shell/Panel/MessageContent.h"
+
+#include <vector>
+
+namespace quillmoth {
+
+/// The messages, newest on top. A refresh costs what has changed: text that comes in is put behind the last
+/// message, and finished messages are left alone.
+class ConversationView final : public QWidget {
+public:
+    /// `markdown` makes the contents of finished answers; without it they stay plain.
+    ConversationView(std::shared_ptr<FloatingViewController> controller, MessageContentFactory markdown,
+                     QWidget* parent);
+    ~ConversationView() override;
+
+    /// True where the height may have changed.
+    bool refresh();
+
+    [[nodiscard]] int heightForWidth(int width) const override;
+
+    /// The lowest point of the newest message; what is below it moves when that grows.
+    [[nodiscard]] int newestBottom() const;
+
+    [[nodiscard]] QString selectedText() const;
+    void clearSelection();
+
+    [[nodiscard]] std::size_t rowCount() const { return rows_.size(); }
+
+    /// The content of the message at an index of the model; none where its role shows nothing.
+    [[nodiscard]] MessageContent* contentAt(std::size_t index) const;
+
+    /// Contents made since the view was; tests watch that a piece of an answer makes none.
+    [[nodiscard]] int madeContents() const { return madeContents_; }
+
+    std::function<void()> onSelectionBegun;
+    std::function<void(int top, int bottom)> onReveal;
+    std::function<void()> onHeightChanged;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    enum class Role { assistant, user, system, other };
+
+    struct Row {
+        std::optional<std::string> id;
+        Role role = Role::other;
+        bool markdown = false;
+        /// What the content was last given: its length, and its end to tell an append by.
+        std::size_t length = 0;
+        std::string tail;
+        MessageContent* content = nullptr;
+        int top = 0;
+        int height = 0;
+    };
+
+    [[nodiscard]] static Role roleOf(const std::string& role);
+    [[nodiscard]] bool showsMarkdown(const ChatMessage& message) const;
+    bool updateRow(Row& row, const ChatMessage& message);
+    Row makeRow(const ChatMessage& message);
+    MessageContent* makeContent(Role role, bool markdown);
+    void connectContent(MessageContent& content);
+    void place(int width) const;
+    [[nodiscard]] int contentHeight(const Row& row, int width) const;
+    void placeContent(const Row& row, int width) const;
+
+    std::shared_ptr<FloatingViewController> controller_;
+    MessageContentFactory markdown_;
+    mutable std::vector<Row> rows_;
+    mutable int placedWidth_ = -1;
+    mutable int placedHeight_ = 0;
+    double fontSize_ = 16;
+    int madeContents_ = 0;
+};
+
+} // namespace quillmoth

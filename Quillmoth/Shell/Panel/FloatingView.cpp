@@ -1,0 +1,265 @@
+#include "Quillmoth/Shell/Panel/FloatingView.h"
+
+#include "Quillmoth/Shell/Panel/PanelAccessibility.h"
+#include "Quillmoth/Shell/Panel/PanelKeys.h"
+#include "Quillmoth/Shell/Panel/PanelTheme.h"
+
+#include <QClipboard>
+#include <QGraphicsOpacityEffect>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QPainter>
+
+namespace quillmoth {
+
+namespace {
+
+constexpr double kInactiveOpacity = 0.6;
+
+void setDimmed(QWidget& widget, bool dimmed) {
+    if (dimmed == (widget.graphicsEffect() != nullptr))
+        return;
+    QGraphicsOpacityEffect* effect = nullptr;
+    if (dimmed) {
+        effect = new QGraphicsOpacityEffect(&widget);
+        effect->setOpacity(kInactiveOpacity);
+    }
+    widget.setGraphicsEffect(effect);
+}
+
+} // namespace
+
+FloatingView::FloatingView(std::shared_ptr<FloatingViewController> controller, FloatingViewOptions options)
+    : controller_(std::move(controller)), command_(new CommandArea(controller_, this)),
+      list_(new ListArea(controller_, std::move(options.makeMarkdownContent), this)),
+      bar_(new BottomBar(controller_, symbols_, this)), spoken_(new SpokenStatus(this)),
+      clock_(options.frameMilliseconds, [this] { refresh(); }) {
+    setAccessibleName(QStringLiteral("Quillmoth"));
+    watch(command_->field());
+    watch(command_->backButton());
+    for (auto* group : bar_->findChildren<QAbstractButton*>())
+        watch(*group);
+    observe();
+    refresh();
+}
+
+void FloatingView::observe() {
+    updates_ = controller_->onUpdate([this] {
+        // A hidden panel catches up when it is shown.
+        if (isVisible())
+            clock_.request();
+    });
+    fieldFocus_ = controller_->onFieldFocus([this] { focusCommandField(); });
+    presetScroll_ = controller_->onScrollToPreset([this](std::int64_t index) { list_->revealPreset(index); });
+    historyScroll_ =
+        controller_->onScrollToHistory([this](std::int64_t index) { list_->revealHistory(index); });
+}
+
+void FloatingView::watch(QWidget& widget) {
+    widget.installEventFilter(this);
+}
+
+void FloatingView::refresh() {
+    ++refreshCount_;
+    command_->refresh();
+    list_->refresh();
+    bar_->refresh();
+    watchFormFields();
+    followFocusField();
+    followCommandHeight();
+    announceChanges();
+}
+
+void FloatingView::watchFormFields() {
+    const auto& fields = list_->form().fields();
+    if (fields == watchedFields_)
+        return;
+    watchedFields_ = fields;
+    QWidget* previous = &command_->backButton();
+    for (BracketField* field : fields) {
+        watch(field->edit());
+        QWidget::setTabOrder(previous, &field->edit());
+        previous = &field->edit();
+    }
+}
+
+void FloatingView::place() {
+    const int left = panel::kPadding;
+    const int inside = width() - 2 * panel::kPadding;
+    // The scroll bars lie in the padding at the right.
+    const int withBar = inside + panel::kPadding;
+    placedCommandHeight_ = command_->heightForWidth(withBar);
+    command_->setGeometry(left, panel::kPadding, withBar, placedCommandHeight_);
+    const int listTop = panel::kPadding + placedCommandHeight_ + panel::kGapAboveDivider + panel::kDivider;
+    const int barTop = height() - panel::kPadding - panel::kBottomBar;
+    const int listHeight = barTop - panel::kGapBelowDivider - panel::kDivider - listTop;
+    list_->setGeometry(left, listTop, withBar, qMax(0, listHeight));
+    bar_->setGeometry(left, barTop, inside, panel::kBottomBar);
+    update();
+}
+
+void FloatingView::followCommandHeight() {
+    if (command_->heightForWidth(command_->width()) == placedCommandHeight_)
+        return;
+    place();
+    if (onLeastSizeChanged)
+        onLeastSizeChanged();
+}
+
+QSize FloatingView::leastSize() const {
+    return {bar_->leastWidth() + 2 * panel::kPadding,
+            panel::kFixedHeight + placedCommandHeight_ + panel::kLeastListHeight};
+}
+
+QSize FloatingView::naturalSize() const {
+    return {panel::kNaturalWidth, panel::kFixedHeight + panel::kCommandRow + panel::kNaturalListHeight};
+}
+
+void FloatingView::resizeEvent(QResizeEvent*) {
+    place();
+}
+
+void FloatingView::showEvent(QShowEvent* event) {
+    PanelContent::showEvent(event);
+    if (!std::exchange(appeared_, true))
+        controller_->viewAppeared();
+    refresh();
+}
+
+void FloatingView::setPanelActive(bool active) {
+    active_ = active;
+    command_->setActive(active);
+    list_->setActive(active);
+    bar_->setActive(active);
+    setDimmed(*command_, !active);
+    setDimmed(*bar_, !active);
+}
+
+void FloatingView::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    const int inside = width() - 2 * panel::kPadding;
+    for (const int y : {list_->y() - panel::kDivider, list_->geometry().bottom() + 1})
+        painter.fillRect(panel::kPadding, y, inside, panel::kDivider, kPanelTheme.divider);
+}
+
+bool FloatingView::eventFilter(QObject* watched, QEvent* event) {
+    switch (event->type()) {
+    case QEvent::KeyPress:
+        return handleKey(watched, *static_cast<QKeyEvent*>(event));
+    case QEvent::FocusIn:
+        focusMoved(*static_cast<QWidget*>(watched), static_cast<QFocusEvent*>(event)->reason());
+        return false;
+    default:
+        return false;
+    }
+}
+
+void FloatingView::keyPressEvent(QKeyEvent* event) {
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (handleKey(this, *event))
+        event->accept();
+    else if (isReturn && event->modifiers() == Qt::NoModifier && !event->isAutoRepeat())
+        controller_->barItemClicked(FloatingViewController::BarItem::select);
+    else
+        event->ignore();
+}
+
+bool FloatingView::handleKey(QObject* watched, const QKeyEvent& event) {
+    if (event.matches(QKeySequence::Copy))
+        return copySelection(watched);
+    if (scrollByKey(event))
+        return true;
+    const auto key = panelKeyFor(event);
+    if (!key)
+        return false;
+    if (event.isAutoRepeat() && !actsOnRepeat(*key))
+        return true;
+    // The field has Escape for itself, with the same effect.
+    if (*key == FloatingViewController::Key::cancel && watched == &command_->field())
+        return false;
+    controller_->press(*key);
+    return true;
+}
+
+/// What is selected in the keyboard's own field goes first, and is the field's business.
+bool FloatingView::copySelection(QObject* watched) {
+    const auto* field = qobject_cast<QTextEdit*>(watched);
+    const QString text = list_->selectedText();
+    if ((field && field->textCursor().hasSelection()) || text.isEmpty())
+        return false;
+    QGuiApplication::clipboard()->setText(text);
+    return true;
+}
+
+bool FloatingView::scrollByKey(const QKeyEvent& event) {
+    const bool down = event.key() == Qt::Key_PageDown;
+    if ((!down && event.key() != Qt::Key_PageUp) || event.modifiers() != Qt::NoModifier)
+        return false;
+    list_->scrollView().scrollByPages(down ? 1 : -1);
+    return true;
+}
+
+void FloatingView::focusMoved(QWidget& widget, Qt::FocusReason reason) {
+    std::optional<std::int64_t> focused;
+    if (&widget == &command_->field())
+        focused = FloatingViewController::kCommandField;
+    for (BracketField* field : list_->form().fields())
+        if (&field->edit() == &widget)
+            focused = field->id();
+    // What is typed next replaces a blank, unless the pointer or the window's return has put the caret there.
+    const bool keepsCaret = reason == Qt::MouseFocusReason || reason == Qt::ActiveWindowFocusReason;
+    if (focused && *focused != FloatingViewController::kCommandField && !keepsCaret)
+        static_cast<PanelTextEdit&>(widget).selectEverything();
+    followedFocus_ = focused;
+    if (controller_->_focusField.get() != focused)
+        controller_->_focusField = focused;
+}
+
+void FloatingView::focusCommandField() {
+    if (command_->field().isHidden())
+        return;
+    command_->field().setFocus(Qt::OtherFocusReason);
+    followedFocus_ = FloatingViewController::kCommandField;
+    if (controller_->_focusField.get() != followedFocus_)
+        controller_->_focusField = followedFocus_;
+}
+
+void FloatingView::followFocusField() {
+    const std::optional<std::int64_t> wanted = controller_->_focusField;
+    if (!wanted)
+        return;
+    if (*wanted == FloatingViewController::kCommandField) {
+        if (wanted != followedFocus_)
+            focusCommandField();
+        return;
+    }
+    BracketField* field = list_->form().fieldFor(*wanted);
+    if (!field || (wanted == followedFocus_ && window()->focusWidget() == &field->edit()))
+        return;
+    followedFocus_ = wanted;
+    field->edit().setFocus(Qt::OtherFocusReason);
+    field->edit().selectEverything();
+    const int top = field->y() + list_->form().y();
+    list_->scrollView().reveal(top, top + field->height());
+}
+
+void FloatingView::announceChanges() {
+    const bool loading = controller_->model()._isLoading;
+    const std::string& error = controller_->model()._error;
+    if (error != spokenError_ && !error.empty())
+        spoken_->announce(QString::fromStdString(error));
+    else if (loading != spokenLoading_)
+        spoken_->announce(loading ? QStringLiteral("Waiting for the answer")
+                                  : QStringLiteral("Answer finished"));
+    spokenError_ = error;
+    spokenLoading_ = loading;
+}
+
+std::unique_ptr<FloatingView> makeFloatingView(std::shared_ptr<FloatingViewController> controller,
+                                               FloatingViewOptions options) {
+    // Before the first widget names itself, which makes what represents it.
+    installPanelAccessibility();
+    return std::make_unique<FloatingView>(std::move(controller), std::move(options));
+}
+
+} // namespace quillmoth

@@ -1,0 +1,215 @@
+#include "Quillmoth/Shell/Panel/ListArea.h"
+
+#include "Quillmoth/Shell/Panel/PanelTheme.h"
+
+namespace quillmoth {
+
+namespace {
+
+constexpr int kTextInset = 10;
+constexpr int kSmallFont = 13;
+constexpr int kHintLine = 18;
+constexpr int kErrorLine = 19;
+
+using Content = FloatingViewController::Content;
+
+} // namespace
+
+/// Lays its visible items out from top to bottom.
+class ListArea::Stack final : public QWidget {
+public:
+    struct Item {
+        QWidget* widget = nullptr;
+        int side = 0;
+        int above = 0;
+        int below = 0;
+    };
+
+    using QWidget::QWidget;
+
+    void add(const Item& item) { items_.push_back(item); }
+
+    [[nodiscard]] int heightForWidth(int width) const override {
+        int height = panel::kListEnds;
+        for (const Item& item : items_)
+            if (!item.widget->isHidden())
+                height += item.above + item.widget->heightForWidth(width - 2 * item.side) + item.below;
+        return height + panel::kListEnds;
+    }
+
+    void place() {
+        int top = panel::kListEnds;
+        for (const Item& item : items_) {
+            if (item.widget->isHidden())
+                continue;
+            const int height = item.widget->heightForWidth(width() - 2 * item.side);
+            item.widget->setGeometry(item.side, top + item.above, width() - 2 * item.side, height);
+            top += item.above + height + item.below;
+        }
+    }
+
+protected:
+    void resizeEvent(QResizeEvent*) override { place(); }
+
+private:
+    std::vector<Item> items_;
+};
+
+ListArea::ListArea(std::shared_ptr<FloatingViewController> controller, MessageContentFactory markdown,
+                   QWidget* parent)
+    : QWidget(parent), controller_(std::move(controller)), stack_(new Stack(this)),
+      scroll_(new ScrollView(*stack_, this)), error_(new PlainTextContent(stack_)),
+      hint_(new PlainTextContent(stack_)), form_(new FormView(controller_, stack_)),
+      history_(new HistoryList(controller_, stack_)),
+      conversation_(new ConversationView(controller_, std::move(markdown), stack_)),
+      presets_(new PresetList(controller_, stack_)) {
+    error_->setColor(kPanelTheme.error);
+    error_->setFontSize(kSmallFont);
+    error_->setLineHeight(kErrorLine);
+    hint_->setColor(kPanelTheme.gray);
+    hint_->setFontSize(kSmallFont);
+    hint_->setLineHeight(kHintLine);
+    // The hint is no selectable text: the panel can be dragged by it.
+    hint_->setAttribute(Qt::WA_TransparentForMouseEvents);
+    stack_->add({error_, kTextInset, 9, 7});
+    stack_->add({hint_, kTextInset, 9, 9});
+    for (QWidget* content : {static_cast<QWidget*>(form_), static_cast<QWidget*>(history_),
+                             static_cast<QWidget*>(conversation_), static_cast<QWidget*>(presets_)}) {
+        stack_->add({content});
+        content->hide();
+    }
+    error_->hide();
+    wireSelections();
+}
+
+void ListArea::wireSelections() {
+    error_->onSelectionBegun = [this] { conversation_->clearSelection(); };
+    conversation_->onSelectionBegun = [this] { error_->clearSelection(); };
+    conversation_->onReveal = [this](int top, int bottom) {
+        scroll_->reveal(conversation_->y() + top, conversation_->y() + bottom);
+    };
+    conversation_->onHeightChanged = [this] { refreshConversation(true); };
+}
+
+void ListArea::resizeEvent(QResizeEvent*) {
+    scroll_->setGeometry(rect());
+}
+
+void ListArea::setActive(bool active) {
+    form_->setActive(active);
+}
+
+void ListArea::refresh() {
+    const bool textsChanged = refreshTexts();
+    const bool contentChanged = showContent(controller_->content());
+    refreshContent(textsChanged || contentChanged);
+    if (contentChanged)
+        scroll_->scrollTo(0);
+    revealWanted();
+}
+
+bool ListArea::refreshTexts() {
+    const std::string& error = controller_->model()._error;
+    const bool historyIsEmpty = controller_->content() == Content::history && history_->rowCount() == 0;
+    const bool hinted = controller_->content() == Content::hintAndPresets || historyIsEmpty;
+    const std::string hint(historyIsEmpty ? "No conversations yet." : FloatingViewController::kHint);
+    const bool hintChanged =
+        hint_->isHidden() == hinted || hint_->column().text() != QString::fromStdString(hint);
+    if (error == shownError_ && !hintChanged)
+        return false;
+    if (error != shownError_)
+        error_->setText(error);
+    shownError_ = error;
+    error_->setVisible(!error.empty());
+    if (hintChanged)
+        hint_->setText(hint);
+    hint_->setVisible(hinted);
+    return true;
+}
+
+bool ListArea::showContent(Content content) {
+    if (shown_ == content)
+        return false;
+    const bool formEnds = shown_ == Content::form;
+    shown_ = content;
+    form_->setVisible(content == Content::form);
+    history_->setVisible(content == Content::history);
+    conversation_->setVisible(content == Content::conversation);
+    presets_->setVisible(content == Content::presets || content == Content::hintAndPresets);
+    if (formEnds)
+        form_->dismiss();
+    if (content == Content::history)
+        wantedHistory_ = controller_->model()._keyHistorySelected;
+    return true;
+}
+
+void ListArea::refreshContent(bool relayout) {
+    switch (*shown_) {
+    case Content::conversation:
+        refreshConversation(relayout);
+        return;
+    case Content::form:
+        form_->refresh();
+        break;
+    case Content::history:
+        history_->setFontSize(controller_->_fontSize);
+        history_->refresh();
+        break;
+    case Content::presets:
+    case Content::hintAndPresets:
+        presets_->setFontSize(controller_->_fontSize);
+        presets_->refresh();
+        break;
+    }
+    scroll_->contentChanged();
+    stack_->place();
+}
+
+void ListArea::refreshConversation(bool relayout) {
+    const std::size_t countBefore = conversation_->rowCount();
+    const int bottomBefore = conversation_->newestBottom();
+    const bool changed = conversation_->refresh();
+    if (!changed && !relayout)
+        return;
+    scroll_->contentChanged();
+    stack_->place();
+    if (conversation_->rowCount() > countBefore)
+        scroll_->scrollTo(0);
+    else if (scroll_->position() >= conversation_->y() + bottomBefore && bottomBefore > 0)
+        // Older messages are being read: they stay where they are while the newest grows above them.
+        scroll_->scrollTo(scroll_->position() + conversation_->newestBottom() - bottomBefore);
+}
+
+void ListArea::revealWanted() {
+    const auto preset = std::exchange(wantedPreset_, std::nullopt);
+    const auto conversation = std::exchange(wantedHistory_, std::nullopt);
+    if (preset && !presets_->isHidden())
+        revealRow(*presets_, presets_->positionOf(*preset));
+    if (conversation && !history_->isHidden() && *conversation < history_->rowCount())
+        revealRow(*history_, static_cast<int>(*conversation));
+}
+
+void ListArea::revealRow(const RowList& list, int position) {
+    if (position < 0)
+        return;
+    const QRect row = list.rowRect(position).translated(0, list.y());
+    // With the first row all that stands above it is seen too.
+    const int top = position == 0 ? 0 : row.top() - panel::kListEnds;
+    scroll_->reveal(top, row.bottom() + 1 + panel::kListEnds);
+}
+
+QString ListArea::selectedText() const {
+    if (!error_->isHidden() && !error_->selectedText().isEmpty())
+        return error_->selectedText();
+    if (!form_->isHidden())
+        return form_->text().selectedText();
+    return conversation_->isHidden() ? QString() : conversation_->selectedText();
+}
+
+void ListArea::clearSelection() {
+    error_->clearSelection();
+    conversation_->clearSelection();
+    form_->text().clearSelection();
+}
+
+} // namespace quillmoth

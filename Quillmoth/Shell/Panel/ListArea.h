@@ -1,0 +1,72 @@
+#pragma once
+
+#include "Quillmoth/Shell/Panel/ConversationView.h"
+#include "Quillmoth/Shell/Panel/FormView.h"
+#include "Quillmoth/Shell/Panel/PlainTextContent.h"
+#include "Quillmoth/Shell/Panel/PresetList.h"
+#include "Quillmoth/Shell/Panel/ScrollView.h"
+
+namespace quillmoth {
+
+/// The middle of the panel: the error, and under it what the model's state asks for, scrolling together.
+class ListArea final : public QWidget {
+public:
+    ListArea(std::shared_ptr<FloatingViewController> controller, MessageContentFactory markdown,
+             QWidget* parent);
+
+    /// Takes all changes of the model over.
+    void refresh();
+    void setActive(bool active);
+
+    /// Scrolls to a row at the next refresh, when the rows are up to date.
+    void revealPreset(std::int64_t index) { wantedPreset_ = index; }
+
+    void revealHistory(std::int64_t index) { wantedHistory_ = index; }
+
+    [[nodiscard]] QString selectedText() const;
+    void clearSelection();
+
+    [[nodiscard]] ScrollView& scrollView() const { return *scroll_; }
+
+    [[nodiscard]] PresetList& presets() const { return *presets_; }
+
+    [[nodiscard]] HistoryList& history() const { return *history_; }
+
+    [[nodiscard]] ConversationView& conversation() const { return *conversation_; }
+
+    [[nodiscard]] FormView& form() const { return *form_; }
+
+    [[nodiscard]] PlainTextContent& error() const { return *error_; }
+
+    [[nodiscard]] PlainTextContent& hint() const { return *hint_; }
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    class Stack;
+
+    void wireSelections();
+    bool refreshTexts();
+    bool showContent(FloatingViewController::Content content);
+    void refreshContent(bool relayout);
+    void refreshConversation(bool relayout);
+    void revealWanted();
+    void revealRow(const RowList& list, int position);
+
+    std::shared_ptr<FloatingViewController> controller_;
+    Stack* stack_;
+    ScrollView* scroll_;
+    PlainTextContent* error_;
+    PlainTextContent* hint_;
+    FormView* form_;
+    HistoryList* history_;
+    ConversationView* conversation_;
+    PresetList* presets_;
+    std::optional<FloatingViewController::Content> shown_;
+    std::optional<std::int64_t> wantedPreset_;
+    std::optional<std::int64_t> wantedHistory_;
+    std::string shownError_;
+};
+
+} // namespace quillmoth

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QList>
+#include <QRect>
+#include <QRegion>
+#include <Qt>
+
+#include <optional>
+#include <string>
+
+namespace quillmoth {
+
+/// A frame as it is kept in the settings: "x y width height".
+[[nodiscard]] std::string writeFrame(const QRect& frame);
+/// None for a text that is no frame.
+[[nodiscard]] std::optional<QRect> readFrame(const std::string& text);
+
+/// The frame moved, and where it must be made smaller, so that all of it is on the one of `screens` that
+/// shows most of it; into the first one where none shows any.
+[[nodiscard]] QRect broughtBack(const QRect& frame, const QList<QRect>& screens);
+
+/// The edges that a press at `position` of a panel drags; none in its inside.
+[[nodiscard]] Qt::Edges edgesAt(QPoint position, QSize size);
+
+/// `frame` with `edges` dragged by `by`, no smaller than `least`: the opposite edges stay.
+[[nodiscard]] QRect resized(const QRect& frame, Qt::Edges edges, QPoint by, QSize least);
+
+/// How far the pixel rows of a rounded corner are cut in, from the top.
+[[nodiscard]] QList<int> cornerSteps(int radius);
+
+/// The pixels of a panel where nothing can be blended.
+[[nodiscard]] QRegion panelMask(QSize size, int radius);
+
+} // namespace quillmoth

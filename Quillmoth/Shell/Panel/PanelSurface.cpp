@@ -1,0 +1,202 @@
+#include "Quillmoth/Shell/Panel/PanelSurface.h"
+
+#include "Quillmoth/Shell/Panel/PanelGeometry.h"
+#include "Quillmoth/Shell/Panel/PanelTheme.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPainterPath>
+#include <QWindow>
+
+namespace quillmoth {
+
+namespace {
+
+Qt::CursorShape cursorFor(Qt::Edges edges) {
+    if (edges == (Qt::LeftEdge | Qt::TopEdge) || edges == (Qt::RightEdge | Qt::BottomEdge))
+        return Qt::SizeFDiagCursor;
+    if (edges == (Qt::RightEdge | Qt::TopEdge) || edges == (Qt::LeftEdge | Qt::BottomEdge))
+        return Qt::SizeBDiagCursor;
+    return edges & (Qt::LeftEdge | Qt::RightEdge) ? Qt::SizeHorCursor : Qt::SizeVerCursor;
+}
+
+} // namespace
+
+PanelSurface::PanelSurface(std::unique_ptr<PanelContent> content) : content_(content.release()) {
+    setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint |
+                   Qt::BypassWindowManagerHint | Qt::WindowStaysOnTopHint);
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    content_->setParent(this);
+    content_->onLeastSizeChanged = [this] { applySize(); };
+    chosenSize_ = content_->naturalSize();
+    resize(chosenSize_);
+    // So that the events of the window can be seen before it is shown.
+    create();
+    windowHandle()->installEventFilter(this);
+}
+
+QSize PanelSurface::leastSize() const {
+    return content_->leastSize();
+}
+
+void PanelSurface::applySize() {
+    if (!drag_)
+        resize(chosenSize_.expandedTo(leastSize()));
+}
+
+void PanelSurface::setFrame(const QRect& frame) {
+    chosenSize_ = frame.size();
+    setGeometry(QRect(frame.topLeft(), chosenSize_.expandedTo(leastSize())));
+}
+
+QRect PanelSurface::frame() const {
+    return {geometry().topLeft(), chosenSize_};
+}
+
+void PanelSurface::setActive(bool active) {
+    active_ = active;
+    content_->setPanelActive(active);
+    update();
+}
+
+void PanelSurface::setCompositing(bool compositing) {
+    compositing_ = compositing;
+    applyMask();
+    update();
+}
+
+void PanelSurface::applyMask() {
+    if (compositing_)
+        clearMask();
+    else
+        setMask(panelMask(size(), panel::kCornerRadius));
+}
+
+void PanelSurface::resizeEvent(QResizeEvent*) {
+    content_->setGeometry(rect());
+    if (!compositing_)
+        applyMask();
+}
+
+void PanelSurface::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    applySize();
+}
+
+void PanelSurface::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.fillRect(rect(), compositing_ ? QColor(Qt::transparent) : kPanelTheme.base);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    if (!compositing_) {
+        paintRim(painter);
+        return;
+    }
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(active_ ? kPanelTheme.edge : kPanelTheme.edgeIdle);
+    painter.drawRoundedRect(rect(), panel::kCornerRadius, panel::kCornerRadius);
+    if (active_) {
+        // The lighter top side ends where the corners are half round.
+        const double mitre = panel::kCornerRadius * 0.3;
+        painter.setClipRect(QRectF(mitre, 0, width() - 2 * mitre, mitre));
+        painter.setBrush(kPanelTheme.edgeTop);
+        painter.drawRoundedRect(rect(), panel::kCornerRadius, panel::kCornerRadius);
+        painter.setClipping(false);
+    }
+    painter.setBrush(kPanelTheme.base);
+    const double inner = panel::kCornerRadius - 1;
+    painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), inner, inner);
+}
+
+/// The pixels along the steps of the mask, which so read as the border.
+void PanelSurface::paintRim(QPainter& painter) const {
+    const QColor& side = active_ ? kPanelTheme.edge : kPanelTheme.edgeIdle;
+    const QColor& top = active_ ? kPanelTheme.edgeTop : kPanelTheme.edgeIdle;
+    const QList<int> steps = cornerSteps(panel::kCornerRadius);
+    const int radius = panel::kCornerRadius;
+    painter.fillRect(0, radius, 1, height() - 2 * radius, side);
+    painter.fillRect(width() - 1, radius, 1, height() - 2 * radius, side);
+    painter.fillRect(steps[0], 0, width() - 2 * steps[0], 1, top);
+    painter.fillRect(steps[0], height() - 1, width() - 2 * steps[0], 1, side);
+    for (int row = 1; row < steps.size(); ++row) {
+        const int length = std::max(1, steps[row - 1] - steps[row]);
+        // Half way round the corner the top side ends.
+        const QColor& upper = row * 2 < steps[row] * 3 ? top : side;
+        for (const int y : {row, height() - 1 - row}) {
+            const QColor& color = y == row ? upper : side;
+            painter.fillRect(steps[row], y, length, 1, color);
+            painter.fillRect(width() - steps[row] - length, y, length, 1, color);
+        }
+    }
+}
+
+bool PanelSurface::eventFilter(QObject* watched, QEvent* event) {
+    if (watched != windowHandle())
+        return QWidget::eventFilter(watched, event);
+    if (event->type() == QEvent::MouseButtonPress) {
+        const auto* press = static_cast<QMouseEvent*>(event);
+        if (onPressed)
+            onPressed();
+        const Qt::Edges edges = edgesAt(press->position().toPoint(), size());
+        if (edges && press->button() == Qt::LeftButton) {
+            beginDrag(press->globalPosition().toPoint(), edges);
+            return true;
+        }
+    } else if (event->type() == QEvent::MouseMove) {
+        const auto* move = static_cast<QMouseEvent*>(event);
+        if (drag_ && drag_->edges) {
+            drag(move->globalPosition().toPoint());
+            return true;
+        }
+        if (move->buttons() == Qt::NoButton)
+            showEdgeCursor(edgesAt(move->position().toPoint(), size()));
+    } else if (event->type() == QEvent::MouseButtonRelease && drag_ && drag_->edges) {
+        drag_.reset();
+        return true;
+    } else if (event->type() == QEvent::Leave)
+        showEdgeCursor({});
+    return false;
+}
+
+void PanelSurface::showEdgeCursor(Qt::Edges edges) {
+    if (edges == pointedEdges_)
+        return;
+    pointedEdges_ = edges;
+    if (edges)
+        windowHandle()->setCursor(cursorFor(edges));
+    else
+        windowHandle()->unsetCursor();
+}
+
+void PanelSurface::beginDrag(QPoint globalPosition, Qt::Edges edges) {
+    drag_ = Drag{.from = globalPosition, .frame = geometry(), .edges = edges};
+}
+
+void PanelSurface::drag(QPoint globalPosition) {
+    const QPoint by = globalPosition - drag_->from;
+    if (!drag_->edges) {
+        move(drag_->frame.topLeft() + by);
+        return;
+    }
+    setGeometry(resized(drag_->frame, drag_->edges, by, leastSize()));
+    chosenSize_ = size();
+}
+
+void PanelSurface::mousePressEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton)
+        beginDrag(event->globalPosition().toPoint(), {});
+}
+
+void PanelSurface::mouseMoveEvent(QMouseEvent* event) {
+    if (drag_ && (event->buttons() & Qt::LeftButton))
+        drag(event->globalPosition().toPoint());
+}
+
+void PanelSurface::mouseReleaseEvent(QMouseEvent*) {
+    drag_.reset();
+}
+
+} // namespace quillmoth

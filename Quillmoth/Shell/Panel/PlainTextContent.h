@@ -1,0 +1,49 @@
+#pragma once
+
+#include "Quillmoth/Shell/Panel/MessageContent.h"
+#include "Quillmoth/Shell/Panel/TextColumn.h"
+
+namespace quillmoth {
+
+/// Plain text that can be selected.
+class PlainTextContent final : public MessageContent {
+public:
+    explicit PlainTextContent(QWidget* parent);
+
+    void setColor(const QColor& color);
+    void setAlignment(Qt::Alignment alignment);
+    /// 0 for the height that goes with the font.
+    void setLineHeight(int pixels);
+
+    void setText(const std::string& text) override;
+    void appendText(const std::string& more) override;
+    void setFontSize(double pixelSize) override;
+    [[nodiscard]] int heightForWidth(int width) const override;
+    [[nodiscard]] int naturalWidth(int available) const override;
+    [[nodiscard]] double firstLineMiddle() const override;
+    [[nodiscard]] QString selectedText() const override;
+    void clearSelection() override;
+
+    [[nodiscard]] const TextColumn& column() const { return column_; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+
+private:
+    void applyStyle();
+    void select(int anchor, int position);
+
+    // Asking for a height sets the width; the text is the same.
+    mutable TextColumn column_;
+    QColor color_;
+    Qt::Alignment alignment_ = Qt::AlignLeft;
+    double fontSize_ = 16;
+    int lineHeight_ = 0;
+    int anchor_ = 0;
+    int position_ = 0;
+};
+
+} // namespace quillmoth

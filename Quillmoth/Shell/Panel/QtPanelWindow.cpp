@@ -1,0 +1,111 @@
+#include "Quillmoth/Shell/Panel/QtPanelWindow.h"
+
+#include "Quillmoth/Shell/Panel/PanelGeometry.h"
+
+#include <QCursor>
+#include <QGuiApplication>
+#include <QScreen>
+
+namespace quillmoth {
+
+namespace {
+
+std::string frameKey(std::string_view name) {
+    return "NSWindow Frame " + std::string(name);
+}
+
+QList<QRect> availableScreens() {
+    QList<QRect> screens;
+    for (const QScreen* screen : QGuiApplication::screens())
+        screens.append(screen->availableGeometry());
+    return screens;
+}
+
+} // namespace
+
+QtPanelWindows::QtPanelWindows(QtPanelServices services, ContentFactory makeContent)
+    : services_(std::move(services)), makeContent_(std::move(makeContent)) {}
+
+std::unique_ptr<platform::PanelWindow> QtPanelWindows::makePanel(const platform::PanelProperties&) {
+    auto window = std::make_unique<QtPanelWindow>(services_, makeContent_());
+    lastSurface_ = &window->surface();
+    return window;
+}
+
+QtPanelWindow::QtPanelWindow(QtPanelServices services, std::unique_ptr<PanelContent> content)
+    : services_(std::move(services)), surface_(std::make_unique<PanelSurface>(std::move(content))) {
+    surface_->onPressed = [this] { pressed(); };
+    turned_ =
+        services_.focus.onTurnedElsewhere([this](platform::PanelFocus::Turn turn) { turnedElsewhere(turn); });
+}
+
+QtPanelWindow::~QtPanelWindow() {
+    close();
+}
+
+void QtPanelWindow::setTitle(const std::string& title) {
+    surface_->setWindowTitle(QString::fromStdString(title));
+}
+
+void QtPanelWindow::center() {
+    const QScreen* screen = QGuiApplication::screenAt(QCursor::pos());
+    if (!screen)
+        screen = QGuiApplication::primaryScreen();
+    if (!screen)
+        return;
+    QRect frame = surface_->frame();
+    frame.moveCenter(screen->availableGeometry().center());
+    surface_->setFrame(broughtBack(frame, {screen->availableGeometry()}));
+}
+
+bool QtPanelWindow::setFrameUsingName(std::string_view name) {
+    const auto saved = services_.defaults.string(frameKey(name));
+    const auto frame = saved ? readFrame(*saved) : std::nullopt;
+    if (!frame)
+        return false;
+    surface_->setFrame(broughtBack(*frame, availableScreens()));
+    return true;
+}
+
+void QtPanelWindow::saveFrameUsingName(std::string_view name) {
+    services_.defaults.set(frameKey(name), writeFrame(surface_->frame()));
+}
+
+void QtPanelWindow::orderFront() {
+    surface_->setCompositing(!services_.isCompositing || services_.isCompositing());
+    surface_->show();
+    surface_->raise();
+}
+
+void QtPanelWindow::makeKeyWindow() {
+    if (!surface_->isVisible())
+        return;
+    surface_->setActive(true);
+    services_.focus.acquire(surface_->winId());
+}
+
+void QtPanelWindow::close() {
+    if (!surface_->isVisible())
+        return;
+    services_.focus.release();
+    surface_->hide();
+}
+
+void QtPanelWindow::setResignMainHandler(std::function<void()> handler) {
+    resignMain_ = std::move(handler);
+}
+
+void QtPanelWindow::turnedElsewhere(platform::PanelFocus::Turn turn) {
+    if (!surface_->isVisible())
+        return;
+    surface_->setActive(false);
+    if (turn != platform::PanelFocus::Turn::idle && resignMain_)
+        resignMain_();
+}
+
+void QtPanelWindow::pressed() {
+    if (!surface_->isActive())
+        makeKeyWindow();
+}
+
+} // namespace quillmoth

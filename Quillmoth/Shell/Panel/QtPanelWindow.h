@@ -1,0 +1,66 @@
+#pragma once
+
+#include "Platform/PanelFocus.h"
+#include "Platform/PanelWindow.h"
+#include "Platform/UserDefaults.h"
+#include "Quillmoth/Shell/Panel/PanelSurface.h"
+
+#include <QPointer>
+
+namespace quillmoth {
+
+/// What panels need of the desktop.
+struct QtPanelServices {
+    platform::PanelFocus& focus;
+    platform::UserDefaults& defaults;
+    /// Whether the desktop blends windows now; asked at each showing. Without it, yes.
+    std::function<bool()> isCompositing;
+};
+
+/// Panels as windows of this toolkit that no window manager knows.
+class QtPanelWindows final : public platform::PanelWindows {
+public:
+    using ContentFactory = std::function<std::unique_ptr<PanelContent>()>;
+
+    /// `makeContent` is called with each new panel.
+    QtPanelWindows(QtPanelServices services, ContentFactory makeContent);
+
+    std::unique_ptr<platform::PanelWindow> makePanel(const platform::PanelProperties& properties) override;
+
+    /// The window of the panel made last; none before there is one.
+    [[nodiscard]] PanelSurface* lastSurface() const { return lastSurface_; }
+
+private:
+    QtPanelServices services_;
+    ContentFactory makeContent_;
+    QPointer<PanelSurface> lastSurface_;
+};
+
+/// One such panel. It is shown above all windows, and takes the keyboard by the panel focus alone.
+class QtPanelWindow final : public platform::PanelWindow {
+public:
+    QtPanelWindow(QtPanelServices services, std::unique_ptr<PanelContent> content);
+    ~QtPanelWindow() override;
+
+    void setTitle(const std::string& title) override;
+    void center() override;
+    bool setFrameUsingName(std::string_view name) override;
+    void saveFrameUsingName(std::string_view name) override;
+    void orderFront() override;
+    void makeKeyWindow() override;
+    void close() override;
+    void setResignMainHandler(std::function<void()> handler) override;
+
+    [[nodiscard]] PanelSurface& surface() const { return *surface_; }
+
+private:
+    void turnedElsewhere(platform::PanelFocus::Turn turn);
+    void pressed();
+
+    QtPanelServices services_;
+    std::unique_ptr<PanelSurface> surface_;
+    std::function<void()> resignMain_;
+    Subscription turned_;
+};
+
+} // namespace quillmoth

@@ -1,0 +1,95 @@
+#include "Quillmoth/Shell/Panel/ThinScrollBar.h"
+
+#include "Quillmoth/Shell/Panel/PanelTheme.h"
+
+#include <QMouseEvent>
+#include <QPainter>
+
+namespace quillmoth {
+
+namespace {
+
+constexpr double kEnds = 6;
+constexpr double kLeastThumb = 28;
+constexpr int kWheelStep = 60;
+// The outermost pixels belong to the resizing of the panel.
+constexpr int kUngrabbed = 3;
+
+} // namespace
+
+ThinScrollBar::ThinScrollBar(QWidget* parent) : QAbstractSlider(parent) {
+    setOrientation(Qt::Vertical);
+    setFocusPolicy(Qt::NoFocus);
+    setAttribute(Qt::WA_OpaquePaintEvent, false);
+    setSingleStep(kWheelStep / 3);
+    setAccessibleName(QStringLiteral("Scroll bar"));
+    setCursor(Qt::ArrowCursor);
+    hide();
+}
+
+void ThinScrollBar::setExtent(int content, int seen) {
+    setPageStep(seen);
+    setRange(0, qMax(0, content - seen));
+    setVisible(maximum() > 0);
+    update();
+}
+
+double ThinScrollBar::travel() const {
+    return height() - 2 * kEnds - thumb().height();
+}
+
+QRectF ThinScrollBar::thumb() const {
+    const double track = height() - 2 * kEnds;
+    const double length =
+        qMin(track, qMax(kLeastThumb, track * pageStep() / qMax(1, pageStep() + maximum())));
+    const double top = maximum() > 0 ? (track - length) * value() / maximum() : 0;
+    const double wide = isSliderDown() ? 1 : hover_.value();
+    return {width() - 7 - wide, kEnds + top, 4 + 2 * wide, length};
+}
+
+void ThinScrollBar::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(isSliderDown() ? kPanelTheme.thumbDragged
+                                    : blended(kPanelTheme.thumb, kPanelTheme.thumbHovered, hover_.value()));
+    const QRectF shape = thumb();
+    painter.drawRoundedRect(shape, shape.width() / 2, shape.width() / 2);
+}
+
+void ThinScrollBar::enterEvent(QEnterEvent*) {
+    hover_.moveTo(1);
+}
+
+void ThinScrollBar::leaveEvent(QEvent*) {
+    hover_.moveTo(0);
+}
+
+void ThinScrollBar::mousePressEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton || event->position().x() >= width() - kUngrabbed) {
+        event->ignore();
+        return;
+    }
+    const double y = event->position().y();
+    if (y < thumb().top())
+        triggerAction(SliderPageStepSub);
+    else if (y > thumb().bottom())
+        triggerAction(SliderPageStepAdd);
+    else {
+        grabbedAt_ = y - thumb().top();
+        setSliderDown(true);
+        update();
+    }
+}
+
+void ThinScrollBar::mouseMoveEvent(QMouseEvent* event) {
+    if (isSliderDown() && travel() > 0)
+        setValue(qRound((event->position().y() - grabbedAt_ - kEnds) / travel() * maximum()));
+}
+
+void ThinScrollBar::mouseReleaseEvent(QMouseEvent*) {
+    setSliderDown(false);
+    update();
+}
+
+} // namespace quillmoth

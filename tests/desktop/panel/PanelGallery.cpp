@@ -1,0 +1,253 @@
+// Draws every state of the panel into PNG files, at the scale of QT_SCALE_FACTOR.
+// Usage: QT_QPA_PLATFORM=offscreen panel-gallery <folder>
+
+#include "tests/unit/shell/PanelFixture.h"
+
+#ifdef QUILLMOTH_GALLERY_HAS_MARKDOWN
+#include "Quillmoth/Shell/Panel/MarkdownMessage.h"
+#endif
+
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFontDatabase>
+#include <QMouseEvent>
+#include <QPainter>
+
+#include <cstdio>
+#include <functional>
+#include <utility>
+
+namespace quillmoth {
+
+namespace {
+
+std::vector<PromptData> presets() {
+    return {
+        makePreset("📣", "Call to action",
+                   "Create a compelling CTA for our [landing page/email/website] that encourages [target "
+                   "audience] to [desired action].",
+                   "nonContext"),
+        makePreset("📧", "Write an email", "e", "nonContext"),
+        makePreset("💡", "Brainstorm ideas", "b", "nonContext"),
+        makePreset("🗓️", "Plan my week", "w", "nonContext"),
+        makePreset("🍳", "Recipe from ingredients", "r", "nonContext"),
+        makePreset("🌐", "Translate to English", "t"),
+        makePreset("✍️", "Make it a trustworthy introduction", "t"),
+        makePreset("🔀", "Transform into bullet points", "t"),
+    };
+}
+
+const char* const kAnswer =
+    "A moth finds its way by keeping a distant light at a **constant angle**. That works well with the moon, "
+    "which hardly moves as the insect flies.\n\nWith a lamp it fails: the angle changes at every wing beat, "
+    "so "
+    "the moth keeps turning toward the light and spirals in. Three things make it worse:\n\n1. The lamp is "
+    "close, so the angle chan";
+
+const char* const kLongAnswer = "# Debouncing a field\n\nWait until the typing **pauses** before you call "
+                                "`search(_:)`, so that a *burst* of keys costs "
+                                "one request. More in [the guide](https://example.org).\n\n## How it "
+                                "works\n\n- Keep the task that is waiting\n- "
+                                "Cancel it on each key\n    - the old one never reaches the "
+                                "server\n\n```swift\nfinal class Debouncer {\n    private "
+                                "var task: Task<Void, Never>?\n    let delay = "
+                                "Duration.milliseconds(250)\n}\n```\n\n### Pick a delay\n\n| Delay | Feels | "
+                                "Requests |\n|---|---|--:|\n| 100 ms | immediate | 41 |\n| 250 ms | calm | 9 "
+                                "|\n\n- [x] Cancel the task in `deinit`\n- "
+                                "[ ] Test with a fake clock\n\n> A short wait that is always the same is "
+                                "felt less than a shorter one that varies.\n";
+
+class Gallery {
+public:
+    explicit Gallery(QString folder, MessageContentFactory markdown)
+        : folder_(std::move(folder)), markdown_(std::move(markdown)) {}
+
+    void draw(const QString& name, const std::function<void(PanelUnderTest&)>& arrange,
+              QSize size = {612, 410}) const {
+        PanelUnderTest panel(presets(), {.makeMarkdownContent = markdown_});
+        panel.model->_status = std::string("No selection");
+        panel.open();
+        panel.surface().setFrame(QRect(QPoint(0, 0), size));
+        panel.view->commandArea().field().setFocus();
+        arrange(panel);
+        panel.settle();
+        letAnimationsEnd();
+        save(name, panel.surface());
+    }
+
+private:
+    static void letAnimationsEnd() {
+        QElapsedTimer time;
+        time.start();
+        while (time.elapsed() < 200)
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    }
+
+    void save(const QString& name, PanelSurface& surface) const {
+        const double scale = surface.devicePixelRatioF();
+        constexpr int kMargin = 40;
+        QImage picture((surface.size() + QSize(2 * kMargin, 2 * kMargin)) * scale,
+                       QImage::Format_ARGB32_Premultiplied);
+        picture.setDevicePixelRatio(scale);
+        picture.fill(QColor(0xD5, 0xD6, 0xDE));
+        QPainter painter(&picture);
+        if (!surface.mask().isEmpty())
+            painter.setClipRegion(surface.mask().translated(kMargin, kMargin));
+        painter.drawPixmap(kMargin, kMargin, surface.grab());
+        painter.end();
+        const QString path = QDir(folder_).filePath(name + QStringLiteral(".png"));
+        std::printf("%s %s\n", picture.save(path) ? "wrote" : "could not write", qPrintable(path));
+    }
+
+    QString folder_;
+    MessageContentFactory markdown_;
+};
+
+void converse(PanelUnderTest& panel, const std::string& question, const std::string& answer) {
+    panel.model->_messages = {
+        {"S", "system", "You're a helpful assistant!"}, {"U", "user", question}, {"A", "assistant", answer}};
+    panel.model->_responseValue = answer;
+}
+
+void remember(PanelUnderTest& panel) {
+    std::vector<oldMessagesStruct> stored;
+    for (const char* topic :
+         {"🦋 Why moths fly to lamps", "⌛ Debouncing a search field in Swift", "🌍 Trip to Rome in October",
+          "🥖 Sourdough with a cold kitchen", "📨 Reply to the landlord", "😀 Chat: 2024-03-09 17:42",
+          "🎻 Programme notes for a string trio", "🔭 Where to see the comet", "A topic without a picture"})
+        stored.push_back({.topic = topic, .message = {}, .created = 0});
+    panel.model->_oldMessages = stored;
+    panel.model->_openHistory = true;
+    panel.model->_keyHistorySelected = 1;
+    panel.model->_keyHistoryHover = 3;
+}
+
+void openForm(PanelUnderTest& panel) {
+    panel.settle();
+    panel.model->_selectedIndex = 0;
+    panel.model->runPrompt();
+    panel.settle();
+    panel.controller->formFieldEdited(3, "people who write every day");
+    panel.controller->_focusField = 3;
+}
+
+const char* const kThanks =
+    "Dear Ms Okafor, thank you for your patience. The repaired instrument left our workshop this "
+    "morning and will reach you on **Thursday**.";
+
+void pin(PanelUnderTest& panel) {
+    converse(panel, "Write a short, warm note about the late delivery.", kThanks);
+    panel.model->_isOnTopBinding = true;
+}
+
+void drawLists(const Gallery& gallery) {
+    gallery.draw(QStringLiteral("list-no-context"), [](PanelUnderTest& panel) {
+        panel.settle();
+        panel.model->_hoverIndex = 2;
+    });
+    gallery.draw(QStringLiteral("list-context-search"), [](PanelUnderTest& panel) {
+        panel.model->_isContext = true;
+        panel.model->_status = std::string("Context found press esc to remove context");
+        panel.model->_command = std::string("tr");
+        panel.settle();
+        panel.model->_selectedIndex = 5;
+        panel.model->_hoverIndex = 7;
+    });
+    gallery.draw(QStringLiteral("list-context"), [](PanelUnderTest& panel) {
+        panel.model->_isContext = true;
+        panel.model->_status = std::string("Context found press esc to remove context");
+        panel.model->refreshList();
+    });
+    gallery.draw(QStringLiteral("error"), [](PanelUnderTest& panel) {
+        panel.model->_error = std::string("Error 401: Your API key is invalid, Please check again.");
+    });
+    gallery.draw(QStringLiteral("long-names"), [](PanelUnderTest& panel) {
+        panel.model->_PromptM.get()->mutatePrompts([](auto& all) {
+            all[0].name =
+                "A name that goes on and on and on, far beyond what any row of the panel could show at once";
+            all[1].name =
+                "Rindfleischetikettierungsüberwachungsaufgabenübertragungsgesetzesentwurfsbegründungstext";
+            all[2].emoji = "Ab";
+        });
+    });
+    gallery.draw(QStringLiteral("right-to-left"), [](PanelUnderTest& panel) {
+        panel.model->_PromptM.get()->mutatePrompts([](auto& all) { all[0].name = "دعوة إلى العمل"; });
+        converse(panel, "لماذا يطير العث إلى المصابيح؟",
+                 "يحافظ العث على زاوية ثابتة مع ضوء بعيد. مع المصباح يفشل ذلك، فيدور حوله مرة بعد مرة.");
+    });
+    gallery.draw(QStringLiteral("narrow"),
+                 [](PanelUnderTest& panel) {
+                     panel.model->_status = std::string("Context found press esc to remove context");
+                 },
+                 {300, 290});
+    gallery.draw(QStringLiteral("tall-command"), [](PanelUnderTest& panel) {
+        std::string text = ":";
+        for (int line = 1; line < 16; ++line)
+            text += "Line " + std::to_string(line) + " of a long command\n";
+        panel.model->_command = text;
+    });
+    gallery.draw(QStringLiteral("three-lines"), [](PanelUnderTest& panel) {
+        panel.model->_command = std::string("Rewrite this\nin three lines 🦋\nwith care");
+    });
+    gallery.draw(QStringLiteral("no-compositor"), [](PanelUnderTest& panel) {
+        panel.compositing = false;
+        panel.panel().orderFront();
+    });
+}
+
+void drawConversations(const Gallery& gallery) {
+    gallery.draw(QStringLiteral("streaming"),
+                 [](PanelUnderTest& panel) {
+                     converse(panel, "Why do moths fly to lamps?", kAnswer);
+                     panel.model->_isLoading = true;
+                 },
+                 {612, 560});
+    gallery.draw(QStringLiteral("waiting"), [](PanelUnderTest& panel) {
+        converse(panel, "Why do moths fly to lamps?", "");
+        panel.model->_responseValue = std::string();
+        panel.model->_isLoading = true;
+    });
+    gallery.draw(QStringLiteral("large-font"), [](PanelUnderTest& panel) {
+        panel.platform.userDefaults.set("saveFontSize", 28.0);
+        converse(panel, "Why do moths fly to lamps?", kAnswer);
+    });
+    gallery.draw(QStringLiteral("conversation"),
+                 [](PanelUnderTest& panel) {
+                     converse(panel, "How do I debounce a search field in Swift?", kLongAnswer);
+                 },
+                 {612, 1100});
+    gallery.draw(QStringLiteral("pinned"), pin);
+    gallery.draw(QStringLiteral("pinned-inactive"), [](PanelUnderTest& panel) {
+        pin(panel);
+        panel.settle();
+        panel.platform.panelFocus.turn(platform::PanelFocus::Turn::pressedElsewhere);
+    });
+    gallery.draw(QStringLiteral("history"), remember);
+    gallery.draw(QStringLiteral("history-empty"),
+                 [](PanelUnderTest& panel) { panel.model->_openHistory = true; });
+    gallery.draw(QStringLiteral("form"), openForm);
+}
+
+} // namespace
+
+} // namespace quillmoth
+
+int main(int argumentCount, char** arguments) {
+    QApplication application(argumentCount, arguments);
+    if (argumentCount < 2) {
+        std::fputs("usage: panel-gallery <folder>\n", stderr);
+        return 2;
+    }
+    application.setFont(QFont(QStringLiteral("Inter")));
+    QDir().mkpath(QString::fromLocal8Bit(arguments[1]));
+    quillmoth::MessageContentFactory markdown;
+#ifdef QUILLMOTH_GALLERY_HAS_MARKDOWN
+    quillmoth::markdown::MarkdownServices services(quillmoth::markdown::MarkdownPalette::panel());
+    markdown = quillmoth::markdownMessages(services, {});
+#endif
+    const quillmoth::Gallery gallery(QString::fromLocal8Bit(arguments[1]), markdown);
+    quillmoth::drawLists(gallery);
+    quillmoth::drawConversations(gallery);
+    return 0;
+}

@@ -1,0 +1,258 @@
+#include "tests/unit/shell/PanelFixture.h"
+
+#include <QClipboard>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace quillmoth {
+
+namespace {
+
+class PanelViewTest : public testing::Test {
+protected:
+    PanelViewTest()
+        : panel({makePreset("📣", "Call to action", "A call to [whom] for [what]!", "nonContext"),
+                 makePreset("📧", "Write an email", "Write an email", "nonContext"),
+                 makePreset("💡", "Brainstorm ideas", "Ideas", "nonContext"),
+                 makePreset("🌐", "Translate", "Translate: {selected text}")}),
+          model(*panel.model), field(panel.view->commandArea().field()), list(panel.view->listArea()) {
+        panel.open();
+    }
+
+    void press(QWidget& widget, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier,
+               bool repeat = false) {
+        QKeyEvent event(QEvent::KeyPress, key, modifiers, QString(), repeat);
+        QApplication::sendEvent(&widget, &event);
+        panel.settle();
+    }
+
+    void type(QWidget& widget, const QString& text) {
+        QTest::keyClicks(&widget, text);
+        panel.settle();
+    }
+
+    void openForm() {
+        model._selectedIndex = 0;
+        press(field, Qt::Key_Return);
+    }
+
+    void converse(const std::string& answer) {
+        model._messages = {{"S", "system", "You're a helpful assistant!"},
+                           {"U", "user", "Why?"},
+                           {"A", "assistant", answer}};
+        model._responseValue = answer;
+        panel.settle();
+    }
+
+    PanelUnderTest panel;
+    DataModel& model;
+    CommandField& field;
+    ListArea& list;
+};
+
+TEST_F(PanelViewTest, WhatIsTypedBecomesTheCommandAndFiltersTheList) {
+    EXPECT_EQ(list.presets().rowCount(), 4);
+    type(field, QStringLiteral("ema"));
+    EXPECT_EQ(*model._command, "ema");
+    EXPECT_EQ(list.presets().rowCount(), 2);
+    model._command = std::string();
+    panel.settle();
+    EXPECT_EQ(field.text(), QString());
+    EXPECT_EQ(list.presets().rowCount(), 4);
+}
+
+TEST_F(PanelViewTest, ArrowsMoveTheSelectionAndTheCaret) {
+    field.setText(QStringLiteral("one\ntwo"));
+    press(field, Qt::Key_Down);
+    EXPECT_EQ(model._selectedIndex, 0);
+    press(field, Qt::Key_Up);
+    EXPECT_EQ(model._selectedIndex, -1);
+    EXPECT_LE(field.textCursor().position(), 3);
+}
+
+TEST_F(PanelViewTest, ShiftReturnAddsALineAndReturnRuns) {
+    type(field, QStringLiteral("a"));
+    press(field, Qt::Key_Return, Qt::ShiftModifier);
+    type(field, QStringLiteral("b"));
+    EXPECT_EQ(*model._command, "a\nb");
+    EXPECT_TRUE(model._messages->empty());
+    press(field, Qt::Key_Return);
+    ASSERT_EQ(model._messages->size(), 2U);
+    EXPECT_EQ(model._messages->back().content, "a\nb");
+}
+
+TEST_F(PanelViewTest, KeyEquivalentsWorkFromEveryInputInEveryState) {
+    struct Case {
+        int key;
+        Qt::KeyboardModifiers modifiers;
+        std::function<bool()> happened;
+    };
+
+    FloatingViewController& controller = *panel.controller;
+    const Qt::KeyboardModifiers control = Qt::ControlModifier;
+    const auto font = [&](double size) {
+        return [&controller, size] { return *controller._fontSize == size; };
+    };
+    const std::vector<Case> cases{
+        {Qt::Key_Plus, control | Qt::ShiftModifier, font(18)},
+        {Qt::Key_Equal, control, font(20)},
+        {Qt::Key_Minus, control, font(18)},
+        {Qt::Key_0, control, font(16)},
+        {Qt::Key_H, control, [&] { return *model._openHistory; }},
+        {Qt::Key_H, control, [&] { return !*model._openHistory; }},
+        {Qt::Key_M, control, [&] { return !*controller._markdownOn; }},
+        {Qt::Key_T, control, [&] { return *model._isOnTopBinding; }},
+        {Qt::Key_T, control, [&] { return !*model._isOnTopBinding; }},
+        {Qt::Key_C, control | Qt::ShiftModifier, [&] { return panel.platform.pasteboard.contents == ""; }},
+    };
+    for (QWidget* input : {static_cast<QWidget*>(&field), static_cast<QWidget*>(panel.view),
+                           &panel.view->bottomBar().widgetFor(BottomBar::Item::history)}) {
+        panel.platform.userDefaults.set("markdownOnStorage", true);
+        controller._markdownOn = true;
+        panel.platform.pasteboard.contents.reset();
+        for (const Case& each : cases) {
+            press(*input, each.key, each.modifiers);
+            EXPECT_TRUE(each.happened()) << each.key;
+        }
+        panel.open();
+    }
+}
+
+TEST_F(PanelViewTest, AHeldKeyDoesNotStepTwice) {
+    press(field, Qt::Key_T, Qt::ControlModifier);
+    press(field, Qt::Key_T, Qt::ControlModifier, true);
+    EXPECT_TRUE(model._isOnTopBinding);
+    type(field, QStringLiteral("x"));
+    press(field, Qt::Key_Escape, Qt::NoModifier, true);
+    EXPECT_EQ(*model._command, "x");
+}
+
+TEST_F(PanelViewTest, ReturnWalksTheFormFromTopToBottomAndSendsIt) {
+    openForm();
+    ASSERT_EQ(list.form().fields().size(), 2U);
+    PanelTextEdit& whom = list.form().fields()[0]->edit();
+    PanelTextEdit& what = list.form().fields()[1]->edit();
+    EXPECT_EQ(panel.surface().focusWidget(), &whom);
+    type(whom, QStringLiteral("writers"));
+    EXPECT_EQ(whom.text(), QStringLiteral("writers"));
+    press(whom, Qt::Key_Return);
+    EXPECT_EQ(panel.surface().focusWidget(), &what);
+    type(what, QStringLiteral("ink"));
+    press(what, Qt::Key_Return);
+    ASSERT_FALSE(model._messages->empty());
+    EXPECT_EQ(model._messages->back().content, "A call to writers for ink!");
+    panel.platform.mainQueue.advance(0.2);
+    panel.settle();
+    EXPECT_EQ(panel.surface().focusWidget(), &field);
+}
+
+TEST_F(PanelViewTest, BackLeavesTheForm) {
+    openForm();
+    EXPECT_TRUE(field.isHidden());
+    panel.view->commandArea().backButton().click();
+    panel.settle();
+    EXPECT_FALSE(field.isHidden());
+    EXPECT_TRUE(list.form().fields().empty());
+}
+
+TEST_F(PanelViewTest, ClicksReachTheRowUnderThePointer) {
+    PresetList& presets = list.presets();
+    const QPoint third = presets.rowRect(2).center();
+    QTest::mouseClick(&presets, Qt::LeftButton, {}, third);
+    EXPECT_EQ(model._selectedIndex, 1);
+    const QPoint between(third.x(), presets.rowRect(2).bottom() + 1);
+    EXPECT_EQ(presets.rowAt(between.y()), -1);
+    QTest::mouseMove(&presets, presets.rowRect(3).center());
+    QMouseEvent move(QEvent::MouseMove, presets.rowRect(3).center(), presets.rowRect(3).center(),
+                     Qt::NoButton, Qt::NoButton, {});
+    QApplication::sendEvent(&presets, &move);
+    EXPECT_EQ(model._hoverIndex, 2);
+    QTest::mouseDClick(&presets, Qt::LeftButton, {}, third);
+    EXPECT_EQ(model._messages->back().content, "Write an email");
+}
+
+TEST_F(PanelViewTest, TheFieldGrowsToItsLimitAndThePanelWithIt) {
+    const auto commandHeight = [&] { return panel.view->commandArea().height(); };
+    EXPECT_EQ(commandHeight(), 34);
+    const int before = panel.surface().height();
+    model._command = std::string("one\ntwo\nthree");
+    panel.settle();
+    EXPECT_EQ(commandHeight(), 34 + 2 * 24);
+    EXPECT_EQ(panel.surface().height(), before);
+    model._command = std::string(40, '\n');
+    panel.settle();
+    EXPECT_EQ(commandHeight(), 300);
+    EXPECT_GE(list.height(), 200);
+    EXPECT_GT(panel.surface().height(), before);
+    model._command = std::string();
+    panel.settle();
+    EXPECT_EQ(panel.surface().height(), before);
+}
+
+TEST_F(PanelViewTest, AStreamedAnswerCostsItsLastLinesAndNoNewContent) {
+    model._isLoading = true;
+    converse("A");
+    const auto* answer = dynamic_cast<PlainTextContent*>(list.conversation().contentAt(2));
+    ASSERT_NE(answer, nullptr);
+    const int made = list.conversation().madeContents();
+    const auto costOfPieces = [&](int count) {
+        const int before = answer->column().laidOutLines();
+        for (int index = 0; index < count; ++index) {
+            model._messages.mutate([](auto& messages) { messages.back().content += " more words of it"; });
+            panel.view->refresh();
+        }
+        return answer->column().laidOutLines() - before;
+    };
+    const int early = costOfPieces(200);
+    costOfPieces(3000);
+    const int late = costOfPieces(200);
+    EXPECT_LE(late, early + early / 2);
+    EXPECT_LE(late, 200 * 9);
+    EXPECT_EQ(list.conversation().madeContents(), made);
+}
+
+TEST_F(PanelViewTest, AStreamCostsOneRefreshAFrame) {
+    model._isLoading = true;
+    converse("A");
+    const int before = panel.view->refreshCount();
+    for (int index = 0; index < 1000; ++index) {
+        model._messages.mutate([](auto& messages) { messages.back().content += " x"; });
+        panel.platform.mainQueue.runUntilIdle();
+    }
+    // The loop is far shorter than a second.
+    EXPECT_LE(panel.view->refreshCount() - before, 60);
+}
+
+TEST_F(PanelViewTest, ASelectionInAnAnswerIsCopiedWhileTheFieldHasTheKeyboard) {
+    converse("Hello moth");
+    auto* answer = list.conversation().contentAt(2);
+    QTest::mousePress(answer, Qt::LeftButton, {}, QPoint(0, 5));
+    QMouseEvent drag(QEvent::MouseMove, QPointF(400, 5), QPointF(400, 5), Qt::NoButton, Qt::LeftButton, {});
+    QApplication::sendEvent(answer, &drag);
+    EXPECT_EQ(answer->selectedText(), QStringLiteral("Hello moth"));
+    press(field, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("Hello moth"));
+}
+
+TEST_F(PanelViewTest, AnErrorStandsAboveWhateverFollows) {
+    model._error = std::string("Error 401");
+    converse("Answer");
+    EXPECT_FALSE(list.error().isHidden());
+    EXPECT_FALSE(list.conversation().isHidden());
+    EXPECT_LT(list.error().geometry().bottom(), list.conversation().y());
+}
+
+TEST_F(PanelViewTest, RowsOfUnknownRolesKeepTheirPlace) {
+    model._messages = {{"S", "system", "s"}, {"T", "tool", "hidden"}};
+    model._responseValue = std::string("x");
+    panel.settle();
+    EXPECT_EQ(list.conversation().contentAt(1), nullptr);
+    EXPECT_EQ(list.conversation().contentAt(0)->y(), 60 + 30);
+}
+
+} // namespace
+
+} // namespace quillmoth
