@@ -206,13 +206,17 @@ void EventSource::deliverMessage(std::optional<std::string> id, std::optional<st
 
 void EventSource::complete(std::optional<int> statusCode, std::optional<bool> reconnect,
                            std::optional<platform::URLError> error) {
-    mainQueue_.async([weak = weak_from_this(), statusCode, reconnect, error = std::move(error)]() mutable {
+    auto call = [weak = weak_from_this(), statusCode, reconnect, error = std::move(error)]() mutable {
         const auto self = weak.lock();
         if (!self)
             return;
         if (const auto callback = self->onComplete_)
             (*callback)(statusCode, reconnect, std::move(error));
-    });
+    };
+    // One turn behind the events: what their callbacks queue in turn comes before the end, also where head,
+    // events and end have all arrived at once.
+    mainQueue_.async(
+        [&mainQueue = mainQueue_, call = std::move(call)]() mutable { mainQueue.async(std::move(call)); });
 }
 
 } // namespace quillmoth

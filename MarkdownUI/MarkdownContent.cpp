@@ -1,11 +1,12 @@
 #include "MarkdownUI/MarkdownContent.h"
 
+#include "Foundation/Text.h"
+#include "MarkdownUI/CommonMarkConversion.h"
+#include "MarkdownUI/CommonMarkExtension.h"
+
 #include <cmark-gfm-core-extensions.h>
 
 #include <memory>
-
-#include "MarkdownUI/CommonMarkConversion.h"
-#include "MarkdownUI/CommonMarkExtension.h"
 
 namespace quillmoth::markdown {
 
@@ -28,7 +29,13 @@ cmark_node* parse(std::string_view text) {
         if (cmark_syntax_extension* extension = cmark_find_syntax_extension(name.rawValue.c_str()))
             cmark_parser_attach_syntax_extension(parser.get(), extension);
     }
-    cmark_parser_feed(parser.get(), text.data(), text.size());
+    // The parser hands ill-formed bytes through, which nothing behind it expects.
+    if (isValidUTF8(text)) {
+        cmark_parser_feed(parser.get(), text.data(), text.size());
+    } else {
+        const std::string wellFormed = sanitizedUTF8(text);
+        cmark_parser_feed(parser.get(), wellFormed.data(), wellFormed.size());
+    }
     return cmark_parser_finish(parser.get());
 }
 

@@ -51,7 +51,8 @@ function(quillmoth_library name)
 endfunction()
 
 # quillmoth_test(NAME LABEL unit|integration|desktop SOURCES a.cpp ... LINKS lib ... [TIMEOUT seconds]):
-# one GoogleTest program, one ctest entry. The label is the folder under tests/.
+# one GoogleTest program, one ctest entry. The label is the folder under tests/; the target tests-<label> builds all of
+# a kind.
 function(quillmoth_test name)
     cmake_parse_arguments(ARG "" "LABEL;TIMEOUT" "SOURCES;LINKS" ${ARGN})
     if(NOT ARG_TIMEOUT)
@@ -61,6 +62,10 @@ function(quillmoth_test name)
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE QuillmothOptions ${ARG_LINKS} GTest::gtest GTest::gtest_main)
     quillmoth_precompile(${name} "${ARG_SOURCES}" "${ARG_LINKS};GTest::gtest")
+    if(NOT TARGET tests-${ARG_LABEL})
+        add_custom_target(tests-${ARG_LABEL})
+    endif()
+    add_dependencies(tests-${ARG_LABEL} ${name})
     add_test(NAME ${ARG_LABEL}/${name} COMMAND ${name})
     set_tests_properties(${ARG_LABEL}/${name} PROPERTIES LABELS ${ARG_LABEL} TIMEOUT ${ARG_TIMEOUT})
 endfunction()
