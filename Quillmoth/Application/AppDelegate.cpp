@@ -24,10 +24,6 @@ KeyboardShortcuts::Shortcut optionSpace() {
     return {KeyboardShortcuts::Key::space, KeyboardShortcuts::kFlagOption};
 }
 
-std::string routeName(AppDelegate::Route route) {
-    return route == AppDelegate::Route::onboardingView ? "onboardingView" : "promptEditor";
-}
-
 } // namespace
 
 AppDelegate::AppDelegate(const platform::Platform& platform, KeyboardShortcuts::Center& shortcuts)
@@ -86,6 +82,10 @@ void AppDelegate::toggleFloatingPanel() {
     panel->orderFront();
     panel->makeKeyWindow();
     panel->isOpen = true;
+}
+
+std::string AppDelegate::routeName(Route route) {
+    return route == Route::onboardingView ? "onboardingView" : "promptEditor";
 }
 
 void AppDelegate::openRoute(Route route) {

@@ -20,6 +20,9 @@ public:
 
     static constexpr std::string_view kScheme = "quillmoth";
 
+    /// What stands behind "quillmoth://" in the route's URL.
+    [[nodiscard]] static std::string routeName(Route route);
+
     /// Makes the model. The services and `shortcuts` outlive the object.
     AppDelegate(const platform::Platform& platform, KeyboardShortcuts::Center& shortcuts);
     /// Takes the panel from the model, since the two hold each other.

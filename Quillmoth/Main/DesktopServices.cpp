@@ -2,6 +2,7 @@
 
 #include "Foundation/Log.h"
 #include "Platform/Linux/X11/X11BackEnd.h"
+#include "Platform/Linux/X11/X11Keycodes.h"
 
 namespace quillmoth {
 
@@ -84,6 +85,10 @@ platform::PanelFocus& DesktopServices::panelFocus() {
 
 bool DesktopServices::isCompositing() const {
     return !x11_ || x11_->screen().isComposited();
+}
+
+std::optional<std::uint16_t> DesktopServices::virtualKeyCode(std::uint32_t nativeScanCode) const {
+    return x11_ ? platform::virtualKeyCodeForKeycode(nativeScanCode) : std::nullopt;
 }
 
 void DesktopServices::startInBackground() {

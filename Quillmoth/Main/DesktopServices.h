@@ -45,6 +45,9 @@ public:
     /// Whether windows can be translucent.
     [[nodiscard]] bool isCompositing() const;
 
+    /// The virtual key code of a key of the keyboard, by the toolkit's native scan code.
+    [[nodiscard]] std::optional<std::uint16_t> virtualKeyCode(std::uint32_t nativeScanCode) const;
+
     /// Does in the background what need not hold up the start.
     void startInBackground();
 

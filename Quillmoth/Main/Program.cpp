@@ -41,7 +41,12 @@ Program::Program()
       shortcuts_(services_.userDefaults, platform_.hotKeyCenter, services_.notificationCenter),
       delegate_(platform_, shortcuts_),
       controller_(FloatingViewController::create(delegate_._coreAppModel, platform_)),
-      codeHighlighter_(highlighting::Theme::midnight(highlighting::Font(kCodeFontSize))) {
+      codeHighlighter_(highlighting::Theme::midnight(highlighting::Font(kCodeFontSize))),
+      windows_(
+          platform_, shortcuts_, delegate_._coreAppModel,
+          {.openPromptEditor = [this] { delegate_.openRoute(AppDelegate::Route::promptEditor); },
+           .virtualKeyCode = [this](std::uint32_t scanCode) { return services_.virtualKeyCode(scanCode); }}) {
+    services_.application.setSettingsHandler([this] { windows_.showSettings(); });
     services_.workspace.setOwnURLHandler([this](const std::vector<std::string>& urls) { openURLs(urls); });
     services_.setConsentQuestion(
         [this] { askForAccessibilityConsent([this] { services_.consentGiven(); }); });
@@ -51,6 +56,7 @@ Program::~Program() = default;
 
 void Program::finishLaunching() {
     delegate_.finishLaunching();
+    windows_.migrateLoginItem();
     services_.startInBackground();
 }
 
@@ -70,6 +76,20 @@ MessageContent* Program::makeMarkdownContent(QWidget* parent) {
 
 void Program::openURLs(const std::vector<std::string>& urls) {
     delegate_.handleOpenURL(urls);
+    for (const std::string& url : urls)
+        openRoute(url);
+}
+
+void Program::openRoute(const std::string& url) {
+    const std::string prefix = std::string(AppDelegate::kScheme) + "://";
+    if (!url.starts_with(prefix))
+        return;
+    const std::string route =
+        url.substr(prefix.size(), url.find_first_of("/?#", prefix.size()) - prefix.size());
+    if (route == AppDelegate::routeName(AppDelegate::Route::onboardingView))
+        windows_.showOnboarding();
+    else if (route == AppDelegate::routeName(AppDelegate::Route::promptEditor))
+        windows_.showPromptEditor();
 }
 
 void Program::showPanel() {

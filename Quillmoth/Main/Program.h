@@ -7,6 +7,7 @@
 #include "Quillmoth/Assistant/FloatingViewController.h"
 #include "Quillmoth/Highlighting/SplashCodeSyntaxHighlighter.h"
 #include "Quillmoth/Main/DesktopServices.h"
+#include "Quillmoth/Main/ProgramWindows.h"
 #include "Quillmoth/Shell/Panel/MessageContent.h"
 #include "Quillmoth/Shell/Panel/QtPanelWindow.h"
 
@@ -34,6 +35,8 @@ private:
     [[nodiscard]] std::unique_ptr<PanelContent> makePanelContent();
     [[nodiscard]] MessageContent* makeMarkdownContent(QWidget* parent);
     void openURLs(const std::vector<std::string>& urls);
+    /// Opens the window whose route the URL is.
+    void openRoute(const std::string& url);
     void showPanel();
 
     DesktopServices services_;
@@ -45,6 +48,7 @@ private:
     highlighting::SplashCodeSyntaxHighlighter codeHighlighter_;
     /// What all answers share; made with the first finished one.
     std::unique_ptr<markdown::MarkdownServices> markdown_;
+    ProgramWindows windows_;
 };
 
 } // namespace quillmoth

@@ -205,7 +205,7 @@ public:
         const auto first = times_.find(ours);
         const auto second = times_.find(peer);
         if (first != times_.end() && second != times_.end()) {
-            std::printf("%-46s %8.4f (at most %g)\n", text, first->second / second->second, most);
+            std::printf("ratio: %-46s %8.4f (at most %g)\n", text, first->second / second->second, most);
         }
     }
 

@@ -15,6 +15,9 @@ constexpr const char* kLetterTopic = "✍️ A note about a meeting";
 constexpr const char* kAgendaTopic = "📋 Agenda for the spring release";
 constexpr const char* kTypedTopic = "⌨️ How the panel takes the keyboard";
 
+// For pictures only: no check depends on it.
+constexpr std::chrono::milliseconds kPaintTime(100);
+
 bool openPanel(DemonstrationDesktop& desktop, const std::string& what) {
     desktop.input().pressKey(KEY_LEFTALT);
     desktop.input().pressKey(KEY_SPACE);
@@ -88,6 +91,7 @@ bool showSelectionToAnswer(DemonstrationDesktop& desktop) {
         [&] { return desktop.panelShows("Fix the grammar") && !desktop.panelShows("Make it shorter"); },
         [&] { return desktop.panelContents(); });
     input.tapKey(KEY_DOWN);
+    letPass(kPaintTime);
     desktop.takePicture("search");
     input.tapKey(KEY_ENTER);
     waitFor([&] { return desktop.panelShows("Cancel"); }, std::chrono::seconds(2));
@@ -154,6 +158,7 @@ bool showTypedCommand(DemonstrationDesktop& desktop) {
     if (!openPanel(desktop, "The hot key opens the panel for a typed command"))
         return false;
     input.type("why does your panel grab the keyboard");
+    letPass(kPaintTime);
     desktop.takePicture("typed-command");
     input.tapKey(KEY_ENTER);
     if (!awaitAnswer(desktop, "A typed command is answered"))
@@ -172,6 +177,7 @@ bool showHistory(DemonstrationDesktop& desktop) {
         [&] { return desktop.panelShows("How the panel takes the keyboard"); },
         [&] { return desktop.panelContents(); }, std::chrono::seconds(1));
     input.tapKey(KEY_DOWN);
+    letPass(kPaintTime);
     desktop.takePicture("history");
     input.tapKey(KEY_ENTER);
     const bool reopened = desktop.check(

@@ -4,8 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <ctime>
-#include <limits>
 #include <random>
 #include <string>
 #include <string_view>
@@ -208,30 +206,6 @@ TEST(SyntaxHighlighter, StatesAreEqualExactlyWhenTheSameIsOpen) {
     EXPECT_NE(after("/* a"), after("/* a /* b"));
     EXPECT_NE(after("\"\"\""), after("#\"\"\""));
     EXPECT_EQ(grammar.step("*/", after("/* a"), pieces), LineState());
-}
-
-/// Eight times the text may take about eight times the processor time, also of text that tempts a scanner to
-/// look again and again.
-TEST(SyntaxHighlighter, TakesLinearTimeOnHostileText) {
-    const auto ticksFor = [](std::string_view unit, std::size_t size) {
-        std::string code;
-        while (code.size() < size) {
-            code += unit;
-        }
-        std::clock_t best = std::numeric_limits<std::clock_t>::max();
-        for (int round = 0; round < 3; ++round) {
-            const std::clock_t start = std::clock();
-            (void)joined(code);
-            best = std::min(best, std::clock() - start);
-        }
-        return best;
-    };
-    for (const std::string_view unit : {"\"\\(", "\"\"\"\\(\n", "/*", "a/*", "#", "#\"", "##\"\\#", "(", ".",
-                                        "`a ", "get  ", "*/*", "\"\"\"\"", "\\"}) {
-        const std::clock_t small = ticksFor(unit, 100'000);
-        const std::clock_t large = ticksFor(unit, 800'000);
-        EXPECT_LT(large, 24 * small + CLOCKS_PER_SEC / 50) << "of: " << unit;
-    }
 }
 
 } // namespace quillmoth::highlighting

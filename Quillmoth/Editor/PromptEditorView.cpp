@@ -1,0 +1,121 @@
+#include "Quillmoth/Editor/PromptEditorView.h"
+
+#include "Foundation/Log.h"
+#include "Platform/Platform.h"
+#include "Platform/Workspace.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace quillmoth {
+
+namespace {
+
+using Selection = std::optional<std::int64_t>;
+
+void followRemoval(Selection& selection, std::int64_t index) {
+    if (selection == index)
+        selection.reset();
+    else if (selection > index)
+        --*selection;
+}
+
+void followInsertion(Selection& selection, std::int64_t index) {
+    if (selection >= index)
+        ++*selection;
+}
+
+/// `target` is the index before which the element goes, counted before it is taken out.
+void followMove(Selection& selection, std::int64_t source, std::int64_t target) {
+    const std::int64_t landing = target > source ? target - 1 : target;
+    if (selection == source) {
+        selection = landing;
+        return;
+    }
+    followRemoval(selection, source);
+    followInsertion(selection, landing);
+}
+
+void moveElement(std::vector<PromptData>& prompts, std::int64_t source, std::int64_t target) {
+    const auto first = prompts.begin();
+    if (target > source)
+        std::rotate(first + source, first + source + 1, first + target);
+    else
+        std::rotate(first + target, first + source, first + source + 1);
+}
+
+} // namespace
+
+PromptEditorView::PromptEditorView(std::shared_ptr<DataModel> model, const platform::Platform& platform)
+    : coreAppModel(std::move(model)), contextTab(coreAppModel), nonContextTab(coreAppModel),
+      uuidSource_(platform.uuidSource), workspace_(platform.workspace) {}
+
+PromptTab& PromptEditorView::tab(Kind kind) {
+    if (kind == Kind::context)
+        return contextTab;
+    return nonContextTab;
+}
+
+std::optional<EditorView> PromptEditorView::editor() {
+    PromptTab& tab = shownTab();
+    if (!tab.selection)
+        return std::nullopt;
+    return std::optional<EditorView>(std::in_place, *tab.selection, tab.selection, coreAppModel);
+}
+
+void PromptEditorView::add() {
+    shownTab().add(uuidSource_);
+}
+
+bool PromptEditorView::moveRow(std::size_t row, std::size_t gap) {
+    const std::vector<std::int64_t> rows = shownTab().rows();
+    // Both gaps beside a row are where it stands, though presets of the other kind may lie between.
+    if (row >= rows.size() || gap > rows.size() || gap == row || gap == row + 1)
+        return false;
+    const std::int64_t source = rows[row];
+    const std::int64_t target = gap < rows.size() ? rows[gap] : rows.back() + 1;
+    followMove(contextTab.selection, source, target);
+    followMove(nonContextTab.selection, source, target);
+    coreAppModel->_PromptM.get()->mutatePrompts(
+        [&](std::vector<PromptData>& prompts) { moveElement(prompts, source, target); });
+    refreshAssistantList(*coreAppModel);
+    return true;
+}
+
+void PromptEditorView::deletePreset() {
+    std::optional<EditorView> form = editor();
+    if (!form)
+        return;
+    const std::int64_t index = form->PromptIndex;
+    std::optional<PromptData> removed = form->deletePreset();
+    if (!removed)
+        return;
+    const Kind otherKind = shownKind_ == Kind::context ? Kind::nonContext : Kind::context;
+    followRemoval(tab(otherKind).selection, index);
+    deletions_.push_back({std::move(*removed), index, shownKind_});
+}
+
+void PromptEditorView::undoDelete() {
+    if (deletions_.empty())
+        return;
+    Deletion deletion = std::move(deletions_.back());
+    deletions_.pop_back();
+    PromptModel& model = *coreAppModel->_PromptM.get();
+    const auto count = static_cast<std::int64_t>(model.prompts().size());
+    const std::int64_t index = std::min(deletion.index, count);
+    followInsertion(contextTab.selection, index);
+    followInsertion(nonContextTab.selection, index);
+    showTab(deletion.shownKind);
+    shownTab().selection = index;
+    model.mutatePrompts([&](std::vector<PromptData>& prompts) {
+        prompts.insert(prompts.begin() + index, std::move(deletion.preset));
+    });
+    refreshAssistantList(*coreAppModel);
+}
+
+void PromptEditorView::openPromptLibrary() {
+    if (workspace_.openURL(kLibraryURL))
+        logLine("Open prompt library in browser");
+}
+
+} // namespace quillmoth

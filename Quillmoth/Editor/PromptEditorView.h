@@ -1,0 +1,74 @@
+#pragma once
+
+#include "Quillmoth/Editor/EditorView.h"
+#include "Quillmoth/Editor/PromptTab.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace quillmoth::platform {
+class Workspace;
+struct Platform;
+} // namespace quillmoth::platform
+
+namespace quillmoth {
+
+/// The content of the prompt editor: two tabs, the form of the shown tab's selection, and the deletions of
+/// this run, which can be taken back. Main thread.
+class PromptEditorView {
+public:
+    enum class Kind { context = 0, nonContext = 1 };
+
+    static constexpr const char* kLibraryURL = "https://quillmoth.example/library/All";
+
+    PromptEditorView(std::shared_ptr<DataModel> model, const platform::Platform& platform);
+
+    [[nodiscard]] Kind shownKind() const { return shownKind_; }
+
+    [[nodiscard]] PromptTab& shownTab() { return tab(shownKind_); }
+
+    void showTab(Kind kind) { shownKind_ = kind; }
+
+    /// None where nothing is selected. Good until the tab on show changes.
+    [[nodiscard]] std::optional<EditorView> editor();
+
+    /// "+ Add" of the shown tab.
+    void add();
+
+    /// Moves the preset in the `row`th row of the shown tab to the gap before the `gap`th one, or behind the
+    /// last for `gap` equal to their number. The selections stay with their presets. False where nothing
+    /// moves.
+    bool moveRow(std::size_t row, std::size_t gap);
+
+    void deletePreset();
+
+    [[nodiscard]] bool canUndoDelete() const { return !deletions_.empty(); }
+
+    /// Puts the preset deleted last back in its place, and shows it.
+    void undoDelete();
+
+    void openPromptLibrary();
+
+    const std::shared_ptr<DataModel> coreAppModel;
+    ContextTabView contextTab;
+    NonContextTabView nonContextTab;
+
+private:
+    struct Deletion {
+        PromptData preset;
+        std::int64_t index;
+        Kind shownKind;
+    };
+
+    [[nodiscard]] PromptTab& tab(Kind kind);
+
+    platform::UUIDSource& uuidSource_;
+    platform::Workspace& workspace_;
+    Kind shownKind_ = Kind::context;
+    std::vector<Deletion> deletions_;
+};
+
+} // namespace quillmoth

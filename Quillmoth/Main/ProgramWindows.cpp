@@ -1,0 +1,60 @@
+#include "Quillmoth/Main/ProgramWindows.h"
+
+#include "Platform/Application.h"
+#include "Quillmoth/Shell/Editor/PromptEditorWindow.h"
+#include "Quillmoth/Shell/Windows/ColorScheme.h"
+#include "Quillmoth/Shell/Windows/OnboardingWindow.h"
+
+#include <QCoreApplication>
+
+#include <utility>
+
+namespace quillmoth {
+
+ProgramWindows::ProgramWindows(const platform::Platform& platform, KeyboardShortcuts::Center& shortcuts,
+                               std::shared_ptr<DataModel> model, SettingsHooks hooks)
+    : platform_(platform), shortcuts_(shortcuts), model_(std::move(model)), hooks_(std::move(hooks)),
+      loginItems_(platform::autostartFolder(), QCoreApplication::applicationFilePath().toStdString()) {}
+
+ProgramWindows::~ProgramWindows() = default;
+
+ColorScheme& ProgramWindows::colorScheme() {
+    if (!colorScheme_)
+        colorScheme_ = std::make_unique<ColorScheme>();
+    return *colorScheme_;
+}
+
+void ProgramWindows::prepare(ShellWindow& window) {
+    window.onQuit = [this] { platform_.application.terminate(); };
+}
+
+void ProgramWindows::migrateLoginItem() {
+    LaunchAtLogin(loginItems_, platform_.bundle, platform_.userDefaults).migrateIfNeeded();
+}
+
+void ProgramWindows::showSettings() {
+    if (!settings_) {
+        settings_ =
+            std::make_unique<SettingsWindow>(platform_, shortcuts_, loginItems_, colorScheme(), hooks_);
+        prepare(*settings_);
+    }
+    settings_->present();
+}
+
+void ProgramWindows::showOnboarding() {
+    if (!onboarding_) {
+        onboarding_ = std::make_unique<OnboardingWindow>(colorScheme(), [this] { showSettings(); });
+        prepare(*onboarding_);
+    }
+    onboarding_->present();
+}
+
+void ProgramWindows::showPromptEditor() {
+    if (!promptEditor_) {
+        promptEditor_ = std::make_unique<PromptEditorWindow>(model_, platform_, colorScheme());
+        prepare(*promptEditor_);
+    }
+    promptEditor_->present();
+}
+
+} // namespace quillmoth

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "Platform/Linux/Desktop/XDGLoginItems.h"
+#include "Platform/Platform.h"
+#include "Quillmoth/Shell/Windows/SettingsWindow.h"
+
+#include <memory>
+
+namespace quillmoth {
+
+class ColorScheme;
+class DataModel;
+class OnboardingWindow;
+class PromptEditorWindow;
+
+/// The ordinary windows of the program. Each is made when it is first asked for, and kept. Main thread.
+class ProgramWindows {
+public:
+    /// The services and `shortcuts` outlive the object.
+    ProgramWindows(const platform::Platform& platform, KeyboardShortcuts::Center& shortcuts,
+                   std::shared_ptr<DataModel> model, SettingsHooks hooks);
+    ~ProgramWindows();
+    ProgramWindows(const ProgramWindows&) = delete;
+    ProgramWindows& operator=(const ProgramWindows&) = delete;
+
+    /// Takes a former login item over; does so once in the life of the settings.
+    void migrateLoginItem();
+
+    void showSettings();
+    void showOnboarding();
+    void showPromptEditor();
+
+private:
+    [[nodiscard]] ColorScheme& colorScheme();
+    /// Gives the window what all have in common.
+    void prepare(ShellWindow& window);
+
+    const platform::Platform platform_;
+    KeyboardShortcuts::Center& shortcuts_;
+    std::shared_ptr<DataModel> model_;
+    SettingsHooks hooks_;
+    platform::XDGLoginItems loginItems_;
+    std::unique_ptr<ColorScheme> colorScheme_;
+    std::unique_ptr<SettingsWindow> settings_;
+    std::unique_ptr<OnboardingWindow> onboarding_;
+    std::unique_ptr<PromptEditorWindow> promptEditor_;
+};
+
+} // namespace quillmoth

@@ -1,0 +1,138 @@
+#include "Quillmoth/Settings/Recording.h"
+
+#include "Foundation/FatalError.h"
+#include "KeyboardShortcuts/ShortcutText.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+namespace quillmoth {
+
+namespace {
+
+using KeyboardShortcuts::kFlagCommand;
+using KeyboardShortcuts::kFlagShift;
+using KeyboardShortcuts::ModifierFlags;
+using KeyboardShortcuts::Shortcut;
+
+/// Caps lock, numeric pad and function, which say nothing about the shortcut.
+constexpr ModifierFlags kIgnoredFlags = 0xA10000;
+/// What depends on the device.
+constexpr ModifierFlags kDeviceFlags = 0xFFFF;
+constexpr std::string_view kTitlePlace = "%@";
+
+constexpr std::array<std::pair<std::string_view, std::string_view>, 5> kTexts{{
+    {"record_shortcut", "Record shortcut"},
+    {"press_shortcut", "Press shortcut…"},
+    {"keyboard_shortcut_used_by_menu_item",
+     "This keyboard shortcut cannot be used, since the menu item “%@” has it already."},
+    {"keyboard_shortcut_used_by_system",
+     "This keyboard shortcut cannot be used, since your desktop uses it already."},
+    {"keyboard_shortcuts_can_be_changed",
+     "Most of the desktop’s shortcuts can be changed in its own settings, under “Keyboard”."},
+}};
+
+std::string asciiLowercased(std::string text) {
+    for (char& c : text) {
+        if (c >= 'A' && c <= 'Z')
+            c = static_cast<char>(c - 'A' + 'a');
+    }
+    return text;
+}
+
+bool matches(const MainMenuItem& item, const Shortcut& shortcut, platform::KeyboardLayout& layout) {
+    std::string equivalent = item.keyEquivalent;
+    ModifierFlags mask = item.modifierMask;
+    if (shortcut.modifiers() & kFlagShift) {
+        if (std::string lower = asciiLowercased(equivalent); lower != equivalent) {
+            equivalent = std::move(lower);
+            mask |= kFlagShift;
+        }
+    }
+    const auto key = KeyboardShortcuts::keyCodeText(shortcut.carbonKeyCode, layout);
+    return key && *key == equivalent && mask == shortcut.modifiers();
+}
+
+bool isTaken(const Shortcut& shortcut, std::span<const Shortcut> system) {
+    // Listed by the desktop, and free all the same.
+    if (shortcut == Shortcut(KeyboardShortcuts::Key::f12, 0))
+        return false;
+    return std::find(system.begin(), system.end(), shortcut) != system.end();
+}
+
+/// The keys that mean something of their own while no modifier is held.
+std::optional<RecordingStep> stepOfPlainKey(const RecorderKeyPress& press) {
+    if (press.specialKey == SpecialKey::tab)
+        return RecordingEndsAndMovesOn{};
+    if (press.keyCode == KeyboardShortcuts::Key::escape.rawValue)
+        return RecordingEnds{};
+    if (press.specialKey == SpecialKey::deleteBackward || press.specialKey == SpecialKey::deleteForward)
+        return RecordingClears{};
+    return std::nullopt;
+}
+
+} // namespace
+
+RecordingStep recordingStep(const RecorderKeyPress& press, std::span<const MainMenuItem> mainMenu,
+                            std::span<const Shortcut> system, platform::KeyboardLayout& layout) {
+    const ModifierFlags modifiers = press.modifierFlags & ~kIgnoredFlags & ~kDeviceFlags;
+    if (modifiers == 0) {
+        if (auto step = stepOfPlainKey(press))
+            return *std::move(step);
+    }
+    if ((modifiers & ~kFlagShift) == 0 && press.specialKey != SpecialKey::function)
+        return RecordingBeeps{};
+    if (!press.keyCode)
+        return RecordingBeeps{};
+    const auto shortcut = Shortcut::fromEvent({.type = KeyboardShortcuts::KeyEvent::kKeyDown,
+                                               .keyCode = *press.keyCode,
+                                               .modifierFlags = press.modifierFlags});
+    if (!shortcut)
+        return RecordingBeeps{};
+    if (const auto* item = menuItemWithShortcut(mainMenu, *shortcut, layout))
+        return RecordingMeetsMenuItem{item->title};
+    if (isTaken(*shortcut, system))
+        return RecordingMeetsSystem{};
+    return RecordingAccepts{*shortcut};
+}
+
+const MainMenuItem* menuItemWithShortcut(std::span<const MainMenuItem> menu, const Shortcut& shortcut,
+                                         platform::KeyboardLayout& layout) {
+    for (const auto& item : menu) {
+        if (matches(item, shortcut, layout))
+            return &item;
+        if (const auto* found = menuItemWithShortcut(item.submenu, shortcut, layout))
+            return found;
+    }
+    return nullptr;
+}
+
+std::vector<MainMenuItem> applicationMainMenu() {
+    const auto item = [](const char* title, const char* equivalent) {
+        return MainMenuItem{
+            .title = title, .keyEquivalent = equivalent, .modifierMask = kFlagCommand, .submenu = {}};
+    };
+    const auto menu = [](const char* title, std::vector<MainMenuItem> items) {
+        return MainMenuItem{
+            .title = title, .keyEquivalent = "", .modifierMask = 0, .submenu = std::move(items)};
+    };
+    return {menu("Quillmoth", {item("Close", "w"), item("Quit", "q")}),
+            menu("Edit", {item("Undo", "z"), item("Redo", "Z"), item("Cut", "x"), item("Copy", "c"),
+                          item("Paste", "v"), item("Select All", "a")})};
+}
+
+std::string recorderText(std::string_view key) {
+    const auto* found =
+        std::find_if(kTexts.begin(), kTexts.end(), [&](const auto& text) { return text.first == key; });
+    if (found == kTexts.end())
+        fatalError("The recorder has no text \"" + std::string(key) + "\".");
+    return std::string(found->second);
+}
+
+std::string usedByMenuItemText(const std::string& title) {
+    std::string text = recorderText("keyboard_shortcut_used_by_menu_item");
+    return text.replace(text.find(kTitlePlace), kTitlePlace.size(), title);
+}
+
+} // namespace quillmoth

@@ -1,0 +1,160 @@
+#include "Quillmoth/Shell/Editor/PresetFields.h"
+
+#include "Quillmoth/Shell/Editor/SlimScrollBar.h"
+#include "Quillmoth/Shell/Panel/PanelTheme.h"
+#include "Quillmoth/Shell/Windows/WindowTheme.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QSignalBlocker>
+
+namespace quillmoth {
+
+namespace {
+
+constexpr int kLeastHeight = 100;
+constexpr double kAreaRadius = 6;
+// With the document's own margin of 4 the text stands 9 from the sides and 8 from above.
+constexpr QMargins kAreaMargins{5, 4, 5, 4};
+constexpr int kRadio = 16;
+constexpr int kRadioGap = 7;
+constexpr double kDot = 6;
+
+/// The box of a field: filled, with an edge of one pixel inside.
+void drawBox(QPainter& painter, const QRectF& box, double radius, const QColor& fill, const QColor& edge) {
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(fill);
+    painter.drawRoundedRect(box, radius, radius);
+    painter.setPen(edge);
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(box.adjusted(0.5, 0.5, -0.5, -0.5), radius - 0.5, radius - 0.5);
+}
+
+/// Behind the text of an area; a widget of its own, since an area paints its viewport only.
+class AreaBox final : public QWidget {
+public:
+    explicit AreaBox(QWidget* area) : QWidget(area) { setAttribute(Qt::WA_TransparentForMouseEvents); }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        const WindowTheme& theme = windowTheme(palette());
+        QPainter painter(this);
+        drawBox(painter, rect(), kAreaRadius, theme.field,
+                parentWidget()->hasFocus() ? theme.indigo : theme.fieldEdge);
+    }
+};
+
+} // namespace
+
+void EmojiField::chooseFont() {
+    // Signs with an emoji form as well, such as U+270D, are drawn from the emoji font only where it is first.
+    const QFont wanted = startsWithPictograph(text()) ? emojiFont(windowFont().pixelSize()) : windowFont();
+    if (font() != wanted)
+        setFont(wanted);
+}
+
+void EmojiField::keyPressEvent(QKeyEvent* event) {
+    // The field itself would take single code points off an emoji that is joined of several.
+    if (event->key() == Qt::Key_Backspace && event->modifiers() == Qt::NoModifier && !hasSelectedText())
+        cursorBackward(true);
+    QLineEdit::keyPressEvent(event);
+}
+
+TextArea::TextArea(int height) : height_(height), box_(new AreaBox(this)) {
+    setTabChangesFocus(true);
+    setMinimumHeight(kLeastHeight);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    setFrameShape(NoFrame);
+    setViewportMargins(kAreaMargins);
+    setVerticalScrollBar(new SlimScrollBar);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    viewport()->setAutoFillBackground(false);
+    box_->lower();
+}
+
+QString TextArea::text() const {
+    QString text = document()->toRawText();
+    return text.replace(QChar::ParagraphSeparator, QLatin1Char('\n'));
+}
+
+bool TextArea::takeTextChange() {
+    QString now = text();
+    if (now == knownText_)
+        return false;
+    knownText_ = std::move(now);
+    return true;
+}
+
+void TextArea::showText(const QString& text, bool isFresh) {
+    const QString shown = this->text();
+    if (!isFresh && shown == text)
+        return;
+    const QSignalBlocker blocker(this);
+    if (isFresh || !text.startsWith(shown)) {
+        setPlainText(text);
+    } else {
+        QTextCursor end(document());
+        end.movePosition(QTextCursor::End);
+        end.insertText(text.mid(shown.size()));
+    }
+    knownText_ = this->text();
+}
+
+QSize TextArea::sizeHint() const {
+    return {QPlainTextEdit::sizeHint().width(), height_};
+}
+
+void TextArea::resizeEvent(QResizeEvent* event) {
+    QPlainTextEdit::resizeEvent(event);
+    box_->resize(size());
+}
+
+void TextArea::focusInEvent(QFocusEvent* event) {
+    QPlainTextEdit::focusInEvent(event);
+    box_->update();
+}
+
+void TextArea::focusOutEvent(QFocusEvent* event) {
+    QPlainTextEdit::focusOutEvent(event);
+    box_->update();
+}
+
+ChoiceButton::ChoiceButton(const QString& text) : QRadioButton(text) {
+    setAttribute(Qt::WA_Hover);
+}
+
+QSize ChoiceButton::sizeHint() const {
+    return {kRadio + kRadioGap + fontMetrics().horizontalAdvance(text()),
+            qMax(kRadio, fontMetrics().height())};
+}
+
+void ChoiceButton::paintEvent(QPaintEvent* /*event*/) {
+    const WindowTheme& theme = windowTheme(palette());
+    QPainter painter(this);
+    const QRectF circle(0, (height() - kRadio) / 2, kRadio, kRadio);
+    const QColor edge = isChecked() || hasFocus() ? theme.indigo : theme.fieldBottom;
+    drawBox(painter, circle, kRadio / 2.0, isChecked() ? theme.indigo : theme.field, edge);
+    if (isChecked()) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(Qt::white);
+        painter.drawEllipse(circle.center(), kDot / 2, kDot / 2);
+    }
+    painter.setPen(theme.text);
+    painter.drawText(rect().adjusted(kRadio + kRadioGap, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter, text());
+}
+
+bool ChoiceButton::hitButton(const QPoint& position) const {
+    return rect().contains(position);
+}
+
+void showText(QLineEdit& field, const QString& text, bool isFresh) {
+    if (!isFresh && field.text() == text)
+        return;
+    const QSignalBlocker blocker(field);
+    field.setText(text);
+    if (isFresh)
+        field.setCursorPosition(0);
+}
+
+} // namespace quillmoth

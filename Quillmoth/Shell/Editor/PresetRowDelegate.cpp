@@ -1,0 +1,75 @@
+#include "Quillmoth/Shell/Editor/PresetRowDelegate.h"
+
+#include "Quillmoth/Shell/Editor/EditorColors.h"
+#include "Quillmoth/Shell/Editor/PresetListModel.h"
+#include "Quillmoth/Shell/Editor/PresetListView.h"
+#include "Quillmoth/Shell/Panel/PanelTheme.h"
+#include "Quillmoth/Shell/Windows/WindowTheme.h"
+
+#include <QPainter>
+
+namespace quillmoth {
+
+namespace {
+
+constexpr int kRowHeight = 30;
+constexpr int kInset = 10;
+constexpr double kRadius = 6;
+constexpr double kDraggedOpacity = 0.42;
+
+/// How wide the drawn text is.
+double drawElided(QPainter& painter, const QRectF& place, const QFont& font, const QString& text) {
+    const QFontMetricsF metrics(font);
+    const QString line = metrics.elidedText(text.simplified(), Qt::ElideRight, place.width());
+    painter.setFont(font);
+    painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextDontClip, line);
+    return metrics.horizontalAdvance(line);
+}
+
+void drawLabel(QPainter& painter, const QRectF& place, const QFont& font, const QModelIndex& index) {
+    const QString emoji = index.data(PresetListModel::kEmojiRole).toString();
+    const QString name = index.data(PresetListModel::kNameRole).toString();
+    const QFont pictures = startsWithPictograph(emoji) ? emojiFont(font.pixelSize()) : font;
+    const double taken = drawElided(painter, place, pictures, emoji);
+    drawElided(painter, place.adjusted(taken, 0, 0, 0), font, name);
+}
+
+} // namespace
+
+PresetRowDelegate::PresetRowDelegate(PresetListView& view) : QStyledItemDelegate(&view), view_(view) {}
+
+QSize PresetRowDelegate::sizeHint(const QStyleOptionViewItem& /*option*/,
+                                  const QModelIndex& /*index*/) const {
+    return {kRowHeight, PresetListView::kRowPitch};
+}
+
+void PresetRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                              const QModelIndex& index) const {
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    if (view_.draggedRow() == index.row())
+        painter->setOpacity(kDraggedOpacity);
+    const QRectF row(option.rect.x(), option.rect.y(), option.rect.width(), kRowHeight);
+    paintFill(*painter, option, row);
+    painter->setPen(option.palette.color(QPalette::WindowText));
+    drawLabel(*painter, row.adjusted(kInset, 0, -kInset, 0), view_.font(), index);
+    painter->restore();
+}
+
+void PresetRowDelegate::paintFill(QPainter& painter, const QStyleOptionViewItem& option,
+                                  const QRectF& row) const {
+    const EditorColors& colors = editorColors(option.palette);
+    const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+    if (!isSelected && !option.state.testFlag(QStyle::State_MouseOver))
+        return;
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(isSelected ? colors.rowSelected : colors.rowHovered);
+    painter.drawRoundedRect(row, kRadius, kRadius);
+    if (!isSelected || !view_.hasFocus())
+        return;
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(windowTheme(option.palette).ring);
+    painter.drawRoundedRect(row.adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);
+}
+
+} // namespace quillmoth

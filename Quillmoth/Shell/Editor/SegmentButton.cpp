@@ -1,0 +1,77 @@
+#include "Quillmoth/Shell/Editor/SegmentButton.h"
+
+#include "Quillmoth/Shell/Editor/EditorColors.h"
+#include "Quillmoth/Shell/SymbolCache.h"
+#include "Quillmoth/Shell/Windows/WindowTheme.h"
+
+#include <QHBoxLayout>
+#include <QPainter>
+
+namespace quillmoth {
+
+namespace {
+
+constexpr int kHeight = 26;
+constexpr int kSymbol = 14;
+constexpr int kGap = 6;
+constexpr int kPadding = 8;
+constexpr double kRadius = 6;
+constexpr int kBarPadding = 2;
+constexpr double kBarRadius = 8;
+
+} // namespace
+
+SegmentButton::SegmentButton(const QString& text, const QString& symbol)
+    : QRadioButton(text), symbol_(symbol) {
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    setAttribute(Qt::WA_Hover);
+}
+
+QSize SegmentButton::sizeHint() const {
+    return {kSymbol + kGap + fontMetrics().horizontalAdvance(text()) + 2 * kPadding, kHeight};
+}
+
+void SegmentButton::paintEvent(QPaintEvent* /*event*/) {
+    const WindowTheme& theme = windowTheme(palette());
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (isChecked()) {
+        painter.setPen(theme.divider);
+        painter.setBrush(editorColors(palette()).segmentOn);
+        painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);
+    }
+    QFont textFont = font();
+    textFont.setWeight(isChecked() ? QFont::Medium : QFont::Normal);
+    painter.setFont(textFont);
+    const QColor color = isChecked() || underMouse() ? theme.text : theme.text2;
+    const int textWidth = QFontMetrics(textFont).horizontalAdvance(text());
+    const int left = (width() - kSymbol - kGap - textWidth) / 2;
+    windowSymbols().draw(painter, symbol_, QPointF(left, (height() - kSymbol) / 2), kSymbol, color);
+    painter.setPen(color);
+    painter.drawText(QRect(left + kSymbol + kGap, 0, width(), height()), Qt::AlignLeft | Qt::AlignVCenter,
+                     text());
+}
+
+bool SegmentButton::hitButton(const QPoint& position) const {
+    return rect().contains(position);
+}
+
+SegmentBar::SegmentBar() {
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(kBarPadding, kBarPadding, kBarPadding, kBarPadding);
+    layout->setSpacing(0);
+}
+
+void SegmentBar::addSegment(SegmentButton* button) {
+    layout()->addWidget(button);
+}
+
+void SegmentBar::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(editorColors(palette()).segment);
+    painter.drawRoundedRect(rect(), kBarRadius, kBarRadius);
+}
+
+} // namespace quillmoth

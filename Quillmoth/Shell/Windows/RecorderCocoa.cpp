@@ -1,0 +1,300 @@
+#include "Quillmoth/Shell/Windows/RecorderCocoa.h"
+
+#include "KeyboardShortcuts/ShortcutText.h"
+#include "Quillmoth/Shell/Windows/Controls.h"
+#include "Quillmoth/Shell/Windows/WindowTheme.h"
+
+#include <QCoreApplication>
+#include <QFocusEvent>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QStyle>
+#include <QStyleOptionFrame>
+
+#include <any>
+#include <utility>
+
+namespace quillmoth {
+
+namespace {
+
+using KeyboardShortcuts::ModifierFlags;
+using KeyboardShortcuts::Name;
+using KeyboardShortcuts::Shortcut;
+
+/// A click this near to the field does not end the recording.
+constexpr int kMargin = 3;
+constexpr int kClearInset = 7;
+constexpr int kClearSize = 14;
+
+template<class... Visitors>
+struct Overloaded : Visitors... {
+    using Visitors::operator()...;
+};
+template<class... Visitors>
+Overloaded(Visitors...) -> Overloaded<Visitors...>;
+
+ModifierFlags flags(Qt::KeyboardModifiers modifiers) {
+    constexpr std::pair<Qt::KeyboardModifier, ModifierFlags> kTable[] = {
+        {Qt::ControlModifier, KeyboardShortcuts::kFlagCommand},
+        {Qt::AltModifier, KeyboardShortcuts::kFlagOption},
+        {Qt::ShiftModifier, KeyboardShortcuts::kFlagShift},
+        {Qt::MetaModifier, KeyboardShortcuts::kFlagControl},
+        {Qt::KeypadModifier, KeyboardShortcuts::kFlagNumericPad}};
+    ModifierFlags set = 0;
+    for (const auto& [modifier, flag] : kTable) {
+        if (modifiers & modifier)
+            set |= flag;
+    }
+    return set;
+}
+
+SpecialKey specialKey(int key) {
+    if (key == Qt::Key_Tab)
+        return SpecialKey::tab;
+    if (key == Qt::Key_Backspace)
+        return SpecialKey::deleteBackward;
+    if (key == Qt::Key_Delete)
+        return SpecialKey::deleteForward;
+    return key >= Qt::Key_F1 && key <= Qt::Key_F35 ? SpecialKey::function : SpecialKey::none;
+}
+
+/// A press of one of these alone changes the modifiers and is no key.
+bool isModifierKey(int key) {
+    constexpr int kKeys[] = {Qt::Key_Shift,   Qt::Key_Control,  Qt::Key_Alt,     Qt::Key_Meta,
+                             Qt::Key_AltGr,   Qt::Key_Super_L,  Qt::Key_Super_R, Qt::Key_Hyper_L,
+                             Qt::Key_Hyper_R, Qt::Key_CapsLock, Qt::Key_NumLock, Qt::Key_ScrollLock};
+    return std::find(std::begin(kKeys), std::end(kKeys), key) != std::end(kKeys);
+}
+
+QString recorderTextOf(std::string_view key) {
+    return QString::fromStdString(recorderText(key));
+}
+
+} // namespace
+
+LocalEventMonitor& LocalEventMonitor::start() {
+    QCoreApplication::instance()->installEventFilter(this);
+    return *this;
+}
+
+bool LocalEventMonitor::eventFilter(QObject* receiver, QEvent* event) {
+    // A copy: the callback may drop the monitor.
+    const auto callback = callback_;
+    return callback(receiver, *event);
+}
+
+RecorderCocoa::RecorderCocoa(Name name, RecorderServices services, Change onChange)
+    : services_(std::move(services)), onChange_(std::move(onChange)), shortcutName_(std::move(name)),
+      cancelButton_(new SymbolButton(QStringLiteral("clear"), kClearSize)) {
+    setReadOnly(true);
+    setAlignment(Qt::AlignCenter);
+    setContextMenuPolicy(Qt::NoContextMenu);
+    setFocusPolicy(Qt::NoFocus);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setFont(windowFont(14));
+    setCursor(Qt::ArrowCursor);
+    cancelButton_->setParent(this);
+    cancelButton_->setFocusPolicy(Qt::NoFocus);
+    cancelButton_->setAccessibleName(QStringLiteral("Clear shortcut"));
+    connect(cancelButton_, &QToolButton::clicked, this, [this] { clickClearButton(); });
+    showPrompt("record_shortcut");
+    refreshText();
+    observer_ = services_.notificationCenter.addObserver(
+        KeyboardShortcuts::kShortcutByNameDidChange, [this](const platform::Notification& notification) {
+            const auto entry = notification.userInfo.find("name");
+            const auto* changed =
+                entry != notification.userInfo.end() ? std::any_cast<Name>(&entry->second) : nullptr;
+            if (changed != nullptr && *changed == shortcutName_)
+                refreshText();
+        });
+}
+
+RecorderCocoa::~RecorderCocoa() {
+    if (isRecording())
+        endEditing();
+}
+
+void RecorderCocoa::setShortcutName(const Name& name) {
+    if (name == shortcutName_)
+        return;
+    shortcutName_ = name;
+    refreshText();
+}
+
+bool RecorderCocoa::hasClearButton() const {
+    return !cancelButton_->isHidden();
+}
+
+QSize RecorderCocoa::sizeHint() const {
+    return {kMinimumWidth, 28};
+}
+
+void RecorderCocoa::showPrompt(std::string_view key) {
+    prompt_ = recorderTextOf(key);
+    setPlaceholderText(prompt_);
+    update();
+}
+
+void RecorderCocoa::refreshText() {
+    showText(services_.shortcuts.getShortcut(shortcutName_));
+}
+
+void RecorderCocoa::showText(const std::optional<Shortcut>& shortcut) {
+    setText(shortcut ? QString::fromStdString(KeyboardShortcuts::description(*shortcut, services_.layout))
+                     : QString());
+    const QString words =
+        shortcut ? QString::fromStdString(KeyboardShortcuts::spokenDescription(*shortcut, services_.layout))
+                 : QString();
+    setToolTip(words);
+    setAccessibleDescription(words);
+    cancelButton_->setVisible(!QLineEdit::text().isEmpty());
+}
+
+void RecorderCocoa::showEvent(QShowEvent* event) {
+    QLineEdit::showEvent(event);
+    // A window that has just been opened does not record by itself.
+    services_.mainQueue.async([this, alive = std::weak_ptr(alive_)] {
+        if (alive.expired())
+            return;
+        canBecomeKey_ = true;
+        setFocusPolicy(Qt::StrongFocus);
+    });
+}
+
+void RecorderCocoa::focusInEvent(QFocusEvent* event) {
+    QLineEdit::focusInEvent(event);
+    if (canBecomeKey_ && !isRecording())
+        beginRecording();
+}
+
+void RecorderCocoa::beginRecording() {
+    showPrompt("press_shortcut");
+    services_.shortcuts.setRecordingPause(true);
+    eventMonitor_ = std::make_unique<LocalEventMonitor>(
+        [this](QObject* receiver, QEvent& event) { return handle(receiver, event); });
+    eventMonitor_->start();
+}
+
+void RecorderCocoa::focusOutEvent(QFocusEvent* event) {
+    QLineEdit::focusOutEvent(event);
+    deselect();
+    if (event->reason() != Qt::PopupFocusReason && isRecording())
+        endEditing();
+}
+
+void RecorderCocoa::endEditing() {
+    eventMonitor_.reset();
+    showPrompt("record_shortcut");
+    services_.shortcuts.setRecordingPause(false);
+}
+
+void RecorderCocoa::blur() {
+    clearFocus();
+}
+
+void RecorderCocoa::clickClearButton() {
+    clear();
+    textDidChange();
+}
+
+void RecorderCocoa::textDidChange() {
+    if (!QLineEdit::text().isEmpty())
+        return;
+    services_.shortcuts.setShortcut(std::nullopt, shortcutName_);
+    if (onChange_)
+        onChange_(std::nullopt);
+    showText(std::nullopt);
+    setFocus(Qt::OtherFocusReason);
+}
+
+bool RecorderCocoa::handle(QObject* receiver, QEvent& event) {
+    const auto* widget = qobject_cast<QWidget*>(receiver);
+    if (widget == nullptr)
+        return false;
+    switch (event.type()) {
+    case QEvent::MouseButtonRelease: {
+        const QPoint position = mapFromGlobal(static_cast<QMouseEvent&>(event).globalPosition().toPoint());
+        if (!rect().adjusted(-kMargin, -kMargin, kMargin, kMargin).contains(position))
+            blur();
+        return false;
+    }
+    case QEvent::ShortcutOverride:
+        // No shortcut of the window's is to fire; the press itself follows.
+        event.accept();
+        return true;
+    case QEvent::KeyPress:
+        return handleKey(static_cast<QKeyEvent&>(event));
+    default:
+        return false;
+    }
+}
+
+bool RecorderCocoa::handleKey(const QKeyEvent& event) {
+    if (isModifierKey(event.key()))
+        return false;
+    const auto keyCode =
+        services_.virtualKeyCode ? services_.virtualKeyCode(event.nativeScanCode()) : std::nullopt;
+    carryOut(recordingStep({.keyCode = keyCode,
+                            .modifierFlags = flags(event.modifiers()),
+                            .specialKey = specialKey(event.key())},
+                           services_.mainMenu(), services_.shortcuts.system(), services_.layout));
+    return true;
+}
+
+void RecorderCocoa::carryOut(const RecordingStep& step) {
+    std::visit(Overloaded{
+                   // Moving the focus ends the recording.
+                   [this](RecordingEndsAndMovesOn) { focusNextPrevChild(true); },
+                   [this](RecordingEnds) { blur(); },
+                   [this](RecordingClears) { clickClearButton(); },
+                   [this](RecordingBeeps) { services_.beep(); },
+                   [this](const RecordingMeetsMenuItem& conflict) {
+                       refuse(QString::fromStdString(usedByMenuItemText(conflict.title)), {});
+                   },
+                   [this](RecordingMeetsSystem) {
+                       refuse(recorderTextOf("keyboard_shortcut_used_by_system"),
+                              recorderTextOf("keyboard_shortcuts_can_be_changed"));
+                   },
+                   [this](const RecordingAccepts& accepted) {
+                       showText(accepted.shortcut);
+                       services_.shortcuts.setShortcut(accepted.shortcut, shortcutName_);
+                       if (onChange_)
+                           onChange_(accepted.shortcut);
+                       blur();
+                   },
+               },
+               step);
+}
+
+void RecorderCocoa::refuse(const QString& message, const QString& informativeText) {
+    blur();
+    services_.alert(message, informativeText, [this, alive = std::weak_ptr(alive_)] {
+        if (alive.expired())
+            return;
+        window()->activateWindow();
+        setFocus(Qt::OtherFocusReason);
+    });
+}
+
+void RecorderCocoa::resizeEvent(QResizeEvent* event) {
+    QLineEdit::resizeEvent(event);
+    const int surplus = (cancelButton_->width() - kClearSize) / 2;
+    cancelButton_->move(width() - kClearInset - kClearSize - surplus,
+                        (height() - cancelButton_->height()) / 2);
+}
+
+void RecorderCocoa::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    QStyleOptionFrame option;
+    initStyleOption(&option);
+    style()->drawPrimitive(QStyle::PE_PanelLineEdit, &option, &painter, this);
+    const WindowTheme& theme = windowTheme(palette());
+    const bool isEmpty = QLineEdit::text().isEmpty();
+    painter.setFont(isEmpty ? windowFont() : font());
+    painter.setPen(isEmpty ? theme.text2 : theme.text);
+    painter.drawText(rect(), Qt::AlignCenter, isEmpty ? prompt_ : QLineEdit::text());
+}
+
+} // namespace quillmoth

@@ -1,0 +1,111 @@
+#pragma once
+
+#include "KeyboardShortcuts/Center.h"
+#include "Platform/KeyboardLayout.h"
+#include "Platform/MainQueue.h"
+#include "Quillmoth/Settings/Recording.h"
+
+#include <QLineEdit>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+class QKeyEvent;
+
+namespace quillmoth {
+
+class SymbolButton;
+
+/// Sees the application's events before the application does, from start until it is dropped.
+class LocalEventMonitor final : public QObject {
+public:
+    /// True swallows the event.
+    using Callback = std::function<bool(QObject* receiver, QEvent& event)>;
+
+    explicit LocalEventMonitor(Callback callback) : callback_(std::move(callback)) {}
+
+    LocalEventMonitor& start();
+
+    bool eventFilter(QObject* receiver, QEvent* event) override;
+
+private:
+    Callback callback_;
+};
+
+/// What a recorder works with. The services outlive it.
+struct RecorderServices {
+    KeyboardShortcuts::Center& shortcuts;
+    platform::NotificationCenter& notificationCenter;
+    platform::KeyboardLayout& layout;
+    platform::MainQueue& mainQueue;
+    /// The virtual key code of a native scan code; none where it has none.
+    std::function<std::optional<std::uint16_t>(std::uint32_t nativeScanCode)> virtualKeyCode;
+    std::function<std::vector<MainMenuItem>()> mainMenu;
+    /// Shows a warning and calls `done` when it has been closed.
+    std::function<void(const QString& message, const QString& informativeText, std::function<void()> done)>
+        alert;
+    std::function<void()> beep;
+};
+
+/// The field in which the user presses a shortcut. While it has the focus it takes the keys, and all hot keys
+/// pause. Main thread.
+class RecorderCocoa final : public QLineEdit {
+public:
+    using Change = std::function<void(const std::optional<KeyboardShortcuts::Shortcut>&)>;
+
+    RecorderCocoa(KeyboardShortcuts::Name name, RecorderServices services, Change onChange = {});
+    ~RecorderCocoa() override;
+
+    [[nodiscard]] const KeyboardShortcuts::Name& shortcutName() const { return shortcutName_; }
+
+    void setShortcutName(const KeyboardShortcuts::Name& name);
+
+    [[nodiscard]] bool isRecording() const { return eventMonitor_ != nullptr; }
+
+    [[nodiscard]] QString prompt() const { return prompt_; }
+
+    [[nodiscard]] bool hasClearButton() const;
+    void clickClearButton();
+
+    [[nodiscard]] QSize sizeHint() const override;
+
+    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void showEvent(QShowEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    void beginRecording();
+    void endEditing();
+    void blur();
+    void refreshText();
+    void showText(const std::optional<KeyboardShortcuts::Shortcut>& shortcut);
+    void showPrompt(std::string_view key);
+    void textDidChange();
+    bool handle(QObject* receiver, QEvent& event);
+    bool handleKey(const QKeyEvent& event);
+    void carryOut(const RecordingStep& step);
+    void refuse(const QString& message, const QString& informativeText);
+
+    static constexpr int kMinimumWidth = 130;
+
+    RecorderServices services_;
+    Change onChange_;
+    KeyboardShortcuts::Name shortcutName_;
+    std::unique_ptr<LocalEventMonitor> eventMonitor_;
+    Subscription observer_;
+    bool canBecomeKey_ = false;
+    SymbolButton* cancelButton_;
+    QString prompt_;
+    // Lets work that comes late find out that the field has gone.
+    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
+};
+
+} // namespace quillmoth

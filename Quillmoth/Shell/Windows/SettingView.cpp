@@ -1,0 +1,293 @@
+#include "Quillmoth/Shell/Windows/SettingView.h"
+
+#include "Foundation/Log.h"
+#include "Platform/UserDefaults.h"
+#include "Platform/Workspace.h"
+#include "Quillmoth/Chat/ServiceAddresses.h"
+#include "Quillmoth/Shell/Windows/Controls.h"
+#include "Quillmoth/Shell/Windows/ShellWindow.h"
+#include "Quillmoth/Shell/Windows/WindowTheme.h"
+
+#include <QBoxLayout>
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+#include <utility>
+
+namespace quillmoth {
+
+namespace {
+
+constexpr int kPadding = 70;
+constexpr int kItemSpacing = 14;
+// Around a hairline, beyond the spacing of the items.
+constexpr int kGroupSpacing = 6;
+constexpr int kLabelGap = 10;
+constexpr int kFieldRowSpacing = 12;
+constexpr int kFormWidth = 300;
+constexpr int kRecorderGap = 9;
+constexpr int kEye = 16;
+constexpr int kEyeMargin = 26;
+
+const auto kPaying = QStringLiteral("Quillmoth is paying for your API usage");
+const auto kOwnKey = QStringLiteral("You are using your own key\nMake sure you fill in your key correctly.");
+const auto kEligibility =
+    QStringLiteral("Ensure that you're eligible to use GPT-4, otherwise, you will encounter a 404 error.");
+
+QString qt(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+void addHairline(QVBoxLayout& column) {
+    column.addSpacing(kGroupSpacing);
+    column.addWidget(new Hairline);
+    column.addSpacing(kGroupSpacing);
+}
+
+QPushButton* makeButton(const QString& title) {
+    auto* button = new QPushButton(title);
+    button->setAutoDefault(false);
+    button->setFocusPolicy(Qt::TabFocus);
+    button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    return button;
+}
+
+QLineEdit* makeField(const QString& name) {
+    auto* field = new QLineEdit;
+    field->setAccessibleName(name);
+    return field;
+}
+
+QGridLayout* makeGrid() {
+    auto* grid = new QGridLayout;
+    grid->setHorizontalSpacing(kLabelGap);
+    grid->setVerticalSpacing(kFieldRowSpacing);
+    grid->setColumnStretch(1, 1);
+    return grid;
+}
+
+/// Both grids have the same label column.
+QLabel* addLabel(QGridLayout& grid, int row, const QString& text) {
+    auto* label = new QLabel(text);
+    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    label->setMinimumWidth(QFontMetrics(windowFont()).horizontalAdvance(QStringLiteral("OpenAI API Key:")) +
+                           1);
+    grid.addWidget(label, row, 0);
+    return label;
+}
+
+/// Leaves the cursor of a field alone that shows the text already.
+void showText(QLineEdit& field, const std::string& text) {
+    const QString shown = qt(text);
+    if (field.text() != shown)
+        field.setText(shown);
+}
+
+} // namespace
+
+DoubleShortcut::DoubleShortcut(RecorderServices services)
+    : recorder_(new RecorderCocoa(KeyboardShortcuts::Name("showFloatingPanel"), std::move(services))) {
+    const auto title = QStringLiteral("Open Quillmoth Hotkey:");
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(kRecorderGap);
+    row->addWidget(new QLabel(title));
+    row->addWidget(recorder_);
+    row->addStretch();
+    recorder_->setAccessibleName(title);
+    setMaximumWidth(kFormWidth);
+}
+
+SettingView::SettingView(const platform::Platform& platform, RecorderServices recorderServices,
+                         Updater& updater, LaunchAtLogin& launchAtLogin,
+                         std::function<void()> openPromptEditor)
+    : _checkForUpdatesViewModel(updater), updater(updater), platform_(platform),
+      settings_(platform.userDefaults), launchAtLogin_(launchAtLogin),
+      openPromptEditor_(std::move(openPromptEditor)), connectionTest_(platform),
+      shortcut_(new DoubleShortcut(std::move(recorderServices))),
+      loginSwitch_(new Switch(QStringLiteral("Launch at login 😀"))) {
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(kPadding, kPadding, kPadding, kPadding);
+    column->setSpacing(kItemSpacing);
+    column->addWidget(shortcut_);
+    column->addWidget(loginSwitch_);
+    connect(loginSwitch_, &Switch::clicked, this, [this](bool on) {
+        launchAtLogin_.setEnabled(on);
+        loginSwitch_->setChecked(launchAtLogin_.isEnabled());
+    });
+    addHairline(*column);
+    addKeyBlock(*column);
+    addHairline(*column);
+    addVersionBlock(*column);
+    addHairline(*column);
+    addMethodBlock(*column);
+    addHairline(*column);
+    addServerBlock(*column);
+    column->addStretch();
+    defaultsChange_ = platform_.userDefaults.onChange([this] { showSettings(); });
+    refresh();
+}
+
+void SettingView::addKeyBlock(QVBoxLayout& column) {
+    QPushButton* editor = makeButton(QStringLiteral("Open Prompt Editor"));
+    connect(editor, &QPushButton::clicked, this, [this] { openPromptEditor_(); });
+    column.addWidget(editor);
+    keyStatus_ = new ToneLabel(Tone::bad);
+    column.addWidget(keyStatus_);
+    QGridLayout* grid = makeGrid();
+    column.addLayout(grid);
+    addKeyFields(*grid);
+}
+
+void SettingView::addKeyFields(QGridLayout& grid) {
+    const auto title = QStringLiteral("OpenAI API Key:");
+    keyField_ = makeField(title);
+    addLabel(grid, 0, title);
+    grid.addWidget(keyField_, 0, 1);
+    connect(keyField_, &QLineEdit::textEdited, this,
+            [this](const QString& key) { settings_.setAPIKey(key.toStdString()); });
+    addKeyControl();
+    warning_ = new ToneLabel(Tone::bad, kEligibility);
+    grid.addWidget(warning_, 1, 1);
+    addLabel(grid, 2, QStringLiteral("Model"));
+    picker_ = new ModelPicker;
+    picker_->setAccessibleName(QStringLiteral("Model"));
+    picker_->onChoice = [this](const QString& model) { settings_.setModel(model.toStdString()); };
+    grid.addWidget(picker_, 2, 1, Qt::AlignLeft);
+}
+
+void SettingView::addKeyControl() {
+    keyControl_ = new SymbolButton(QStringLiteral("eye"), kEye);
+    auto* row = new QHBoxLayout(keyField_);
+    row->setContentsMargins(0, 0, 3, 0);
+    row->addStretch();
+    row->addWidget(keyControl_);
+    keyField_->setTextMargins(0, 0, kEyeMargin - 7, 0);
+    connect(keyControl_, &QToolButton::clicked, this,
+            [this] { settings_.setHidesKey(!settings_.hidesKey()); });
+}
+
+void SettingView::showKeyControl() {
+    const bool hides = settings_.hidesKey();
+    const QString action = hides ? QStringLiteral("Show the key") : QStringLiteral("Hide the key");
+    keyField_->setEchoMode(hides ? QLineEdit::Password : QLineEdit::Normal);
+    keyControl_->setSymbol(hides ? QStringLiteral("eye.slash") : QStringLiteral("eye"));
+    keyControl_->setAccessibleName(action);
+    keyControl_->setToolTip(action);
+}
+
+void SettingView::addVersionBlock(QVBoxLayout& column) {
+    column.addWidget(new ToneLabel(Tone::secondary, "Version: " + qt(versionString(platform_.bundle))));
+    QPushButton* tutorial = makeButton(QStringLiteral("Tutorial: How to Generate Your Own Key"));
+    connect(tutorial, &QPushButton::clicked, this, [this] { openTutorial(); });
+    column.addWidget(tutorial);
+    updateButton_ = makeButton(QStringLiteral("Check for Updates…"));
+    connect(updateButton_, &QPushButton::clicked, this, [this] { updater.checkForUpdates(); });
+    column.addWidget(updateButton_);
+    _checkForUpdatesViewModel.onChange = [this] {
+        updateButton_->setEnabled(_checkForUpdatesViewModel._canCheckForUpdates);
+    };
+    _checkForUpdatesViewModel.onChange();
+    updater.onOutcome = [this](const UpdateOutcome& outcome) { showUpdateOutcome(outcome); };
+}
+
+void SettingView::openTutorial() {
+    if (platform_.workspace.openURL(std::string(kWebSite) + "/tutorial"))
+        logLine("Successfully opened");
+}
+
+void SettingView::showUpdateOutcome(const UpdateOutcome& outcome) {
+    const QString present = QStringLiteral("You have version %1.").arg(qt(versionString(platform_.bundle)));
+    if (const auto* failed = std::get_if<UpdateCheckFailed>(&outcome)) {
+        showAlert(this, true, QStringLiteral("Could not check for updates."), qt(failed->description));
+    } else if (const auto* available = std::get_if<UpdateAvailable>(&outcome)) {
+        const UpdateFeed& feed = available->feed;
+        AlertButton download;
+        if (feed.url)
+            download = {QStringLiteral("Open Download Page"),
+                        [this, url = *feed.url] { platform_.workspace.openURL(url); }};
+        const QString notes = feed.notes ? "\n\n" + qt(*feed.notes) : QString();
+        showAlert(this, false, QStringLiteral("Quillmoth %1 is available.").arg(qt(feed.version)),
+                  present + notes, {}, download);
+    } else {
+        showAlert(this, false, QStringLiteral("Quillmoth is up to date."), present);
+    }
+}
+
+void SettingView::addMethodBlock(QVBoxLayout& column) {
+    methodSwitch_ = new Switch(QStringLiteral("Use an alternative method to obtain the text"));
+    connect(methodSwitch_, &Switch::clicked, this, [this](bool on) { settings_.setUseCopyHack(on); });
+    column.addWidget(methodSwitch_);
+    auto* link = new LinkButton(qt(kWebSite.substr(kWebSite.find("//") + 2)));
+    connect(link, &QPushButton::clicked, this,
+            [this] { platform_.workspace.openURL(std::string(kWebSite)); });
+    column.addWidget(link);
+}
+
+void SettingView::addServerBlock(QVBoxLayout& column) {
+    auto* caption = new QLabel(QStringLiteral("Server"));
+    caption->setFont(windowFont(13, QFont::DemiBold));
+    column.addWidget(caption);
+    QGridLayout* grid = makeGrid();
+    column.addLayout(grid);
+    serverField_ = makeField(QStringLiteral("Server address"));
+    serverField_->setPlaceholderText(qt(kOpenAI));
+    addLabel(*grid, 0, QStringLiteral("Address:"));
+    grid->addWidget(serverField_, 0, 1);
+    serverModelField_ = makeField(QStringLiteral("Name of the model on the server"));
+    serverModelField_->setPlaceholderText(qt(settings_.offeredModels().front()));
+    addLabel(*grid, 1, QStringLiteral("Model name:"));
+    grid->addWidget(serverModelField_, 1, 1);
+    testButton_ = makeButton(QStringLiteral("Test connection"));
+    grid->addWidget(testButton_, 2, 1, Qt::AlignLeft);
+    testResult_ = new ToneLabel(Tone::secondary);
+    testResult_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    testResult_->hide();
+    grid->addWidget(testResult_, 3, 1);
+    connect(serverField_, &QLineEdit::textEdited, this,
+            [this](const QString& address) { settings_.setServerAddress(address.toStdString()); });
+    connect(serverModelField_, &QLineEdit::textEdited, this,
+            [this](const QString& model) { settings_.setServerModel(model.toStdString()); });
+    connect(testButton_, &QPushButton::clicked, this, [this] { testConnection(); });
+}
+
+void SettingView::testConnection() {
+    testButton_->setEnabled(false);
+    const auto showResult = [this](Tone tone, const QString& text) {
+        testResult_->setTone(tone);
+        testResult_->setPlainText(text);
+        testResult_->show();
+    };
+    showResult(Tone::secondary, QStringLiteral("Asking the server…"));
+    connectionTest_.start([this, showResult](const ConnectionTest::Answer& answer) {
+        showResult(answer.isGood ? Tone::good : Tone::bad, qt(answer.text));
+        testButton_->setEnabled(true);
+    });
+}
+
+void SettingView::refresh() {
+    loginSwitch_->setChecked(launchAtLogin_.isEnabled());
+    showSettings();
+}
+
+void SettingView::showSettings() {
+    const std::string key = settings_.apiKey();
+    keyStatus_->setPlainText(key.empty() ? kPaying : kOwnKey);
+    keyStatus_->setTone(key.empty() ? Tone::bad : Tone::good);
+    showText(*keyField_, key);
+    showKeyControl();
+    warning_->setVisible(settings_.showsEligibilityWarning());
+    QStringList offered;
+    for (const auto& model : settings_.offeredModels())
+        offered << qt(model);
+    picker_->setModels(offered, qt(settings_.model()));
+    methodSwitch_->setChecked(settings_.useCopyHack());
+    showText(*serverField_, settings_.serverAddress());
+    // A name that is being rewritten may be empty for a while.
+    if (!serverModelField_->hasFocus() || !serverModelField_->text().isEmpty())
+        showText(*serverModelField_, settings_.model());
+}
+
+} // namespace quillmoth

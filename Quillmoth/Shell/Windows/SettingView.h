@@ -1,0 +1,89 @@
+#pragma once
+
+#include "Platform/Platform.h"
+#include "Quillmoth/Settings/ConnectionTest.h"
+#include "Quillmoth/Settings/LaunchAtLogin.h"
+#include "Quillmoth/Settings/SettingsModel.h"
+#include "Quillmoth/Settings/Updater.h"
+#include "Quillmoth/Shell/Windows/RecorderCocoa.h"
+
+#include <QPoint>
+#include <QWidget>
+
+#include <functional>
+
+class QGridLayout;
+class QLineEdit;
+class QPushButton;
+class QVBoxLayout;
+
+namespace quillmoth {
+
+class ModelPicker;
+class Switch;
+class ToneLabel;
+
+/// A form with the recorder of the shortcut that opens the panel.
+class DoubleShortcut final : public QWidget {
+public:
+    explicit DoubleShortcut(RecorderServices services);
+
+    [[nodiscard]] RecorderCocoa& recorder() const { return *recorder_; }
+
+private:
+    RecorderCocoa* recorder_;
+};
+
+/// The content of the settings window. What is typed goes to the defaults store at once, and what changes
+/// there shows here. Main thread.
+class SettingView final : public QWidget {
+public:
+    /// The services, `updater` and `launchAtLogin` outlive the view.
+    SettingView(const platform::Platform& platform, RecorderServices recorderServices, Updater& updater,
+                LaunchAtLogin& launchAtLogin, std::function<void()> openPromptEditor);
+
+    /// Reads everything anew.
+    void refresh();
+
+    bool _showFloatingWindow = false;
+    QPoint _position;
+    bool _onHover = false;
+    CheckForUpdatesViewModel _checkForUpdatesViewModel;
+    Updater& updater;
+
+private:
+    void addKeyBlock(QVBoxLayout& column);
+    void addKeyFields(QGridLayout& grid);
+    void addVersionBlock(QVBoxLayout& column);
+    void addMethodBlock(QVBoxLayout& column);
+    void addServerBlock(QVBoxLayout& column);
+    void addKeyControl();
+    void showSettings();
+    void showKeyControl();
+    void showUpdateOutcome(const UpdateOutcome& outcome);
+    void testConnection();
+    void openTutorial();
+
+    const platform::Platform platform_;
+    SettingsModel settings_;
+    LaunchAtLogin& launchAtLogin_;
+    std::function<void()> openPromptEditor_;
+    ConnectionTest connectionTest_;
+
+    DoubleShortcut* shortcut_;
+    Switch* loginSwitch_;
+    ToneLabel* keyStatus_;
+    QLineEdit* keyField_;
+    SymbolButton* keyControl_;
+    ToneLabel* warning_;
+    ModelPicker* picker_;
+    QPushButton* updateButton_;
+    Switch* methodSwitch_;
+    QLineEdit* serverField_;
+    QLineEdit* serverModelField_;
+    QPushButton* testButton_;
+    ToneLabel* testResult_;
+    Subscription defaultsChange_;
+};
+
+} // namespace quillmoth

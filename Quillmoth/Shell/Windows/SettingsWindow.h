@@ -1,0 +1,45 @@
+#pragma once
+
+#include "KeyboardShortcuts/Center.h"
+#include "Platform/LoginItem.h"
+#include "Platform/Platform.h"
+#include "Quillmoth/Settings/LaunchAtLogin.h"
+#include "Quillmoth/Settings/Updater.h"
+#include "Quillmoth/Shell/Windows/ShellWindow.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+
+namespace quillmoth {
+
+class SettingView;
+
+/// What the settings window needs from where the program is put together.
+struct SettingsHooks {
+    std::function<void()> openPromptEditor;
+    /// The virtual key code of a native scan code of Qt's; none where it has none.
+    std::function<std::optional<std::uint16_t>(std::uint32_t nativeScanCode)> virtualKeyCode;
+};
+
+/// The settings. Made at first use and kept; closing hides it. Main thread.
+class SettingsWindow final : public ShellWindow {
+public:
+    /// All but the hooks outlive the window.
+    SettingsWindow(const platform::Platform& platform, KeyboardShortcuts::Center& shortcuts,
+                   platform::LoginItems& loginItems, ColorScheme& colorScheme, const SettingsHooks& hooks);
+
+    [[nodiscard]] SettingView& view() const { return *view_; }
+
+protected:
+    void showEvent(QShowEvent* event) override;
+
+private:
+    void fitScreen();
+
+    Updater updater_;
+    LaunchAtLogin launchAtLogin_;
+    SettingView* view_;
+};
+
+} // namespace quillmoth

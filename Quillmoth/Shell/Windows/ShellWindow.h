@@ -1,0 +1,60 @@
+#pragma once
+
+#include "Foundation/Subscription.h"
+
+#include <QPointer>
+#include <QWidget>
+
+#include <functional>
+
+namespace quillmoth {
+
+class ColorScheme;
+class FocusRing;
+
+/// An ordinary window of the program: its look, which follows the desktop's, and the keys that every window
+/// answers to. Main thread.
+class ShellWindow : public QWidget {
+public:
+    /// `colorScheme` outlives the window.
+    ShellWindow(const QString& title, ColorScheme& colorScheme);
+    ~ShellWindow() override;
+
+    /// Shows the window, or brings it to the front.
+    void present();
+
+    /// What Ctrl+Q does.
+    std::function<void()> onQuit;
+
+protected:
+    /// To be called once all that the window holds has been made.
+    void applyLook();
+
+    /// Called after a change of light and dark.
+    virtual void themeChanged() {}
+
+    bool focusNextPrevChild(bool next) override;
+
+private:
+    void follow(QWidget* focused);
+
+    ColorScheme& colorScheme_;
+    FocusRing* focusRing_ = nullptr;
+    bool isMovingFocus_ = false;
+    // What the keyboard has moved the focus to last.
+    QPointer<QWidget> keyboardFocus_;
+    Subscription schemeChange_;
+    QMetaObject::Connection focusChange_;
+};
+
+struct AlertButton {
+    QString title;
+    std::function<void()> action;
+};
+
+/// A sheet on the window of `parent`, or a dialog where there is none. Returns at once; `done` is called when
+/// it has been closed. `extra` is a further button in front of the one that closes it.
+void showAlert(QWidget* parent, bool isWarning, const QString& text, const QString& informativeText,
+               std::function<void()> done = {}, const AlertButton& extra = {});
+
+} // namespace quillmoth

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QPalette>
+
+namespace quillmoth {
+
+class SymbolCache;
+
+/// The colours of the program's ordinary windows.
+struct WindowTheme {
+    QColor base, side, card, text, text2, text3, divider, field, fieldEdge, fieldBottom, button, buttonEdge,
+        buttonHover, buttonPressed, indigo, indigoPressed, indigoText, ring, switchOff, red, green, link;
+};
+
+[[nodiscard]] const WindowTheme& windowTheme(bool dark);
+
+/// The theme that a widget's palette belongs to.
+[[nodiscard]] const WindowTheme& windowTheme(const QPalette& palette);
+
+[[nodiscard]] QPalette windowPalette(bool dark);
+
+/// The desktop's own family.
+[[nodiscard]] QFont windowFont(int pixelSize = 13, QFont::Weight weight = QFont::Normal);
+
+/// The symbols drawn in windows. Main thread.
+[[nodiscard]] SymbolCache& windowSymbols();
+
+constexpr double kDisabledOpacity = 0.42;
+
+} // namespace quillmoth

@@ -1,0 +1,208 @@
+#include "EditorFixture.h"
+
+#include <algorithm>
+
+namespace quillmoth {
+
+namespace {
+
+using Kind = PromptEditorView::Kind;
+
+class EditorRulesTest : public EditorFixture {
+protected:
+    /// The editor over `names`, with `kind` on show and its preset `index` selected.
+    PromptEditorView& open(const Names& names, Kind kind = Kind::context, Selection index = std::nullopt) {
+        makeModel(names);
+        editor_.emplace(model, platform.platform());
+        editor_->showTab(kind);
+        editor_->shownTab().selection = index;
+        return *editor_;
+    }
+
+    std::optional<PromptEditorView> editor_;
+};
+
+TEST_F(EditorRulesTest, aPresetThatNamesNoKindOrAnotherOneIsListedInTheContextTab) {
+    PromptEditorView& view = open({"c0", "n1", "absent", "n3"});
+    model->_PromptM.get()->mutatePrompts([](auto& presets) { presets[3].promptType = "other"; });
+    EXPECT_EQ(view.contextTab.rows(), (Rows{0, 2, 3}));
+    EXPECT_EQ(view.nonContextTab.rows(), (Rows{1}));
+}
+
+TEST_F(EditorRulesTest, addAppendsThePresetOfTheTabAndKeepsTheSelection) {
+    PromptEditorView& view = open({"c0"}, Kind::context, 0);
+    view.add();
+    view.showTab(Kind::nonContext);
+    view.add();
+    const PromptData context{platform::FakeUUIDSource::uuid(1),
+                             "😀",
+                             "New Prompt",
+                             "{selected text}",
+                             std::nullopt,
+                             "context",
+                             std::nullopt};
+    const PromptData nonContext{platform::FakeUUIDSource::uuid(2), "😀",          "New Prompt", "Hi!",
+                                "You're a helpful assistant!",     "nonContext", std::nullopt};
+    EXPECT_EQ(presets(), (std::vector<PromptData>{namedPreset("c0"), context, nonContext}));
+    EXPECT_EQ(fileContent(), presets());
+    EXPECT_EQ(view.contextTab.selection, 0);
+    EXPECT_EQ(view.nonContextTab.selection, std::nullopt);
+}
+
+TEST_F(EditorRulesTest, changesOfTheListReachTheAssistantsRows) {
+    PromptEditorView& view = open({"c0", "n1", "c2"}, Kind::nonContext, 1);
+    model->_isContext = true;
+    model->_selectedIndex = 0;
+    view.showTab(Kind::context);
+    view.add();
+    EXPECT_EQ(model->_filteredData.get(), (Rows{0, 2, 3}));
+    EXPECT_EQ(model->_selectedIndex, DataModel::kTypedCommand);
+    view.moveRow(0, 3);
+    EXPECT_EQ(model->_filteredData.get(), (Rows{1, 2, 3}));
+    view.showTab(Kind::nonContext);
+    view.deletePreset();
+    EXPECT_EQ(model->_filteredData.get(), (Rows{0, 1, 2}));
+}
+
+TEST_F(EditorRulesTest, eachEditIsWrittenAtOnce) {
+    PromptEditorView& view = open({"c0", "plain"}, Kind::context, 1);
+    EditorView form = *view.editor();
+    const std::size_t before = platform.documents.writeCount;
+    lines.clear();
+    form.setName("Name");
+    form.setEmoji("👨‍👩‍👧");
+    form.setPrompt("Prompt");
+    form.setSystemPrompt("");
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), "Saved to JSON"), 4);
+    EXPECT_EQ(platform.documents.writeCount, before + 4);
+    const PromptData expected{"id of plain", "👨‍👩‍👧", "Name", "Prompt", "",
+                              std::nullopt,  std::nullopt};
+    EXPECT_EQ(fileContent()[1], expected);
+    EXPECT_EQ(fileContent()[0], namedPreset("c0"));
+}
+
+TEST_F(EditorRulesTest, absentValuesHaveADefaultOnShowThatIsNotStored) {
+    PromptEditorView& view = open({"plain"}, Kind::context, 0);
+    EXPECT_EQ(view.editor()->shownSystemPrompt(), "You are a helpful assistant.");
+    EXPECT_EQ(view.editor()->shownPromptType(), "context");
+    EXPECT_EQ(presets(), std::vector<PromptData>{namedPreset("plain")});
+}
+
+TEST_F(EditorRulesTest, aMoveWithinATabMovesAmongAllPresetsAndTheSelectionsFollow) {
+    struct Case {
+        std::size_t row, gap;
+        Names names;
+        std::int64_t context, nonContext;
+    };
+
+    // c2 and n3 are selected.
+    const Case cases[] = {
+        {0, 2, {"n1", "c2", "n3", "c0", "c4"}, 1, 2}, {0, 3, {"n1", "c2", "n3", "c4", "c0"}, 1, 2},
+        {2, 0, {"c4", "c0", "n1", "c2", "n3"}, 3, 4}, {1, 0, {"c2", "c0", "n1", "n3", "c4"}, 0, 3},
+        {1, 3, {"c0", "n1", "n3", "c4", "c2"}, 4, 2}, {1, 1, {"c0", "n1", "c2", "n3", "c4"}, 2, 3},
+        {1, 2, {"c0", "n1", "c2", "n3", "c4"}, 2, 3}, {0, 4, {"c0", "n1", "c2", "n3", "c4"}, 2, 3},
+        {3, 0, {"c0", "n1", "c2", "n3", "c4"}, 2, 3},
+    };
+    for (const Case& move : cases) {
+        SCOPED_TRACE(std::to_string(move.row) + " to " + std::to_string(move.gap));
+        PromptEditorView& view = open({"c0", "n1", "c2", "n3", "c4"}, Kind::context, 2);
+        view.nonContextTab.selection = 3;
+        const bool isMoved = view.moveRow(move.row, move.gap);
+        EXPECT_EQ(isMoved, move.names != Names({"c0", "n1", "c2", "n3", "c4"}));
+        EXPECT_EQ(names(), move.names);
+        EXPECT_EQ(view.contextTab.selection, move.context);
+        EXPECT_EQ(view.nonContextTab.selection, move.nonContext);
+        EXPECT_EQ(fileContent(), presets());
+    }
+}
+
+TEST_F(EditorRulesTest, aChangedKindMovesThePresetToTheOtherTabAndTheSelectionStays) {
+    PromptEditorView& view = open({"c0", "c1"}, Kind::context, 1);
+    EXPECT_TRUE(view.editor()->offersSelectedText());
+    view.editor()->setPromptType(EditorView::kNonContext);
+    EXPECT_EQ(view.contextTab.rows(), (Rows{0}));
+    EXPECT_EQ(view.nonContextTab.rows(), (Rows{1}));
+    EXPECT_EQ(view.contextTab.selection, 1);
+    EXPECT_FALSE(view.editor()->offersSelectedText());
+}
+
+TEST_F(EditorRulesTest, deleteStepsTheSelectionBackAndSparesTheLastPreset) {
+    PromptEditorView& view = open({"c0", "n1", "c2"}, Kind::context, 2);
+    view.deletePreset();
+    EXPECT_EQ(names(), (Names{"c0", "n1"}));
+    EXPECT_EQ(view.contextTab.selection, 1);
+    view.deletePreset();
+    EXPECT_EQ(names(), (Names{"c0"}));
+    EXPECT_EQ(view.contextTab.selection, 0);
+    view.deletePreset();
+    EXPECT_EQ(names(), (Names{"c0"}));
+    EXPECT_EQ(view.contextTab.selection, 0);
+    EXPECT_EQ(fileContent(), presets());
+}
+
+TEST_F(EditorRulesTest, theSecondPresetTakesThePlaceOfADeletedFirstOne) {
+    PromptEditorView& view = open({"c0", "c1", "c2"}, Kind::context, 0);
+    view.deletePreset();
+    EXPECT_EQ(view.contextTab.selection, 0);
+    EXPECT_EQ(view.editor()->preset().name, "c1");
+}
+
+TEST_F(EditorRulesTest, theOtherTabKeepsItsPresetWhenOneIsDeleted) {
+    const std::pair<std::int64_t, Selection> cases[] = {{0, 0}, {2, std::nullopt}, {3, 2}};
+    for (const auto& [other, expected] : cases) {
+        PromptEditorView& view = open({"c0", "c1", "c2", "n3"}, Kind::context, 2);
+        view.nonContextTab.selection = other;
+        view.deletePreset();
+        EXPECT_EQ(view.nonContextTab.selection, expected) << other;
+    }
+}
+
+TEST_F(EditorRulesTest, deletionsAreTakenBackInReverseOrder) {
+    PromptEditorView& view = open({"c0", "n1", "c2"}, Kind::context, 0);
+    view.deletePreset();
+    view.showTab(Kind::nonContext);
+    view.nonContextTab.selection = 0;
+    view.deletePreset();
+    EXPECT_EQ(names(), (Names{"c2"}));
+    view.showTab(Kind::context);
+    view.undoDelete();
+    EXPECT_EQ(view.shownKind(), Kind::nonContext);
+    EXPECT_EQ(view.editor()->preset().name, "n1");
+    view.undoDelete();
+    EXPECT_EQ(view.shownKind(), Kind::context);
+    EXPECT_EQ(view.editor()->preset().name, "c0");
+    EXPECT_FALSE(view.canUndoDelete());
+    EXPECT_EQ(names(), (Names{"c0", "n1", "c2"}));
+    EXPECT_EQ(view.nonContextTab.selection, 1);
+    EXPECT_EQ(fileContent(), presets());
+}
+
+TEST_F(EditorRulesTest, thePlaceholderIsAppendedAsOftenAsAskedFor) {
+    PromptEditorView& view = open({"c0"}, Kind::context, 0);
+    view.editor()->addSelectedText();
+    view.editor()->addSelectedText();
+    EXPECT_EQ(presets()[0].prompt, "prompt of c0{selected text}{selected text}");
+}
+
+TEST_F(EditorRulesTest, aFormWithoutItsPresetIsAFault) {
+    for (const std::int64_t index : {-1, 1}) {
+        PromptEditorView& view = open({"c0"}, Kind::context, index);
+        EXPECT_THROW(view.editor()->setName("x"), FatalFault);
+        EXPECT_THROW(view.deletePreset(), FatalFault);
+        EXPECT_EQ(names(), (Names{"c0"}));
+    }
+}
+
+TEST_F(EditorRulesTest, theLibraryOpensInTheBrowserAndOnlySuccessIsLogged) {
+    PromptEditorView& view = open({"c0"});
+    lines.clear();
+    view.openPromptLibrary();
+    platform.workspace.takesURLs = false;
+    view.openPromptLibrary();
+    EXPECT_EQ(platform.workspace.openedURLs, Names(2, "https://quillmoth.example/library/All"));
+    EXPECT_EQ(lines, Names{"Open prompt library in browser"});
+}
+
+} // namespace
+
+} // namespace quillmoth

@@ -1,0 +1,98 @@
+#include "Foundation/Log.h"
+#include "Platform/Fake/FakeDesktop.h"
+#include "Platform/Fake/FakeUserDefaults.h"
+#include "Platform/Linux/Desktop/XDGLoginItems.h"
+#include "Quillmoth/Settings/LaunchAtLogin.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+namespace quillmoth {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kIdentifier = "org.quillmoth.Quillmoth";
+constexpr const char* kHelper = "org.quillmoth.Quillmoth-LaunchAtLoginHelper";
+
+class LoginItems : public testing::Test {
+protected:
+    ~LoginItems() override { fs::remove_all(folder); }
+
+    std::string content(const std::string& identifier) {
+        std::ifstream stream(folder / "autostart" / (identifier + ".desktop"));
+        std::stringstream text;
+        text << stream.rdbuf();
+        return text.str();
+    }
+
+    void write(const std::string& identifier, const std::string& text) {
+        fs::create_directories(folder / "autostart");
+        std::ofstream(folder / "autostart" / (identifier + ".desktop")) << text;
+    }
+
+    static fs::path makeFolder() {
+        std::string pattern = (fs::temp_directory_path() / "quillmoth-login-XXXXXX").string();
+        return mkdtemp(pattern.data());
+    }
+
+    static platform::FakeBundle makeBundle() {
+        platform::FakeBundle made;
+        made.infos["CFBundleIdentifier"] = kIdentifier;
+        return made;
+    }
+
+    const fs::path folder = makeFolder();
+    platform::FakeBundle bundle = makeBundle();
+    platform::FakeUserDefaults defaults;
+    platform::XDGLoginItems items{folder / "autostart", "/opt/my apps/quill$moth"};
+    LaunchAtLogin launch{items, bundle, defaults};
+};
+
+TEST_F(LoginItems, TheSwitchWritesAndRemovesAnAutostartFile) {
+    EXPECT_FALSE(launch.isEnabled());
+    launch.setEnabled(true);
+    EXPECT_TRUE(launch.isEnabled());
+    EXPECT_NE(content(kIdentifier).find("Exec=\"/opt/my apps/quill\\\\$moth\"\n"), std::string::npos);
+    launch.setEnabled(false);
+    EXPECT_FALSE(launch.isEnabled());
+    EXPECT_TRUE(fs::is_empty(folder / "autostart"));
+}
+
+TEST_F(LoginItems, AFileThatASessionToolHasSwitchedOffIsNotEnabledAndIsWrittenAnew) {
+    for (const char* line : {"Hidden=true", "X-GNOME-Autostart-enabled=false"}) {
+        write(kIdentifier, std::string("[Desktop Entry]\nExec=quillmoth\n") + line + "\n");
+        EXPECT_FALSE(launch.isEnabled()) << line;
+        launch.setEnabled(true);
+        EXPECT_TRUE(launch.isEnabled()) << line;
+    }
+}
+
+TEST_F(LoginItems, AFailureIsLoggedAndSurvived) {
+    std::ofstream(folder / "autostart") << "no folder";
+    std::vector<std::string> log;
+    const ScopedLogCapture capture([&](std::string line) { log.push_back(std::move(line)); });
+    launch.setEnabled(true);
+    ASSERT_EQ(log.size(), 1U);
+    EXPECT_EQ(log[0].find("Failed to enable launch at login: "), 0U);
+    EXPECT_FALSE(launch.isEnabled());
+}
+
+TEST_F(LoginItems, TheFormerHelperIsTakenOverOnce) {
+    write(kHelper, "[Desktop Entry]\n");
+    launch.migrateIfNeeded();
+    EXPECT_TRUE(launch.isEnabled());
+    EXPECT_FALSE(items.isEnabled(kHelper));
+    EXPECT_TRUE(defaults.boolean("LaunchAtLogin__hasMigrated", false));
+    launch.setEnabled(false);
+    write(kHelper, "[Desktop Entry]\n");
+    launch.migrateIfNeeded();
+    EXPECT_FALSE(launch.isEnabled());
+}
+
+} // namespace
+} // namespace quillmoth

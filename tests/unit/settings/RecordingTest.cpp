@@ -1,0 +1,79 @@
+#include "Quillmoth/Settings/Recording.h"
+
+#include "Platform/Fake/FakeDesktop.h"
+
+#include <gtest/gtest.h>
+
+namespace quillmoth {
+namespace {
+
+using namespace KeyboardShortcuts;
+
+std::string nameOf(const RecordingStep& step) {
+    constexpr const char* kNames[] = {"move on", "end", "clear", "beep", "menu", "system", "accept"};
+    return kNames[step.index()];
+}
+
+struct RecordingRules : testing::Test {
+    RecordingStep step(const RecorderKeyPress& press) { return recordingStep(press, menu, system, layout); }
+
+    platform::FakeKeyboardLayout layout = [] {
+        platform::FakeKeyboardLayout made;
+        made.characters = {{0, "a"}, {12, "q"}, {6, "z"}};
+        return made;
+    }();
+    std::vector<MainMenuItem> menu = applicationMainMenu();
+    std::vector<Shortcut> system = {Shortcut(111, 0), Shortcut(49, kCarbonControl)};
+};
+
+TEST_F(RecordingRules, EachPressHasItsStep) {
+    struct Case {
+        const char* what;
+        RecorderKeyPress press;
+        const char* step;
+    };
+
+    constexpr ModifierFlags kNoise = kFlagCapsLock | kFlagNumericPad | kFlagFunction | 0x102;
+    const Case cases[] = {
+        {"tab", {48, 0, SpecialKey::tab}, "move on"},
+        {"shift tab", {48, kFlagShift, SpecialKey::tab}, "beep"},
+        {"escape", {53, 0, SpecialKey::none}, "end"},
+        {"command escape", {53, kFlagCommand, SpecialKey::none}, "accept"},
+        {"delete", {117, 0, SpecialKey::deleteForward}, "clear"},
+        {"backspace with caps lock", {51, kNoise, SpecialKey::deleteBackward}, "clear"},
+        {"option backspace", {51, kFlagOption, SpecialKey::deleteBackward}, "accept"},
+        {"bare letter", {0, 0, SpecialKey::none}, "beep"},
+        {"letter with caps lock", {0, kNoise, SpecialKey::none}, "beep"},
+        {"shift letter", {0, kFlagShift, SpecialKey::none}, "beep"},
+        {"F5", {96, 0, SpecialKey::function}, "accept"},
+        {"shift F5", {96, kFlagShift, SpecialKey::function}, "accept"},
+        {"no position", {std::nullopt, kFlagCommand, SpecialKey::none}, "beep"},
+        {"F12, though listed", {111, 0, SpecialKey::function}, "accept"},
+        {"of the desktop", {49, kFlagControl, SpecialKey::none}, "system"},
+        {"of the desktop but for shift", {49, kFlagControl | kFlagShift, SpecialKey::none}, "accept"},
+        {"of the menu", {12, kFlagCommand, SpecialKey::none}, "menu"},
+        {"of the menu but for option", {12, kFlagCommand | kFlagOption, SpecialKey::none}, "accept"},
+        {"option space", {49, kFlagOption, SpecialKey::none}, "accept"},
+    };
+    for (const Case& one : cases)
+        EXPECT_EQ(nameOf(step(one.press)), one.step) << one.what;
+}
+
+TEST_F(RecordingRules, IgnoredFlagsAreNotPartOfTheShortcut) {
+    const auto accepted = step({49, kFlagOption | kFlagCapsLock | kFlagFunction, SpecialKey::none});
+    EXPECT_EQ(std::get<RecordingAccepts>(accepted).shortcut, Shortcut(Key::space, kFlagOption));
+}
+
+TEST_F(RecordingRules, ACapitalInTheMenuCountsAsShiftedForAShortcutWithShift) {
+    const auto titleOf = [&](ModifierFlags modifiers) -> std::string {
+        const auto* item = menuItemWithShortcut(menu, Shortcut(Key::z, modifiers), layout);
+        return item != nullptr ? item->title : "";
+    };
+    EXPECT_EQ(titleOf(kFlagCommand), "Undo");
+    EXPECT_EQ(titleOf(kFlagCommand | kFlagShift), "Redo");
+    EXPECT_EQ(titleOf(kFlagOption), "");
+    EXPECT_NE(usedByMenuItemText("Redo").find("“Redo”"), std::string::npos);
+}
+
+} // namespace
+} // namespace quillmoth

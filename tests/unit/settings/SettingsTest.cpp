@@ -1,0 +1,143 @@
+#include "Platform/Fake/FakePlatform.h"
+#include "Quillmoth/Settings/ConnectionTest.h"
+#include "Quillmoth/Settings/Updater.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+namespace quillmoth {
+namespace {
+
+TEST(UpdateFeedOrder, ComparesVersionsNumberByNumberAndThenBuilds) {
+    struct Case {
+        const char* version;
+        std::optional<std::string> build;
+        bool isNewer;
+    };
+
+    const Case cases[] = {{"1.10", {}, true},   {"1.9.1", {}, true},  {"1.9", {}, false},
+                          {"1.9.0", {}, false}, {"1.8.9", {}, false}, {"2", {}, true},
+                          {"1.9", "8", true},   {"1.9", "7", false},  {"1.8", "99", false}};
+    for (const Case& one : cases)
+        EXPECT_EQ(isNewer({one.version, one.build, {}, {}}, "1.9", "7"), one.isNewer)
+            << one.version << " " << one.build.value_or("-");
+}
+
+class SettingsServices : public testing::Test {
+protected:
+    SettingsServices() {
+        unsetenv("QUILLMOTH_OPENAI_BASE_URL");
+        fakes.bundle.infos = {{"CFBundleShortVersionString", "1.0"}, {"CFBundleVersion", "1"}};
+    }
+
+    platform::FakeDataTask& task() { return fakes.urlSessions.shared().lastTask(); }
+
+    platform::FakePlatform fakes;
+};
+
+TEST_F(SettingsServices, ACheckStartsOnlyWithAConfiguredFeedAndOnlyOnceAtATime) {
+    Updater updater(fakes.platform());
+    CheckForUpdatesViewModel model(updater);
+    updater.checkForUpdates();
+    EXPECT_TRUE(fakes.urlSessions.shared().tasks().empty());
+    fakes.userDefaults.set("updateFeedURL", std::string("file:///etc/passwd"));
+    EXPECT_FALSE(model._canCheckForUpdates);
+    fakes.userDefaults.set("updateFeedURL", std::string("https://feed.example/f.json"));
+    EXPECT_TRUE(model._canCheckForUpdates);
+    updater.checkForUpdates();
+    updater.checkForUpdates();
+    EXPECT_EQ(fakes.urlSessions.shared().tasks().size(), 1U);
+    EXPECT_FALSE(model._canCheckForUpdates);
+}
+
+TEST_F(SettingsServices, EachAnswerOfTheFeedHasItsOutcome) {
+    struct Case {
+        int status;
+        const char* body;
+        std::size_t outcome;
+    };
+
+    const Case cases[] = {{200, R"({"version":"1.0"})", 0},
+                          {200, R"({"version":"1.1"})", 1},
+                          {200, R"({"version":"new"})", 2},
+                          {200, "<html>", 2},
+                          {404, R"({"version":"9"})", 2}};
+    fakes.userDefaults.set("updateFeedURL", std::string("https://feed.example/f.json"));
+    Updater updater(fakes.platform());
+    std::optional<UpdateOutcome> outcome;
+    updater.onOutcome = [&](const UpdateOutcome& given) { outcome = given; };
+    for (const Case& one : cases) {
+        updater.checkForUpdates();
+        task().answer(one.status, one.body);
+        EXPECT_FALSE(outcome);
+        fakes.runUntilIdle();
+        ASSERT_TRUE(outcome) << one.body;
+        EXPECT_EQ(outcome->index(), one.outcome) << one.body;
+        outcome.reset();
+    }
+}
+
+TEST(UpdateFeedAddress, OnlyAWebPageIsHandedToTheBrowser) {
+    EXPECT_FALSE(readUpdateFeed(R"({"version":"2","url":"file:///bin/sh"})")->url);
+    EXPECT_EQ(readUpdateFeed(R"({"version":"2","url":"https://h/p?v=2"})")->url, "https://h/p?v=2");
+}
+
+TEST_F(SettingsServices, AConnectionTestSaysWhatHappenedAndNeverTheKey) {
+    struct Case {
+        int status;
+        const char* body;
+        const char* words;
+    };
+
+    const Case cases[] = {
+        {200, R"({"data":[{"id":"gpt-3.5-turbo"}]})", "It offers 1 model, “gpt-3.5-turbo” among them."},
+        {200, R"({"data":[{"id":"a"},{"id":"b"}]})", "It offers 2 models, but not “gpt-3.5-turbo”."},
+        {200, "<html>", "not as an OpenAI-compatible server"},
+        {401, "", "refused the key (401)"},
+        {404, "", "no list of models (404)"},
+        {503, "", "answered with an error (503)"},
+    };
+    fakes.userDefaults.set("openapikey", std::string("sk-secret"));
+    fakes.userDefaults.set("openAIBaseURL", std::string(" http://localhost:11434/ "));
+    ConnectionTest test(fakes.platform());
+    for (const Case& one : cases) {
+        std::optional<ConnectionTest::Answer> answer;
+        test.start([&](const ConnectionTest::Answer& given) { answer = given; });
+        EXPECT_EQ(task().request().url, "http://localhost:11434/v1/models");
+        EXPECT_EQ(task().request().value("Authorization"), "Bearer sk-secret");
+        task().answer(one.status, one.body);
+        fakes.runUntilIdle();
+        ASSERT_TRUE(answer) << one.words;
+        EXPECT_NE(answer->text.find(one.words), std::string::npos) << answer->text;
+        EXPECT_EQ(answer->text.find("secret"), std::string::npos);
+        EXPECT_EQ(answer->isGood, &one == &cases[0]);
+    }
+}
+
+TEST_F(SettingsServices, AnAddressThatIsNoneIsNamedAndNothingIsSent) {
+    fakes.userDefaults.set("openAIBaseURL", std::string("localhost:11434"));
+    ConnectionTest test(fakes.platform());
+    std::string text;
+    test.start([&](const ConnectionTest::Answer& given) { text = given.text; });
+    fakes.runUntilIdle();
+    EXPECT_NE(text.find("“localhost:11434”"), std::string::npos);
+    EXPECT_TRUE(fakes.urlSessions.shared().tasks().empty());
+}
+
+TEST_F(SettingsServices, AnAnswerThatComesAfterTheTestHasGoneOrBeenRestartedIsDropped) {
+    int first = 0;
+    int second = 0;
+    auto test = std::make_unique<ConnectionTest>(fakes.platform());
+    test->start([&](const ConnectionTest::Answer&) { ++first; });
+    test->start([&](const ConnectionTest::Answer&) { ++second; });
+    fakes.runUntilIdle();
+    EXPECT_EQ(first, 0);
+    task().answer(200, "{}");
+    test.reset();
+    fakes.runUntilIdle();
+    EXPECT_EQ(second, 0);
+}
+
+} // namespace
+} // namespace quillmoth

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "KeyboardShortcuts/Center.h"
+#include "Platform/Fake/FakePlatform.h"
+#include "Platform/LoginItem.h"
+#include "Quillmoth/Shell/Windows/ColorScheme.h"
+#include "Quillmoth/Shell/Windows/OnboardingWindow.h"
+#include "Quillmoth/Shell/Windows/SettingView.h"
+#include "Quillmoth/Shell/Windows/SettingsWindow.h"
+
+#include <set>
+#include <string>
+
+namespace quillmoth {
+
+/// Login items in memory.
+class FakeLoginItems final : public platform::LoginItems {
+public:
+    [[nodiscard]] bool isEnabled(const std::string& identifier) const override {
+        return enabled.contains(identifier);
+    }
+
+    Result<void> registerItem(const std::string& identifier) override {
+        if (!failure.empty())
+            return Error{failure};
+        enabled.insert(identifier);
+        return {};
+    }
+
+    Result<void> unregisterItem(const std::string& identifier) override {
+        enabled.erase(identifier);
+        return {};
+    }
+
+    std::set<std::string> enabled;
+    /// What registering fails with.
+    std::string failure;
+};
+
+/// X keycodes stand 8 above the kernel's codes; these few are enough here.
+inline std::optional<std::uint16_t> virtualKeyCodeOfTest(std::uint32_t scanCode) {
+    switch (scanCode) {
+    case 9:
+        return 53; // Escape
+    case 24:
+        return 12; // Q
+    case 45:
+        return 40; // K
+    case 65:
+        return 49; // Space
+    case 67:
+        return 122; // F1
+    default:
+        return std::nullopt;
+    }
+}
+
+/// The windows on fakes.
+struct WindowFixture {
+    explicit WindowFixture(bool dark = false) : colorScheme(dark) {
+        fakes.bundle.infos = {{"CFBundleShortVersionString", "1.0"},
+                              {"CFBundleVersion", "1"},
+                              {"CFBundleIdentifier", "org.quillmoth.Quillmoth"}};
+        fakes.keyboardLayout.characters = {{12, "q"}, {40, "k"}};
+    }
+
+    std::unique_ptr<SettingsWindow> makeSettings() {
+        return std::make_unique<SettingsWindow>(
+            fakes.platform(), shortcuts, loginItems, colorScheme,
+            SettingsHooks{.openPromptEditor = [this] { ++editorOpenings; },
+                          .virtualKeyCode = virtualKeyCodeOfTest});
+    }
+
+    platform::FakePlatform fakes;
+    FakeLoginItems loginItems;
+    ColorScheme colorScheme;
+    KeyboardShortcuts::Center shortcuts{fakes.userDefaults, fakes.hotKeyCenter, fakes.notificationCenter};
+    KeyboardShortcuts::Name name{"showFloatingPanel"};
+    int editorOpenings = 0;
+};
+
+} // namespace quillmoth

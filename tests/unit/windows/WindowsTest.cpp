@@ -1,0 +1,284 @@
+#include "Quillmoth/Settings/Recording.h"
+#include "Quillmoth/Shell/Windows/Controls.h"
+#include "tests/unit/windows/WindowFixture.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+
+namespace quillmoth {
+namespace {
+
+using KeyboardShortcuts::Key;
+using KeyboardShortcuts::kFlagCommand;
+using KeyboardShortcuts::kFlagOption;
+using KeyboardShortcuts::Shortcut;
+
+class Windows : public testing::Test, public WindowFixture {
+protected:
+    Windows() { open(); }
+
+    void open() {
+        settings = makeSettings();
+        settings->present();
+        fakes.runUntilIdle();
+        QApplication::setActiveWindow(settings.get());
+        recorder = dynamic_cast<RecorderCocoa*>(field("Open Quillmoth Hotkey:"));
+    }
+
+    template<class Widget>
+    Widget* named(const char* name) {
+        for (Widget* widget : settings->findChildren<Widget*>()) {
+            if (widget->accessibleName() == QString::fromUtf8(name))
+                return widget;
+        }
+        return nullptr;
+    }
+
+    QLineEdit* field(const char* name) { return named<QLineEdit>(name); }
+
+    QPushButton* button(const char* title) {
+        for (auto* widget : settings->findChildren<QPushButton*>()) {
+            if (widget->text() == QString::fromUtf8(title))
+                return widget;
+        }
+        return nullptr;
+    }
+
+    bool shows(const char* text) {
+        for (auto* label : settings->findChildren<QLabel*>()) {
+            if (label->isVisible() && label->accessibleName() == QString::fromUtf8(text))
+                return true;
+        }
+        return false;
+    }
+
+    /// As the keyboard sends it, with the scan code of the key.
+    void press(int key, Qt::KeyboardModifiers modifiers, std::uint32_t scanCode) {
+        QWidget* target =
+            QApplication::focusWidget() != nullptr ? QApplication::focusWidget() : settings.get();
+        QKeyEvent override(QEvent::ShortcutOverride, key, modifiers, scanCode, 0, 0);
+        QApplication::sendEvent(target, &override);
+        QKeyEvent press(QEvent::KeyPress, key, modifiers, scanCode, 0, 0);
+        QApplication::sendEvent(target, &press);
+    }
+
+    std::optional<Shortcut> stored() { return shortcuts.getShortcut(name); }
+
+    QMessageBox* alert() { return settings->findChild<QMessageBox*>(); }
+
+    std::unique_ptr<SettingsWindow> settings;
+    RecorderCocoa* recorder = nullptr;
+};
+
+TEST_F(Windows, APressedShortcutIsStoredShownAndEndsTheRecording) {
+    recorder->setFocus();
+    EXPECT_TRUE(shortcuts.recordingPause());
+    EXPECT_EQ(recorder->prompt(), "Press shortcut…");
+    press(Qt::Key_Control, Qt::ControlModifier, 37);
+    EXPECT_TRUE(recorder->isRecording());
+    press(Qt::Key_K, Qt::ControlModifier | Qt::AltModifier, 45);
+    EXPECT_EQ(stored(), Shortcut(Key::k, kFlagCommand | kFlagOption));
+    EXPECT_EQ(recorder->text(), "⌥⌘K");
+    EXPECT_EQ(recorder->accessibleDescription(), "Ctrl+Alt+K");
+    EXPECT_TRUE(recorder->hasClearButton());
+    EXPECT_FALSE(shortcuts.recordingPause());
+    EXPECT_EQ(recorder->prompt(), "Record shortcut");
+}
+
+TEST_F(Windows, ANewWindowDoesNotRecordByItself) {
+    EXPECT_FALSE(recorder->isRecording());
+    EXPECT_EQ(recorder->focusPolicy(), Qt::StrongFocus);
+    settings = makeSettings();
+    settings->present();
+    recorder = dynamic_cast<RecorderCocoa*>(field("Open Quillmoth Hotkey:"));
+    EXPECT_EQ(recorder->focusPolicy(), Qt::NoFocus);
+}
+
+TEST_F(Windows, BackspaceClearsAndGoesOnRecording) {
+    shortcuts.setShortcut(Shortcut(Key::space, kFlagOption), name);
+    EXPECT_EQ(recorder->text(), "⌥⎵");
+    recorder->setFocus();
+    press(Qt::Key_Backspace, {}, 22);
+    EXPECT_FALSE(stored());
+    EXPECT_TRUE(recorder->isRecording());
+    EXPECT_FALSE(recorder->hasClearButton());
+}
+
+TEST_F(Windows, EscapeEndsRecordingAndTabMovesOn) {
+    recorder->setFocus();
+    press(Qt::Key_Escape, {}, 9);
+    EXPECT_FALSE(recorder->isRecording());
+    EXPECT_TRUE(settings->isVisible());
+    recorder->setFocus();
+    press(Qt::Key_Tab, {}, 23);
+    EXPECT_FALSE(recorder->isRecording());
+    EXPECT_EQ(QApplication::focusWidget(), named<Switch>("Launch at login 😀"));
+}
+
+TEST_F(Windows, AClickEndsRecordingUnlessItIsWithinThreePixelsOfTheField) {
+    recorder->setFocus();
+    QWidget* row = recorder->parentWidget();
+    QTest::mouseClick(row, Qt::LeftButton, {}, recorder->geometry().topLeft() - QPoint(3, -5));
+    EXPECT_TRUE(recorder->isRecording());
+    QTest::mouseClick(row, Qt::LeftButton, {}, recorder->geometry().topLeft() - QPoint(5, -5));
+    EXPECT_FALSE(recorder->isRecording());
+}
+
+TEST_F(Windows, AMenuItemsShortcutRaisesAnAlertAndDoesNotAct) {
+    recorder->setFocus();
+    press(Qt::Key_Q, Qt::ControlModifier, 24);
+    EXPECT_TRUE(fakes.application.calls.empty());
+    ASSERT_NE(alert(), nullptr);
+    EXPECT_TRUE(alert()->text().contains("“Quit”"));
+    EXPECT_FALSE(recorder->isRecording());
+    alert()->accept();
+    QApplication::processEvents();
+    QApplication::setActiveWindow(settings.get());
+    EXPECT_TRUE(recorder->isRecording());
+    EXPECT_FALSE(stored());
+}
+
+TEST_F(Windows, AnEmptiedKeyPutsTheModelBackAndTakesTheWarningAway) {
+    auto* key = field("OpenAI API Key:");
+    auto* picker = named<ModelPicker>("Model");
+    EXPECT_EQ(picker->count(), 1);
+    EXPECT_TRUE(shows("Quillmoth is paying for your API usage"));
+    key->setFocus();
+    QTest::keyClicks(key, " sk");
+    EXPECT_EQ(fakes.userDefaults.string("openapikey"), " sk");
+    EXPECT_TRUE(shows("You are using your own key\nMake sure you fill in your key correctly."));
+    ASSERT_EQ(picker->count(), 4);
+    picker->onChoice("gpt-4-32k");
+    const char* warning =
+        "Ensure that you're eligible to use GPT-4, otherwise, you will encounter a 404 error.";
+    EXPECT_TRUE(shows(warning));
+    EXPECT_EQ(picker->currentText(), "gpt-4-32k");
+    for (int count = 0; count < 3; ++count)
+        QTest::keyClick(key, Qt::Key_Backspace);
+    EXPECT_EQ(fakes.userDefaults.string("model"), "gpt-3.5-turbo");
+    EXPECT_FALSE(shows(warning));
+    EXPECT_EQ(picker->count(), 1);
+}
+
+TEST_F(Windows, TheKeyCanBeHiddenWithoutBeingChanged) {
+    fakes.userDefaults.set("openapikey", std::string("sk"));
+    named<QToolButton>("Hide the key")->click();
+    EXPECT_EQ(field("OpenAI API Key:")->echoMode(), QLineEdit::Password);
+    named<QToolButton>("Show the key")->click();
+    EXPECT_EQ(field("OpenAI API Key:")->echoMode(), QLineEdit::Normal);
+    EXPECT_EQ(fakes.userDefaults.string("openapikey"), "sk");
+}
+
+TEST_F(Windows, TheUpdateButtonWorksOnlyWhileACheckCanStart) {
+    QPushButton* check = button("Check for Updates…");
+    EXPECT_FALSE(check->isEnabled());
+    fakes.userDefaults.set("updateFeedURL", std::string("https://feed.example/feed.json?channel=1"));
+    EXPECT_TRUE(check->isEnabled());
+    check->click();
+    EXPECT_FALSE(check->isEnabled());
+    fakes.urlSessions.shared().lastTask().answer(200, R"({"version":"1.0.1","url":"https://get.example/"})");
+    fakes.runUntilIdle();
+    EXPECT_TRUE(check->isEnabled());
+    ASSERT_NE(alert(), nullptr);
+    EXPECT_EQ(alert()->text(), "Quillmoth 1.0.1 is available.");
+    for (auto* choice : alert()->findChildren<QPushButton*>()) {
+        if (choice->text().contains("Download"))
+            choice->click();
+    }
+    EXPECT_EQ(fakes.workspace.openedURLs, std::vector<std::string>{"https://get.example/"});
+}
+
+TEST_F(Windows, ButtonsOpenWhatTheyName) {
+    button("Open Prompt Editor")->click();
+    EXPECT_EQ(editorOpenings, 1);
+    button("Tutorial: How to Generate Your Own Key")->click();
+    button("quillmoth.example")->click();
+    EXPECT_EQ(fakes.workspace.openedURLs,
+              (std::vector<std::string>{"https://quillmoth.example/tutorial", "https://quillmoth.example"}));
+}
+
+TEST_F(Windows, ALoginItemThatCannotBeMadeLeavesTheSwitchOff) {
+    auto* login = named<Switch>("Launch at login 😀");
+    login->click();
+    EXPECT_TRUE(loginItems.enabled.contains("org.quillmoth.Quillmoth"));
+    login->click();
+    EXPECT_TRUE(loginItems.enabled.empty());
+    loginItems.failure = "no space";
+    login->click();
+    EXPECT_FALSE(login->isChecked());
+}
+
+TEST_F(Windows, ANameOfTheServersOwnModelIsShownThoughThePickerDoesNotOfferIt) {
+    auto* model = field("Name of the model on the server");
+    model->setFocus();
+    model->selectAll();
+    QTest::keyClicks(model, "llama3");
+    EXPECT_EQ(fakes.userDefaults.string("model"), "llama3");
+    EXPECT_EQ(named<ModelPicker>("Model")->placeholderText(), "llama3");
+    model->selectAll();
+    QTest::keyClick(model, Qt::Key_Delete);
+    EXPECT_FALSE(fakes.userDefaults.string("model"));
+    EXPECT_EQ(model->text(), "");
+}
+
+TEST_F(Windows, EveryControlCanBeReachedByTabAndHasAName) {
+    std::set<QWidget*> reached;
+    for (int count = 0; count < 30; ++count) {
+        QTest::keyClick(QApplication::focusWidget() != nullptr ? QApplication::focusWidget() : settings.get(),
+                        Qt::Key_Tab);
+        if (auto* focused = QApplication::focusWidget())
+            reached.insert(focused);
+    }
+    for (QWidget* control : reached) {
+        const auto* push = qobject_cast<QPushButton*>(control);
+        EXPECT_FALSE(control->accessibleName().isEmpty() && (push == nullptr || push->text().isEmpty()))
+            << control->metaObject()->className();
+    }
+    // Recorder, two switches, three buttons that are on, link, three fields, the key's control, picker.
+    EXPECT_EQ(reached.size(), 12U);
+}
+
+TEST_F(Windows, WindowsFollowTheDesktopBetweenLightAndDark) {
+    const QPalette former = QApplication::palette();
+    ColorScheme desktop;
+    OnboardingWindow onboarding(desktop, [] {});
+    onboarding.present();
+    const bool before = desktop.isDark();
+    QApplication::setPalette(QPalette(before ? Qt::white : Qt::black));
+    QApplication::processEvents();
+    EXPECT_EQ(desktop.isDark(), !before);
+    EXPECT_EQ(onboarding.palette().color(QPalette::Window).lightness() < 128, !before);
+    EXPECT_EQ(onboarding.view().palette().color(QPalette::Window).lightness() < 128, !before);
+    QApplication::setPalette(former);
+}
+
+TEST_F(Windows, OnboardingGoesThroughItsPagesAndThenCloses) {
+    int finished = 0;
+    OnboardingWindow onboarding(colorScheme, [&] { ++finished; });
+    onboarding.present();
+    onboarding.view().continuePressed();
+    EXPECT_EQ(onboarding.view().page(), 2);
+    EXPECT_EQ(finished, 0);
+    onboarding.view().continuePressed();
+    EXPECT_EQ(finished, 1);
+    EXPECT_FALSE(onboarding.isVisible());
+    onboarding.present();
+    EXPECT_EQ(onboarding.view().page(), 1);
+}
+
+} // namespace
+} // namespace quillmoth
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    testing::InitGoogleTest(&argc, argv);
+    const QApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}
