@@ -7,10 +7,10 @@
 #include "tests/integration/platform/TemporaryFolder.h"
 
 #include <QCoreApplication>
+#include <QRegularExpression>
 #include <gtest/gtest.h>
 #include <limits>
 #include <mutex>
-#include <regex>
 #include <set>
 #include <thread>
 
@@ -32,9 +32,9 @@ TEST(RandomUUIDSource, GivesDifferentVersion4UUIDsToAllThreads) {
     for (auto& thread : threads)
         thread.join();
     EXPECT_EQ(all.size(), 4000U);
-    const std::regex form("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}");
+    const QRegularExpression form("^[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}$");
     for (const auto& uuid : all)
-        ASSERT_TRUE(std::regex_match(uuid, form)) << uuid;
+        ASSERT_TRUE(form.match(QString::fromStdString(uuid)).hasMatch()) << uuid;
 }
 
 TEST(SystemClock, WritesTheLocalDateAndMinuteAlsoAfterTheZoneHasChanged) {
@@ -58,8 +58,9 @@ TEST(ResourceBundle, TellsWhatTheProgramIsAndReadsWhatShipsWithIt) {
     const QCoreApplication application(count, arguments);
     const ResourceBundle bundle;
     EXPECT_EQ(bundle.info("CFBundleIdentifier"), "org.quillmoth.Quillmoth");
-    EXPECT_TRUE(std::regex_match(bundle.info("CFBundleShortVersionString").value_or(""),
-                                 std::regex("[0-9]+\\.[0-9]+\\.[0-9]+")));
+    const QRegularExpression version("^[0-9]+\\.[0-9]+\\.[0-9]+$");
+    const auto shown = bundle.info("CFBundleShortVersionString").value_or("");
+    EXPECT_TRUE(version.match(QString::fromStdString(shown)).hasMatch()) << shown;
     EXPECT_FALSE(bundle.info("CFBundleVersion").value_or("").empty());
     EXPECT_EQ(bundle.info("CFBundleSomething"), std::nullopt);
     EXPECT_EQ(bundle.urlForResource("missing.json"), std::nullopt);

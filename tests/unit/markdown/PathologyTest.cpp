@@ -86,13 +86,13 @@ TEST(Pathology, what_is_nested_too_deep_keeps_its_text) {
         EXPECT_NE(layout.documentText().find("deep"), std::string::npos);
     }
     int depth = 0;
-    const MarkdownContent content(repeated("> ", 1000) + "x");
+    const MarkdownContent content(repeated("> ", kDepth) + "x");
     const Blocks* blocks = &content.blocks;
     while (const auto* quote = blocks->front().get<blocks::Blockquote>()) {
         blocks = &quote->blocks;
         ++depth;
     }
-    EXPECT_EQ(depth, 1000);
+    EXPECT_EQ(depth, kDeepestNesting);
 }
 
 TEST(Pathology, deep_nesting_leaves_room_for_its_text) {
