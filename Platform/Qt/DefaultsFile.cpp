@@ -106,7 +106,7 @@ DefaultsLock::~DefaultsLock() {
 
 std::string defaultsFilePath() {
     const QString configured = qEnvironmentVariable("XDG_CONFIG_HOME");
-    // A relative path is to be ignored, says the specification.
+    // A relative path is to be ignored (XDG Base Directory Specification).
     const QString folder = QDir::isAbsolutePath(configured) ? configured : QDir::home().filePath(".config");
     return QDir::cleanPath(folder + "/quillmoth/defaults.json").toStdString();
 }

@@ -45,8 +45,8 @@ void PresetListView::refresh() {
     isRefreshing_ = true;
     const int scrolled = verticalScrollBar()->value();
     const int formerCount = rows_.rowCount();
-    const std::optional<int> formerRow =
-        currentIndex().isValid() ? std::optional(currentIndex().row()) : std::nullopt;
+    // -1 for none, as of an index that is not valid.
+    const int formerRow = currentIndex().row();
     rows_.refresh();
     const QModelIndex row = rows_.selectedRow();
     if (row.isValid())
