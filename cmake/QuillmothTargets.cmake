@@ -70,13 +70,17 @@ function(quillmoth_test name)
     set_tests_properties(${ARG_LABEL}/${name} PROPERTIES LABELS ${ARG_LABEL} TIMEOUT ${ARG_TIMEOUT})
 endfunction()
 
-# quillmoth_benchmark(NAME SOURCES a.cpp ... LINKS lib ...): one Google Benchmark program.
+# quillmoth_benchmark(NAME SOURCES a.cpp ... LINKS lib ...): one Google Benchmark program, part of the target benchmarks.
 function(quillmoth_benchmark name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
     find_package(benchmark REQUIRED)
     add_executable(${name} ${ARG_SOURCES})
     target_link_libraries(${name} PRIVATE QuillmothOptions ${ARG_LINKS} benchmark::benchmark)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/benchmarks)
+    if(NOT TARGET benchmarks)
+        add_custom_target(benchmarks)
+    endif()
+    add_dependencies(benchmarks ${name})
 endfunction()
 
 # The layering rules: the build stops at an #include that crosses them.
