@@ -5,19 +5,29 @@
 
 namespace quillmoth::markdown {
 
-AttributedText::AttributedText(std::string text, AttributeContainer attributes) : text_(std::move(text)) {
+AttributedText::AttributedText(std::string text, SharedAttributes attributes) : text_(std::move(text)) {
     if (!text_.empty())
         runs_.push_back({0, text_.size(), std::move(attributes)});
 }
 
-void AttributedText::append(std::string_view text, const AttributeContainer& attributes) {
+void AttributedText::append(std::string_view text, const SharedAttributes& attributes) {
     if (text.empty())
         return;
-    if (!runs_.empty() && runs_.back().attributes == attributes)
-        runs_.back().length += text.size();
-    else
-        runs_.push_back({text_.size(), text.size(), attributes});
+    addRun({text_.size(), text.size(), attributes});
     text_ += text;
+}
+
+void AttributedText::reserve(std::size_t bytes, std::size_t runs) {
+    text_.reserve(text_.size() + bytes);
+    runs_.reserve(runs_.size() + runs);
+}
+
+void AttributedText::addRun(const Run& run) {
+    const bool isImage = run.attributes->attachment.has_value(); // two of the same are two
+    if (!runs_.empty() && !isImage && runs_.back().attributes == run.attributes)
+        runs_.back().length += run.length;
+    else
+        runs_.push_back(run);
 }
 
 void AttributedText::append(const AttributedText& other) {
@@ -25,7 +35,7 @@ void AttributedText::append(const AttributedText& other) {
         append(other.textOf(run), run.attributes);
 }
 
-void AttributedText::setAttributes(std::size_t begin, std::size_t end, const AttributeContainer& attributes) {
+void AttributedText::setAttributes(std::size_t begin, std::size_t end, const SharedAttributes& attributes) {
     AttributedText result = substring(0, begin);
     result.append(std::string_view(text_).substr(begin, end - begin), attributes);
     result.append(substring(end, text_.size()));
@@ -52,20 +62,6 @@ const AttributedText::Run* AttributedText::runAt(std::size_t offset) const {
         return nullptr;
     const auto behind = std::ranges::upper_bound(runs_, offset, {}, &Run::begin);
     return &*std::prev(behind);
-}
-
-void AttributedText::joinEqualRuns() {
-    std::size_t kept = 0;
-    for (std::size_t i = 0; i < runs_.size(); ++i) {
-        if (kept > 0 && runs_[kept - 1].attributes == runs_[i].attributes) {
-            runs_[kept - 1].length += runs_[i].length;
-        } else {
-            if (kept != i)
-                runs_[kept] = std::move(runs_[i]);
-            ++kept;
-        }
-    }
-    runs_.resize(kept);
 }
 
 void realizeFonts(AttributedText& text) {

@@ -79,7 +79,7 @@ private:
         marker.leading = inner.leading;
         marker.width = markerWidth(marker, list.items.size(), inner);
         FlowContext item = inner;
-        item.leading += marker.width + kMarkerSpacing;
+        item.leading += marker.width + pointsOf(kMarkerSpacing, inner);
         const BlockMargin margin = addSequence(list.items.size(), inner.isTight, [&](std::size_t index) {
             if constexpr (std::is_same_v<List, blocks::TaskList>)
                 marker.isCompleted = list.items[index].isCompleted;
@@ -115,8 +115,20 @@ private:
         const std::uint32_t group = addGroup();
         flow_.groups[group].code = &code;
         flow_.codeBlocks.push_back(group);
-        addCodeUnits(withoutFinalLineFeed(code.content), group, inside(theme_.codeBlock, context));
+        addCodeUnits(withoutFinalLineFeed(code.content), group, insideCode(context));
         return marginOf(theme_.codeBlock, context);
+    }
+
+    /// Code runs from left to right wherever it stands, so its own padding is at its left.
+    FlowContext insideCode(const FlowContext& context) {
+        FlowContext inner = inside(theme_.codeBlock, context);
+        if (direction_ == TextDirection::rightToLeft) {
+            const double leading = inner.leading - context.leading;
+            const double trailing = inner.trailing - context.trailing;
+            inner.leading += trailing - leading;
+            inner.trailing += leading - trailing;
+        }
+        return inner;
     }
 
     void addCodeUnits(std::string_view text, std::uint32_t groupIndex, const FlowContext& context) {
@@ -262,7 +274,7 @@ private:
         flow_.groups.back().endUnit = flow_.units.size();
     }
 
-    /// The unit gets the markers that wait for the first line of their items.
+    /// The unit gets the markers that wait for the first line of their items, if it has lines.
     FlowUnit& addUnit(FlowUnit::Kind kind, const FlowContext& context) {
         FlowUnit& unit = flow_.units.emplace_back();
         unit.kind = kind;
@@ -272,6 +284,8 @@ private:
         unit.trailing = static_cast<float>(context.trailing);
         unit.firstTextBlock = static_cast<std::uint32_t>(flow_.textBlockCount);
         unit.firstMarker = static_cast<std::uint32_t>(flow_.markers.size());
+        if (kind == FlowUnit::Kind::nothing)
+            return unit;
         unit.markerCount = static_cast<std::uint32_t>(waitingMarkers_.size());
         flow_.markers.insert(flow_.markers.end(), waitingMarkers_.begin(), waitingMarkers_.end());
         waitingMarkers_.clear();
@@ -319,9 +333,12 @@ private:
         std::size_t end = begin + kLongTextPart;
         if (end + kLongTextPart / 2 >= text.size())
             return text.size();
-        const std::size_t blank = text.find_last_of(" \n", end);
-        if (blank != std::string_view::npos && blank > begin + kLongTextPart / 2)
-            return blank + 1;
+        // Looked for in the part's second half only: a text without blanks is not to be searched again and
+        // again.
+        const std::size_t half = begin + kLongTextPart / 2;
+        const std::size_t blank = text.substr(half, end + 1 - half).find_last_of(" \n");
+        if (blank != std::string_view::npos)
+            return half + blank + 1;
         while (end < text.size() && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80)
             ++end;
         return end;

@@ -88,11 +88,11 @@ struct DocumentFlow {
 [[nodiscard]] bool isImageFlow(const Inlines& values);
 
 /// From here on a text is laid out in parts.
-constexpr std::size_t kLongText = 16 * 1024;
-constexpr std::size_t kLongTextPart = 8 * 1024;
+constexpr std::size_t kLongText = std::size_t{16} * 1024;
+constexpr std::size_t kLongTextPart = std::size_t{8} * 1024;
 constexpr std::size_t kCodeLinesOfUnit = 48;
 
 /// Between a marker's column and the item.
-constexpr double kMarkerSpacing = 8;
+constexpr RelativeSize kMarkerSpacing = RelativeSize::em(0.5);
 
 } // namespace quillmoth::markdown

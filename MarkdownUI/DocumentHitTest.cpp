@@ -193,8 +193,9 @@ std::optional<std::string> linkAt(DocumentState& state, Point point) {
         for (const AttributedText::Run& run : fragment.text->runs()) {
             const std::size_t begin = std::max(run.begin, line.begin);
             const std::size_t end = std::min(run.end(), line.end);
-            if (run.attributes.link && begin < end && isIn(fragment.shaped->rectanglesOf(begin, end), inText))
-                return run.attributes.link;
+            if (run.attributes->link && begin < end &&
+                isIn(fragment.shaped->rectanglesOf(begin, end), inText))
+                return run.attributes->link;
         }
     }
     return std::nullopt;

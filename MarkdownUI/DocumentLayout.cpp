@@ -6,6 +6,7 @@
 #include "MarkdownUI/CodeBlockGeometry.h"
 #include "MarkdownUI/DisplayListBuilder.h"
 #include "MarkdownUI/DocumentHitTest.h"
+#include "MarkdownUI/DocumentParts.h"
 #include "MarkdownUI/DocumentState.h"
 #include "MarkdownUI/DocumentText.h"
 
@@ -145,6 +146,18 @@ std::vector<LinkInfo> DocumentLayout::links() const {
 
 std::vector<HeadingInfo> DocumentLayout::headings() const {
     return headingsOf(*state_);
+}
+
+std::vector<PartInfo> DocumentLayout::parts() const {
+    return partsOf(*state_);
+}
+
+std::vector<Rect> DocumentLayout::rectanglesOf(const PartInfo& part) {
+    return markdown::rectanglesOf(*state_, part);
+}
+
+std::vector<Rect> DocumentLayout::selectedImages(const TextRange& range, const Rect& area) {
+    return markdown::selectedImages(*state_, range, area);
 }
 
 std::size_t DocumentLayout::codeBlockCount() const {

@@ -86,6 +86,12 @@ public:
     [[nodiscard]] std::optional<std::string> linkAt(Point point);
     [[nodiscard]] std::vector<LinkInfo> links() const;
     [[nodiscard]] std::vector<HeadingInfo> headings() const;
+    /// Headings, links, images and copy buttons in reading order.
+    [[nodiscard]] std::vector<PartInfo> parts() const;
+    /// Where a part stands, a rectangle a line.
+    [[nodiscard]] std::vector<Rect> rectanglesOf(const PartInfo& part);
+    /// The frames of the images that stand for themselves within `range`; those that meet `area`.
+    [[nodiscard]] std::vector<Rect> selectedImages(const TextRange& range, const Rect& area);
 
     // Code blocks, counted in document order.
     [[nodiscard]] std::size_t codeBlockCount() const;

@@ -89,8 +89,13 @@ void DocumentState::forgetLayout() {
     std::vector<double> heights;
     heights.reserve(count);
     const LayoutContext all = context();
-    for (const FlowUnit& unit : flow_.units)
+    for (const FlowUnit& unit : flow_.units) {
+        if (unit.kind == FlowUnit::Kind::nothing) { // no viewport meets it
+            isExact_[heights.size()] = true;
+            ++exactCount_;
+        }
         heights.push_back(unit.gap + estimatedHeight(all, unit));
+    }
     heights_.assign(std::move(heights));
 }
 

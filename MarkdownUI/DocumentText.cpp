@@ -103,23 +103,29 @@ void ensureDocumentText(DocumentState& state) {
     state.documentText = std::move(text);
 }
 
+std::vector<LinkInfo> linksOfBlock(const DocumentState& state, std::size_t block) {
+    std::vector<LinkInfo> result;
+    const Inlines* values = inlinesOf(state, block);
+    if (values == nullptr)
+        return result;
+    const IsImageLoaded isLoaded = state.imageQuestion();
+    std::string text;
+    forEachLink(*values, isLoaded, [&](std::size_t begin, std::size_t end, const std::string& destination) {
+        const auto url = resolveURL(destination, state.options().baseURL);
+        if (!url)
+            return;
+        if (text.empty())
+            text = plainTextOf(*values, isLoaded);
+        result.push_back({{{block, begin}, {block, end}}, *url, text.substr(begin, end - begin)});
+    });
+    return result;
+}
+
 std::vector<LinkInfo> linksOf(const DocumentState& state) {
     std::vector<LinkInfo> result;
-    const IsImageLoaded isLoaded = state.imageQuestion();
     forEachTextBlock(state, [&](std::size_t block) {
-        const Inlines* values = inlinesOf(state, block);
-        if (values == nullptr)
-            return;
-        std::string text;
-        forEachLink(
-            *values, isLoaded, [&](std::size_t begin, std::size_t end, const std::string& destination) {
-                const auto url = resolveURL(destination, state.options().baseURL);
-                if (!url)
-                    return;
-                if (text.empty())
-                    text = plainTextOf(*values, isLoaded);
-                result.push_back({{{block, begin}, {block, end}}, *url, text.substr(begin, end - begin)});
-            });
+        for (LinkInfo& link : linksOfBlock(state, block))
+            result.push_back(std::move(link));
     });
     return result;
 }

@@ -22,6 +22,7 @@ namespace quillmoth::markdown {
 void ensureDocumentText(DocumentState& state);
 
 [[nodiscard]] std::vector<LinkInfo> linksOf(const DocumentState& state);
+[[nodiscard]] std::vector<LinkInfo> linksOfBlock(const DocumentState& state, std::size_t block);
 [[nodiscard]] std::vector<HeadingInfo> headingsOf(const DocumentState& state);
 
 } // namespace quillmoth::markdown

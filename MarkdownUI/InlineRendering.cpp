@@ -13,52 +13,52 @@ public:
     InlineRenderer(const InlineEnvironment& environment, AttributedText& result)
         : environment_(environment), result_(result) {}
 
-    void render(const Inline& value, const AttributeContainer& bag) {
+    void render(const Inline& value, const SharedAttributes& bag) {
         std::visit([&](const auto& kind) { renderKind(kind, bag); }, value.value);
     }
 
 private:
-    void renderKind(const inlines::Text& text, const AttributeContainer& bag) {
+    void renderKind(const inlines::Text& text, const SharedAttributes& bag) {
         result_.append(text.literal, bag);
     }
 
-    void renderKind(const inlines::Code& code, const AttributeContainer& bag) {
+    void renderKind(const inlines::Code& code, const SharedAttributes& bag) {
         result_.append(code.literal, collecting(environment_.code, bag));
     }
 
-    void renderKind(const inlines::HTML& html, const AttributeContainer& bag) {
+    void renderKind(const inlines::HTML& html, const SharedAttributes& bag) {
         result_.append(html.literal, bag);
     }
 
-    void renderKind(const inlines::Emphasis& emphasis, const AttributeContainer& bag) {
+    void renderKind(const inlines::Emphasis& emphasis, const SharedAttributes& bag) {
         renderChildren(emphasis.children, collecting(environment_.emphasis, bag));
     }
 
-    void renderKind(const inlines::Strong& strong, const AttributeContainer& bag) {
+    void renderKind(const inlines::Strong& strong, const SharedAttributes& bag) {
         renderChildren(strong.children, collecting(environment_.strong, bag));
     }
 
-    void renderKind(const inlines::Strikethrough& strikethrough, const AttributeContainer& bag) {
+    void renderKind(const inlines::Strikethrough& strikethrough, const SharedAttributes& bag) {
         renderChildren(strikethrough.children, collecting(environment_.strikethrough, bag));
     }
 
-    void renderKind(const inlines::Link& link, const AttributeContainer& bag) {
+    void renderKind(const inlines::Link& link, const SharedAttributes& bag) {
         AttributeContainer inner = collecting(environment_.link, bag);
         inner.link = resolveURL(link.destination, environment_.baseURL);
-        renderChildren(link.children, inner);
+        renderChildren(link.children, std::move(inner));
     }
 
-    void renderKind(const inlines::Image& /*image*/, const AttributeContainer& /*bag*/) {}
+    void renderKind(const inlines::Image& /*image*/, const SharedAttributes& /*bag*/) {}
 
-    void renderKind(const inlines::SoftBreak& /*softBreak*/, const AttributeContainer& bag) {
+    void renderKind(const inlines::SoftBreak& /*softBreak*/, const SharedAttributes& bag) {
         result_.append(" ", bag);
     }
 
-    void renderKind(const inlines::LineBreak& /*lineBreak*/, const AttributeContainer& bag) {
+    void renderKind(const inlines::LineBreak& /*lineBreak*/, const SharedAttributes& bag) {
         result_.append("\n", bag);
     }
 
-    void renderChildren(const Inlines& children, const AttributeContainer& bag) {
+    void renderChildren(const Inlines& children, const SharedAttributes& bag) {
         for (const Inline& child : children)
             render(child, bag);
     }
@@ -84,15 +84,16 @@ AttributedText inlinesToText(const Inlines& values, const InlineEnvironment& env
                              const AttributeContainer& attributes, const InlineImages& images) {
     AttributedText result;
     InlineRenderer renderer(environment, result);
+    const SharedAttributes shared(attributes);
     for (const Inline& value : values) {
         const auto* image = value.get<inlines::Image>();
         if (image == nullptr) {
-            renderer.render(value, attributes);
+            renderer.render(value, shared);
         } else if (auto attachment = images ? images(image->source) : std::nullopt) {
             attachment->alt = inlinesAsText(image->children);
             AttributeContainer bag = attributes;
             bag.attachment = std::move(attachment);
-            result.append(kObjectReplacement, bag);
+            result.append(kObjectReplacement, std::move(bag));
         }
     }
     realizeFonts(result);

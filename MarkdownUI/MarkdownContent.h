@@ -8,7 +8,7 @@ namespace quillmoth::markdown {
 
 /// The deepest nesting of a document, of blocks and inlines together. What is nested deeper loses that
 /// nesting, but none of its text: recursion over a document is safe.
-constexpr int kDeepestNesting = 400;
+constexpr int kDeepestNesting = 1200;
 
 /// A parsed document.
 struct MarkdownContent {

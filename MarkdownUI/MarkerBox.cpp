@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <cmath>
+#include <variant>
 
 #include "MarkdownUI/Box.h"
 
@@ -17,6 +19,17 @@ double firstBaseline(const LayoutContext& context, const FlowUnit& unit, const B
     return first.origin.y + line.top + line.ascent;
 }
 
+/// Markers can be higher than what they stand before: a rule, a small heading. The box holds them all the
+/// same.
+void makeRoom(Box& box, double top, double bottom) {
+    const double missing = std::max(0.0, -top);
+    for (Fragment& fragment : box.fragments)
+        fragment.origin.y += missing;
+    for (DisplayItem& item : box.decorations)
+        std::visit([missing](auto& kind) { kind.frame.y += missing; }, item);
+    box.height = std::max(box.height, bottom) + missing;
+}
+
 } // namespace
 
 void addMarkers(const LayoutContext& context, const FlowUnit& unit, Box& box) {
@@ -27,6 +40,12 @@ void addMarkers(const LayoutContext& context, const FlowUnit& unit, Box& box) {
     const bool isRightToLeft = unit.direction == TextDirection::rightToLeft;
     const double leading = isRightToLeft ? context.options.width - frame.x - frame.width : frame.x;
     const double moved = unit.leading - leading; // by deep nesting
+    double highest = 0;
+    double lowest = 0;
+    const auto hold = [&](double top, double bottom) {
+        highest = std::min(highest, top);
+        lowest = std::max(lowest, bottom);
+    };
     for (std::uint32_t i = 0; i < unit.markerCount; ++i) {
         const FlowMarker& place = context.flow.markers[unit.firstMarker + i];
         const double end = place.leading + place.width - moved;
@@ -43,13 +62,16 @@ void addMarkers(const LayoutContext& context, const FlowUnit& unit, Box& box) {
             const double top = std::round(baseline - font.scaledSize() * kCapHeight / 2 - side / 2);
             const Rect symbol{std::round(left(side)), top, side, side};
             box.decorations.push_back(SymbolItem{symbol, marker.symbol, marker.color});
+            hold(symbol.y, symbol.bottom());
             continue;
         }
-        addFragment(context, markerText(marker, bag), {}, {}, kNoTextBlock, box);
+        addFragment(context, markerText(marker, bag), {.font = makeFont(font)}, {}, kNoTextBlock, box);
         Fragment& text = box.fragments.back();
         const TextLine& line = text.shaped->lines().front();
         text.origin = {left(line.advance), baseline - line.top - line.ascent};
+        hold(text.origin.y, text.origin.y + line.height());
     }
+    makeRoom(box, highest, lowest);
 }
 
 } // namespace quillmoth::markdown

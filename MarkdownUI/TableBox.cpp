@@ -43,23 +43,45 @@ struct ColumnNeeds {
     double ideal = 0; ///< of the longest cell in one line
 };
 
-std::string_view longestWord(std::string_view text) {
-    std::string_view longest;
-    while (!text.empty()) {
-        const std::size_t end = std::min(text.find_first_of(" \n"), text.size());
-        if (end > longest.size())
-            longest = text.substr(0, end);
-        text.remove_prefix(std::min(end + 1, text.size()));
+/// A stretch between blanks, in bytes.
+struct Word {
+    std::size_t begin = 0;
+    std::size_t end = 0;
+
+    [[nodiscard]] std::size_t length() const { return end - begin; }
+};
+
+/// The longest words of a line; one of them is the widest, in all likelihood.
+std::vector<Word> longestWords(std::string_view text, const TextLine& line) {
+    constexpr std::size_t kMost = 6;
+    std::vector<Word> words;
+    for (std::size_t begin = line.begin; begin < line.end;) {
+        const std::size_t end = std::min(text.find_first_of(" \n", begin), line.end);
+        if (end > begin)
+            words.push_back({begin, end});
+        begin = end + 1;
     }
-    return longest;
+    const auto kept = words.begin() + static_cast<std::ptrdiff_t>(std::min(kMost, words.size()));
+    std::ranges::partial_sort(words, kept, std::ranges::greater{}, &Word::length);
+    words.erase(kept, words.end());
+    return words;
 }
 
-double widthOf(const LayoutContext& context, const AttributedText& text) {
-    double width = 0;
+/// What a text takes without padding: in one line, and broken at every blank.
+ColumnNeeds needsOfText(const LayoutContext& context, const AttributedText& text) {
+    ColumnNeeds needs;
     const auto shaped = context.engine.shape(text, {});
-    for (const TextLine& line : shaped->lines())
-        width = std::max(width, line.advance);
-    return std::ceil(width);
+    const std::vector<TextLine>& lines = shaped->lines();
+    for (std::size_t line = 0; line < lines.size(); ++line) {
+        needs.ideal = std::max(needs.ideal, std::ceil(lines[line].advance));
+        for (const Word& word : longestWords(text.text(), lines[line])) {
+            double width = 0; // a word of both directions has several rectangles
+            for (const Rect& part : shaped->rectanglesOf(word.begin, word.end))
+                width += part.width;
+            needs.least = std::max(needs.least, std::ceil(width));
+        }
+    }
+    return needs;
 }
 
 /// Measures tables column by column.
@@ -108,10 +130,8 @@ private:
             return {std::min(width, style.bag.fontProperties->size * 2) + padding, width + padding};
         }
         const AttributedText text = textOfInlines(context_, values, style.bag, all_);
-        const std::string_view word = longestWord(text.text());
-        const auto begin = static_cast<std::size_t>(word.data() - text.text().data());
-        const double least = word.empty() ? 0 : widthOf(context_, text.substring(begin, begin + word.size()));
-        return {least + padding, widthOf(context_, text) + padding};
+        const ColumnNeeds needs = needsOfText(context_, text);
+        return {needs.least + padding, needs.ideal + padding};
     }
 
     const LayoutContext& context_;
@@ -120,8 +140,53 @@ private:
     double all_;
 };
 
-/// The ideal widths if there is room for them. Else each column gets its least, and a part of the rest in
-/// proportion to what it lacks; where not even the least fits, all shrink, but never below `floor`.
+/// The width that no column may pass so that all together fit into `room`; those below it keep what they
+/// need.
+double greatestWidth(std::vector<ColumnNeeds> needs, double room) {
+    std::ranges::sort(needs, {}, &ColumnNeeds::least);
+    for (std::size_t i = 0; i < needs.size(); ++i) {
+        const double share = room / static_cast<double>(needs.size() - i);
+        if (needs[i].least > share)
+            return std::floor(share);
+        room -= needs[i].least;
+    }
+    return room;
+}
+
+/// Widths for columns whose least fits into `room`, but not their ideal: those that need no more than an
+/// equal share are not wrapped; the others share the rest in proportion to what they lack.
+std::vector<double> sharedWidths(const std::vector<ColumnNeeds>& needs, double room) {
+    std::vector<std::size_t> order(needs.size());
+    std::iota(order.begin(), order.end(), std::size_t{0});
+    std::ranges::sort(order, {}, [&needs](std::size_t column) { return needs[column].ideal; });
+    std::vector<double> widths;
+    double spare = room;
+    double lacking = 0;
+    for (const ColumnNeeds& column : needs) {
+        widths.push_back(column.least);
+        spare -= column.least;
+        lacking += column.ideal - column.least;
+    }
+    std::size_t next = 0;
+    for (; next < order.size(); ++next) {
+        const ColumnNeeds& column = needs[order[next]];
+        const double lack = column.ideal - column.least;
+        if (column.ideal > room / static_cast<double>(order.size() - next) || lack > spare)
+            break;
+        widths[order[next]] = column.ideal;
+        room -= column.ideal;
+        spare -= lack;
+        lacking -= lack;
+    }
+    for (; next < order.size(); ++next) {
+        const ColumnNeeds& column = needs[order[next]];
+        widths[order[next]] += std::floor(spare * (column.ideal - column.least) / std::max(lacking, 1.0));
+    }
+    return widths;
+}
+
+/// The ideal widths if there is room for them. Where not even the least fits, the widest columns break their
+/// words, so that the others need not; but none gets less than `floor`.
 std::vector<double> distribute(const std::vector<ColumnNeeds>& needs, double room, double floor) {
     double least = 0;
     double ideal = 0;
@@ -129,17 +194,13 @@ std::vector<double> distribute(const std::vector<ColumnNeeds>& needs, double roo
         least += column.least;
         ideal += column.ideal;
     }
+    if (ideal > room && least <= room)
+        return sharedWidths(needs, room);
+    const double most = std::max(greatestWidth(needs, room), floor);
     std::vector<double> widths;
-    for (const ColumnNeeds& column : needs) {
-        if (ideal <= room)
-            widths.push_back(column.ideal);
-        else if (least <= room)
-            widths.push_back(std::floor(column.least + (room - least) * (column.ideal - column.least) /
-                                                           std::max(ideal - least, 1.0)));
-        else
-            widths.push_back(
-                std::max(std::min(floor, column.least), std::floor(column.least * room / least)));
-    }
+    widths.reserve(needs.size());
+    for (const ColumnNeeds& column : needs)
+        widths.push_back(ideal <= room ? column.ideal : std::min(column.least, most));
     return widths;
 }
 

@@ -2,6 +2,7 @@
 
 #include <compare>
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 namespace quillmoth::markdown {
@@ -25,6 +26,25 @@ struct TextRange {
     bool operator==(const TextRange&) const = default;
 };
 
+/// Something in a document that is more than text.
+struct PartInfo {
+    enum class Kind : std::uint8_t { heading, link, image, copyButton };
+
+    Kind kind = Kind::heading;
+    int level = 0;      ///< of a heading
+    TextRange range{};  ///< of a heading or link
+    std::string text{}; ///< of a heading or link; what an image shows
+    /// Of a link, or of an image that is one: absolute URL, or as written where there is no base.
+    std::string destination{};
+    std::size_t place = 0; ///< copy button: its code block; image: the unit that holds it
+    std::size_t index = 0; ///< image: which one of its unit
+
+    /// True where it can be pressed.
+    [[nodiscard]] bool acts() const { return kind == Kind::copyButton || !destination.empty(); }
+
+    bool operator==(const PartInfo&) const = default;
+};
+
 struct HeadingInfo {
     int level = 1;
     TextRange range;
@@ -35,7 +55,7 @@ struct HeadingInfo {
 
 struct LinkInfo {
     TextRange range;
-    std::string destination; ///< absolute URL, or as written where there is no base
+    std::string destination{}; ///< absolute URL, or as written where there is no base
     std::string text;
 
     bool operator==(const LinkInfo&) const = default;

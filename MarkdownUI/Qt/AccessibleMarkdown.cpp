@@ -1,24 +1,12 @@
 #include "MarkdownUI/Qt/AccessibleMarkdown.h"
 
-#include "MarkdownUI/Qt/AccessibleMarkdownView.h"
+#include "MarkdownUI/Qt/AccessibleDocument.h"
 #include "MarkdownUI/Qt/MarkdownView.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace quillmoth::markdown {
-
-namespace {
-
-template<class Infos>
-const typename Infos::value_type* infoAt(const Infos& infos, const TextPosition& position) {
-    const auto found = std::find_if(infos.begin(), infos.end(), [&position](const auto& info) {
-        return info.range.begin <= position && position < info.range.end;
-    });
-    return found != infos.end() ? &*found : nullptr;
-}
-
-} // namespace
 
 AccessibleMarkdownText::AccessibleMarkdownText(MarkdownItem& item, Origin origin)
     : item_(item), origin_(std::move(origin)) {}
@@ -114,28 +102,40 @@ void AccessibleMarkdownText::scrollToSubstring(int startIndex, int /*endIndex*/)
 
 QString AccessibleMarkdownText::attributes(int offset, int* startOffset, int* endOffset) const {
     *startOffset = *endOffset = offset;
-    const DocumentLayout* document = item_.content().document();
-    if (document == nullptr) {
+    if (item_.content().document() == nullptr) {
         *startOffset = 0;
         *endOffset = characterCount();
         return {};
     }
     const TextPosition position = positionOf(offset);
-    const auto tell = [&](const TextRange& range, const QString& attributes) {
-        *startOffset = offsetOf(range.begin);
-        *endOffset = offsetOf(range.end);
-        return attributes;
+    const auto holds = [&position](const PartInfo& part) {
+        return part.range.begin <= position && position < part.range.end;
     };
-    const auto links = document->links();
-    if (const LinkInfo* link = infoAt(links, position)) {
-        return tell(link->range, QStringLiteral("href:%1;").arg(QString::fromStdString(link->destination)));
+    const auto& parts = item_.parts();
+    auto found = std::find_if(parts.begin(), parts.end(), [&holds](const PartInfo& part) {
+        return part.kind == PartInfo::Kind::link && holds(part);
+    });
+    if (found == parts.end()) {
+        found = std::find_if(parts.begin(), parts.end(), holds);
     }
-    const auto headings = document->headings();
-    if (const HeadingInfo* heading = infoAt(headings, position)) {
-        return tell(heading->range, QStringLiteral("level:%1;").arg(heading->level));
+    if (found == parts.end()) {
+        *endOffset = offset + 1;
+        return {};
     }
-    *endOffset = offset + 1;
-    return {};
+    *startOffset = offsetOf(found->range.begin);
+    *endOffset = offsetOf(found->range.end);
+    return found->kind == PartInfo::Kind::link
+               ? QStringLiteral("href:%1;").arg(QString::fromStdString(found->destination))
+               : QStringLiteral("level:%1;").arg(found->level);
+}
+
+void announceFocusedPart(QWidget& widget, const MarkdownItem& item) {
+    if (!QAccessible::isActive() || !item.focusedPart()) {
+        return;
+    }
+    QAccessibleEvent event(&widget, QAccessible::Focus);
+    event.setChild(static_cast<int>(*item.focusedPart()));
+    QAccessible::updateAccessibility(&event);
 }
 
 void installAccessibleMarkdown() {
@@ -143,7 +143,12 @@ void installAccessibleMarkdown() {
         QAccessible::installFactory(
             [](const QString& /*className*/, QObject* object) -> QAccessibleInterface* {
                 auto* view = dynamic_cast<MarkdownView*>(object);
-                return view != nullptr ? new AccessibleMarkdownView(*view) : nullptr; // owned by Qt's cache
+                if (view == nullptr) {
+                    return nullptr;
+                }
+                return new AccessibleDocument(*view, view->item(), [view] { // owned by Qt's cache
+                    return view->mapToGlobal(view->itemOrigin().toPoint());
+                });
             });
         return true;
     }();

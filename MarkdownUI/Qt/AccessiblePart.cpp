@@ -1,58 +1,79 @@
 #include "MarkdownUI/Qt/AccessiblePart.h"
 
-#include <utility>
+#include <QStringList>
 
 namespace quillmoth::markdown {
 
 AccessiblePart::AccessiblePart(QAccessibleInterface& parent, const AccessibleMarkdownText& document,
-                               Description description)
-    : parent_(parent), document_(document), description_(std::move(description)) {}
+                               std::size_t part)
+    : parent_(parent), document_(document), part_(part) {}
+
+const PartInfo& AccessiblePart::info() const {
+    static const PartInfo kGone;
+    const auto& parts = document_.item().parts();
+    return part_ < parts.size() ? parts[part_] : kGone;
+}
+
+QAccessible::Role AccessiblePart::role() const {
+    switch (info().kind) {
+    case PartInfo::Kind::heading:
+        return QAccessible::Heading;
+    case PartInfo::Kind::copyButton:
+        return QAccessible::PushButton;
+    case PartInfo::Kind::image:
+        return info().acts() ? QAccessible::Link : QAccessible::Graphic;
+    case PartInfo::Kind::link:
+        break;
+    }
+    return QAccessible::Link;
+}
 
 QString AccessiblePart::text(QAccessible::Text kind) const {
-    switch (kind) {
-    case QAccessible::Name:
-        return description_.name;
-    case QAccessible::Description:
-        return description_.description;
-    default:
-        return {};
+    const PartInfo& part = info();
+    const bool isButton = part.kind == PartInfo::Kind::copyButton;
+    if (kind == QAccessible::Name) {
+        return isButton ? QStringLiteral("Copy code") : QString::fromStdString(part.text);
     }
+    if (kind == QAccessible::Description) {
+        return part.kind == PartInfo::Kind::heading ? QStringLiteral("Level %1").arg(part.level)
+                                                    : QString::fromStdString(part.destination);
+    }
+    return {};
 }
 
 QRect AccessiblePart::rect() const {
-    if (!description_.codeBlock) {
-        return document_.rectangleOf(description_.range);
+    QRect frame;
+    if (DocumentLayout* const layout = document_.item().content().document()) {
+        for (const Rect& rect : layout->rectanglesOf(info())) {
+            frame |= document_.onScreen(rect);
+        }
     }
-    const Rect frame = document_.item().content().document()->copyButtonFrame(*description_.codeBlock);
-    return document_.onScreen(frame);
+    return frame;
 }
 
 QAccessible::State AccessiblePart::state() const {
     QAccessible::State state;
-    state.linked = description_.role == QAccessible::Link;
+    const auto focused = document_.item().focusedPart();
+    state.linked = role() == QAccessible::Link;
     state.readOnly = true;
+    state.focusable = info().acts();
+    state.focused = focused && *focused == part_ && parent_.state().focused;
     return state;
 }
 
 void* AccessiblePart::interface_cast(QAccessible::InterfaceType type) {
-    const bool acts = description_.role != QAccessible::Heading;
-    return type == QAccessible::ActionInterface && acts ? static_cast<QAccessibleActionInterface*>(this)
-                                                        : nullptr;
+    return type == QAccessible::ActionInterface && info().acts()
+               ? static_cast<QAccessibleActionInterface*>(this)
+               : nullptr;
 }
 
 QStringList AccessiblePart::actionNames() const {
-    return description_.role == QAccessible::Heading ? QStringList() : QStringList(pressAction());
+    return info().acts() ? QStringList(pressAction()) : QStringList();
 }
 
 void AccessiblePart::doAction(const QString& actionName) {
-    if (actionName != pressAction()) {
-        return;
-    }
-    MarkdownItem& item = document_.item();
-    if (description_.codeBlock) {
-        item.codeControls().copy(*item.content().document(), *description_.codeBlock);
-    } else {
-        item.host().openLink(description_.destination);
+    if (actionName == pressAction()) {
+        document_.item().activate(info());
     }
 }
 

@@ -5,24 +5,15 @@
 #include <QAccessible>
 
 #include <cstddef>
-#include <optional>
 
 namespace quillmoth::markdown {
 
-/// A heading, link or copy button of a document for assistive technology.
+/// A heading, link, image or copy button of a document for assistive technology. Lives as long as the content
+/// does that it was made for.
 class AccessiblePart : public QAccessibleInterface, public QAccessibleActionInterface {
 public:
-    struct Description {
-        QAccessible::Role role = QAccessible::Heading;
-        QString name;
-        QString description;
-        TextRange range;                      ///< heading, link
-        QString destination;                  ///< link
-        std::optional<std::size_t> codeBlock; ///< copy button
-    };
-
-    AccessiblePart(QAccessibleInterface& parent, const AccessibleMarkdownText& document,
-                   Description description);
+    /// `part` is the index among the item's parts.
+    AccessiblePart(QAccessibleInterface& parent, const AccessibleMarkdownText& document, std::size_t part);
 
     [[nodiscard]] bool isValid() const override { return parent_.isValid(); }
 
@@ -38,7 +29,7 @@ public:
 
     [[nodiscard]] int indexOfChild(const QAccessibleInterface* /*child*/) const override { return -1; }
 
-    [[nodiscard]] QAccessible::Role role() const override { return description_.role; }
+    [[nodiscard]] QAccessible::Role role() const override;
 
     void setText(QAccessible::Text /*kind*/, const QString& /*text*/) override {}
 
@@ -55,9 +46,12 @@ public:
     }
 
 private:
+    /// An empty heading where the content is another one by now.
+    [[nodiscard]] const PartInfo& info() const;
+
     QAccessibleInterface& parent_;
     const AccessibleMarkdownText& document_;
-    Description description_;
+    std::size_t part_;
 };
 
 } // namespace quillmoth::markdown

@@ -21,6 +21,9 @@ constexpr double kBarHeight = 4;
 constexpr double kHoveredBarHeight = 6;
 constexpr double kBarMargin = 3;
 constexpr double kHoveredBarMargin = 2;
+constexpr double kRingWidth = 2;
+constexpr double kRingGap = 1;
+constexpr double kRingRadius = 4;
 constexpr double kBarInset = 8; // from the side bar and from the rounded corner
 
 QRectF qt(const Rect& rect) {
@@ -129,6 +132,12 @@ void DisplayListPainter::paint(QPainter& painter, const DisplayList& list, const
         }
     }
     paintRange(painter, list, 0, list.size(), state, false);
+    for (const Rect& rect : state.selectedImages) {
+        painter.fillRect(qt(rect), palette_.selection);
+    }
+    for (const Rect& rect : state.focusRings) {
+        paintFocusRing(painter, rect);
+    }
     painter.restore();
 }
 
@@ -183,6 +192,7 @@ void DisplayListPainter::paintText(QPainter& painter, const TextLineItem& item, 
     } else {
         shaped->drawLine(painter, item.line, origin);
     }
+    paintAttachments(painter, item, state);
     const TextLine& line = shaped->lines()[item.line];
     for (const Rect& rect : state.underlines) {
         if (standsIn(rect, item.frame)) {
@@ -190,6 +200,40 @@ void DisplayListPainter::paintText(QPainter& painter, const TextLineItem& item, 
             painter.fillRect(snapped(painter, {rect.x, y, rect.width, 1}), palette_.link);
         }
     }
+}
+
+/// The images that stand in a line of text, on its baseline.
+void DisplayListPainter::paintAttachments(QPainter& painter, const TextLineItem& item,
+                                          const PaintState& state) {
+    const TextLine& line = item.shaped->lines()[item.line];
+    const auto& runs = item.text->runs();
+    const auto first =
+        std::partition_point(runs.begin(), runs.end(),
+                             [&line](const AttributedText::Run& run) { return run.end() <= line.begin; });
+    for (auto run = first; run != runs.end() && run->begin < line.end; ++run) {
+        const auto& attachment = run->attributes->attachment;
+        if (!attachment) {
+            continue;
+        }
+        const double left =
+            std::min(item.shaped->caretX(item.line, run->begin), item.shaped->caretX(item.line, run->end()));
+        const QRectF frame(item.origin.x + left,
+                           item.origin.y + line.top + line.ascent - attachment->size.height,
+                           attachment->size.width, attachment->size.height);
+        images_.draw(painter, attachment->source, frame);
+        const auto selected = selectedPart(item, state);
+        if (selected && selected->begin <= run->begin && run->end() <= selected->end) {
+            painter.fillRect(frame, palette_.selection);
+        }
+    }
+}
+
+void DisplayListPainter::paintFocusRing(QPainter& painter, const Rect& rect) {
+    painter.setPen(QPen(palette_.accent, kRingWidth));
+    painter.setBrush(Qt::NoBrush);
+    const double out = kRingGap + kRingWidth / 2;
+    painter.drawRoundedRect(snapped(painter, qt(rect)).adjusted(-out, -out, out, out), kRingRadius,
+                            kRingRadius);
 }
 
 void DisplayListPainter::paintRectangle(QPainter& painter, const RectangleItem& item) {

@@ -37,6 +37,8 @@ struct PaintState {
     std::optional<TextRange> selection;
     std::vector<Rect> selectionRectangles;     ///< of the selection, in the coordinates of the document
     std::vector<Rect> underlines;              ///< the rectangles of the link under the pointer
+    std::vector<Rect> selectedImages;          ///< frames of images
+    std::vector<Rect> focusRings;              ///< around what has the keyboard's focus, if it is no button
     std::map<std::size_t, CodeBlockLook> code; ///< those that are not at rest
 };
 
@@ -54,8 +56,10 @@ private:
                     const PaintState& state, bool isCode);
     void paintSelection(QPainter& painter, const PaintState& state, const QRectF& area, bool isCode);
     void paintText(QPainter& painter, const TextLineItem& item, const PaintState& state, bool isCode);
+    void paintAttachments(QPainter& painter, const TextLineItem& item, const PaintState& state);
     void paintRectangle(QPainter& painter, const RectangleItem& item);
     void paintButton(QPainter& painter, const ButtonItem& item, const CodeBlockLook& look);
+    void paintFocusRing(QPainter& painter, const Rect& rect);
     void paintScrollBar(QPainter& painter, const ScrollRegionItem& item, const CodeBlockLook& look);
 
     const MarkdownPalette& palette_;

@@ -90,8 +90,10 @@ void MarkdownItem::replaceContent(std::unique_ptr<ItemContent> content) {
 }
 
 void MarkdownItem::contentChanged() {
-    links_.reset();
+    parts_.reset();
+    ++version_;
     hoveredLink_.reset();
+    setFocusedPart(std::nullopt);
     host_.itemResized();
     host_.itemChanged({});
 }
@@ -167,14 +169,22 @@ PaintState MarkdownItem::paintState(const Rect& area) {
         state.selection = selection_.range();
         state.selectionRectangles = content_->selectionRectangles(selection_.range(), area);
     }
+    DocumentLayout* const document = content_->document();
+    if (document != nullptr && hasSelection()) {
+        state.selectedImages = document->selectedImages(selection_.range(), area);
+    }
     if (hoveredLink_) {
         state.underlines = content_->selectionRectangles(hoveredLink_->range, area);
+    }
+    if (document != nullptr && focusedPart_ && !controls_->focusedButton()) {
+        state.focusRings = document->rectanglesOf(parts()[*focusedPart_]);
     }
     return state;
 }
 
 void MarkdownItem::mousePress(const QPointF& point, int clicks, Qt::KeyboardModifiers modifiers) {
     const Point at = pointOf(point);
+    setFocusedPart(std::nullopt);
     if (document_ != nullptr && controls_->press(*document_->document(), at)) {
         return;
     }
@@ -233,24 +243,30 @@ QString MarkdownItem::linkAt(const QPointF& point) {
 }
 
 /// The link whose text is at `point`.
-const LinkInfo* MarkdownItem::linkInfoAt(Point point) {
+const PartInfo* MarkdownItem::linkPartAt(Point point) {
     DocumentLayout* const document = document_ != nullptr ? document_->document() : nullptr;
     if (document == nullptr || !document->linkAt(point)) {
         return nullptr;
     }
-    if (!links_) {
-        links_ = document->links();
-    }
     const TextPosition position = content_->positionAt(point);
-    const auto found = std::find_if(links_->begin(), links_->end(), [&position](const LinkInfo& link) {
-        return link.range.begin <= position && position <= link.range.end;
+    const auto found = std::find_if(parts().begin(), parts().end(), [&position](const PartInfo& part) {
+        return part.kind == PartInfo::Kind::link && part.range.begin <= position &&
+               position <= part.range.end;
     });
-    return found != links_->end() ? &*found : nullptr;
+    return found != parts().end() ? &*found : nullptr;
+}
+
+const std::vector<PartInfo>& MarkdownItem::parts() const {
+    if (!parts_) {
+        const DocumentLayout* const document = content_->document();
+        parts_ = document != nullptr ? document->parts() : std::vector<PartInfo>();
+    }
+    return *parts_;
 }
 
 void MarkdownItem::updateLink(const QPointF& point) {
-    const LinkInfo* link = linkInfoAt(pointOf(point));
-    const std::optional<LinkInfo> hovered = link != nullptr ? std::optional(*link) : std::nullopt;
+    const PartInfo* link = linkPartAt(pointOf(point));
+    const std::optional<PartInfo> hovered = link != nullptr ? std::optional(*link) : std::nullopt;
     if (hovered != hoveredLink_) {
         hoveredLink_ = hovered;
         host_.itemChanged({});

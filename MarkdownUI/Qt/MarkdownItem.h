@@ -19,6 +19,7 @@
 #include <vector>
 
 class QKeyEvent;
+class QMenu;
 class QPainter;
 class QWheelEvent;
 
@@ -73,10 +74,20 @@ public:
     /// True where a code block takes it; a vertical turn is left alone but with Shift.
     bool wheel(const QWheelEvent& event, const QPointF& point);
 
-    /// True where the item takes the key: moves and copies of the selection, sideways scrolling of code.
+    /// True where the item takes the key: moves and copies of the selection, sideways scrolling of code,
+    /// Return on what has the focus.
     bool keyPress(const QKeyEvent& event);
-    /// The next copy button, for the Tab key. False behind the last one.
-    bool focusNextButton(bool isForward);
+    /// Gives the keyboard's focus to the next link or button, for the Tab key. False behind the last one.
+    bool focusNextControl(bool isForward);
+
+    bool focusNextButton(bool isForward) { return focusNextControl(isForward); }
+
+    void clearFocus();
+    /// Where that stands which has the focus: to be scrolled into view.
+    [[nodiscard]] std::optional<QRectF> focusedFrame();
+
+    /// Adds "Copy", "Copy Link" and "Select All" for a menu at `point`.
+    void addActions(QMenu& menu, const QPointF& point);
 
     // Selection.
     [[nodiscard]] bool hasSelection() const { return !selection_.isEmpty(); }
@@ -91,6 +102,18 @@ public:
     [[nodiscard]] QRectF caretRectangle();
 
     // For accessibility and tests.
+    /// Headings, links, images and copy buttons in reading order; none in text without markup.
+    [[nodiscard]] const std::vector<PartInfo>& parts() const;
+
+    /// The part that has the focus; it holds until the next change of the content.
+    [[nodiscard]] std::optional<std::size_t> focusedPart() const { return focusedPart_; }
+
+    /// As a press on the part would.
+    void activate(const PartInfo& part);
+
+    /// Another one after each change of the content.
+    [[nodiscard]] std::size_t version() const { return version_; }
+
     [[nodiscard]] ItemContent& content() { return *content_; }
 
     [[nodiscard]] const ItemContent& content() const { return *content_; }
@@ -104,7 +127,9 @@ private:
     void contentChanged();
     void applyOptions();
     void updateLink(const QPointF& point);
-    [[nodiscard]] const LinkInfo* linkInfoAt(Point point);
+    [[nodiscard]] const PartInfo* linkPartAt(Point point);
+    void setFocusedPart(std::optional<std::size_t> part);
+    bool activateByKey(const QKeyEvent& event);
     bool moveByKey(const QKeyEvent& event);
     bool scrollByKey(const QKeyEvent& event);
     [[nodiscard]] PaintState paintState(const Rect& area);
@@ -120,8 +145,10 @@ private:
     ItemSelection selection_;
     bool isSelecting_ = false;
     bool hasCaret_ = false;
-    std::optional<std::vector<LinkInfo>> links_; ///< of the content, once asked for
-    std::optional<LinkInfo> hoveredLink_;
+    mutable std::optional<std::vector<PartInfo>> parts_; ///< of the content, once asked for
+    std::size_t version_ = 0;
+    std::optional<PartInfo> hoveredLink_;
+    std::optional<std::size_t> focusedPart_;
     QString pressedLink_;
     std::shared_ptr<void> imageSubscription_;
 };

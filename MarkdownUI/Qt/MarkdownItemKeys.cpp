@@ -3,7 +3,9 @@
 #include "MarkdownUI/Qt/DocumentContent.h"
 #include "MarkdownUI/Qt/MarkdownItem.h"
 
+#include <QAction>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QWheelEvent>
 
 #include <array>
@@ -72,12 +74,26 @@ bool MarkdownItem::keyPress(const QKeyEvent& event) {
         copySelection();
         return true;
     }
-    const bool isActivation = event.key() == Qt::Key_Return || event.key() == Qt::Key_Space;
-    if (isActivation && controls_->focusedButton()) {
-        controls_->copy(*content_->document(), *controls_->focusedButton());
-        return true;
+    return activateByKey(event) || moveByKey(event) || scrollByKey(event);
+}
+
+bool MarkdownItem::activateByKey(const QKeyEvent& event) {
+    const bool isReturn = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+    const bool isSpace = event.key() == Qt::Key_Space && controls_->focusedButton(); // else it scrolls
+    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
+    if (!focusedPart_ || !(isReturn || isSpace) || modifiers != Qt::NoModifier) {
+        return false;
     }
-    return moveByKey(event) || scrollByKey(event);
+    activate(parts()[*focusedPart_]);
+    return true;
+}
+
+void MarkdownItem::activate(const PartInfo& part) {
+    if (part.kind == PartInfo::Kind::copyButton) {
+        controls_->copy(*content_->document(), part.place);
+    } else if (part.acts()) {
+        host_.openLink(QString::fromStdString(part.destination));
+    }
 }
 
 bool MarkdownItem::moveByKey(const QKeyEvent& event) {
@@ -112,14 +128,58 @@ bool MarkdownItem::scrollByKey(const QKeyEvent& event) {
            controls_->scroll(*document, *block, event.key() == Qt::Key_Left ? -kKeyScroll : kKeyScroll);
 }
 
-bool MarkdownItem::focusNextButton(bool isForward) {
-    DocumentLayout* const document = content_->document();
-    const std::size_t count = document != nullptr ? document->codeBlockCount() : 0;
-    const auto focused = controls_->focusedButton();
-    const std::size_t next = isForward ? (focused ? *focused + 1 : 0) : (focused ? *focused : count) - 1;
-    const bool isThere = next < count; // false also where the subtraction went below zero
-    controls_->setFocusedButton(isThere ? std::optional(next) : std::nullopt);
-    return isThere;
+bool MarkdownItem::focusNextControl(bool isForward) {
+    const std::size_t count = parts().size();
+    const std::size_t step = isForward ? 1 : static_cast<std::size_t>(-1); // below zero is beyond the last
+    std::size_t next = focusedPart_ ? *focusedPart_ + step : isForward ? 0 : count - 1;
+    while (next < count && !parts()[next].acts()) {
+        next += step;
+    }
+    setFocusedPart(next < count ? std::optional(next) : std::nullopt);
+    return focusedPart_.has_value();
+}
+
+void MarkdownItem::setFocusedPart(std::optional<std::size_t> part) {
+    if (focusedPart_ == part) {
+        return;
+    }
+    focusedPart_ = part;
+    const bool isButton = part && parts()[*part].kind == PartInfo::Kind::copyButton;
+    controls_->setFocusedButton(isButton ? std::optional(parts()[*part].place) : std::nullopt);
+    host_.itemChanged({});
+}
+
+void MarkdownItem::clearFocus() {
+    setFocusedPart(std::nullopt);
+}
+
+std::optional<QRectF> MarkdownItem::focusedFrame() {
+    if (!focusedPart_) {
+        return std::nullopt;
+    }
+    QRectF frame;
+    for (const Rect& rect : content_->document()->rectanglesOf(parts()[*focusedPart_])) {
+        frame |= QRectF(rect.x, rect.y, rect.width, rect.height);
+    }
+    return frame;
+}
+
+void MarkdownItem::addActions(QMenu& menu, const QPointF& point) {
+    const auto add = [&menu](const QString& text, QKeySequence::StandardKey key, bool isEnabled) {
+        QAction* action = menu.addAction(text);
+        action->setShortcut(key);
+        action->setEnabled(isEnabled);
+        return action;
+    };
+    QObject::connect(add(QStringLiteral("Copy"), QKeySequence::Copy, hasSelection()), &QAction::triggered,
+                     &menu, [this] { copySelection(); });
+    if (const QString link = linkAt(point); !link.isEmpty()) {
+        QObject::connect(add(QStringLiteral("Copy Link"), QKeySequence::UnknownKey, true),
+                         &QAction::triggered, &menu, [this, link] { host_.copyText(link); });
+    }
+    menu.addSeparator();
+    QObject::connect(add(QStringLiteral("Select All"), QKeySequence::SelectAll, true), &QAction::triggered,
+                     &menu, [this] { selectAll(); });
 }
 
 QString MarkdownItem::selectedText() const {

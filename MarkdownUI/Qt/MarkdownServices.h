@@ -14,9 +14,10 @@ namespace quillmoth::markdown {
 /// What the documents of one window share. Outlives them. Main thread.
 struct MarkdownServices {
     /// `codeHighlighter` may be null, for code without colours; it outlives the services.
-    explicit MarkdownServices(MarkdownPalette colors, const CodeSyntaxHighlighter* codeHighlighter = nullptr,
-                              ImageLoader loader = {}, FontCache fonts = FontCache())
-        : palette(std::move(colors)), engine(palette, std::move(fonts)), images(std::move(loader)),
+    explicit MarkdownServices(const MarkdownPalette& colors,
+                              const CodeSyntaxHighlighter* codeHighlighter = nullptr, ImageLoader loader = {},
+                              FontCache fonts = FontCache())
+        : palette(colors), engine(palette, std::move(fonts)), images(std::move(loader)),
           highlighter(codeHighlighter), painter(palette, engine.fonts(), images, symbols) {}
 
     MarkdownServices(const MarkdownServices&) = delete;

@@ -3,8 +3,10 @@
 #include "MarkdownUI/Qt/AccessibleMarkdown.h"
 
 #include <QClipboard>
+#include <QContextMenuEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
@@ -259,26 +261,49 @@ bool MarkdownView::scrollByKey(const QKeyEvent& event) {
     }
 }
 
-/// Scrolls as little as shows the caret of the selection.
 void MarkdownView::showCaret() {
-    const QRectF caret = item_.caretRectangle().translated(itemOrigin());
-    if (caret.top() < 0) {
-        setScrollPosition(scroll_ + caret.top());
-    } else if (caret.bottom() > height()) {
-        setScrollPosition(scroll_ + caret.bottom() - height());
+    showFrame(item_.caretRectangle());
+}
+
+/// Scrolls as little as shows `frame`, which is the item's.
+void MarkdownView::showFrame(const QRectF& frame) {
+    const QRectF shown = frame.translated(itemOrigin());
+    if (shown.top() < 0) {
+        setScrollPosition(scroll_ + shown.top());
+    } else if (shown.bottom() > height()) {
+        setScrollPosition(scroll_ + shown.bottom() - height());
     }
 }
 
 bool MarkdownView::focusNextPrevChild(bool isNext) {
-    if (!item_.focusNextButton(isNext)) {
+    if (!item_.focusNextControl(isNext)) {
         return QWidget::focusNextPrevChild(isNext);
     }
-    const Rect button = item_.content().document()->copyButtonFrame(*item_.codeControls().focusedButton());
-    const double top = button.y + padding_;
-    if (top < scroll_ || top + button.height > scroll_ + height()) {
-        setScrollPosition(top - height() / 3.0);
-    }
+    const double margin = kKeyScroll / 2;
+    showFrame(item_.focusedFrame().value_or(QRectF()).adjusted(0, -margin, 0, margin));
+    announceFocusedPart(*this, item_);
     return true;
+}
+
+void MarkdownView::focusOutEvent(QFocusEvent* event) {
+    const bool returns =
+        event->reason() == Qt::PopupFocusReason || event->reason() == Qt::ActiveWindowFocusReason;
+    if (!returns) {
+        item_.clearFocus();
+    }
+    QWidget::focusOutEvent(event);
+}
+
+/// The menu key opens the menu where the focus is.
+void MarkdownView::contextMenuEvent(QContextMenuEvent* event) {
+    const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
+    const QPointF point =
+        isByKey ? item_.focusedFrame().value_or(item_.caretRectangle()).center() : toItem(event->pos());
+    const QPoint place = isByKey ? mapToGlobal((point + itemOrigin()).toPoint()) : event->globalPos();
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    item_.addActions(*menu, point);
+    menu->popup(place);
 }
 
 void MarkdownView::itemChanged(const QRectF& area) {

@@ -48,6 +48,8 @@ protected:
     void leaveEvent(QEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
     void timerEvent(QTimerEvent* event) override;
     bool focusNextPrevChild(bool isNext) override;
 
@@ -62,6 +64,7 @@ private:
     void press(QMouseEvent* event);
     bool scrollByKey(const QKeyEvent& event);
     void showCaret();
+    void showFrame(const QRectF& frame);
     void layOutVisible();
     void paintScrollBar(QPainter& painter);
     [[nodiscard]] double contentHeight() const;

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <utility>
 
 namespace quillmoth::markdown {
@@ -21,12 +22,18 @@ const Font& fontOf(const AttributeContainer& attributes) {
     return attributes.font ? *attributes.font : kDefault;
 }
 
-/// White space without a colour of its own shows none: it can share the format of what stands before it.
-bool isInvisible(const AttributedText& text, const AttributedText::Run& run) {
-    const AttributeContainer& attributes = run.attributes;
-    const std::string_view bytes = text.textOf(run);
-    return !attributes.underlineStyle && !attributes.strikethroughStyle && !attributes.backgroundColor &&
-           !attributes.attachment && bytes.find_first_not_of(" \t\r\n") == std::string_view::npos;
+bool isDecorated(const AttributeContainer& attributes) {
+    return attributes.underlineStyle || attributes.strikethroughStyle || attributes.backgroundColor ||
+           attributes.attachment;
+}
+
+/// White space shows no colour: it can share the format of what stands before it, where only the colour
+/// differs.
+bool looksLike(const AttributedText& text, const AttributedText::Run& blank,
+               const AttributedText::Run& before) {
+    return text.textOf(blank).find_first_not_of(" \t\r\n") == std::string_view::npos &&
+           !isDecorated(blank.attributes) && !isDecorated(before.attributes) &&
+           fontOf(blank.attributes) == fontOf(before.attributes);
 }
 
 bool needsFormat(const AttributeContainer& attributes, const Font& base) {
@@ -62,24 +69,40 @@ std::unique_ptr<ShapedText> QtTextEngine::shape(const AttributedText& text, cons
 QtTextEngine::Formats QtTextEngine::formatsOf(const AttributedText& text, const Font& base,
                                               const UTF16Index& index, QString& layoutText) {
     Formats formats;
+    FormatMemory known;
     for (const AttributedText::Run& run : text.runs()) {
         const int begin = index.utf16Of(run.begin);
         const int length = index.utf16Of(run.end()) - begin;
-        const bool joins = !formats.isEmpty() && formats.back().start + formats.back().length == begin;
-        if (joins && isInvisible(text, run)) {
+        const bool touches = !formats.isEmpty() && formats.back().start + formats.back().length == begin;
+        if (touches && looksLike(text, run, *std::prev(&run))) {
             formats.back().length += length;
             continue;
         }
-        if (run.attributes.attachment) {
+        if (run.attributes->attachment) {
             layoutText.replace(begin, 1, QChar(kStandIn));
-            formats.push_back({begin, length, attachmentFormat(*run.attributes.attachment)});
+            formats.push_back({begin, length, attachmentFormat(*run.attributes->attachment)});
         } else if (fontOf(run.attributes).hasMonospacedDigits) {
             appendDigits(run.attributes, base, begin, layoutText.mid(begin, length), formats);
         } else if (needsFormat(run.attributes, base)) {
-            formats.push_back({begin, length, formatOf(run.attributes, base)});
+            formats.push_back({begin, length, knownFormatOf(run.attributes, base, known)});
         }
     }
     return formats;
+}
+
+/// Runs of code share a few attributes; to make a format is dear.
+QTextCharFormat QtTextEngine::knownFormatOf(const AttributeContainer& attributes, const Font& base,
+                                            FormatMemory& known) {
+    const auto found = std::find_if(known.begin(), known.end(),
+                                    [&attributes](const auto& entry) { return entry.first == &attributes; });
+    if (found != known.end()) {
+        return found->second;
+    }
+    const QTextCharFormat format = formatOf(attributes, base);
+    if (known.size() < known.capacity()) {
+        known.append({&attributes, format});
+    }
+    return format;
 }
 
 QTextCharFormat QtTextEngine::formatOf(const AttributeContainer& attributes, const Font& base) {
@@ -166,8 +189,8 @@ std::pair<double, double> QtTextEngine::heightOf(const AttributedText& text, std
         const FontMetrics metrics = metricsOf(fontOf(run->attributes));
         height.first = std::max(height.first, metrics.ascent);
         height.second = std::max(height.second, metrics.descent);
-        if (run->attributes.attachment) {
-            height.first = std::max(height.first, run->attributes.attachment->size.height);
+        if (run->attributes->attachment) {
+            height.first = std::max(height.first, run->attributes->attachment->size.height);
         }
         ++run;
     } while (run != text.runs().end() && run->begin < end);

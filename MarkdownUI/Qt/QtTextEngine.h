@@ -5,9 +5,11 @@
 #include "MarkdownUI/TextEngine.h"
 
 #include <QTextLayout>
+#include <QVarLengthArray>
 
 #include <memory>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace quillmoth::markdown {
@@ -34,9 +36,13 @@ private:
     };
 
     using Formats = QList<QTextLayout::FormatRange>;
+    /// The formats of the first few different attributes of a text.
+    using FormatMemory = QVarLengthArray<std::pair<const AttributeContainer*, QTextCharFormat>, 16>;
 
     [[nodiscard]] Formats formatsOf(const AttributedText& text, const Font& base,
                                     const class UTF16Index& index, QString& layoutText);
+    [[nodiscard]] QTextCharFormat knownFormatOf(const AttributeContainer& attributes, const Font& base,
+                                                FormatMemory& known);
     [[nodiscard]] QTextCharFormat formatOf(const AttributeContainer& attributes, const Font& base);
     void appendDigits(const AttributeContainer& attributes, const Font& base, int begin, const QString& text,
                       Formats& formats);

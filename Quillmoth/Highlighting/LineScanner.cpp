@@ -269,7 +269,8 @@ void LineScanner::openString(std::size_t numberSigns) {
     position_ += numberSigns;
     const bool isMultiLine = endOfRun(position_, '"', 3) == position_ + 3;
     position_ += isMultiLine ? 3 : 1;
-    push({isMultiLine ? Context::Kind::multiLineString : Context::Kind::singleLineString, numberSigns});
+    push({isMultiLine ? Context::Kind::multiLineString : Context::Kind::singleLineString,
+          static_cast<std::uint32_t>(numberSigns)});
     access_ = Access::none;
     namesFunction_ = false;
 }
@@ -320,7 +321,7 @@ void LineScanner::takeQuotes(const Context& string) {
 }
 
 void LineScanner::scanBlockComment() {
-    std::size_t& depth = state_.contexts.back().count;
+    std::uint32_t& depth = state_.contexts.back().count;
     while (position_ < line_.size() && depth > 0) {
         const char byte = line_[position_];
         const char next = at(position_ + 1);
@@ -420,9 +421,10 @@ void LineScanner::add(std::size_t start, std::size_t end, Piece::Kind kind, Toke
     const bool joins = kind == Piece::Kind::plainText && !pieces_.empty() && pieces_.back().kind == kind &&
                        pieces_.back().start + pieces_.back().length == start;
     if (joins) {
-        pieces_.back().length += end - start;
+        pieces_.back().length += static_cast<std::uint32_t>(end - start);
     } else {
-        pieces_.push_back({start, end - start, kind, type});
+        pieces_.push_back(
+            {static_cast<std::uint32_t>(start), static_cast<std::uint32_t>(end - start), kind, type});
     }
 }
 

@@ -9,12 +9,12 @@
 
 namespace quillmoth::highlighting {
 
-/// A stretch of one line.
+/// A stretch of one line. Offsets are small: a hostile line has a piece for every byte or two.
 struct Piece {
     enum class Kind : std::uint8_t { token, plainText, whitespace };
 
-    std::size_t start = 0; ///< bytes from the start of the line
-    std::size_t length = 0;
+    std::uint32_t start = 0; ///< bytes from the start of the line, which is shorter than 4 GiB
+    std::uint32_t length = 0;
     Kind kind = Kind::plainText;
     TokenType type = TokenType::keyword; ///< read for `token` only
 
@@ -27,8 +27,8 @@ struct LineState {
         enum class Kind : std::uint8_t { blockComment, multiLineString, singleLineString, interpolation };
 
         Kind kind = Kind::blockComment;
-        std::size_t count =
-            0; ///< comment: depth; string: number signs before the quote; else open parentheses
+        /// Comment: depth; string: number signs before the quote; else open parentheses.
+        std::uint32_t count = 0;
 
         bool operator==(const Context&) const = default;
     };

@@ -1,5 +1,9 @@
 #include "Quillmoth/Highlighting/TextOutputFormat.h"
 
+#include <algorithm>
+#include <numeric>
+#include <utility>
+
 namespace quillmoth::highlighting {
 
 void TextOutputFormat::Builder::addToken(std::string_view token, TokenType type) {
@@ -17,11 +21,24 @@ void TextOutputFormat::Builder::addWhitespace(std::string_view whitespace) {
 }
 
 markdown::AttributedText TextOutputFormat::Builder::build() const {
+    using Color = std::optional<markdown::Color>;
+    std::vector<std::pair<Color, markdown::SharedAttributes>> known; // one a colour
+    const auto attributesOf = [&known](const Color& color) -> const markdown::SharedAttributes& {
+        const auto found =
+            std::ranges::find(known, color, &std::pair<Color, markdown::SharedAttributes>::first);
+        if (found != known.end()) {
+            return found->second;
+        }
+        markdown::AttributeContainer attributes;
+        attributes.foregroundColor = color;
+        return known.emplace_back(color, std::move(attributes)).second;
+    };
     markdown::AttributedText result;
-    markdown::AttributeContainer attributes;
+    const auto size = [](std::size_t sum, const StyledText& piece) { return sum + piece.text.size(); };
+    result.reserve(std::accumulate(accumulatedText.begin(), accumulatedText.end(), std::size_t{0}, size),
+                   accumulatedText.size());
     for (const StyledText& piece : accumulatedText) {
-        attributes.foregroundColor = piece.foregroundColor;
-        result.append(piece.text, attributes);
+        result.append(piece.text, attributesOf(piece.foregroundColor));
     }
     return result;
 }

@@ -4,9 +4,9 @@
 #include "Quillmoth/Highlighting/Theme.h"
 #include "Quillmoth/Highlighting/TokenType.h"
 
+#include <deque>
 #include <optional>
 #include <string_view>
-#include <vector>
 
 namespace quillmoth::highlighting {
 
@@ -33,7 +33,7 @@ struct TextOutputFormat {
         [[nodiscard]] markdown::AttributedText build() const;
 
         const Theme& theme;
-        std::vector<StyledText> accumulatedText;
+        std::deque<StyledText> accumulatedText; ///< a deque: thousands of pieces, never moved
     };
 
     Theme theme;

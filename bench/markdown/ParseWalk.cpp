@@ -1,12 +1,15 @@
 // From text to blocks, against a parser that only calls back; and on to the first view, with a text engine
-// that costs next to nothing, which leaves the layout's own cost.
+// that costs next to nothing, which leaves the layout's own cost. Prints how hostile texts grow at the end.
 
 #include <benchmark/benchmark.h>
 
 #include <md4c.h>
 
 #include <cmath>
+#include <cstdio>
+#include <map>
 #include <string>
+#include <vector>
 
 #include "MarkdownUI/DocumentLayout.h"
 
@@ -129,12 +132,104 @@ void newWidth(benchmark::State& state) {
     }
 }
 
+struct HostileKind {
+    const char* name;
+    std::string (*text)(int count);
+};
+
+std::string repeated(std::string_view text, int count) {
+    std::string result;
+    for (int i = 0; i < count; ++i)
+        result += text;
+    return result;
+}
+
+/// What tempts a layout to look again and again: four times of it is to cost about four times the time.
+const HostileKind kHostileKinds[] = {
+    {"quotes", [](int count) { return repeated("> ", count) + "x"; }},
+    {"lists_on_a_line", [](int count) { return repeated("- ", count) + "x"; }},
+    {"long_line", [](int count) { return repeated("word ", 100 * count); }},
+    {"line_without_blanks",
+     [](int count) { return std::string(static_cast<std::size_t>(500 * count), 'x'); }},
+    {"line_of_code",
+     [](int count) { return "```\n" + std::string(static_cast<std::size_t>(1000 * count), 'x'); }},
+    {"unclosed_fences", [](int count) { return repeated("```\n", 8 * count + 1); }},
+    {"wide_table",
+     [](int count) {
+         return repeated("|a", count / 5) + "\n" + repeated("|-", count / 5) + "\n" +
+                repeated("|b", count / 5);
+     }},
+    {"long_table", [](int count) { return "|a|b|\n|-|-|\n" + repeated("|some words|c|\n", 8 * count); }},
+    {"long_list", [](int count) { return repeated("1. item\n", 8 * count); }},
+    {"links", [](int count) { return repeated("[a](b) ", 8 * count); }},
+    {"open_brackets", [](int count) { return repeated("[", 8 * count); }},
+};
+constexpr int kHostileSmall = 250;
+constexpr int kHostileLarge = 4 * kHostileSmall;
+
+/// Text to the whole layout, its links and its plain text.
+void hostile(benchmark::State& state, const HostileKind& kind) {
+    const std::string text = kind.text(static_cast<int>(state.range(0)));
+    CheapTextEngine engine;
+    NoImages images;
+    for (auto _ : state) {
+        DocumentLayout layout(engine, images, Theme::basic());
+        layout.setOptions({.width = 592, .fontSize = 16});
+        layout.setContent(MarkdownContent(text));
+        layout.ensureLaidOut(1e12);
+        benchmark::DoNotOptimize(layout.parts());
+        benchmark::DoNotOptimize(layout.documentText());
+    }
+}
+
+/// Shows the usual lines and keeps the times for the ratios.
+class Reporter : public benchmark::ConsoleReporter {
+public:
+    void ReportRuns(const std::vector<Run>& runs) override {
+        for (const Run& run : runs)
+            times_[run.benchmark_name()] = run.GetAdjustedCPUTime();
+        ConsoleReporter::ReportRuns(runs);
+    }
+
+    void printRatio(const std::string& text, const std::string& ours, const std::string& peer,
+                    double most) const {
+        const auto first = times_.find(ours);
+        const auto second = times_.find(peer);
+        if (first != times_.end() && second != times_.end())
+            std::printf("ratio: %-46s %8.4f (at most %g)\n", text.c_str(), first->second / second->second,
+                        most);
+    }
+
+private:
+    std::map<std::string, double> times_;
+};
+
 BENCHMARK(md4cParse)->Arg(10'000)->Arg(1'000'000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(parseAndWalk)->Arg(10'000)->Arg(1'000'000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(parseToFirstView)->Arg(10'000)->Arg(1'000'000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(newWidth)->Arg(10'000)->Arg(1'000'000)->Unit(benchmark::kMicrosecond);
 
+int run(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    for (const HostileKind& kind : kHostileKinds) {
+        benchmark::RegisterBenchmark((std::string("hostile/") + kind.name).c_str(), hostile, kind)
+            ->Arg(kHostileSmall)
+            ->Arg(kHostileLarge)
+            ->Unit(benchmark::kMicrosecond);
+    }
+    Reporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    for (const HostileKind& kind : kHostileKinds) {
+        const std::string name = std::string("hostile/") + kind.name + "/";
+        reporter.printRatio(std::string("four times the ") + kind.name, name + std::to_string(kHostileLarge),
+                            name + std::to_string(kHostileSmall), 8);
+    }
+    return 0;
+}
+
 } // namespace
 } // namespace quillmoth::markdown
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) {
+    return quillmoth::markdown::run(argc, argv);
+}

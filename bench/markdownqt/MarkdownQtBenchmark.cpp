@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QImage>
 #include <QPainter>
+#include <QTextCursor>
 #include <QTextDocument>
 
 #include <cstdio>
@@ -154,6 +155,21 @@ void stream_frame(benchmark::State& state) {
     }
 }
 
+void stream_frame_peer(benchmark::State& state) {
+    QTextDocument document;
+    document.setTextWidth(kWidth);
+    document.setPlainText(QString::fromStdString(answerOf(static_cast<std::size_t>(state.range(0)))));
+    QTextCursor cursor(&document);
+    cursor.movePosition(QTextCursor::End);
+    for (auto _ : state) {
+        cursor.insertText(QStringLiteral("some more words "));
+        const double top = std::max(document.documentLayout()->documentSize().height() - kViewHeight, 0.0);
+        QPainter painter(&canvas());
+        painter.translate(0, -top);
+        document.drawContents(&painter, kView.translated(0, top));
+    }
+}
+
 /// Pieces of a paragraph that never ends.
 void stream_one_paragraph(benchmark::State& state) {
     NoHost host;
@@ -167,18 +183,45 @@ void stream_one_paragraph(benchmark::State& state) {
     }
 }
 
-/// A document that ends in an open code block: parse and first view at each size.
-void stream_open_fence(benchmark::State& state) {
+std::string openFence(std::int64_t size) {
     std::string text = "Here it is:\n\n```swift\n";
-    while (text.size() < static_cast<std::size_t>(state.range(0))) {
+    while (text.size() < static_cast<std::size_t>(size)) {
         text += "    let delay = Duration.milliseconds(250) // a comment\n";
     }
+    return text;
+}
+
+/// A document that ends in an open code block: parse and first view at each size.
+void stream_open_fence(benchmark::State& state) {
+    const std::string text = openFence(state.range(0));
     NoHost host;
     MarkdownItem item(services(), host);
     item.setWidth(kWidth);
     for (auto _ : state) {
         item.setMarkdown(text);
         (void)item.ensureLaidOut(0, kViewHeight);
+    }
+}
+
+void stream_one_paragraph_peer(benchmark::State& state) {
+    for (auto _ : state) {
+        QTextDocument document;
+        document.setTextWidth(kWidth);
+        QTextCursor cursor(&document);
+        for (std::int64_t size = 0; size < state.range(0); size += 16) {
+            cursor.insertText(QStringLiteral("some more words "));
+            benchmark::DoNotOptimize(document.documentLayout()->documentSize());
+        }
+    }
+}
+
+void stream_open_fence_peer(benchmark::State& state) {
+    const QString text = QString::fromStdString(openFence(state.range(0)));
+    QTextDocument document;
+    document.setTextWidth(kWidth);
+    for (auto _ : state) {
+        document.setMarkdown(text);
+        benchmark::DoNotOptimize(document.documentLayout()->documentSize());
     }
 }
 
@@ -189,6 +232,9 @@ BENCHMARK(md_paint_view)->Arg(kSmall)->Arg(kLarge)->Unit(benchmark::kMicrosecond
 BENCHMARK(md_paint_view_peer)->Arg(kSmall)->Arg(kLarge)->Unit(benchmark::kMicrosecond);
 BENCHMARK(stream_frame)->Arg(kSmall)->Arg(kLarge)->Unit(benchmark::kMicrosecond);
 BENCHMARK(stream_one_paragraph)->Arg(kSmall)->Arg(10 * kSmall)->Unit(benchmark::kMicrosecond);
+BENCHMARK(stream_frame_peer)->Arg(kSmall)->Unit(benchmark::kMicrosecond);
+BENCHMARK(stream_one_paragraph_peer)->Arg(kSmall)->Unit(benchmark::kMicrosecond);
+BENCHMARK(stream_open_fence_peer)->Arg(kSmall)->Unit(benchmark::kMicrosecond);
 BENCHMARK(stream_open_fence)->Arg(kSmall)->Arg(10 * kSmall)->Unit(benchmark::kMicrosecond);
 
 /// Shows the usual lines and keeps the times for the ratios.
@@ -232,6 +278,11 @@ int main(int argc, char** argv) {
                         1.5);
     reporter.printRatio("one paragraph, 100 KB against 10 KB", "stream_one_paragraph/100000",
                         "stream_one_paragraph/10000", 12);
+    reporter.printRatio("streaming frame against Qt", "stream_frame/10000", "stream_frame_peer/10000", 1);
+    reporter.printRatio("one paragraph of 10 KB against Qt", "stream_one_paragraph/10000",
+                        "stream_one_paragraph_peer/10000", 0.2);
+    reporter.printRatio("open fence of 10 KB against Qt", "stream_open_fence/10000",
+                        "stream_open_fence_peer/10000", 0.5);
     reporter.printRatio("open fence, 100 KB against 10 KB", "stream_open_fence/100000",
                         "stream_open_fence/10000", 12);
     return 0;

@@ -41,6 +41,9 @@ Options readOptions(const QCoreApplication& application) {
         {QStringLiteral("code-font"), QStringLiteral("Font family of code."), QStringLiteral("FAMILY")},
         {QStringLiteral("png"), QStringLiteral("Write a picture of the document and end."),
          QStringLiteral("OUT")},
+        {QStringLiteral("gallery"),
+         QStringLiteral("Write pictures of the document in all colours, sizes, widths and scales, and end."),
+         QStringLiteral("FOLDER")},
         {QStringLiteral("dump"), QStringLiteral("Print the display list and end.")},
     });
     parser.process(application);
@@ -50,6 +53,7 @@ Options readOptions(const QCoreApplication& application) {
     Options options;
     options.file = parser.positionalArguments().constFirst();
     options.pictureFile = parser.value(QStringLiteral("png"));
+    options.galleryFolder = parser.value(QStringLiteral("gallery"));
     options.textFamily = parser.value(QStringLiteral("font"));
     options.codeFamily = parser.value(QStringLiteral("code-font"));
     options.width = numberOf(parser, QStringLiteral("width"), 80, 10000);

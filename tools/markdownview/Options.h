@@ -8,8 +8,9 @@ namespace quillmoth::markdownview {
 
 struct Options {
     QString file;
-    QString pictureFile; ///< write a picture here instead of opening a window
-    QString textFamily;  ///< the desktop's where empty
+    QString pictureFile;   ///< write a picture here instead of opening a window
+    QString galleryFolder; ///< write the pictures of a gallery there instead of opening a window
+    QString textFamily;    ///< the desktop's where empty
     QString codeFamily;
     double width = 592;
     double fontSize = 16;

@@ -10,6 +10,7 @@
 
 #include <QApplication>
 #include <QDesktopServices>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QFontDatabase>
@@ -49,6 +50,31 @@ int showWindow(markdown::MarkdownServices& services, const std::string& text,
     return QApplication::exec();
 }
 
+markdown::FontCache fontsOf(const markdownview::Options& options) {
+    return {familyOr(options.textFamily, QFontDatabase::GeneralFont),
+            familyOr(options.codeFamily, QFontDatabase::FixedFont)};
+}
+
+/// Writes the pictures of a gallery in both palettes.
+bool showGallery(const std::string& text, const markdown::CodeSyntaxHighlighter& highlighter,
+                 const markdownview::Options& options) {
+    if (!QDir().mkpath(options.galleryFolder)) {
+        std::fprintf(stderr, "markdownview: cannot make %s\n", qPrintable(options.galleryFolder));
+        return false;
+    }
+    for (const auto& palette : {markdown::MarkdownPalette::panel(), markdown::MarkdownPalette::light()}) {
+        markdown::MarkdownServices services(
+            palette, &highlighter, markdownview::makeImageLoader(QFileInfo(options.file).absolutePath()),
+            fontsOf(options));
+        const QStringList names = markdownview::writeGallery(services, text, options.galleryFolder);
+        if (names.isEmpty()) {
+            return false;
+        }
+        std::printf("%s\n", qPrintable(names.join('\n')));
+    }
+    return true;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -61,11 +87,13 @@ int main(int argc, char** argv) {
     }
     const highlighting::SplashCodeSyntaxHighlighter highlighter(
         highlighting::Theme::midnight(highlighting::Font(16)));
+    if (!options.galleryFolder.isEmpty()) {
+        return showGallery(*text, highlighter, options) ? EXIT_SUCCESS : EXIT_FAILURE;
+    }
     markdown::MarkdownServices services(
         options.isDark ? markdown::MarkdownPalette::panel() : markdown::MarkdownPalette::light(),
         &highlighter, markdownview::makeImageLoader(QFileInfo(options.file).absolutePath()),
-        markdown::FontCache(familyOr(options.textFamily, QFontDatabase::GeneralFont),
-                            familyOr(options.codeFamily, QFontDatabase::FixedFont)));
+        fontsOf(options));
     if (options.dumps || !options.pictureFile.isEmpty()) {
         return markdownview::writeDocument(services, *text, options) ? EXIT_SUCCESS : EXIT_FAILURE;
     }

@@ -30,22 +30,22 @@ QString symbolName(const char* name) {
 
 BottomBar::BottomBar(std::shared_ptr<FloatingViewController> controller, SymbolCache& symbols,
                      QWidget* parent)
-    : QWidget(parent), controller_(std::move(controller)),
-      onTop_(new BarSwitch(QStringLiteral("On top"), QStringLiteral("Ctrl+T"), this)),
-      status_(new QLabel(this)) {
+    : QWidget(parent), controller_(std::move(controller)) {
+    // In the order in which they stand, which is the order of the Tab key and of screen readers.
     const QString control = symbolName("command.square.fill");
     const QString shift = symbolName("shift.fill");
     addGroup(symbols, Item::select, {{symbolName("return")}, false, QStringLiteral("Return")});
     addGroup(symbols, Item::history,
              {{control, symbolName("h.square.fill")}, false, QStringLiteral("Ctrl+H")});
+    onTop_ = new BarSwitch(QStringLiteral("On top"), QStringLiteral("Ctrl+T"), this);
     widgets_[Item::onTop] = onTop_;
-    QWidget::setTabOrder(widgets_[Item::history], onTop_);
+    status_ = new QLabel(this);
+    widgets_[Item::status] = status_;
     addGroup(symbols, Item::regenerate,
              {{control, symbolName("r.square.fill")}, false, QStringLiteral("Ctrl+R")});
     addGroup(symbols, Item::cancelOrNewChat, {{symbolName("escape")}, true, QStringLiteral("Escape")});
     addGroup(symbols, Item::copyAll,
              {{control, shift, symbolName("c.square.fill")}, false, QStringLiteral("Ctrl+Shift+C")});
-    widgets_[Item::status] = status_;
 
     QPalette palette;
     palette.setColor(QPalette::WindowText, kPanelTheme.gray);

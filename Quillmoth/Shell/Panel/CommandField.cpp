@@ -89,7 +89,8 @@ void CommandField::keyPressEvent(QKeyEvent* event) {
         return;
     }
     const bool breaksLine = event->modifiers() & Qt::ShiftModifier;
-    if (command == FloatingViewController::FieldCommand::insertNewline && event->isAutoRepeat() && !breaksLine)
+    if (command == FloatingViewController::FieldCommand::insertNewline && event->isAutoRepeat() &&
+        !breaksLine)
         return;
     switch (controller_->fieldCommand(command, event->modifiers() & Qt::ShiftModifier)) {
     case FloatingViewController::FieldAnswer::notConsumed:

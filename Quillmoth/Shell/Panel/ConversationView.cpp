@@ -111,12 +111,27 @@ ConversationView::Row ConversationView::makeRow(const ChatMessage& message) {
     return row;
 }
 
+QString ConversationView::describedRole(Role role) {
+    switch (role) {
+    case Role::assistant:
+        return QStringLiteral("Answer");
+    case Role::user:
+        return QStringLiteral("Question");
+    case Role::system:
+        return QStringLiteral("Instruction");
+    case Role::other:
+        break;
+    }
+    return {};
+}
+
 MessageContent* ConversationView::makeContent(Role role, bool markdown) {
     if (role == Role::other)
         return nullptr;
     ++madeContents_;
     if (markdown) {
         MessageContent* content = markdown_(this);
+        content->setAccessibleName(describedRole(role));
         connectContent(*content);
         return content;
     }
@@ -125,6 +140,7 @@ MessageContent* ConversationView::makeContent(Role role, bool markdown) {
         content->setColor(kPanelTheme.gray);
         content->setAlignment(Qt::AlignHCenter);
     }
+    content->setAccessibleDescription(describedRole(role));
     connectContent(*content);
     return content;
 }
@@ -152,6 +168,18 @@ int ConversationView::heightForWidth(int width) const {
     if (placedWidth_ != width)
         place(width);
     return placedHeight_;
+}
+
+int ConversationView::prepareToShow(int top, int bottom) {
+    int shift = 0;
+    for (const Row& row : rows_) {
+        const bool isSeen = row.content && row.top < bottom && row.top + row.height > top;
+        if (isSeen)
+            shift += row.content->prepareToShow(top - row.content->y(), bottom - row.content->y());
+    }
+    if (shift != 0)
+        placedWidth_ = -1;
+    return shift;
 }
 
 int ConversationView::newestBottom() const {

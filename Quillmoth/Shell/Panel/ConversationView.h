@@ -21,6 +21,9 @@ public:
 
     [[nodiscard]] int heightForWidth(int width) const override;
 
+    /// The part between two heights is going to be seen. Returns how far it has moved down by that.
+    int prepareToShow(int top, int bottom);
+
     /// The lowest point of the newest message; what is below it moves when that grows.
     [[nodiscard]] int newestBottom() const;
 
@@ -59,6 +62,8 @@ private:
     };
 
     [[nodiscard]] static Role roleOf(const std::string& role);
+    /// For assistive technology.
+    [[nodiscard]] static QString describedRole(Role role);
     [[nodiscard]] bool showsMarkdown(const ChatMessage& message) const;
     bool updateRow(Row& row, const ChatMessage& message);
     Row makeRow(const ChatMessage& message);

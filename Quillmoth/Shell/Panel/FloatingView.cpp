@@ -27,6 +27,12 @@ void setDimmed(QWidget& widget, bool dimmed) {
     widget.setGraphicsEffect(effect);
 }
 
+bool isTyping(const QKeyEvent& event) {
+    const bool isChord = event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+    return !isChord && !event.text().isEmpty() && event.text().at(0).isPrint() &&
+           event.key() != Qt::Key_Space;
+}
+
 } // namespace
 
 FloatingView::FloatingView(std::shared_ptr<FloatingViewController> controller, FloatingViewOptions options)
@@ -160,8 +166,17 @@ void FloatingView::keyPressEvent(QKeyEvent* event) {
         event->accept();
     else if (isReturn && event->modifiers() == Qt::NoModifier && !event->isAutoRepeat())
         controller_->barItemClicked(FloatingViewController::BarItem::select);
+    else if (isTyping(*event) && !command_->field().isHidden())
+        typeIntoField(*event);
     else
         event->ignore();
+}
+
+/// Typing goes on in the field, wherever the Tab key has led.
+void FloatingView::typeIntoField(const QKeyEvent& event) {
+    focusCommandField();
+    const std::unique_ptr<QKeyEvent> copy(event.clone());
+    QCoreApplication::sendEvent(&command_->field(), copy.get());
 }
 
 bool FloatingView::handleKey(QObject* watched, const QKeyEvent& event) {

@@ -56,6 +56,7 @@ private:
     bool handleKey(QObject* watched, const QKeyEvent& event);
     bool copySelection(QObject* watched);
     bool scrollByKey(const QKeyEvent& event);
+    void typeIntoField(const QKeyEvent& event);
     void focusMoved(QWidget& widget, Qt::FocusReason reason);
     void focusCommandField();
     void followFocusField();

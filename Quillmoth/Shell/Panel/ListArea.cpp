@@ -89,6 +89,7 @@ void ListArea::wireSelections() {
         scroll_->reveal(conversation_->y() + top, conversation_->y() + bottom);
     };
     conversation_->onHeightChanged = [this] { refreshConversation(true); };
+    scroll_->onScrolled = [this] { prepareToShow(); };
 }
 
 void ListArea::resizeEvent(QResizeEvent*) {
@@ -178,6 +179,21 @@ void ListArea::refreshConversation(bool relayout) {
     else if (scroll_->position() >= conversation_->y() + bottomBefore && bottomBefore > 0)
         // Older messages are being read: they stay where they are while the newest grows above them.
         scroll_->scrollTo(scroll_->position() + conversation_->newestBottom() - bottomBefore);
+}
+
+/// What comes into view keeps its place there, though its height was only estimated so far.
+void ListArea::prepareToShow() {
+    if (preparing_ || conversation_->isHidden())
+        return;
+    preparing_ = true;
+    const int top = scroll_->position() - conversation_->y();
+    const int shift = conversation_->prepareToShow(top, top + height());
+    if (shift != 0) {
+        scroll_->contentChanged();
+        stack_->place();
+        scroll_->scrollTo(scroll_->position() + shift);
+    }
+    preparing_ = false;
 }
 
 void ListArea::revealWanted() {

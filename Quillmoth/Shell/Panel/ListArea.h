@@ -51,6 +51,7 @@ private:
     bool showContent(FloatingViewController::Content content);
     void refreshContent(bool relayout);
     void refreshConversation(bool relayout);
+    void prepareToShow();
     void revealWanted();
     void revealRow(const RowList& list, int position);
 
@@ -67,6 +68,7 @@ private:
     std::optional<std::int64_t> wantedPreset_;
     std::optional<std::int64_t> wantedHistory_;
     std::string shownError_;
+    bool preparing_ = false;
 };
 
 } // namespace quillmoth

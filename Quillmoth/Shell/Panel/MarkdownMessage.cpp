@@ -1,7 +1,11 @@
 #include "Quillmoth/Shell/Panel/MarkdownMessage.h"
 
+#include "MarkdownUI/Qt/AccessibleMarkdown.h"
+
+#include <QAccessibleWidget>
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QTimer>
@@ -12,16 +16,57 @@
 
 namespace quillmoth {
 
+namespace {
+
+/// An answer for assistive technology: a document with its text.
+class AnswerAccessible final : public QAccessibleWidget {
+public:
+    explicit AnswerAccessible(MarkdownMessage& message)
+        : QAccessibleWidget(&message, QAccessible::Document),
+          text_(message.item(), [&message] { return message.mapToGlobal(QPoint()); }) {}
+
+    [[nodiscard]] QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.readOnly = true;
+        state.multiLine = true;
+        state.selectableText = true;
+        return state;
+    }
+
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        return type == QAccessible::TextInterface ? static_cast<QAccessibleTextInterface*>(&text_)
+                                                  : QAccessibleWidget::interface_cast(type);
+    }
+
+private:
+    markdown::AccessibleMarkdownText text_;
+};
+
+QAccessibleInterface* makeInterface(const QString&, QObject* object) {
+    auto* message = dynamic_cast<MarkdownMessage*>(object);
+    return message ? new AnswerAccessible(*message) : nullptr;
+}
+
+void installAccessibility() {
+    static const bool installed = [] {
+        QAccessible::installFactory(makeInterface);
+        return true;
+    }();
+    Q_UNUSED(installed);
+}
+
+} // namespace
+
 MarkdownMessage::MarkdownMessage(markdown::MarkdownServices& services, OpenLink openLink, QWidget* parent)
     : MessageContent(parent), openLink_(std::move(openLink)), item_(services, *this) {
     setMouseTracking(true);
-    setFocusPolicy(Qt::NoFocus);
+    // A click is not to take the keyboard from the field; the Tab key leads to links and copy buttons.
+    setFocusPolicy(Qt::TabFocus);
 }
 
 void MarkdownMessage::setText(const std::string& text) {
     text_ = text;
     item_.setMarkdown(text_);
-    setAccessibleName(QString::fromStdString(text_));
     update();
 }
 
@@ -43,6 +88,10 @@ double MarkdownMessage::firstLineMiddle() const {
     return item_.firstLineCenter();
 }
 
+int MarkdownMessage::prepareToShow(int top, int bottom) {
+    return qRound(item_.ensureLaidOut(top, bottom));
+}
+
 QString MarkdownMessage::selectedText() const {
     return item_.selectedText();
 }
@@ -59,7 +108,8 @@ void MarkdownMessage::paintEvent(QPaintEvent* event) {
     item_.paint(painter, exposed, {0, 0});
 }
 
-void MarkdownMessage::press(QMouseEvent* event, int clicks) {
+void MarkdownMessage::press(QMouseEvent* event) {
+    const int clicks = clicks_.count(*event);
     if (event->button() != Qt::LeftButton || !item_.isInteractiveAt(event->position())) {
         // The panel is dragged by what is no text and no control.
         event->ignore();
@@ -71,11 +121,11 @@ void MarkdownMessage::press(QMouseEvent* event, int clicks) {
 }
 
 void MarkdownMessage::mousePressEvent(QMouseEvent* event) {
-    press(event, 1);
+    press(event);
 }
 
 void MarkdownMessage::mouseDoubleClickEvent(QMouseEvent* event) {
-    press(event, 2);
+    press(event);
 }
 
 void MarkdownMessage::mouseMoveEvent(QMouseEvent* event) {
@@ -97,6 +147,15 @@ void MarkdownMessage::leaveEvent(QEvent*) {
 void MarkdownMessage::wheelEvent(QWheelEvent* event) {
     if (!item_.wheel(*event, event->position()))
         event->ignore();
+}
+
+void MarkdownMessage::keyPressEvent(QKeyEvent* event) {
+    if (!item_.keyPress(*event))
+        event->ignore();
+}
+
+bool MarkdownMessage::focusNextPrevChild(bool isNext) {
+    return item_.focusNextButton(isNext) || MessageContent::focusNextPrevChild(isNext);
 }
 
 void MarkdownMessage::itemChanged(const QRectF& area) {
@@ -132,6 +191,7 @@ void MarkdownMessage::callAfter(std::chrono::milliseconds delay, std::function<v
 
 MessageContentFactory markdownMessages(markdown::MarkdownServices& services,
                                        MarkdownMessage::OpenLink openLink) {
+    installAccessibility();
     return [&services, openLink = std::move(openLink)](QWidget* parent) -> MessageContent* {
         return new MarkdownMessage(services, openLink, parent);
     };

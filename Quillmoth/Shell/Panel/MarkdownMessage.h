@@ -3,6 +3,7 @@
 #include "MarkdownUI/Qt/MarkdownHost.h"
 #include "MarkdownUI/Qt/MarkdownItem.h"
 #include "MarkdownUI/Qt/MarkdownServices.h"
+#include "Quillmoth/Shell/Panel/ClickRun.h"
 #include "Quillmoth/Shell/Panel/MessageContent.h"
 
 namespace quillmoth {
@@ -24,10 +25,15 @@ public:
     [[nodiscard]] int naturalWidth(int available) const override { return available; }
 
     [[nodiscard]] double firstLineMiddle() const override;
+    int prepareToShow(int top, int bottom) override;
     [[nodiscard]] QString selectedText() const override;
     void clearSelection() override;
 
+    [[nodiscard]] markdown::MarkdownItem& item() { return item_; }
+
 protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    bool focusNextPrevChild(bool isNext) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
@@ -43,9 +49,10 @@ private:
     void copyText(const QString& text) override;
     void callAfter(std::chrono::milliseconds delay, std::function<void()> work) override;
 
-    void press(QMouseEvent* event, int clicks);
+    void press(QMouseEvent* event);
 
     OpenLink openLink_;
+    ClickRun clicks_;
     // Asking for a height sets the width; the text is the same.
     mutable markdown::MarkdownItem item_;
     std::string text_;

@@ -24,6 +24,10 @@ public:
     /// The middle of the first line, from the top.
     [[nodiscard]] virtual double firstLineMiddle() const = 0;
 
+    /// The part between two heights is going to be seen. Returns how far it has moved down by getting exact
+    /// what was estimated.
+    virtual int prepareToShow(int /*top*/, int /*bottom*/) { return 0; }
+
     /// Empty where nothing is selected.
     [[nodiscard]] virtual QString selectedText() const = 0;
     virtual void clearSelection() = 0;

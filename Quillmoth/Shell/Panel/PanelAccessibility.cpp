@@ -1,9 +1,13 @@
 #include "Quillmoth/Shell/Panel/PanelAccessibility.h"
 
-#include "Quillmoth/Shell/Panel/ChipText.h"
+#include "Quillmoth/Shell/Panel/BottomBar.h"
+#include "Quillmoth/Shell/Panel/ConversationView.h"
+#include "Quillmoth/Shell/Panel/FormView.h"
+#include "Quillmoth/Shell/Panel/PanelSurface.h"
 #include "Quillmoth/Shell/Panel/PlainTextContent.h"
 #include "Quillmoth/Shell/Panel/RowListAccessible.h"
 #include "Quillmoth/Shell/Panel/SpokenStatus.h"
+#include "Quillmoth/Shell/Panel/ThinScrollBar.h"
 
 #include <QAccessibleWidget>
 
@@ -23,17 +27,81 @@ public:
     }
 };
 
+/// The part of a text field in which the text is: the field speaks for it.
+class ViewportAccessible final : public QAccessibleWidget {
+public:
+    explicit ViewportAccessible(QWidget& viewport) : QAccessibleWidget(&viewport, QAccessible::Client) {}
+
+    [[nodiscard]] QAccessible::State state() const override {
+        QAccessible::State state;
+        state.invisible = true;
+        return state;
+    }
+};
+
+/// A scroll bar, with its value.
+class ScrollBarAccessible final : public QAccessibleWidget, public QAccessibleValueInterface {
+public:
+    explicit ScrollBarAccessible(ThinScrollBar& bar)
+        : QAccessibleWidget(&bar, QAccessible::ScrollBar, bar.accessibleName()) {}
+
+    void* interface_cast(QAccessible::InterfaceType type) override {
+        return type == QAccessible::ValueInterface ? static_cast<QAccessibleValueInterface*>(this)
+                                                   : QAccessibleWidget::interface_cast(type);
+    }
+
+    [[nodiscard]] QVariant currentValue() const override { return bar().value(); }
+
+    void setCurrentValue(const QVariant& value) override { bar().setValue(value.toInt()); }
+
+    [[nodiscard]] QVariant maximumValue() const override { return bar().maximum(); }
+
+    [[nodiscard]] QVariant minimumValue() const override { return bar().minimum(); }
+
+    [[nodiscard]] QVariant minimumStepSize() const override { return bar().singleStep(); }
+
+private:
+    [[nodiscard]] ThinScrollBar& bar() const { return *static_cast<ThinScrollBar*>(widget()); }
+};
+
+/// What is a group of others, by what it is a group for.
+QAccessible::Role groupRoleOf(const QObject* object) {
+    if (dynamic_cast<const PanelSurface*>(object))
+        return QAccessible::Dialog;
+    if (dynamic_cast<const BottomBar*>(object))
+        return QAccessible::ToolBar;
+    if (dynamic_cast<const FormView*>(object))
+        return QAccessible::Form;
+    if (dynamic_cast<const ConversationView*>(object))
+        return QAccessible::Grouping;
+    return QAccessible::NoRole;
+}
+
+bool isViewport(const QWidget& widget) {
+    const auto* edit = dynamic_cast<const PanelTextEdit*>(widget.parentWidget());
+    return edit && edit->viewport() == &widget;
+}
+
 /// The widgets have no meta-object of their own, so their classes are told by their type.
 QAccessibleInterface* makeInterface(const QString&, QObject* object) {
+    auto* widget = qobject_cast<QWidget*>(object);
+    if (!widget)
+        return nullptr;
     if (auto* list = dynamic_cast<RowList*>(object))
         return new RowListAccessible(*list);
     if (auto* text = dynamic_cast<PlainTextContent*>(object))
         return new TextAccessible(*text);
     if (auto* chips = dynamic_cast<ChipText*>(object))
         return new QAccessibleWidget(chips, QAccessible::StaticText, chips->accessibleName());
-    if (auto* status = dynamic_cast<SpokenStatus*>(object))
-        return new QAccessibleWidget(status, QAccessible::AlertMessage);
-    return nullptr;
+    if (auto* bar = dynamic_cast<ThinScrollBar*>(object))
+        return new ScrollBarAccessible(*bar);
+    // What comes up in this role is spoken once, when nothing else is being said.
+    if (dynamic_cast<SpokenStatus*>(object))
+        return new QAccessibleWidget(widget, QAccessible::Notification);
+    if (isViewport(*widget))
+        return new ViewportAccessible(*widget);
+    const QAccessible::Role group = groupRoleOf(object);
+    return group == QAccessible::NoRole ? nullptr : new QAccessibleWidget(widget, group);
 }
 
 } // namespace

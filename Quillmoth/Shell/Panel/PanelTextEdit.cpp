@@ -98,7 +98,9 @@ void PanelTextEdit::setCaretShown(bool shown) {
 QRect PanelTextEdit::caretRect() const {
     const QRect line = cursorRect();
     const int top = line.top() + (line.height() - caretHeight()) / 2;
-    return {line.left() - kCaretWidth / 2, top, kCaretWidth, caretHeight()};
+    // In front of a line it does not touch the first letter.
+    const int inset = textCursor().atBlockStart() ? kCaretWidth : kCaretWidth / 2;
+    return {line.left() - inset, top, kCaretWidth, caretHeight()};
 }
 
 void PanelTextEdit::updateCaret() {
@@ -148,15 +150,24 @@ void PanelTextEdit::mousePressEvent(QMouseEvent* event) {
         return;
     }
     qApp->inputMethod()->commit();
-    if (event->modifiers() & Qt::ShiftModifier)
+    if (clicks_.count(*event) == 3)
+        selectLine(event->position().toPoint());
+    else if (event->modifiers() & Qt::ShiftModifier)
         selectTo(event->position().toPoint());
     else
         setTextCursor(cursorForPosition(event->position().toPoint()));
     setFocus(Qt::MouseFocusReason);
 }
 
+void PanelTextEdit::selectLine(QPoint position) {
+    QTextCursor cursor = cursorForPosition(position);
+    cursor.movePosition(QTextCursor::StartOfBlock);
+    cursor.movePosition(QTextCursor::EndOfBlock, QTextCursor::KeepAnchor);
+    setTextCursor(cursor);
+}
+
 void PanelTextEdit::mouseMoveEvent(QMouseEvent* event) {
-    if (event->buttons() & Qt::LeftButton)
+    if ((event->buttons() & Qt::LeftButton) && clicks_.last() == 1)
         selectTo(event->position().toPoint());
 }
 
@@ -166,6 +177,7 @@ void PanelTextEdit::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void PanelTextEdit::mouseDoubleClickEvent(QMouseEvent* event) {
+    clicks_.count(*event);
     QTextCursor cursor = cursorForPosition(event->position().toPoint());
     cursor.select(QTextCursor::WordUnderCursor);
     setTextCursor(cursor);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Quillmoth/Shell/Panel/ClickRun.h"
+
 #include <QTextEdit>
 #include <QTimer>
 
@@ -52,9 +54,11 @@ private:
     void restartBlinking();
     void updateCaret();
     void selectTo(QPoint position);
+    void selectLine(QPoint position);
 
     int lineHeight_;
     QTimer blink_;
+    ClickRun clicks_;
     bool caretShown_ = true;
     bool caretLit_ = true;
     bool settingText_ = false;

@@ -42,7 +42,6 @@ void PlainTextContent::applyStyle() {
 void PlainTextContent::setText(const std::string& text) {
     anchor_ = position_ = 0;
     column_.setText(QString::fromStdString(text));
-    setAccessibleName(column_.text());
     update();
 }
 
@@ -58,11 +57,30 @@ void PlainTextContent::setFontSize(double pixelSize) {
 
 int PlainTextContent::heightForWidth(int width) const {
     column_.setWidth(width);
+    setRestLater();
     return qCeil(column_.height());
+}
+
+void PlainTextContent::setRestLater() const {
+    if (!column_.isComplete() && !rest_.isActive())
+        rest_.start(0, const_cast<PlainTextContent*>(this));
+}
+
+void PlainTextContent::timerEvent(QTimerEvent* event) {
+    if (event->timerId() != rest_.timerId())
+        return MessageContent::timerEvent(event);
+    column_.layOutMore();
+    if (column_.isComplete())
+        rest_.stop();
+    if (qCeil(column_.height()) != height() && onHeightChanged)
+        onHeightChanged();
 }
 
 int PlainTextContent::naturalWidth(int available) const {
     column_.setWidth(available);
+    // A text that is set in slices is not set twice.
+    if (column_.text().size() > TextColumn::kSlice)
+        return available;
     return std::min(available, qCeil(column_.usedWidth()) + 1);
 }
 
@@ -88,6 +106,11 @@ void PlainTextContent::select(int anchor, int position) {
 void PlainTextContent::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     column_.setWidth(width());
+    if (!column_.isComplete()) {
+        column_.ensureLaidOut(event->rect().bottom());
+        // Who places this is told of the height, though all may be set now.
+        rest_.start(0, this);
+    }
     column_.paint(painter, event->rect(), color_, std::min(anchor_, position_), std::max(anchor_, position_));
 }
 
@@ -99,11 +122,14 @@ void PlainTextContent::mousePressEvent(QMouseEvent* event) {
     if (onSelectionBegun)
         onSelectionBegun();
     const int position = column_.positionAt(event->position());
-    select(event->modifiers() & Qt::ShiftModifier ? anchor_ : position, position);
+    if (clicks_.count(*event) == 3)
+        selectParagraph(position);
+    else
+        select(event->modifiers() & Qt::ShiftModifier ? anchor_ : position, position);
 }
 
 void PlainTextContent::mouseMoveEvent(QMouseEvent* event) {
-    if (!(event->buttons() & Qt::LeftButton))
+    if (!(event->buttons() & Qt::LeftButton) || clicks_.last() > 1)
         return;
     select(anchor_, column_.positionAt(event->position()));
     const QRectF line = column_.lineRectAt(position_);
@@ -112,7 +138,11 @@ void PlainTextContent::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void PlainTextContent::mouseDoubleClickEvent(QMouseEvent* event) {
-    const int position = column_.positionAt(event->position());
+    clicks_.count(*event);
+    selectWord(column_.positionAt(event->position()));
+}
+
+void PlainTextContent::selectWord(int position) {
     // A word is looked for near the pointer only: the text may be long.
     constexpr int kReach = 200;
     const int first = std::max(0, position - kReach);
@@ -123,6 +153,13 @@ void PlainTextContent::mouseDoubleClickEvent(QMouseEvent* event) {
     const qsizetype end = finder.toNextBoundary();
     if (start >= 0 && end > start)
         select(first + static_cast<int>(start), first + static_cast<int>(end));
+}
+
+void PlainTextContent::selectParagraph(int position) {
+    const QString& text = column_.text();
+    const qsizetype before = position > 0 ? text.lastIndexOf(QLatin1Char('\n'), position - 1) : -1;
+    const qsizetype after = text.indexOf(QLatin1Char('\n'), position);
+    select(static_cast<int>(before + 1), static_cast<int>(after < 0 ? text.size() : after));
 }
 
 } // namespace quillmoth

@@ -1,11 +1,14 @@
 #pragma once
 
+#include "Quillmoth/Shell/Panel/ClickRun.h"
 #include "Quillmoth/Shell/Panel/MessageContent.h"
 #include "Quillmoth/Shell/Panel/TextColumn.h"
 
+#include <QBasicTimer>
+
 namespace quillmoth {
 
-/// Plain text that can be selected.
+/// Plain text that can be selected. A long one is set in slices, between which the panel answers.
 class PlainTextContent final : public MessageContent {
 public:
     explicit PlainTextContent(QWidget* parent);
@@ -31,13 +34,19 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
 
 private:
     void applyStyle();
     void select(int anchor, int position);
+    void selectWord(int position);
+    void selectParagraph(int position);
+    void setRestLater() const;
 
     // Asking for a height sets the width; the text is the same.
     mutable TextColumn column_;
+    mutable QBasicTimer rest_;
+    ClickRun clicks_;
     QColor color_;
     Qt::Alignment alignment_ = Qt::AlignLeft;
     double fontSize_ = 16;

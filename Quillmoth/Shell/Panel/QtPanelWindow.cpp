@@ -73,6 +73,8 @@ void QtPanelWindow::saveFrameUsingName(std::string_view name) {
 
 void QtPanelWindow::orderFront() {
     surface_->setCompositing(!services_.isCompositing || services_.isCompositing());
+    if (!surface_->isVisible())
+        services_.focus.prepare();
     surface_->show();
     surface_->raise();
 }

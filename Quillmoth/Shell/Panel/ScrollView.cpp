@@ -15,7 +15,11 @@ ScrollView::ScrollView(QWidget& content, QWidget* parent)
     : QWidget(parent), content_(content), bar_(new ThinScrollBar(this)) {
     content.setParent(this);
     bar_->raise();
-    QObject::connect(bar_, &QAbstractSlider::valueChanged, this, [this] { placeContent(); });
+    QObject::connect(bar_, &QAbstractSlider::valueChanged, this, [this] {
+        if (onScrolled)
+            onScrolled();
+        placeContent();
+    });
 }
 
 void ScrollView::contentChanged() {

@@ -4,6 +4,8 @@
 
 #include <QWidget>
 
+#include <functional>
+
 namespace quillmoth {
 
 /// Shows a part of a higher widget, whose height follows from its width (heightForWidth). The scroll bar lies
@@ -25,6 +27,9 @@ public:
 
     /// One view's height down, or up.
     void scrollByPages(int pages);
+
+    /// Called before another part of the content is shown.
+    std::function<void()> onScrolled;
 
     [[nodiscard]] int contentHeight() const { return contentHeight_; }
 

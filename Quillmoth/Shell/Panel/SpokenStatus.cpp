@@ -15,11 +15,9 @@ void SpokenStatus::announce(const QString& text) {
     setAccessibleName(text);
     if (!QAccessible::isActive() || !isVisible())
         return;
-    // Screen readers speak an alert when it comes up.
-    for (const auto type : {QAccessible::Alert, QAccessible::ObjectShow}) {
-        QAccessibleEvent event(this, type);
-        QAccessible::updateAccessibility(&event);
-    }
+    // Screen readers speak a notification when it comes up.
+    QAccessibleEvent event(this, QAccessible::ObjectShow);
+    QAccessible::updateAccessibility(&event);
 }
 
 } // namespace quillmoth

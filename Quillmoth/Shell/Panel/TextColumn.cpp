@@ -6,6 +6,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <cmath>
 
 namespace quillmoth {
 
@@ -40,11 +41,21 @@ void TextColumn::setText(const QString& text) {
 
 void TextColumn::append(const QString& text) {
     text_ += text;
-    layOutFrom(pieces_.empty() ? 0 : pieces_.back().start);
+    if (isComplete())
+        layOutFrom(pieces_.empty() ? 0 : pieces_.back().start);
 }
 
 double TextColumn::height() const {
-    return pieces_.empty() ? style_.lineHeight : pieces_.back().top + pieces_.back().height;
+    const double set = pieces_.empty() ? style_.lineHeight : pieces_.back().top + pieces_.back().height;
+    if (isComplete())
+        return set;
+    const double rest = static_cast<double>(text_.size() - next_->start);
+    return set + std::ceil(set * rest / std::max(next_->start, 1) / style_.lineHeight) * style_.lineHeight;
+}
+
+void TextColumn::ensureLaidOut(double bottom) {
+    while (!isComplete() && pieces_.back().top + pieces_.back().height < bottom)
+        layOutMore();
 }
 
 double TextColumn::usedWidth() const {
@@ -71,48 +82,54 @@ void TextColumn::layOutFrom(int position) {
     const auto direction =
         continues && first != pieces_.end() ? first->direction : directionOfParagraph(position);
     pieces_.erase(first, pieces_.end());
-
-    qsizetype start = position;
-    auto paragraphDirection = direction;
-    while (true) {
-        const qsizetype found = text_.indexOf(QLatin1Char('\n'), start);
-        const qsizetype end = found < 0 ? text_.size() : found;
-        layOutParagraph(static_cast<int>(start), static_cast<int>(end), paragraphDirection);
-        if (found < 0)
-            return;
-        start = found + 1;
-        paragraphDirection = directionOfParagraph(static_cast<int>(start));
-    }
+    next_ = Next{.start = position, .end = endOfParagraph(position), .direction = direction};
+    layOutMore();
 }
 
-/// Adds the pieces of a paragraph, or of what is left of one.
-void TextColumn::layOutParagraph(int start, int end, Qt::LayoutDirection direction) {
-    while (true) {
-        const int length = std::min(end - start, kLongestPiece);
-        auto layout = makeLayout(start, length, direction);
-        Piece piece;
-        piece.start = start;
-        piece.length = length;
-        piece.direction = direction;
-        const bool isRest = start + length == end;
-        const int lines = layout->lineCount();
-        // The last line of a text that goes on may still take more words.
-        const int kept =
-            isRest && lines <= kLinesAPiece ? lines : std::min(kLinesAPiece, std::max(1, lines - 1));
-        if (kept < lines)
-            piece.length = layout->lineAt(kept).textStart();
-        for (int line = 0; line < kept; ++line)
-            piece.usedWidth = std::max(piece.usedWidth, layout->lineAt(line).naturalTextWidth());
-        piece.top = pieces_.empty() ? 0 : pieces_.back().top + pieces_.back().height;
-        const QTextLine last = layout->lineAt(kept - 1);
-        piece.height = last.y() - layout->lineAt(0).y() + style_.lineHeight;
-        if (kept == lines)
-            piece.layout = std::move(layout);
-        start += piece.length;
-        pieces_.push_back(std::move(piece));
-        if (start >= end && kept == lines)
-            return;
-    }
+void TextColumn::layOutMore() {
+    if (isComplete())
+        return;
+    const int from = next_->start;
+    while (next_ && next_->start - from < kSlice)
+        layOutPiece(*next_);
+}
+
+int TextColumn::endOfParagraph(int start) const {
+    const qsizetype found = text_.indexOf(QLatin1Char('\n'), start);
+    return static_cast<int>(found < 0 ? text_.size() : found);
+}
+
+/// Adds a piece of what is left of a paragraph, and moves `next` behind it.
+void TextColumn::layOutPiece(Next next) {
+    const int length = std::min(next.end - next.start, kLongestPiece);
+    auto layout = makeLayout(next.start, length, next.direction);
+    Piece piece;
+    piece.start = next.start;
+    piece.length = length;
+    piece.direction = next.direction;
+    const bool isRest = next.start + length == next.end;
+    const int lines = layout->lineCount();
+    // The last line of a text that goes on may still take more words.
+    const int kept = isRest && lines <= kLinesAPiece ? lines : std::min(kLinesAPiece, std::max(1, lines - 1));
+    if (kept < lines)
+        piece.length = layout->lineAt(kept).textStart();
+    for (int line = 0; line < kept; ++line)
+        piece.usedWidth = std::max(piece.usedWidth, layout->lineAt(line).naturalTextWidth());
+    piece.top = pieces_.empty() ? 0 : pieces_.back().top + pieces_.back().height;
+    const QTextLine last = layout->lineAt(kept - 1);
+    piece.height = last.y() - layout->lineAt(0).y() + style_.lineHeight;
+    if (kept == lines)
+        piece.layout = std::move(layout);
+    const int after = next.start + piece.length;
+    pieces_.push_back(std::move(piece));
+    if (after < next.end || kept < lines)
+        next_->start = after;
+    else if (next.end == text_.size())
+        next_.reset();
+    else
+        next_ = Next{.start = next.end + 1,
+                     .end = endOfParagraph(next.end + 1),
+                     .direction = directionOfParagraph(next.end + 1)};
 }
 
 std::unique_ptr<QTextLayout> TextColumn::makeLayout(int start, int length,

@@ -7,14 +7,19 @@
 #include <QTextLayout>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace quillmoth {
 
 /// Plain text set in lines of one width. Text can be put behind it for the price of the last lines alone, and
-/// the layouts of lines that are not painted are let go. Positions are UTF-16 offsets in the whole text.
+/// the layouts of lines that are not painted are let go. A long text is set in slices: what has not been set
+/// yet counts with an estimated height. Positions are UTF-16 offsets in the whole text.
 class TextColumn {
 public:
+    /// So much is set at once.
+    static constexpr int kSlice = 20'000;
+
     struct Style {
         QFont font;
         int lineHeight = 22;
@@ -30,7 +35,17 @@ public:
 
     [[nodiscard]] const QString& text() const { return text_; }
 
+    /// Estimated in part until `isComplete`.
     [[nodiscard]] double height() const;
+
+    [[nodiscard]] bool isComplete() const { return !next_; }
+
+    /// Sets the next slice of what is not set yet.
+    void layOutMore();
+
+    /// Sets all down to a height.
+    void ensureLaidOut(double bottom);
+
     /// The width of the longest line.
     [[nodiscard]] double usedWidth() const;
 
@@ -60,8 +75,16 @@ private:
         mutable std::unique_ptr<QTextLayout> layout;
     };
 
+    /// What is to be set next: the rest of a paragraph.
+    struct Next {
+        int start = 0;
+        int end = 0;
+        Qt::LayoutDirection direction = Qt::LeftToRight;
+    };
+
     void layOutFrom(int position);
-    void layOutParagraph(int start, int end, Qt::LayoutDirection direction);
+    void layOutPiece(Next next);
+    [[nodiscard]] int endOfParagraph(int start) const;
     [[nodiscard]] std::unique_ptr<QTextLayout> makeLayout(int start, int length,
                                                           Qt::LayoutDirection direction) const;
     void setLines(QTextLayout& layout) const;
@@ -74,6 +97,8 @@ private:
     double width_ = 0;
     QString text_;
     std::vector<Piece> pieces_;
+    /// None where all is set.
+    std::optional<Next> next_;
     mutable int laidOutLines_ = 0;
 };
 

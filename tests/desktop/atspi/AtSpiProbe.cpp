@@ -104,11 +104,17 @@ std::string described(Operation& operation, const ObjectReference& object) {
     return line + " " + object.name + object.path;
 }
 
-void printTree(Operation& operation, const ObjectReference& object, int depth) {
-    std::printf("%*s%s\n", 2 * depth, "", described(operation, object).c_str());
+void printTree(Operation& operation, Applications& applications, const ObjectReference& object, int depth) {
+    const std::string line = described(operation, object);
+    std::printf("%*s%s\n", 2 * depth, "", line.c_str());
+    if (line.starts_with("document")) {
+        const auto value =
+            readValue(TextElement(operation, object, applications.toolkitOf(operation, object.name)));
+        std::printf("%*s%s\n", 2 * depth + 2, "", value.text.c_str());
+    }
     for (const auto& child : childrenOf(operation, object)) {
         if (!child.isNull() && statesOf(operation, child).value_or(States()).has(ATSPI_STATE_SHOWING))
-            printTree(operation, child, depth + 1);
+            printTree(operation, applications, child, depth + 1);
     }
 }
 
@@ -148,7 +154,7 @@ int probe(const Options& options, Operation& operation) {
     const FocusTracker tracker;
     if (options.what == "--tree") {
         for (const auto& root : applications.rootsOf(operation, options.process))
-            printTree(operation, root, 0);
+            printTree(operation, applications, root, 0);
         return 0;
     }
     ObjectReference object = findFocus(operation, applications, tracker, options.process).object;

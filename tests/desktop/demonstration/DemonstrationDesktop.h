@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace quillmoth::test {
 
@@ -34,6 +35,9 @@ public:
     void takePicture(const std::string& name);
 
     void startServer(const std::string& script);
+    /// Instead of a server of its own: one that runs already.
+    void useServer(std::string address) { serverAddress_ = std::move(address); }
+
     void startEditor(const std::string& text);
     void startProgram();
     /// Asks the program to quit, and waits for its end.
@@ -55,13 +59,23 @@ public:
 
     DesktopInput& input() { return desktop_.input(); }
 
+    VirtualDesktop& desktop() { return desktop_; }
+
+    [[nodiscard]] std::uint32_t editorWindow() const { return editorWindow_; }
+
+    /// The panel's window while it is on screen, otherwise 0.
+    [[nodiscard]] std::uint32_t panelWindow() const;
+
+    [[nodiscard]] ChildProcess& editor() { return *editor_; }
+
+    [[nodiscard]] ChildProcess& program() { return *program_; }
+
     Report& report() { return report_; }
 
     [[nodiscard]] const DemonstrationOptions& options() const { return options_; }
 
 private:
     [[nodiscard]] std::string probe(const ChildProcess& process, const std::string& what) const;
-    [[nodiscard]] std::uint32_t panelWindow() const;
 
     DemonstrationOptions options_;
     // Looking at the desktop changes nothing of it.

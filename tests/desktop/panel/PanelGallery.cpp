@@ -1,11 +1,9 @@
-// Draws every state of the panel into PNG files, at the scale of QT_SCALE_FACTOR.
-// Usage: QT_QPA_PLATFORM=offscreen panel-gallery <folder>
+// Draws every state of the panel into PNG files, at the scale of QT_SCALE_FACTOR. Needs no display.
+// Usage: panel-gallery --output FOLDER
 
-#include "tests/unit/shell/PanelFixture.h"
-
-#ifdef QUILLMOTH_GALLERY_HAS_MARKDOWN
+#include "Quillmoth/Highlighting/SplashCodeSyntaxHighlighter.h"
 #include "Quillmoth/Shell/Panel/MarkdownMessage.h"
-#endif
+#include "tests/unit/shell/PanelFixture.h"
 
 #include <QApplication>
 #include <QDir>
@@ -13,9 +11,12 @@
 #include <QFontDatabase>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QTemporaryFile>
 
 #include <cstdio>
 #include <functional>
+#include <optional>
+#include <string_view>
 #include <utility>
 
 namespace quillmoth {
@@ -64,7 +65,7 @@ public:
         : folder_(std::move(folder)), markdown_(std::move(markdown)) {}
 
     void draw(const QString& name, const std::function<void(PanelUnderTest&)>& arrange,
-              QSize size = {612, 410}) const {
+              QSize size = {612, 410}) {
         PanelUnderTest panel(presets(), {.makeMarkdownContent = markdown_});
         panel.model->_status = std::string("No selection");
         panel.open();
@@ -76,6 +77,9 @@ public:
         save(name, panel.surface());
     }
 
+    /// Pictures that could not be written.
+    [[nodiscard]] int failures() const { return failures_; }
+
 private:
     static void letAnimationsEnd() {
         QElapsedTimer time;
@@ -84,7 +88,7 @@ private:
             QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
     }
 
-    void save(const QString& name, PanelSurface& surface) const {
+    void save(const QString& name, PanelSurface& surface) {
         const double scale = surface.devicePixelRatioF();
         constexpr int kMargin = 40;
         QImage picture((surface.size() + QSize(2 * kMargin, 2 * kMargin)) * scale,
@@ -97,11 +101,14 @@ private:
         painter.drawPixmap(kMargin, kMargin, surface.grab());
         painter.end();
         const QString path = QDir(folder_).filePath(name + QStringLiteral(".png"));
-        std::printf("%s %s\n", picture.save(path) ? "wrote" : "could not write", qPrintable(path));
+        const bool saved = picture.save(path);
+        failures_ += saved ? 0 : 1;
+        std::printf("%s %s\n", saved ? "wrote" : "could not write", qPrintable(path));
     }
 
     QString folder_;
     MessageContentFactory markdown_;
+    int failures_ = 0;
 };
 
 void converse(PanelUnderTest& panel, const std::string& question, const std::string& answer) {
@@ -141,7 +148,7 @@ void pin(PanelUnderTest& panel) {
     panel.model->_isOnTopBinding = true;
 }
 
-void drawLists(const Gallery& gallery) {
+void drawLists(Gallery& gallery) {
     gallery.draw(QStringLiteral("list-no-context"), [](PanelUnderTest& panel) {
         panel.settle();
         panel.model->_hoverIndex = 2;
@@ -196,7 +203,7 @@ void drawLists(const Gallery& gallery) {
     });
 }
 
-void drawConversations(const Gallery& gallery) {
+void drawConversations(Gallery& gallery) {
     gallery.draw(QStringLiteral("streaming"),
                  [](PanelUnderTest& panel) {
                      converse(panel, "Why do moths fly to lamps?", kAnswer);
@@ -233,21 +240,47 @@ void drawConversations(const Gallery& gallery) {
 
 } // namespace quillmoth
 
+namespace {
+
+/// The fonts that the pictures are compared in, whatever this desktop prefers.
+constexpr const char* kFonts = R"(<?xml version="1.0"?>
+<!DOCTYPE fontconfig SYSTEM "urn:fontconfig:fonts.dtd">
+<fontconfig>
+  <include ignore_missing="yes">/etc/fonts/fonts.conf</include>
+  <alias binding="strong"><family>sans-serif</family><prefer><family>Inter</family></prefer></alias>
+  <alias binding="strong"><family>Sans</family><prefer><family>Inter</family></prefer></alias>
+  <alias binding="strong"><family>monospace</family><prefer><family>JetBrains Mono</family></prefer></alias>
+</fontconfig>
+)";
+
+std::optional<QString> folderFrom(int argumentCount, char** arguments) {
+    if (argumentCount != 3 || std::string_view(arguments[1]) != "--output")
+        return std::nullopt;
+    return QString::fromLocal8Bit(arguments[2]);
+}
+
+} // namespace
+
 int main(int argumentCount, char** arguments) {
-    QApplication application(argumentCount, arguments);
-    if (argumentCount < 2) {
-        std::fputs("usage: panel-gallery <folder>\n", stderr);
+    const auto folder = folderFrom(argumentCount, arguments);
+    if (!folder) {
+        std::fputs("Usage: panel-gallery --output FOLDER\n", stderr);
         return 2;
     }
-    application.setFont(QFont(QStringLiteral("Inter")));
-    QDir().mkpath(QString::fromLocal8Bit(arguments[1]));
-    quillmoth::MessageContentFactory markdown;
-#ifdef QUILLMOTH_GALLERY_HAS_MARKDOWN
-    quillmoth::markdown::MarkdownServices services(quillmoth::markdown::MarkdownPalette::panel());
-    markdown = quillmoth::markdownMessages(services, {});
-#endif
-    const quillmoth::Gallery gallery(QString::fromLocal8Bit(arguments[1]), markdown);
+    QTemporaryFile fonts;
+    if (fonts.open() && fonts.write(kFonts) > 0 && fonts.flush())
+        qputenv("FONTCONFIG_FILE", fonts.fileName().toLocal8Bit());
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argumentCount, arguments);
+    QDir().mkpath(*folder);
+    constexpr double kCodeFontSize = 16;
+    const quillmoth::highlighting::SplashCodeSyntaxHighlighter highlighter(
+        quillmoth::highlighting::Theme::midnight(quillmoth::highlighting::Font(kCodeFontSize)));
+    quillmoth::markdown::MarkdownServices services(quillmoth::markdown::MarkdownPalette::panel(),
+                                                   &highlighter);
+    quillmoth::Gallery gallery(*folder, quillmoth::markdownMessages(services, {}));
     quillmoth::drawLists(gallery);
     quillmoth::drawConversations(gallery);
-    return 0;
+    return gallery.failures() == 0 ? 0 : 1;
 }

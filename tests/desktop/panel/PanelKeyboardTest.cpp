@@ -3,9 +3,9 @@
 #include "tests/desktop/support/VirtualDesktop.h"
 #include "tests/unit/shell/PanelFixture.h"
 
-#include <QWindow>
 #include <QApplication>
 #include <QTimer>
+#include <QWindow>
 
 #include <gtest/gtest.h>
 

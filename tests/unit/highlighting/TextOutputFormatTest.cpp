@@ -18,7 +18,7 @@ Theme midnight() {
 
 std::optional<Color> colorAt(const markdown::AttributedText& text, std::string_view piece) {
     const auto* run = text.runAt(text.text().find(piece));
-    return run != nullptr ? run->attributes.foregroundColor : std::nullopt;
+    return run != nullptr ? run->attributes->foregroundColor : std::nullopt;
 }
 
 } // namespace

@@ -25,15 +25,15 @@ public:
     FixedShapedText(const AttributedText& text, const TextOptions& options) : options_(options) {
         const std::string& bytes = text.text();
         for (const AttributedText::Run& run : text.runs()) {
-            const double size = run.attributes.font.value_or(options.font).size;
+            const double size = run.attributes->font.value_or(options.font).size;
             for (std::size_t begin = run.begin; begin < run.end();) {
                 std::size_t end = begin + 1;
                 while (end < run.end() && (static_cast<unsigned char>(bytes[end]) & 0xC0) == 0x80)
                     ++end;
                 Cluster cluster{begin, end, size * kAdvance, size * kAscent, size * kDescent, bytes[begin]};
-                if (run.attributes.attachment) {
-                    cluster.width = run.attributes.attachment->size.width;
-                    cluster.ascent = run.attributes.attachment->size.height;
+                if (run.attributes->attachment) {
+                    cluster.width = run.attributes->attachment->size.width;
+                    cluster.ascent = run.attributes->attachment->size.height;
                 }
                 clusters_.push_back(cluster);
                 begin = end;

@@ -4,6 +4,8 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <map>
 #include <sstream>
 
 #include "FixedTextEngine.h"
@@ -28,31 +30,63 @@ std::vector<std::filesystem::path> sources() {
     return result;
 }
 
-/// The theme of a golden: basic, with the numbered marker style that its first line names in a comment.
-Theme themeFor(const std::string& text) {
-    Theme theme = Theme::basic();
-    if (text.starts_with("[//]: # (upperRoman)"))
-        theme.numberedListMarker = markers::upperRoman;
-    if (text.starts_with("[//]: # (lowerRoman)"))
-        theme.numberedListMarker = markers::lowerRoman;
-    if (text.starts_with("[//]: # (dash)"))
-        theme.bulletedListMarker = markers::dash;
-    return theme;
+/// The words in the comment that the first line of a golden may be: "[//]: # (upperRoman center)".
+std::vector<std::string> wordsOf(const std::string& text) {
+    constexpr std::string_view kOpening = "[//]: # (";
+    if (!text.starts_with(kOpening))
+        return {};
+    std::istringstream comment(text.substr(kOpening.size(), text.find(')') - kOpening.size()));
+    return {std::istream_iterator<std::string>(comment), {}};
 }
 
+/// The theme and options of a golden: basic, but for what its words say.
+struct Setting {
+    Theme theme = Theme::basic();
+    LayoutOptions options{.width = 400, .fontSize = 16, .imageBaseURL = "https://example.org/"};
+
+    void apply(const std::string& word) {
+        using ListMarkers = std::map<std::string, ListMarkerStyle>;
+        static const ListMarkers kBullets{{"dash", markers::dash},
+                                          {"disc", markers::disc},
+                                          {"circle", markers::circle},
+                                          {"square", markers::square}};
+        static const ListMarkers kNumbers{{"upperRoman", markers::upperRoman},
+                                          {"lowerRoman", markers::lowerRoman}};
+        if (const auto bullet = kBullets.find(word); bullet != kBullets.end())
+            theme.bulletedListMarker = bullet->second;
+        else if (const auto number = kNumbers.find(word); number != kNumbers.end())
+            theme.numberedListMarker = number->second;
+        else if (word == "light")
+            options.colorScheme = ColorScheme::light;
+        else if (word == "center")
+            options.alignment = TextAlignment::center;
+        else if (word == "trailing")
+            options.alignment = TextAlignment::trailing;
+        else if (word.starts_with("width="))
+            options.width = std::stod(word.substr(6));
+        else if (word.starts_with("size="))
+            options.fontSize = std::stod(word.substr(5));
+        else
+            ADD_FAILURE() << "no such word: " << word;
+    }
+};
+
 std::string layoutOf(const std::string& text) {
+    Setting setting;
+    for (const std::string& word : wordsOf(text))
+        setting.apply(word);
     FixedTextEngine engine;
     FixedImageSource images;
     images.sizes = {{"https://example.org/wide.png", {800, 200}}, {"https://example.org/icon.png", {40, 24}}};
-    const Theme theme = themeFor(text);
-    DocumentLayout layout(engine, images, theme);
-    layout.setOptions({.width = 400, .fontSize = 16, .imageBaseURL = "https://example.org/"});
+    DocumentLayout layout(engine, images, setting.theme);
+    layout.setOptions(setting.options);
     layout.setContent(MarkdownContent(text));
     layout.ensureLaidOut(1e9);
     EXPECT_TRUE(layout.isHeightExact());
     std::ostringstream height;
     height << "height " << layout.totalHeight() << "\n";
-    return height.str() + describe(layout.displayList({0, 0, 400, layout.totalHeight() + 1}));
+    return height.str() +
+           describe(layout.displayList({0, 0, setting.options.width, layout.totalHeight() + 1}));
 }
 
 class Golden : public testing::TestWithParam<std::filesystem::path> {};

@@ -132,15 +132,15 @@ TEST(InlineRendering, nesting_compounds_and_images_inside_are_dropped) {
         inlinesToText(values, InlineEnvironment("https://x.org/y", Theme::basic()), withFont(), {});
     EXPECT_EQ(text.text(), "a b c e ");
     ASSERT_GE(text.runs().size(), 5U);
-    const Font& both = *text.runs()[0].attributes.font;
+    const Font& both = *text.runs()[0].attributes->font;
     EXPECT_TRUE(both.isItalic);
     EXPECT_EQ(both.weight, FontProperties::Weight::semibold);
-    const Font& code = *text.runs()[1].attributes.font;
+    const Font& code = *text.runs()[1].attributes->font;
     EXPECT_TRUE(code.isMonospaced && code.isItalic);
     EXPECT_EQ(code.size, 12);
-    EXPECT_EQ(text.runAt(4)->attributes.link, "https://x.org/d");
-    EXPECT_EQ(text.runAt(6)->attributes.link, std::nullopt) << "a destination that is no URL gives no link";
-    EXPECT_FALSE(text.runs()[0].attributes.fontProperties) << "fonts are realized";
+    EXPECT_EQ(text.runAt(4)->attributes->link, "https://x.org/d");
+    EXPECT_EQ(text.runAt(6)->attributes->link, std::nullopt) << "a destination that is no URL gives no link";
+    EXPECT_FALSE(text.runs()[0].attributes->fontProperties) << "fonts are realized";
 }
 
 TEST(ListMarker, numerals_and_symbols) {

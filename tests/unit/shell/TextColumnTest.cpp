@@ -59,6 +59,9 @@ TEST(TextColumnTest, PointsAndPositionsAgree) {
 TEST(TextColumnTest, OnlyLayoutsNearTheViewAreKept) {
     TextColumn column = makeColumn(300);
     column.setText(QStringLiteral("A line of text.\n").repeated(5000));
+    EXPECT_FALSE(column.isComplete()) << "a long text is not set at once";
+    EXPECT_NEAR(column.height(), 5001 * 22, 22);
+    column.ensureLaidOut(50400);
     QImage image(300, 400, QImage::Format_ARGB32_Premultiplied);
     QPainter painter(&image);
     column.paint(painter, QRectF(0, 50000, 300, 400), Qt::white, 0, 0);

@@ -1,0 +1,205 @@
+#include "MarkdownUI/Qt/MarkdownView.h"
+
+#include "FakeHost.h"
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QBuffer>
+#include <QCoreApplication>
+#include <QImage>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QPainter>
+
+#include <string>
+
+namespace quillmoth::markdown {
+
+namespace {
+
+constexpr int kWidth = 400;
+constexpr int kHeight = 300;
+
+/// A picture of one colour as a URL.
+std::string dataURL(const QColor& color, int width, int height) {
+    QImage image(width, height, QImage::Format_RGB32);
+    image.fill(color);
+    QByteArray data;
+    QBuffer buffer(&data);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    return "data:image/png;base64," + data.toBase64().toStdString();
+}
+
+class MarkdownControlsTest : public ::testing::Test {
+protected:
+    void show(const std::string& markdown) {
+        item.setWidth(kWidth);
+        item.setFontSize(16);
+        item.setMarkdown(markdown);
+        (void)item.ensureLaidOut(0, kHeight);
+        while (services.images.loadingCount() > 0) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        }
+        (void)item.ensureLaidOut(0, kHeight);
+    }
+
+    bool press(Qt::Key key) { return item.keyPress(QKeyEvent(QEvent::KeyPress, key, Qt::NoModifier)); }
+
+    QImage picture() {
+        QImage image(kWidth, kHeight, QImage::Format_RGB32);
+        image.fill(services.palette.base);
+        QPainter painter(&image);
+        item.paint(painter, QRectF(image.rect()), {});
+        return image;
+    }
+
+    /// What has the focus: the text of a link, what an image shows, "button", or nothing.
+    std::string focused() {
+        if (!item.focusedPart()) {
+            return {};
+        }
+        const PartInfo& part = item.parts()[*item.focusedPart()];
+        return part.kind == PartInfo::Kind::copyButton ? "button" : part.text;
+    }
+
+    MarkdownServices services{MarkdownPalette::panel()};
+    FakeHost host;
+    MarkdownItem item{services, host};
+};
+
+const std::string kControls =
+    "# [Title](https://t.org)\n\nSee [one](https://one.org) and *[two](https://two.org)*.\n\n"
+    "```\ncode\n```\n\n[![picture](x.png)](https://p.org)\n\n![no link](y.png)\n\n"
+    "| [cell](https://c.org) |\n|---|\n| [bad](<a b>) |\n";
+
+} // namespace
+
+TEST_F(MarkdownControlsTest, TheTabKeyLeadsOverLinksAndButtonsInReadingOrderAndOut) {
+    show(kControls);
+    std::vector<std::string> order;
+    while (item.focusNextControl(true)) {
+        order.push_back(focused());
+        EXPECT_TRUE(item.focusedFrame()->isValid()) << focused();
+    }
+    EXPECT_EQ(order, (std::vector<std::string>{"Title", "one", "two", "button", "picture", "cell"}));
+    EXPECT_TRUE(item.focusNextControl(false));
+    EXPECT_EQ(focused(), "cell") << "backwards from behind the last";
+    item.clearFocus();
+    show("nothing to press");
+    EXPECT_FALSE(item.focusNextControl(true));
+    EXPECT_FALSE(item.focusNextControl(false));
+}
+
+TEST_F(MarkdownControlsTest, ReturnDoesWhatAPressDoes) {
+    show(kControls);
+    EXPECT_FALSE(press(Qt::Key_Return)) << "nothing has the focus";
+    while (item.focusNextControl(true)) {
+        EXPECT_TRUE(press(Qt::Key_Return));
+        EXPECT_EQ(press(Qt::Key_Space), focused() == "button") << "elsewhere the space bar scrolls";
+    }
+    EXPECT_EQ(host.opened, (QStringList{"https://t.org", "https://one.org", "https://two.org",
+                                        "https://p.org", "https://c.org"}));
+    EXPECT_EQ(host.copied, (QStringList{"code", "code"}));
+}
+
+TEST_F(MarkdownControlsTest, ARingShowsTheFocusUntilAPress) {
+    show("See [one](https://one.org).");
+    const QImage before = picture();
+    ASSERT_TRUE(item.focusNextControl(true));
+    const QImage ringed = picture();
+    EXPECT_NE(ringed, before);
+    const QRect frame = item.focusedFrame()->toRect();
+    EXPECT_EQ(ringed.pixelColor(frame.left() - 2, frame.center().y()), services.palette.accent);
+    item.mousePress({1, 1}, 1, Qt::NoModifier);
+    item.mouseRelease({1, 1});
+    EXPECT_EQ(picture(), before);
+}
+
+TEST_F(MarkdownControlsTest, TheMenuCopiesTheSelectionOrALinkAndSelectsAll) {
+    show("See [one](https://one.org).");
+    ASSERT_TRUE(item.focusNextControl(true));
+    const QPointF link = item.focusedFrame()->center();
+    const auto choose = [this](const QPointF& point, const QString& text) {
+        QMenu menu;
+        item.addActions(menu, point);
+        for (QAction* action : menu.actions()) {
+            if (action->text() == text && action->isEnabled()) {
+                action->trigger();
+                return true;
+            }
+        }
+        return false;
+    };
+    EXPECT_FALSE(choose(link, "Copy")) << "nothing is selected";
+    EXPECT_FALSE(choose({1, 1}, "Copy Link"));
+    EXPECT_TRUE(choose(link, "Copy Link"));
+    EXPECT_TRUE(choose(link, "Select All"));
+    EXPECT_TRUE(choose(link, "Copy"));
+    EXPECT_EQ(host.copied, (QStringList{"https://one.org", "See one."}));
+}
+
+TEST_F(MarkdownControlsTest, AnImageInALineStandsInTheText) {
+    const std::string red = dataURL(Qt::red, 30, 20);
+    show("word ![a](" + red + ")![a](" + red + ") word");
+    const QImage image = picture();
+    int reds = 0;
+    for (int x = 0; x < kWidth; ++x) {
+        reds += image.pixelColor(x, 10) == QColor(Qt::red) ? 1 : 0;
+    }
+    EXPECT_EQ(reds, 60) << "both of them";
+}
+
+TEST_F(MarkdownControlsTest, ASelectedImageIsTinted) {
+    const std::string red = dataURL(Qt::red, 30, 20);
+    show("first\n\n![alone](" + red + ")\n\nin ![a](" + red + ") line");
+    const auto colorsOf = [](const QImage& image) {
+        std::vector<QRgb> reds;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                if (qRed(image.pixel(x, y)) > 100 && qGreen(image.pixel(x, y)) < 90) {
+                    reds.push_back(image.pixel(x, y));
+                }
+            }
+        }
+        return reds;
+    };
+    const auto plain = colorsOf(picture());
+    item.selectAll();
+    const auto tinted = colorsOf(picture());
+    EXPECT_EQ(plain.size(), 2U * 30 * 20);
+    EXPECT_EQ(std::count(tinted.begin(), tinted.end(), qRgb(255, 0, 0)), 0);
+    item.select({{0, 0}, {0, 3}});
+    EXPECT_EQ(colorsOf(picture()), plain) << "outside the selection";
+}
+
+TEST_F(MarkdownControlsTest, ABlankBehindStruckTextIsNotStruck) {
+    show("~~mmm~~ mmm");
+    const Rect blank =
+        item.content().document()->selectionRectangles({{0, 3}, {0, 4}}, {0, 0, 400, 100}).at(0);
+    const QImage image = picture();
+    for (int y = 0; y < 20; ++y) {
+        const int x = static_cast<int>(blank.x + blank.width / 2);
+        EXPECT_EQ(image.pixelColor(x, y), services.palette.base) << y;
+    }
+}
+
+TEST_F(MarkdownControlsTest, AMegabyteLineOfCodeIsSelectedAndScrolled) {
+    show("```\n" + std::string(1'000'000, 'x') + "\n```\n");
+    DocumentLayout& document = *item.content().document();
+    document.setScrollOffset(0, document.scrollRegion(0).contentWidth / 2);
+    const Rect region = document.scrollRegion(0).frame;
+    const QPointF left(region.x + 40, region.y + 45);
+    item.mousePress(left, 1, Qt::NoModifier);
+    item.mouseMove(left + QPointF(100, 0), true);
+    item.mouseRelease(left + QPointF(100, 0));
+    EXPECT_GT(item.selectedText().size(), 5);
+    EXPECT_LT(item.selectedText().size(), 40);
+    EXPECT_NEAR(static_cast<double>(item.selection().begin.offset), 500'000, 1000);
+    const QImage before = picture();
+    item.clearSelection();
+    EXPECT_NE(picture(), before) << "the fill stands where the text does";
+}
+
+} // namespace quillmoth::markdown
