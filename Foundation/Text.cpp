@@ -113,7 +113,11 @@ std::string uppercased(std::string_view text) {
 bool canonicallyEqual(std::string_view first, std::string_view second) {
     if (first == second)
         return true;
-    if (isASCII(first) && isASCII(second))
+    // Normalising makes a text three times as long, or as short, at most (UAX #15, section 14).
+    constexpr std::size_t kFactor = 9;
+    const bool areComparable =
+        first.size() <= kFactor * second.size() && second.size() <= kFactor * first.size();
+    if (!areComparable || (isASCII(first) && isASCII(second)))
         return false;
     UErrorCode status = U_ZERO_ERROR;
     const icu::Normalizer2* nfc = icu::Normalizer2::getNFCInstance(status);

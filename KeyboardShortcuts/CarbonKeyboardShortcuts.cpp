@@ -61,6 +61,13 @@ std::vector<Shortcut> CarbonKeyboardShortcuts::system() const {
     return shortcuts;
 }
 
+bool CarbonKeyboardShortcuts::isSystems(const Shortcut& shortcut) const {
+    const auto listed = system();
+    return std::find(listed.begin(), listed.end(), shortcut) != listed.end() ||
+           hotKeyCenter_.isTakenElsewhere(unsigned32(shortcut.carbonKeyCode),
+                                          unsigned32(shortcut.carbonModifiers));
+}
+
 void CarbonKeyboardShortcuts::installEventHandlerIfNeeded() {
     if (isEventHandlerInstalled_ || !hotKeyCenter_.hasEventTarget())
         return;

@@ -32,6 +32,9 @@ public:
     /// What the desktop keeps for itself, asked anew at each call.
     [[nodiscard]] std::vector<Shortcut> system() const;
 
+    /// Whether the desktop or another program has the shortcut; asked anew at each call.
+    [[nodiscard]] bool isSystems(const Shortcut& shortcut) const;
+
 private:
     struct HotKey {
         Shortcut shortcut;

@@ -23,6 +23,9 @@ void Center::setShortcut(const std::optional<Shortcut>& shortcut, const Name& na
     } else if (!shortcut) {
         return;
     }
+    // Before the store changes, which tells at once.
+    if (known_.contains(name))
+        known_[name] = shortcut;
     if (shortcut) {
         registerIfNeeded(*shortcut);
         userDefaults_.set(name.defaultsKey(), shortcut->toJSON());
@@ -30,6 +33,28 @@ void Center::setShortcut(const std::optional<Shortcut>& shortcut, const Name& na
         storeCleared(name);
     }
     notificationCenter_.post({kShortcutByNameDidChange, {{"name", name}}});
+}
+
+void Center::followStore() {
+    storeChange_ = userDefaults_.onChange([this] { takeStoredChanges(); });
+}
+
+void Center::takeStoredChanges() {
+    // A copy: an observer of the notice may set a slot.
+    const auto former = known_;
+    for (const auto& [name, shortcut] : former) {
+        const auto stored = getShortcut(name);
+        if (stored == shortcut)
+            continue;
+        known_[name] = stored;
+        if (shortcut) {
+            registry_.unregisterShortcut(*shortcut);
+            activeShortcuts_.erase(*shortcut);
+        }
+        if (stored)
+            registerIfNeeded(*stored);
+        notificationCenter_.post({kShortcutByNameDidChange, {{"name", name}}});
+    }
 }
 
 void Center::storeCleared(const Name& name) {
@@ -122,7 +147,9 @@ void Center::removeAllHandlers() {
 }
 
 void Center::registerFor(const Name& name) {
-    if (const auto shortcut = getShortcut(name))
+    const auto shortcut = getShortcut(name);
+    known_[name] = shortcut;
+    if (shortcut)
         registerIfNeeded(*shortcut);
 }
 

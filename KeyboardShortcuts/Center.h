@@ -58,8 +58,11 @@ public:
 
     void setRecordingPause(bool paused) { recordingPause_ = paused; }
 
-    /// What the desktop keeps for itself.
-    [[nodiscard]] std::vector<Shortcut> system() const { return registry_.system(); }
+    /// Whether the desktop or another program has the shortcut already.
+    [[nodiscard]] bool isSystems(const Shortcut& shortcut) const { return registry_.isSystems(shortcut); }
+
+    /// From now on a slot that another process changes in the store is registered anew, with the notice.
+    void followStore();
 
 private:
     struct Handlers {
@@ -72,6 +75,7 @@ private:
     void addAction(EventType type, const Name& name, Action action);
     void registerIfNeeded(const Shortcut& shortcut);
     void registerFor(const Name& name);
+    void takeStoredChanges();
     void dispatch(EventType type, const Shortcut& shortcut);
     [[nodiscard]] bool hasStream(EventType type, const Name& name, std::uint64_t identifier);
     void storeCleared(const Name& name);
@@ -79,11 +83,14 @@ private:
     platform::UserDefaults& userDefaults_;
     platform::NotificationCenter& notificationCenter_;
     std::unordered_set<Shortcut> activeShortcuts_;
+    /// What each slot with handlers held when it was last looked at.
+    std::map<Name, std::optional<Shortcut>> known_;
     Handlers keyDown_;
     Handlers keyUp_;
     std::uint64_t lastStreamIdentifier_ = 0;
     bool recordingPause_ = false;
     CarbonKeyboardShortcuts registry_;
+    Subscription storeChange_;
     // Lets a subscription that outlives the object find out that it has gone.
     std::shared_ptr<Center*> self_;
 };

@@ -53,6 +53,12 @@ public:
 
     /// What the desktop itself has taken, as far as it can be read.
     [[nodiscard]] virtual std::vector<SymbolicHotKey> copySymbolicHotKeys() = 0;
+
+    /// Whether another program has the combination now, as far as the window system tells.
+    [[nodiscard]] virtual bool isTakenElsewhere(std::uint32_t /*keyCode*/,
+                                                std::uint32_t /*carbonModifiers*/) {
+        return false;
+    }
 };
 
 } // namespace quillmoth::platform

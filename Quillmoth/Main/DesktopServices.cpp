@@ -1,8 +1,13 @@
 #include "Quillmoth/Main/DesktopServices.h"
 
 #include "Foundation/Log.h"
+#include "Platform/Linux/Desktop/DesktopHotKeyCenter.h"
+#include "Platform/Linux/Desktop/SchemeHandler.h"
 #include "Platform/Linux/X11/X11BackEnd.h"
 #include "Platform/Linux/X11/X11Keycodes.h"
+#include "Platform/Linux/X11/X11SelectionPasteboard.h"
+
+#include <QCoreApplication>
 
 namespace quillmoth {
 
@@ -21,11 +26,28 @@ std::unique_ptr<platform::X11BackEnd> makeX11() {
     return nullptr;
 }
 
+std::unique_ptr<platform::HotKeyCenter> makeHotKeys(platform::X11BackEnd& x11) {
+    return std::make_unique<platform::DesktopHotKeyCenter>(
+        x11.hotKeyCenter(), x11.keyboardLayout(),
+        platform::DesktopHotKeyCenter::Desktop{
+            .windowManagerName = [&x11] { return x11.hotKeyProbe().windowManagerName(); },
+            .isTaken =
+                [&x11](std::uint32_t keyCode, std::uint32_t carbonModifiers) {
+                    return x11.hotKeyProbe().isShortcutTaken(keyCode, carbonModifiers);
+                }});
+}
+
 } // namespace
 
 DesktopServices::DesktopServices()
     : userDefaults(platform::defaultsFilePath(), diskSync), x11_(makeX11()),
-      workspace(mainQueue, [this] { return frontProcess(); }), accessibility(accessibilityHooks()) {}
+      desktopHotKeys_(x11_ ? makeHotKeys(*x11_) : nullptr),
+      workspace(mainQueue, [this] { return frontProcess(); }), accessibility(accessibilityHooks()) {
+    if (!x11_)
+        return;
+    selectionPasteboard_ = std::make_unique<platform::X11SelectionPasteboard>();
+    x11_->keyboardEvents().setVeto([this] { return !selectionPasteboard_->isKept(); });
+}
 
 DesktopServices::~DesktopServices() = default;
 
@@ -41,7 +63,8 @@ platform::AtSpiHooks DesktopServices::accessibilityHooks() {
             [this](std::int64_t process) {
                 return x11_ ? x11_->frontApplication().primarySelectionOf(process) : std::nullopt;
             },
-        .pasteText = {},
+        .pasteText = [this](const std::string& text, std::int64_t process,
+                            auto deadline) { return paste(text, process, deadline); },
         .hasConsent = [this] { return userDefaults.boolean(kConsentKey, false); },
         .askForConsent =
             [this] {
@@ -51,18 +74,26 @@ platform::AtSpiHooks DesktopServices::accessibilityHooks() {
     };
 }
 
+bool DesktopServices::paste(const std::string& text, std::int64_t process,
+                            std::chrono::steady_clock::time_point deadline) {
+    return selectionPasteboard_ &&
+           selectionPasteboard_->paste(
+               text, process, [this] { x11_->keyboardEvents().postPaste(); }, deadline);
+}
+
 platform::Platform DesktopServices::platform(platform::PanelWindows& panelWindows) {
     platform::HotKeyCenter& noHotKeys = noHotKeyCenter_;
     platform::KeyboardEvents& noEvents = noKeyboardEvents_;
     platform::KeyboardLayout& noLayout = noKeyboardLayout_;
+    platform::Pasteboard& toolkitsPasteboard = toolkitPasteboard_;
     return {
         .mainQueue = mainQueue,
         .operationQueues = operationQueues,
         .urlSessions = urlSessions,
-        .pasteboard = pasteboard,
+        .pasteboard = selectionPasteboard_ ? *selectionPasteboard_ : toolkitsPasteboard,
         .accessibility = accessibility,
         .keyboardEvents = x11_ ? x11_->keyboardEvents() : noEvents,
-        .hotKeyCenter = x11_ ? x11_->hotKeyCenter() : noHotKeys,
+        .hotKeyCenter = desktopHotKeys_ ? *desktopHotKeys_ : noHotKeys,
         .keyboardLayout = x11_ ? x11_->keyboardLayout() : noLayout,
         .workspace = workspace,
         .userDefaults = userDefaults,
@@ -94,7 +125,10 @@ std::optional<std::uint16_t> DesktopServices::virtualKeyCode(std::uint32_t nativ
 void DesktopServices::startInBackground() {
     accessibility.start();
     // Nobody asks anything within the first second.
-    mainQueue.asyncAfter(platform::MainQueue::Seconds(1), [this] { urlSessions.prepare(); });
+    mainQueue.asyncAfter(platform::MainQueue::Seconds(1), [this] {
+        urlSessions.prepare();
+        platform::offerSchemeHandler(QCoreApplication::applicationFilePath().toStdString());
+    });
 }
 
 void DesktopServices::consentGiven() {

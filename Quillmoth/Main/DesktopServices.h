@@ -26,7 +26,8 @@ namespace quillmoth {
 
 namespace platform {
 class X11BackEnd;
-}
+class X11SelectionPasteboard;
+} // namespace platform
 
 /// The services of this desktop, wired together. Made once, on the main thread, after the QApplication; ends
 /// before it, and after all that uses it.
@@ -65,7 +66,6 @@ public:
     platform::SystemClock clock;
     platform::RandomUUIDSource uuidSource;
     platform::LocalNotificationCenter notificationCenter;
-    platform::QtPasteboard pasteboard;
     platform::QtStatusItems statusItems;
     platform::QtApplication application;
     platform::SerialOperationQueues operationQueues;
@@ -74,8 +74,12 @@ public:
 private:
     [[nodiscard]] std::optional<std::int64_t> frontProcess() const;
     [[nodiscard]] platform::AtSpiHooks accessibilityHooks();
+    bool paste(const std::string& text, std::int64_t process, std::chrono::steady_clock::time_point deadline);
 
     std::unique_ptr<platform::X11BackEnd> x11_;
+    platform::QtPasteboard toolkitPasteboard_;
+    std::unique_ptr<platform::X11SelectionPasteboard> selectionPasteboard_;
+    std::unique_ptr<platform::HotKeyCenter> desktopHotKeys_;
     platform::UnavailableHotKeyCenter noHotKeyCenter_;
     platform::UnavailableKeyboardEvents noKeyboardEvents_;
     platform::UnavailableKeyboardLayout noKeyboardLayout_;

@@ -1,5 +1,6 @@
 #include "Quillmoth/Main/Program.h"
 
+#include "Platform/Linux/AtSpi/RestartNeeds.h"
 #include "Quillmoth/Shell/ConsentDialog.h"
 #include "Quillmoth/Shell/Panel/FloatingView.h"
 #include "Quillmoth/Shell/Panel/MarkdownMessage.h"
@@ -48,14 +49,16 @@ Program::Program()
            .virtualKeyCode = [this](std::uint32_t scanCode) { return services_.virtualKeyCode(scanCode); }}) {
     services_.application.setSettingsHandler([this] { windows_.showSettings(); });
     services_.workspace.setOwnURLHandler([this](const std::vector<std::string>& urls) { openURLs(urls); });
-    services_.setConsentQuestion(
-        [this] { askForAccessibilityConsent([this] { services_.consentGiven(); }); });
+    services_.setConsentQuestion([this] {
+        askForAccessibilityConsent(platform::programsToRestart(), [this] { services_.consentGiven(); });
+    });
 }
 
 Program::~Program() = default;
 
 void Program::finishLaunching() {
     delegate_.finishLaunching();
+    shortcuts_.followStore();
     windows_.migrateLoginItem();
     services_.startInBackground();
 }

@@ -1,5 +1,6 @@
 #include "Platform/Linux/Desktop/SingleInstance.h"
 #include "Platform/Linux/Desktop/StartUp.h"
+#include "Quillmoth/Main/DesktopFactsOf.h"
 #include "Quillmoth/Main/Program.h"
 
 #include <QApplication>
@@ -43,10 +44,21 @@ int run(int& argc, char** argv, const std::optional<platform::InstanceRequest>& 
     return QApplication::exec();
 }
 
+int diagnose(int& argc, char** argv) {
+    preferX11();
+    const QApplication application(argc, argv);
+    describeApplication();
+    for (const std::string& line : diagnosis(desktopFacts()))
+        std::cout << line << std::endl;
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
     const std::vector<std::string_view> arguments(argv + 1, argv + argc);
     const platform::StartUp start = platform::beginStart(arguments, QUILLMOTH_VERSION, std::cout, std::cerr);
+    if (start.diagnoses)
+        return diagnose(argc, argv);
     return start.exitCode ? *start.exitCode : run(argc, argv, start.firstRequest);
 }

@@ -54,11 +54,9 @@ bool matches(const MainMenuItem& item, const Shortcut& shortcut, platform::Keybo
     return key && *key == equivalent && mask == shortcut.modifiers();
 }
 
-bool isTaken(const Shortcut& shortcut, std::span<const Shortcut> system) {
+bool isTaken(const Shortcut& shortcut, const SystemCheck& isSystems) {
     // Listed by the desktop, and free all the same.
-    if (shortcut == Shortcut(KeyboardShortcuts::Key::f12, 0))
-        return false;
-    return std::find(system.begin(), system.end(), shortcut) != system.end();
+    return shortcut != Shortcut(KeyboardShortcuts::Key::f12, 0) && isSystems(shortcut);
 }
 
 /// The keys that mean something of their own while no modifier is held.
@@ -75,7 +73,7 @@ std::optional<RecordingStep> stepOfPlainKey(const RecorderKeyPress& press) {
 } // namespace
 
 RecordingStep recordingStep(const RecorderKeyPress& press, std::span<const MainMenuItem> mainMenu,
-                            std::span<const Shortcut> system, platform::KeyboardLayout& layout) {
+                            const SystemCheck& isSystems, platform::KeyboardLayout& layout) {
     const ModifierFlags modifiers = press.modifierFlags & ~kIgnoredFlags & ~kDeviceFlags;
     if (modifiers == 0) {
         if (auto step = stepOfPlainKey(press))
@@ -92,7 +90,7 @@ RecordingStep recordingStep(const RecorderKeyPress& press, std::span<const MainM
         return RecordingBeeps{};
     if (const auto* item = menuItemWithShortcut(mainMenu, *shortcut, layout))
         return RecordingMeetsMenuItem{item->title};
-    if (isTaken(*shortcut, system))
+    if (isTaken(*shortcut, isSystems))
         return RecordingMeetsSystem{};
     return RecordingAccepts{*shortcut};
 }

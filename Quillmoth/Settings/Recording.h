@@ -3,6 +3,7 @@
 #include "KeyboardShortcuts/Shortcut.h"
 #include "Platform/KeyboardLayout.h"
 
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -59,11 +60,12 @@ struct RecordingAccepts {
 using RecordingStep = std::variant<RecordingEndsAndMovesOn, RecordingEnds, RecordingClears, RecordingBeeps,
                                    RecordingMeetsMenuItem, RecordingMeetsSystem, RecordingAccepts>;
 
-/// `system` holds what the desktop keeps for itself.
+/// Whether the desktop keeps a shortcut for itself; asked only where nothing else stands in the way.
+using SystemCheck = std::function<bool(const KeyboardShortcuts::Shortcut&)>;
+
 [[nodiscard]] RecordingStep recordingStep(const RecorderKeyPress& press,
                                           std::span<const MainMenuItem> mainMenu,
-                                          std::span<const KeyboardShortcuts::Shortcut> system,
-                                          platform::KeyboardLayout& layout);
+                                          const SystemCheck& isSystems, platform::KeyboardLayout& layout);
 
 /// The first item, depth first, that has the shortcut; null where none has.
 [[nodiscard]] const MainMenuItem* menuItemWithShortcut(std::span<const MainMenuItem> menu,

@@ -11,6 +11,10 @@ namespace quillmoth::platform {
 namespace {
 
 Toolkit toolkitNamed(std::string name) {
+    // In small letters it is an older one.
+    if (name == "GTK")
+        return Toolkit::gtk4;
+
     struct Known {
         std::string_view part;
         Toolkit toolkit;

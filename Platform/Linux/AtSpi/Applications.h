@@ -10,7 +10,7 @@
 namespace quillmoth::platform {
 
 /// Toolkits that differ in how they count and what they tell.
-enum class Toolkit { other, qt, gecko, chromium };
+enum class Toolkit { other, gtk4, qt, gecko, chromium };
 
 /// What is known of the applications on the accessibility bus, by their connection's unique name, which is
 /// never used twice. The accessibility thread.

@@ -9,6 +9,15 @@
 
 namespace quillmoth::platform {
 
+/// An object of an application's accessible tree.
+struct AtSpiAccessibility::ObjectElement final : AXUIElement {
+    ObjectElement(ObjectReference reference, std::int64_t identifier)
+        : object(std::move(reference)), process(identifier) {}
+
+    ObjectReference object;
+    std::int64_t process;
+};
+
 namespace {
 
 struct SystemWideElement final : AXUIElement {};
@@ -16,15 +25,6 @@ struct SystemWideElement final : AXUIElement {};
 struct ApplicationElement final : AXUIElement {
     explicit ApplicationElement(std::int64_t identifier) : process(identifier) {}
 
-    std::int64_t process;
-};
-
-/// An object of an application's accessible tree.
-struct ObjectElement final : AXUIElement {
-    ObjectElement(ObjectReference reference, std::int64_t identifier)
-        : object(std::move(reference)), process(identifier) {}
-
-    ObjectReference object;
     std::int64_t process;
 };
 
@@ -42,8 +42,9 @@ struct GatheredRange final : AXTextMarkerRange {
     std::string text;
 };
 
-// A paste arrives later; moving the caret before would misplace it.
-constexpr std::chrono::seconds kPasteTime{1};
+constexpr std::chrono::milliseconds kPasteLimit{600};
+// A paste may still arrive behind that; moving the caret before would misplace it.
+constexpr std::chrono::seconds kLatePasteTime{1};
 
 template<class Target>
 const Target* as(const AXUIElementRef& element) {
@@ -66,12 +67,10 @@ AXError store(const std::optional<RangeAnswer>& answer, AXValue& value) {
     return answer->error;
 }
 
-AXError storeMarkerRange(std::optional<TextAnswer> answer, AXValue& value) {
-    if (!answer)
-        return kAXErrorCannotComplete;
-    if (answer->error == kAXErrorSuccess)
-        value = AXTextMarkerRangeRef(std::make_shared<const GatheredRange>(std::move(answer->text)));
-    return answer->error;
+AXError storeMarkerRange(TextAnswer answer, AXValue& value) {
+    if (answer.error == kAXErrorSuccess)
+        value = AXTextMarkerRangeRef(std::make_shared<const GatheredRange>(std::move(answer.text)));
+    return answer.error;
 }
 
 } // namespace
@@ -89,6 +88,23 @@ bool AtSpiAccessibility::enableForDesktop() {
     return worker_
         ->ask<bool>([](Session& session, const Request& request) { return session.enable(request); })
         .value_or(false);
+}
+
+bool AtSpiAccessibility::busAnswers() {
+    return worker_
+        ->ask<bool>([](Session& session, const Request& request) { return session.answers(request); })
+        .value_or(false);
+}
+
+FieldReport AtSpiAccessibility::reportField(std::int64_t process) {
+    if (process == getpid())
+        return {};
+    return worker_
+        ->ask<FieldReport>([process](Session& session, const Request& request) {
+            session.wake(request, process);
+            return session.report(request, process);
+        })
+        .value_or(FieldReport{.isHung = true});
 }
 
 bool AtSpiAccessibility::isProcessTrusted() {
@@ -144,10 +160,7 @@ AXError AtSpiAccessibility::copyAttributeValue(const AXUIElementRef& element, st
         }),
                      value);
     if (attribute == "AXSelectedTextMarkerRange")
-        return storeMarkerRange(worker_->ask<TextAnswer>([object](Session& session, const Request& request) {
-            return session.gatheredText(request, object);
-        }),
-                                value);
+        return copyMarkerRange(*element, value);
     return kAXErrorAttributeUnsupported;
 }
 
@@ -215,13 +228,32 @@ AXError AtSpiAccessibility::copySelectedText(const AXUIElement& element, AXValue
     if (!selected)
         return kAXErrorCannotComplete;
     TextAnswer& answer = selected->answer;
-    const bool isDoubtful = selected->isDoubtful && answer.error == kAXErrorSuccess && !answer.text.empty();
-    if (isDoubtful && hooks_.primarySelectionOf) {
-        auto primary = hooks_.primarySelectionOf(target->process);
-        if (primary && !primary->empty())
-            answer.text = std::move(*primary);
-    }
+    if (selected->isDoubtful)
+        preferPrimary(*target, answer);
     return store(std::move(answer), value);
+}
+
+AXError AtSpiAccessibility::copyMarkerRange(const AXUIElement& element, AXValue& value) {
+    const auto* target = dynamic_cast<const ObjectElement*>(&element);
+    if (target == nullptr)
+        return kAXErrorAttributeUnsupported;
+    auto gathered =
+        worker_->ask<SelectedTextAnswer>([object = target->object](Session& session, const Request& request) {
+            return session.gatheredText(request, object);
+        });
+    if (!gathered)
+        return kAXErrorCannotComplete;
+    if (gathered->isDoubtful)
+        preferPrimary(*target, gathered->answer);
+    return storeMarkerRange(std::move(gathered->answer), value);
+}
+
+void AtSpiAccessibility::preferPrimary(const ObjectElement& element, TextAnswer& answer) const {
+    if (answer.error != kAXErrorSuccess || !hooks_.primarySelectionOf)
+        return;
+    auto primary = hooks_.primarySelectionOf(element.process);
+    if (primary && !primary->empty())
+        answer.text = std::move(*primary);
 }
 
 AXError AtSpiAccessibility::copyPrimary(std::int64_t process, AXValue& value) {
@@ -256,10 +288,22 @@ AXError AtSpiAccessibility::setText(const AXUIElementRef& element, const std::st
         return kAXErrorCannotComplete;
     if (answer->error != kAXErrorSuccess || !answer->isReadyForPaste)
         return answer->error;
-    if (!hooks_.pasteText(answer->replacement))
-        return kAXErrorFailure;
-    lastPaste_ = {.element = element, .when = std::chrono::steady_clock::now()};
-    return kAXErrorSuccess;
+    return paste(element, answer->replacement, answer->before);
+}
+
+AXError AtSpiAccessibility::paste(const AXUIElementRef& element, const std::string& replacement,
+                                  const std::string& before) {
+    const auto* target = as<ObjectElement>(element);
+    const auto deadline = std::chrono::steady_clock::now() + kPasteLimit;
+    if (!hooks_.pasteText(replacement, target->process, deadline)) {
+        lastPaste_ = {.element = element, .when = std::chrono::steady_clock::now()};
+        return kAXErrorCannotComplete;
+    }
+    return worker_
+        ->ask<AXError>([object = target->object, before](Session& session, const Request& request) {
+            return session.awaitChange(request, object, before);
+        })
+        .value_or(kAXErrorCannotComplete);
 }
 
 AXError AtSpiAccessibility::setRange(const AXUIElementRef& element, CFRange range) {
@@ -276,7 +320,7 @@ AXError AtSpiAccessibility::setRange(const AXUIElementRef& element, CFRange rang
 bool AtSpiAccessibility::isBeingPastedInto(const AXUIElementRef& element) const {
     const auto* pasted = as<ObjectElement>(lastPaste_.element);
     return pasted != nullptr && pasted->object == as<ObjectElement>(element)->object &&
-           std::chrono::steady_clock::now() - lastPaste_.when < kPasteTime;
+           std::chrono::steady_clock::now() - lastPaste_.when < kLatePasteTime;
 }
 
 } // namespace quillmoth::platform

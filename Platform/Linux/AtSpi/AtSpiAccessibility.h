@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Accessibility.h"
+#include "Platform/Linux/AtSpi/FieldReport.h"
 
 #include <chrono>
 #include <functional>
@@ -11,6 +12,7 @@
 namespace quillmoth::platform {
 
 class Worker;
+struct TextAnswer;
 
 /// What the accessibility back end asks of the window system and of the program. All are called on the main
 /// thread; each may be left empty.
@@ -19,8 +21,11 @@ struct AtSpiHooks {
     std::function<std::optional<std::int64_t>()> frontProcess = {};
     /// The text of the PRIMARY selection where a client of `process` owns it.
     std::function<std::optional<std::string>(std::int64_t process)> primarySelectionOf = {};
-    /// Pastes `text` into the application in front, over what is selected there. True when that is under way.
-    std::function<bool(const std::string& text)> pasteText = {};
+    /// Has `process`, which is in front, paste `text` over what is selected there. True when it has fetched
+    /// the text before the deadline.
+    std::function<bool(const std::string& text, std::int64_t process,
+                       std::chrono::steady_clock::time_point deadline)>
+        pasteText = {};
     /// Whether the user has allowed accessibility to be switched on for the desktop.
     std::function<bool()> hasConsent = {};
     /// Asks the user for that; does not wait for the answer.
@@ -43,6 +48,12 @@ public:
     /// Switches accessibility on for the desktop and keeps it on: only with the user's consent.
     bool enableForDesktop();
 
+    /// Whether the accessibility bus answers, enabled or not.
+    [[nodiscard]] bool busAnswers();
+
+    /// What can be done with what has the focus in `process`.
+    [[nodiscard]] FieldReport reportField(std::int64_t process);
+
     [[nodiscard]] bool isProcessTrusted() override;
     /// Asks at most once in the life of the object; with consent given already, enables instead.
     bool isProcessTrustedWithOptions(bool prompt) override;
@@ -58,6 +69,8 @@ public:
                               const AXValue& value) override;
 
 private:
+    struct ObjectElement;
+
     struct Paste {
         AXUIElementRef element;
         std::chrono::steady_clock::time_point when;
@@ -65,9 +78,13 @@ private:
 
     AXError copyFocusedElement(std::optional<std::int64_t> process, AXValue& value);
     AXError copySelectedText(const AXUIElement& element, AXValue& value);
+    AXError copyMarkerRange(const AXUIElement& element, AXValue& value);
+    /// Some applications' offsets are not to be relied on; what they put into PRIMARY is.
+    void preferPrimary(const ObjectElement& element, TextAnswer& answer) const;
     AXError copyPrimary(std::int64_t process, AXValue& value);
     AXError setApplicationFlag(std::int64_t process, std::string_view attribute);
     AXError setText(const AXUIElementRef& element, const std::string& text);
+    AXError paste(const AXUIElementRef& element, const std::string& replacement, const std::string& before);
     AXError setRange(const AXUIElementRef& element, CFRange range);
     [[nodiscard]] bool isBeingPastedInto(const AXUIElementRef& element) const;
 

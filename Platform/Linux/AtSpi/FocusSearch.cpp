@@ -10,7 +10,7 @@ namespace quillmoth::platform {
 namespace {
 
 constexpr int kWalkNodeLimit = 300;
-constexpr std::chrono::milliseconds kWalkTimeLimit{150};
+constexpr std::chrono::milliseconds kWalkTimeLimit{250};
 
 /// The rule of Collection.GetMatches that asks for the state "focused" and nothing else.
 GVariant* focusedRule() {
@@ -84,6 +84,9 @@ private:
     /// Breadth first, into what is on screen only.
     bool tryWalk(const ObjectReference& window) {
         const auto end = Operation::Clock::now() + kWalkTimeLimit;
+        // GTK 4 tells only of whole windows that they are showing.
+        const bool isGTK4 = applications_.toolkitOf(operation_, window.name) == Toolkit::gtk4;
+        const AtspiStateType onScreen = isGTK4 ? ATSPI_STATE_VISIBLE : ATSPI_STATE_SHOWING;
         std::deque<ObjectReference> waiting{window};
         for (int visited = 0; visited < kWalkNodeLimit && !waiting.empty(); ++visited) {
             if (operation_.isOver() || Operation::Clock::now() > end)
@@ -94,7 +97,7 @@ private:
             if (states && states->has(ATSPI_STATE_FOCUSED) && accept(object))
                 return true;
             const bool isWorthEntering =
-                states && states->has(ATSPI_STATE_SHOWING) && !states->has(ATSPI_STATE_MANAGES_DESCENDANTS);
+                states && states->has(onScreen) && !states->has(ATSPI_STATE_MANAGES_DESCENDANTS);
             if (!isWorthEntering)
                 continue;
             for (auto& child : childrenOf(operation_, object)) {

@@ -1,5 +1,6 @@
 #include "Platform/Linux/AtSpi/SelectionReader.h"
 
+#include "Platform/Linux/AtSpi/ParagraphChain.h"
 #include "Platform/Linux/AtSpi/SelectionGatherer.h"
 
 #include <algorithm>
@@ -24,14 +25,25 @@ std::string joinedSelections(const TextElement& element, std::int64_t count) {
     return joined;
 }
 
+std::string joinedParagraphs(const TextElement& element, const std::vector<ObjectReference>& paragraphs) {
+    std::string joined;
+    for (const ObjectReference& paragraph : paragraphs) {
+        const std::string text =
+            gatherSelectedText(TextElement(element.operation(), paragraph, element.toolkit()));
+        joined.append(&paragraph == &paragraphs.front() ? "" : "\n").append(text);
+    }
+    return joined;
+}
+
 /// In a document nothing may be selected itself, while something is within an object that it embeds.
 bool holdsSelectionWithin(const TextElement& element) {
     const auto interfaces = interfacesOf(element.operation(), element.object());
     return interfaces && interfaces->hypertext && !gatherSelectedText(element).empty();
 }
 
-/// None where it is not known for certain, so that nothing gets written to a wrong place.
-std::optional<TextRange> firstSelection(const TextElement& element, const TextElement::Content& content) {
+} // namespace
+
+std::optional<TextRange> readFirstSelection(const TextElement& element, const TextElement::Content& content) {
     const std::int64_t count = element.selectionCount().value_or(0);
     const TextRange range = count > 0 ? element.selection(0).value_or(TextRange{}) : TextRange{};
     const std::int64_t caret = element.caret().value_or(-1);
@@ -39,8 +51,6 @@ std::optional<TextRange> firstSelection(const TextElement& element, const TextEl
         return caret < 0 ? std::nullopt : std::optional(TextRange{.start = caret, .end = caret});
     return element.toolkit() == Toolkit::chromium ? repairedRange(content.text, range, caret) : range;
 }
-
-} // namespace
 
 AXError checkReadableText(const TextElement& element) {
     const auto role = roleOf(element.operation(), element.object());
@@ -66,7 +76,8 @@ TextAnswer readSelectedText(const TextElement& element) {
         return {.error = operation.error(), .text = {}};
     std::string text = joinedSelections(element, *count);
     const bool reachesDeeper =
-        text.empty() ? holdsSelectionWithin(element) : text.find(kEmbedded) != text.npos;
+        (text.empty() ? holdsSelectionWithin(element) : text.find(kEmbedded) != text.npos) ||
+        !selectedParagraphs(element).empty();
     if (operation.isOver())
         return {.error = operation.error(), .text = {}};
     if (reachesDeeper)
@@ -78,7 +89,9 @@ TextAnswer readGatheredText(const TextElement& element) {
     const AXError check = checkReadableText(element);
     if (check != kAXErrorSuccess)
         return {.error = check, .text = {}};
-    std::string text = gatherSelectedText(element);
+    const auto paragraphs = selectedParagraphs(element);
+    std::string text =
+        paragraphs.empty() ? gatherSelectedText(element) : joinedParagraphs(element, paragraphs);
     return {.error = text.empty() ? kAXErrorNoValue : kAXErrorSuccess, .text = std::move(text)};
 }
 
@@ -97,7 +110,7 @@ RangeAnswer readSelectedRange(const TextElement& element) {
     if (check != kAXErrorSuccess)
         return {.error = check, .range = {}};
     const auto content = element.content();
-    const auto range = content ? firstSelection(element, *content) : std::nullopt;
+    const auto range = content ? readFirstSelection(element, *content) : std::nullopt;
     if (!content || element.operation().isOver())
         return {.error = element.operation().error(), .range = {}};
     if (!range)

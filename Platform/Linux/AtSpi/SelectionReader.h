@@ -29,6 +29,11 @@ struct RangeAnswer {
 /// The whole text.
 [[nodiscard]] TextAnswer readValue(const TextElement& element);
 
+/// The first selection in the application's own units, without one the caret's place. None where that is not
+/// known for certain, so that nothing gets written to a wrong place.
+[[nodiscard]] std::optional<TextRange> readFirstSelection(const TextElement& element,
+                                                          const TextElement::Content& content);
+
 /// The first selection; without one, the caret's place with length 0.
 [[nodiscard]] RangeAnswer readSelectedRange(const TextElement& element);
 

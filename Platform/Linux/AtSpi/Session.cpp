@@ -73,6 +73,29 @@ FocusAnswer Session::focusedElement(const Request& request, std::int64_t process
     });
 }
 
+FieldReport Session::report(const Request& request, std::int64_t process) {
+    FieldReport report;
+    const FocusAnswer focus = focusedElement(request, process);
+    report.isHung = focus.error == kAXErrorCannotComplete;
+    report.hasFocus = focus.error == kAXErrorSuccess;
+    if (!report.hasFocus)
+        return report;
+    perform<AXError>(request, [&](Operation& operation) {
+        const Variant name = operation.property({.name = focus.object.name, .path = ATSPI_DBUS_PATH_ROOT},
+                                                ATSPI_DBUS_INTERFACE_APPLICATION, "ToolkitName", "s");
+        const auto interfaces = interfacesOf(operation, focus.object);
+        const auto states = statesOf(operation, focus.object);
+        report.toolkit = name ? g_variant_get_string(name.get(), nullptr) : "";
+        report.hasText = interfaces && interfaces->text;
+        report.takesEdits = interfaces && interfaces->editableText;
+        report.isSecret = roleOf(operation, focus.object) == ATSPI_ROLE_PASSWORD_TEXT;
+        report.isEditable =
+            states && states->has(ATSPI_STATE_EDITABLE) && !states->has(ATSPI_STATE_READ_ONLY);
+        return kAXErrorSuccess;
+    });
+    return report;
+}
+
 AXError Session::wake(const Request& request, std::int64_t process) {
     return perform<AXError>(request, [this, process](Operation& operation) {
         if (isLeftAlone(operation, process))
@@ -94,13 +117,21 @@ AXError Session::wake(const Request& request, std::int64_t process) {
 
 SelectedTextAnswer Session::selectedText(const Request& request, const ObjectReference& object) {
     return withText<SelectedTextAnswer>(request, object, [](const TextElement& element) {
-        return SelectedTextAnswer{.answer = readSelectedText(element),
-                                  .isDoubtful = element.toolkit() == Toolkit::chromium};
+        SelectedTextAnswer answer{.answer = readSelectedText(element), .isDoubtful = false};
+        // Terminals of one kind go on telling an empty range once their contents have changed.
+        const bool isTerminal = roleOf(element.operation(), element.object()) == ATSPI_ROLE_TERMINAL;
+        answer.isDoubtful = (element.toolkit() == Toolkit::chromium && !answer.answer.text.empty()) ||
+                            (isTerminal && element.selectionCount().value_or(0) > 0);
+        return answer;
     });
 }
 
-TextAnswer Session::gatheredText(const Request& request, const ObjectReference& object) {
-    return withText<TextAnswer>(request, object, readGatheredText);
+SelectedTextAnswer Session::gatheredText(const Request& request, const ObjectReference& object) {
+    return withText<SelectedTextAnswer>(request, object, [](const TextElement& element) {
+        SelectedTextAnswer answer{.answer = readGatheredText(element), .isDoubtful = false};
+        answer.isDoubtful = element.toolkit() == Toolkit::chromium && !answer.answer.text.empty();
+        return answer;
+    });
 }
 
 TextAnswer Session::value(const Request& request, const ObjectReference& object) {
@@ -121,6 +152,12 @@ WriteAnswer Session::setValue(const Request& request, const ObjectReference& obj
     return withText<WriteAnswer>(request, object, [&text, preparesPaste](const TextElement& element) {
         return writeValue(element, text, preparesPaste);
     });
+}
+
+AXError Session::awaitChange(const Request& request, const ObjectReference& object,
+                             const std::string& before) {
+    return withText<AXError>(
+        request, object, [&before](const TextElement& element) { return awaitOtherText(element, before); });
 }
 
 template<class Answer>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Linux/AtSpi/AccessibilityBus.h"
+#include "Platform/Linux/AtSpi/FieldReport.h"
 #include "Platform/Linux/AtSpi/FocusSearch.h"
 #include "Platform/Linux/AtSpi/SelectionReader.h"
 #include "Platform/Linux/AtSpi/TextWriter.h"
@@ -46,18 +47,24 @@ public:
     [[nodiscard]] bool isTrusted(const Request& request);
     bool enable(const Request& request);
 
+    [[nodiscard]] bool answers(const Request& request) { return bus_.answers(request.cancellable); }
+
+    [[nodiscard]] FieldReport report(const Request& request, std::int64_t process);
+
     [[nodiscard]] FocusAnswer focusedElement(const Request& request, std::int64_t process);
 
     /// Makes an application that builds its accessible tree on demand build it.
     AXError wake(const Request& request, std::int64_t process);
 
     [[nodiscard]] SelectedTextAnswer selectedText(const Request& request, const ObjectReference& object);
-    [[nodiscard]] TextAnswer gatheredText(const Request& request, const ObjectReference& object);
+    [[nodiscard]] SelectedTextAnswer gatheredText(const Request& request, const ObjectReference& object);
     [[nodiscard]] TextAnswer value(const Request& request, const ObjectReference& object);
     [[nodiscard]] RangeAnswer selectedRange(const Request& request, const ObjectReference& object);
     AXError setSelectedRange(const Request& request, const ObjectReference& object, CFRange range);
     WriteAnswer setValue(const Request& request, const ObjectReference& object, const std::string& text,
                          bool preparesPaste);
+    /// kAXErrorSuccess once the text is another one than `before`.
+    AXError awaitChange(const Request& request, const ObjectReference& object, const std::string& before);
 
 private:
     using Unresponsive = std::set<std::string>;

@@ -1,5 +1,6 @@
 #include "Platform/Linux/AtSpi/TextWriter.h"
 
+#include "Platform/Linux/AtSpi/ParagraphChain.h"
 #include "Platform/Linux/AtSpi/SelectionReader.h"
 #include "Platform/Linux/AtSpi/TextDifference.h"
 
@@ -59,17 +60,24 @@ enum class Outcome { done, nothingHappened, wentWrong };
 Outcome apply(const TextElement& element, const Content& before, const Edit& edit) {
     const std::string wanted = resultOf(before, edit);
     const Edit insertion{.start = edit.start, .removed = 0, .replacement = edit.replacement};
+    OffsetUnit unit = before.unit;
     if (!edit.replacement.empty()) {
         const bool accepted = element.insert(edit.start, edit.replacement);
         const std::string inserted = resultOf(before, insertion);
         const auto now = accepted ? settledContent(element, inserted) : element.content();
         if (!now || now->text != inserted)
             return now && now->text == before.text ? Outcome::nothingHappened : Outcome::wentWrong;
+        // Which unit it is may show with the new text only.
+        unit = now->unit;
     }
     if (edit.removed == 0)
         return Outcome::done;
-    const std::int64_t start = edit.start + lengthIn(before.unit, edit.replacement);
-    const bool accepted = element.remove({.start = start, .end = start + edit.removed});
+    const auto inUnit = [&](std::int64_t offset) {
+        return convertedOffset(before.text, offset, before.unit, unit);
+    };
+    const std::int64_t start = inUnit(edit.start) + lengthIn(unit, edit.replacement);
+    const std::int64_t removed = inUnit(edit.start + edit.removed) - inUnit(edit.start);
+    const bool accepted = element.remove({.start = start, .end = start + removed});
     if (element.operation().isOver())
         return Outcome::wentWrong;
     const auto now = accepted ? settledContent(element, wanted) : element.content();
@@ -84,13 +92,45 @@ void restore(const TextElement& element, const std::string& text) {
         apply(element, *now, editBetween(*now, text));
 }
 
-WriteAnswer prepareForPaste(const TextElement& element, Edit edit) {
-    const TextRange range{.start = edit.start, .end = edit.start + edit.removed};
-    const bool isReady = range.empty() ? element.setCaret(range.start) && element.caret() == range.start
-                                       : element.select(range) && element.selection(0) == range;
+bool select(const TextElement& element, TextRange range) {
+    return range.empty() ? element.setCaret(range.start) && element.caret() == range.start
+                         : element.select(range) && element.selection(0) == range;
+}
+
+/// The change as one of what is selected, or stands at the caret, now; none where it is not one. Leaving the
+/// user's selection as it is works where selecting by offsets does not.
+std::optional<Edit> editOfSelection(const TextElement& element, const Content& before,
+                                    std::string_view newText) {
+    const auto range = readFirstSelection(element, before);
+    if (!range)
+        return std::nullopt;
+    const std::string_view old = before.text;
+    const std::string_view head = old.substr(0, byteOffset(old, range->start, before.unit));
+    const std::string_view tail = old.substr(byteOffset(old, range->end, before.unit));
+    if (newText.size() < head.size() + tail.size() || !newText.starts_with(head) || !newText.ends_with(tail))
+        return std::nullopt;
+    return Edit{.start = range->start,
+                .removed = range->end - range->start,
+                .replacement =
+                    std::string(newText.substr(head.size(), newText.size() - head.size() - tail.size()))};
+}
+
+/// A paste goes to whatever has the focus, so that has to be this element still.
+WriteAnswer prepareForPaste(const TextElement& element, const Content& before, const std::string& newText,
+                            bool flattens) {
+    const auto states = statesOf(element.operation(), element.object());
+    if (!states || !states->has(ATSPI_STATE_FOCUSED))
+        return {.error = kAXErrorFailure};
+    auto edit = editOfSelection(element, before, newText);
+    bool isReady = edit.has_value();
+    if (!edit) {
+        edit = editBetween(before, newText);
+        isReady = select(element, {.start = edit->start, .end = edit->start + edit->removed});
+    }
     return {.error = isReady ? kAXErrorSuccess : kAXErrorFailure,
             .isReadyForPaste = isReady,
-            .replacement = std::move(edit.replacement)};
+            .replacement = flattens ? flattenedLines(edit->replacement) : std::move(edit->replacement),
+            .before = before.text};
 }
 
 AXError failureOf(const Operation& operation) {
@@ -101,7 +141,7 @@ AXError failureOf(const Operation& operation) {
 
 WriteAnswer writeValue(const TextElement& element, const std::string& newText, bool preparesPaste) {
     Operation& operation = element.operation();
-    const auto refused = [](AXError error) { return WriteAnswer{.error = error, .replacement = {}}; };
+    const auto refused = [](AXError error) { return WriteAnswer{.error = error}; };
     if (const AXError check = checkReadableText(element); check != kAXErrorSuccess)
         return refused(check);
     const auto states = statesOf(operation, element.object());
@@ -115,18 +155,35 @@ WriteAnswer writeValue(const TextElement& element, const std::string& newText, b
         return refused(operation.error());
 
     Edit edit = editBetween(*before, newText);
-    if (isSingleLine(*states, element.toolkit()))
+    const bool flattens = isSingleLine(*states, element.toolkit());
+    if (flattens)
         edit.replacement = flattenedLines(edit.replacement);
     Outcome outcome = Outcome::nothingHappened;
-    if (interfaces->editableText)
+    // What reaches beyond this paragraph can be replaced only as a whole.
+    const bool isPartOfMore = !selectedParagraphs(element).empty();
+    if (interfaces->editableText && !isPartOfMore)
         outcome = apply(element, *before, edit);
     if (outcome == Outcome::done)
         return {};
     if (outcome == Outcome::wentWrong && !operation.isOver())
         restore(element, before->text);
     if (outcome == Outcome::nothingHappened && preparesPaste && !operation.isOver())
-        return prepareForPaste(element, std::move(edit));
+        return prepareForPaste(element, *before, newText, flattens);
     return refused(failureOf(operation));
+}
+
+AXError awaitOtherText(const TextElement& element, const std::string& before) {
+    constexpr std::chrono::milliseconds kPasteSettleLimit{400};
+    const auto end = Operation::Clock::now() + kPasteSettleLimit;
+    while (Operation::Clock::now() < end) {
+        const auto content = element.content();
+        if (!content)
+            return element.operation().error();
+        if (content->text != before)
+            return kAXErrorSuccess;
+        std::this_thread::sleep_for(kSettleStep);
+    }
+    return kAXErrorFailure;
 }
 
 } // namespace quillmoth::platform

@@ -12,7 +12,9 @@ struct WriteAnswer {
     /// The element takes no text this way, and what is to be replaced has been selected: pasting
     /// `replacement` would do it.
     bool isReadyForPaste = false;
-    std::string replacement;
+    std::string replacement = {};
+    /// What the element held then.
+    std::string before = {};
 };
 
 /// Gives an editable element the text `newText` by changing the one stretch in which that differs from what
@@ -22,5 +24,9 @@ struct WriteAnswer {
 /// be edited so is made ready for a paste, never after a time-out. The accessibility thread.
 [[nodiscard]] WriteAnswer writeValue(const TextElement& element, const std::string& newText,
                                      bool preparesPaste);
+
+/// Waits a little while until the element's text is another one than `before`; kAXErrorFailure where it
+/// stays.
+[[nodiscard]] AXError awaitOtherText(const TextElement& element, const std::string& before);
 
 } // namespace quillmoth::platform

@@ -16,6 +16,7 @@ struct Option {
 constexpr std::array kOptions{
     Option{"--toggle", CommandLine::Action::toggle}, Option{"--settings", CommandLine::Action::settings},
     Option{"--quit", CommandLine::Action::quit},     Option{"--version", CommandLine::Action::showVersion},
+    Option{"--diagnose", CommandLine::Action::diagnose},
     Option{"--help", CommandLine::Action::showHelp}, Option{"-h", CommandLine::Action::showHelp},
 };
 
@@ -30,6 +31,8 @@ Options:
   --toggle     Show or hide the panel; start Quillmoth where it does not run
   --settings   Open the settings
   --quit       End the running Quillmoth
+  --diagnose   Print what works on this desktop, and what to do where it does
+               not; nothing that you wrote is in it
   --version    Print the version and end
   -h, --help   Print this text and end
 

@@ -11,7 +11,7 @@ namespace quillmoth::platform {
 
 /// What the program was started for.
 struct CommandLine {
-    enum class Action { start, toggle, settings, quit, showVersion, showHelp };
+    enum class Action { start, toggle, settings, quit, diagnose, showVersion, showHelp };
 
     Action action = Action::start;
     /// URLs of the program's own scheme, in order; with the action `start` only.

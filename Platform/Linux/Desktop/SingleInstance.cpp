@@ -37,10 +37,12 @@ constexpr char kIntrospection[] = R"(<interface name="org.freedesktop.Applicatio
 </interface>
 )";
 
+bool isForApplication(const QDBusMessage& message) {
+    return message.interface().isEmpty() || message.interface() == QLatin1String(kInstanceInterface);
+}
+
 /// None for a call that the interface does not have.
 std::optional<InstanceRequest> requestIn(const QDBusMessage& message) {
-    if (message.interface() != QLatin1String(kInstanceInterface) && !message.interface().isEmpty())
-        return std::nullopt;
     const QString call = message.member() + QLatin1Char('(') + message.signature() + QLatin1Char(')');
     if (call == QLatin1String("Activate(a{sv})"))
         return InstanceRequest{Kind::activate};
@@ -72,6 +74,9 @@ public:
     QString introspect(const QString&) const override { return QLatin1String(kIntrospection); }
 
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override {
+        // Qt answers what every object has: introspection, ping.
+        if (!isForApplication(message))
+            return false;
         const auto request = requestIn(message);
         if (message.isReplyRequired())
             connection.send(

@@ -49,6 +49,8 @@ StartUp beginStart(std::span<const std::string_view> arguments, std::string_view
         output << "Quillmoth " << version << std::endl;
         return {0};
     }
+    if (commandLine->action == CommandLine::Action::diagnose)
+        return {.exitCode = std::nullopt, .diagnoses = true};
     const auto request = requestOf(*commandLine);
     const HandOver outcome = handOver(request.value_or(InstanceRequest{}));
     if (outcome == HandOver::delivered)

@@ -14,6 +14,8 @@ struct StartUp {
     std::optional<int> exitCode;
     /// To be carried out once the program stands.
     std::optional<InstanceRequest> firstRequest = {};
+    /// The desktop is to be looked at, and nothing else.
+    bool diagnoses = false;
 };
 
 /// Reads the arguments behind the program's name, prints what they ask for, and hands over to the instance

@@ -48,6 +48,11 @@ std::filesystem::path autostartFolder() {
 }
 
 std::string quotedForExec(const std::string& path) {
+    // Some readers of these files know no quotes.
+    constexpr std::string_view kPlain =
+        "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789/._-+@:,";
+    if (!path.empty() && path.find_first_not_of(kPlain) == std::string::npos)
+        return path;
     std::string quoted = "\"";
     for (const char c : path) {
         if (c == '%')

@@ -28,7 +28,8 @@ private:
 /// $XDG_CONFIG_HOME/autostart, or ~/.config/autostart.
 [[nodiscard]] std::filesystem::path autostartFolder();
 
-/// `path` as one argument of an Exec key (Desktop Entry Specification, "The Exec key").
+/// `path` as one argument of an Exec key (Desktop Entry Specification, "The Exec key"), quoted where it must
+/// be.
 [[nodiscard]] std::string quotedForExec(const std::string& path);
 
 } // namespace quillmoth::platform

@@ -52,6 +52,9 @@ public:
     /// Returns after the server has handled all requests so far.
     void synchronize();
 
+    /// Tells the subscribers of the events that have been read already.
+    void tellQueuedEvents() { drain(false); }
+
 private:
     X11Connection() = default;
     [[nodiscard]] Result<void> setUp();

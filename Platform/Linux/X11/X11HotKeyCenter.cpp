@@ -27,6 +27,12 @@ bool sameCombination(xcb_keycode_t keycode, std::uint32_t modifiers, xcb_keycode
     return keycode == otherKeycode && (modifiers & kHotKeyModifiers) == otherModifiers;
 }
 
+X11KeyStroke strokeOf(const xcb_input_key_press_event_t& key, bool isPress) {
+    constexpr int kGroupShift = 13;
+    const auto group = static_cast<std::uint32_t>(key.group.effective & 3) << kGroupShift;
+    return {static_cast<xcb_keycode_t>(key.detail), key.mods.effective | group, key.time, isPress};
+}
+
 void selectKeymapNotices(X11Connection& connection) {
     constexpr std::uint16_t kNotices = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
     constexpr std::uint16_t kAllParts = 0xFF;
@@ -37,7 +43,7 @@ void selectKeymapNotices(X11Connection& connection) {
 } // namespace
 
 X11HotKeyCenter::X11HotKeyCenter(std::unique_ptr<X11Connection> connection)
-    : connection_(std::move(connection)), modifiers_(*connection_),
+    : connection_(std::move(connection)), hold_(*connection_), modifiers_(*connection_),
       grabWatch_([this](xcb_keycode_t keycode) { handleGrabOf(keycode); }) {
     grabTimer_.setSingleShot(true);
     grabTimer_.setTimerType(Qt::PreciseTimer);
@@ -123,13 +129,21 @@ void X11HotKeyCenter::handle(const xcb_generic_event_t& event) {
 void X11HotKeyCenter::handleInputEvent(const xcb_ge_generic_event_t& event) {
     if (event.extension != connection_->inputOpcode())
         return;
+    const auto type = event.event_type;
     const auto& key = reinterpret_cast<const xcb_input_key_press_event_t&>(event);
-    const auto keycode = static_cast<xcb_keycode_t>(key.detail);
-    if (event.event_type == XCB_INPUT_KEY_PRESS && !(key.flags & XCB_INPUT_KEY_EVENT_FLAGS_KEY_REPEAT)) {
-        if (const auto* registration = find(keycode, key.mods.effective))
-            press(*registration);
-    } else if (event.event_type == XCB_INPUT_KEY_RELEASE && pressed_ && pressed_->keycode == keycode) {
-        release();
+    if ((type == XCB_INPUT_KEY_PRESS && !(key.flags & XCB_INPUT_KEY_EVENT_FLAGS_KEY_REPEAT)) ||
+        type == XCB_INPUT_KEY_RELEASE)
+        handleKey(strokeOf(key, type == XCB_INPUT_KEY_PRESS));
+}
+
+void X11HotKeyCenter::handleKey(const X11KeyStroke& stroke) {
+    if (pressed_ && pressed_->keycode == stroke.keycode) {
+        if (!stroke.isPress)
+            release();
+    } else if (hold_.isActive()) {
+        hold_.add(stroke);
+    } else if (const auto* registration = stroke.isPress ? find(stroke.keycode, stroke.modifiers) : nullptr) {
+        press(*registration);
     }
 }
 
@@ -163,6 +177,10 @@ void X11HotKeyCenter::press(const Registration& registration) {
 void X11HotKeyCenter::release() {
     const auto released = std::exchange(pressed_, std::nullopt);
     send(kEventHotKeyReleased, released->identifier);
+    hold_.letGo();
+    // Where no window has taken the keys, nobody knows whom they were for; but hot keys are for us.
+    for (const auto& stroke : hold_.take())
+        handleKey(stroke);
 }
 
 void X11HotKeyCenter::send(std::uint32_t kind, EventHotKeyID identifier) {

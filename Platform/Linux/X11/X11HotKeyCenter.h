@@ -3,6 +3,7 @@
 #include "Platform/HotKeyCenter.h"
 #include "Platform/Linux/X11/X11Connection.h"
 #include "Platform/Linux/X11/X11GrabWatch.h"
+#include "Platform/Linux/X11/X11KeyHold.h"
 #include "Platform/Linux/X11/X11Modifiers.h"
 
 #include <QTimer>
@@ -11,15 +12,6 @@
 #include <optional>
 
 namespace quillmoth::platform {
-
-/// A key event as a window receives it.
-struct X11KeyStroke {
-    xcb_keycode_t keycode = 0;
-    /// The modifiers before the event.
-    std::uint32_t modifiers = 0;
-    xcb_timestamp_t time = 0;
-    bool isPress = false;
-};
 
 /// Hot keys as passive grabs of the X Input Extension on a connection of their own. They win against the
 /// window manager's by being the last: they are taken again whenever somebody grabs the same key. Repeats of
@@ -43,6 +35,14 @@ public:
     /// what it receives. True where the event belongs to a hot key and is not for the window.
     bool offer(const X11KeyStroke& stroke);
 
+    /// Keeps the keys to come from all programs, until they are let go.
+    void holdKeys() { hold_.start(); }
+
+    void letKeysGo() { hold_.letGo(); }
+
+    /// What was typed while the keyboard was held. Nothing more comes once it has been let go.
+    [[nodiscard]] std::vector<X11KeyStroke> takeHeldKeys() { return hold_.take(); }
+
 private:
     struct Registration {
         EventHotKeyID identifier;
@@ -54,6 +54,7 @@ private:
     [[nodiscard]] std::array<std::uint32_t, 4> variants(const Registration& registration) const;
     void handle(const xcb_generic_event_t& event);
     void handleInputEvent(const xcb_ge_generic_event_t& event);
+    void handleKey(const X11KeyStroke& stroke);
     void offerAgain(const X11KeyStroke& stroke);
     void press(const Registration& registration);
     void release();
@@ -64,6 +65,7 @@ private:
     void grabAgain(const Registration& registration);
 
     std::unique_ptr<X11Connection> connection_;
+    X11KeyHold hold_;
     X11Modifiers modifiers_;
     std::map<Handle, Registration> registrations_;
     Handle lastHandle_ = 0;

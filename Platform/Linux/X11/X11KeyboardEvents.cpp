@@ -1,10 +1,14 @@
 #include "Platform/Linux/X11/X11KeyboardEvents.h"
 
 #include "Platform/Linux/X11/X11Keycodes.h"
+#include "Platform/Linux/X11/X11Reply.h"
+#include "Platform/Linux/X11/XkbProtocol.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 #include <xcb/xtest.h>
+#include <xkbcommon/xkbcommon-keysyms.h>
 
 namespace quillmoth::platform {
 
@@ -12,9 +16,34 @@ namespace {
 
 constexpr xcb_keycode_t kLeftControl = 29 + 8;
 constexpr xcb_keycode_t kRightControl = 97 + 8;
+constexpr xcb_keycode_t kUsualV = 47 + 8;
 
 bool isControl(xcb_keycode_t keycode) {
     return keycode == kLeftControl || keycode == kRightControl;
+}
+
+/// The key that writes `keysym` without modifiers in the layout in force, or else in another one of the
+/// user's.
+std::optional<xcb_keycode_t> keycodeWriting(xcb_connection_t* connection, xcb_keysym_t keysym) {
+    const auto stateCookie = xcb_xkb_get_state(connection, XCB_XKB_ID_USE_CORE_KBD);
+    const auto* setup = xcb_get_setup(connection);
+    const auto count = static_cast<std::uint8_t>(setup->max_keycode - setup->min_keycode + 1);
+    const auto cookie = xcb_get_keyboard_mapping(connection, setup->min_keycode, count);
+    const auto state = owned(xcb_xkb_get_state_reply(connection, stateCookie, nullptr));
+    const auto map = owned(xcb_get_keyboard_mapping_reply(connection, cookie, nullptr));
+    if (!map)
+        return std::nullopt;
+    const auto* keysyms = xcb_get_keyboard_mapping_keysyms(map.get());
+    const unsigned width = map->keysyms_per_keycode;
+    // Two columns for each of the first two layouts.
+    const unsigned first = state && state->group == 1 ? 2 : 0;
+    for (const unsigned column : {first, 2 - first}) {
+        for (unsigned key = 0; column < width && key < count; ++key) {
+            if (keysyms[key * width + column] == keysym)
+                return static_cast<xcb_keycode_t>(setup->min_keycode + key);
+        }
+    }
+    return std::nullopt;
 }
 
 class XTestEventSource : public CGEventSource {};
@@ -39,13 +68,23 @@ X11KeyboardEvents::createKeyboardEvent(const std::shared_ptr<CGEventSource>& sou
 
 void X11KeyboardEvents::post(std::uint32_t, const CGKeyboardEvent& event) {
     const auto keycode = keycodeForVirtualKeyCode(event.keyCode);
-    if (!keycode)
+    const bool isForbidden = isForbidden_ && event.flags != 0 && event.keyDown && isForbidden_();
+    if (!keycode || isForbidden)
         return;
     withoutGrab_([&] {
         if (event.keyDown)
             press(*keycode, event.flags);
         else
             release(*keycode);
+        connection_.synchronize();
+    });
+}
+
+void X11KeyboardEvents::postPaste() {
+    const xcb_keycode_t keycode = keycodeWriting(connection_.get(), XKB_KEY_v).value_or(kUsualV);
+    withoutGrab_([&] {
+        press(keycode, kCGEventFlagMaskCommand);
+        release(keycode);
         connection_.synchronize();
     });
 }

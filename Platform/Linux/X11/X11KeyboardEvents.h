@@ -17,6 +17,10 @@ public:
     /// Runs what it is given while this program keeps no keys from the others.
     using Bracket = std::function<void(const std::function<void()>&)>;
 
+    /// As long as `isForbidden` says so no key with a flag is sent: a copy would destroy what cannot be
+    /// brought back.
+    void setVeto(std::function<bool()> isForbidden) { isForbidden_ = std::move(isForbidden); }
+
     /// `connection` outlives the object.
     X11KeyboardEvents(X11Connection& connection, Bracket withoutGrab);
 
@@ -25,6 +29,9 @@ public:
                                                          std::uint16_t keyCode, bool keyDown) override;
     void post(std::uint32_t tap, const CGKeyboardEvent& event) override;
 
+    /// Control with the key that writes a "v", where there is one, otherwise with the one in its usual place.
+    void postPaste();
+
 private:
     void press(xcb_keycode_t keycode, std::uint64_t flags);
     void release(xcb_keycode_t keycode);
@@ -32,6 +39,7 @@ private:
 
     X11Connection& connection_;
     Bracket withoutGrab_;
+    std::function<bool()> isForbidden_;
     /// Of the user's, released for the press that is under way.
     std::vector<xcb_keycode_t> released_;
     bool pressedControl_ = false;

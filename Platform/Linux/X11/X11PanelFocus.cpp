@@ -72,10 +72,27 @@ void X11PanelFocus::acquire(WindowIdentifier window) {
     giveUp();
     window_ = static_cast<xcb_window_t>(window);
     watch_.start();
+    hotKeys_.letKeysGo();
     attempts_ = 0;
     tryToGrab();
+    handOnHeldKeys();
     // Connecting to the buses takes a while: not between the hot key and the first picture.
     QTimer::singleShot(0, &lockWatch_, [this] { lockWatch_.start(); });
+}
+
+void X11PanelFocus::handOnHeldKeys() {
+    for (const auto& stroke : hotKeys_.takeHeldKeys()) {
+        xcb_key_press_event_t event = {};
+        event.response_type = stroke.isPress ? XCB_KEY_PRESS : XCB_KEY_RELEASE;
+        event.detail = stroke.keycode;
+        event.time = stroke.time;
+        event.root = connection_.root();
+        event.event = window_;
+        event.state = static_cast<std::uint16_t>(stroke.modifiers);
+        event.same_screen = 1;
+        xcb_send_event(toolkit_, 0, window_, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char*>(&event));
+    }
+    xcb_flush(toolkit_);
 }
 
 void X11PanelFocus::release() {
@@ -130,6 +147,7 @@ void X11PanelFocus::turn(Turn kind) {
 }
 
 void X11PanelFocus::withoutGrab(const std::function<void()>& work) {
+    hotKeys_.letKeysGo();
     const bool wasGrabbed = means_ == Means::grab;
     if (wasGrabbed)
         giveUp();

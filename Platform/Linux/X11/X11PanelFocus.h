@@ -26,6 +26,8 @@ public:
     X11PanelFocus(X11Connection& connection, X11HotKeyCenter& hotKeys);
     ~X11PanelFocus() override;
 
+    void prepare() override { hotKeys_.holdKeys(); }
+
     void acquire(WindowIdentifier window) override;
     void release() override;
 
@@ -47,6 +49,7 @@ private:
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
     bool handleKey(const X11KeyStroke& stroke);
     [[nodiscard]] bool belongsToDesktop(const X11KeyStroke& stroke) const;
+    void handOnHeldKeys();
     void tryToGrab();
     [[nodiscard]] bool grab();
     void moveInputFocus();

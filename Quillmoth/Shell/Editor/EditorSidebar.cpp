@@ -3,6 +3,7 @@
 #include "Quillmoth/Shell/Editor/EditorColors.h"
 #include "Quillmoth/Shell/Editor/PresetListView.h"
 #include "Quillmoth/Shell/Editor/SegmentButton.h"
+#include "Quillmoth/Shell/Windows/HoverFade.h"
 #include "Quillmoth/Shell/Windows/WindowTheme.h"
 
 #include <QButtonGroup>
@@ -36,10 +37,10 @@ protected:
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(Qt::NoPen);
-        painter.setBrush(isDown()       ? colors.rowSelected
-                         : underMouse() ? colors.rowHovered
-                                        : QColor(Qt::transparent));
+        painter.setBrush(isDown() ? colors.rowSelected : colors.rowHovered);
+        painter.setOpacity(isDown() ? 1 : hoverShare(this));
         painter.drawRoundedRect(rect(), kRadius, kRadius);
+        painter.setOpacity(1);
         QFont medium = font();
         medium.setWeight(QFont::Medium);
         painter.setFont(medium);

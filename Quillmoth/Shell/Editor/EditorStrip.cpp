@@ -1,6 +1,7 @@
 #include "Quillmoth/Shell/Editor/EditorStrip.h"
 
 #include "Quillmoth/Shell/SymbolCache.h"
+#include "Quillmoth/Shell/Windows/HoverFade.h"
 #include "Quillmoth/Shell/Windows/WindowTheme.h"
 
 #include <QPainter>
@@ -46,14 +47,15 @@ void StripButton::paintEvent(QPaintEvent* /*event*/) {
     const WindowTheme& theme = windowTheme(palette());
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    if (isDown() || underMouse()) {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(isDown() ? theme.buttonPressed : theme.buttonHover);
-        painter.drawRoundedRect(rect(), kButtonRadius, kButtonRadius);
-    }
-    windowSymbols().draw(painter, symbol_,
-                         QPointF((width() - kButtonSymbol) / 2, (height() - kButtonSymbol) / 2),
-                         kButtonSymbol, theme.text2);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(isDown() ? theme.buttonPressed : theme.buttonHover);
+    painter.setOpacity(isDown() ? 1 : hoverShare(this));
+    painter.drawRoundedRect(rect(), kButtonRadius, kButtonRadius);
+    painter.setOpacity(1);
+    if (!symbol_.isEmpty())
+        windowSymbols().draw(painter, symbol_,
+                             QPointF((width() - kButtonSymbol) / 2, (height() - kButtonSymbol) / 2),
+                             kButtonSymbol, theme.text2);
 }
 
 void EmptyDetail::paintEvent(QPaintEvent* /*event*/) {

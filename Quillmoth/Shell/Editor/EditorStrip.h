@@ -21,7 +21,7 @@ private:
 };
 
 /// A symbol without a frame, for the strip at the top.
-class StripButton final : public QAbstractButton {
+class StripButton : public QAbstractButton {
 public:
     explicit StripButton(const QString& symbol);
 

@@ -1,5 +1,6 @@
 #include "Quillmoth/Shell/Editor/PresetForm.h"
 
+#include "Quillmoth/Shell/Editor/EmojiPicker.h"
 #include "Quillmoth/Shell/Editor/PresetFields.h"
 #include "Quillmoth/Shell/Editor/SlimScrollBar.h"
 #include "Quillmoth/Shell/Windows/WindowTheme.h"
@@ -90,7 +91,17 @@ void PresetForm::makeFields(QVBoxLayout& layout) {
     grid->addWidget(makeLabel("Name", *name_), 0, 0, Qt::AlignRight | Qt::AlignVCenter);
     grid->addWidget(name_, 0, 1);
     grid->addWidget(makeLabel("Emoji", *emoji_), 1, 0, Qt::AlignRight | Qt::AlignVCenter);
-    grid->addWidget(emoji_, 1, 1, Qt::AlignLeft);
+    auto* choose = new QPushButton("Choose…");
+    choose->setAccessibleName("Choose emoji");
+    connect(choose, &QPushButton::clicked, this, [this, choose] {
+        EmojiPicker::open(*choose, emoji_->text(), [this](const QString& emoji) { emoji_->setText(emoji); });
+    });
+    auto* emojiLine = new QHBoxLayout;
+    emojiLine->setSpacing(kLabelGap);
+    emojiLine->addWidget(emoji_);
+    emojiLine->addWidget(choose);
+    emojiLine->addStretch();
+    grid->addLayout(emojiLine, 1, 1);
     layout.addLayout(grid);
 }
 
@@ -119,8 +130,10 @@ void PresetForm::makeTypes(QVBoxLayout& layout) {
         choice->setProperty("type", type);
         types_->addButton(choice);
         line->addWidget(choice);
-        connect(choice, &ChoiceButton::clicked, this, [this, value = std::string(type)] {
-            edit([&](EditorView& form) { form.setPromptType(value); });
+        // Not the click: assistive technology chooses without one.
+        connect(choice, &ChoiceButton::toggled, this, [this, value = std::string(type)](bool isOn) {
+            if (isOn && !isShowingType_)
+                edit([&](EditorView& form) { form.setPromptType(value); });
         });
     }
     line->addStretch();
@@ -188,10 +201,12 @@ void PresetForm::refresh() {
 
 void PresetForm::showType(const std::string& type) {
     // A kind that is neither of the two leaves both unmarked, which an exclusive group would not allow.
+    isShowingType_ = true;
     types_->setExclusive(false);
     for (QAbstractButton* choice : types_->buttons())
         choice->setChecked(choice->property("type").toString().toStdString() == type);
     types_->setExclusive(true);
+    isShowingType_ = false;
 }
 
 QSize PresetForm::minimumSizeHint() const {

@@ -56,6 +56,7 @@ private:
     TextArea* systemPrompt_;
     TextArea* prompt_;
     QButtonGroup* types_;
+    bool isShowingType_ = false;
     QPushButton* delete_;
     QPushButton* addSelectedText_;
     std::optional<std::int64_t> shownIndex_;

@@ -5,6 +5,7 @@
 #include "Quillmoth/Shell/Editor/EditorSidebar.h"
 #include "Quillmoth/Shell/Editor/EditorStrip.h"
 #include "Quillmoth/Shell/Editor/PresetFields.h"
+#include "Quillmoth/Shell/Editor/PresetFileMenu.h"
 #include "Quillmoth/Shell/Editor/PresetForm.h"
 
 #include <QHBoxLayout>
@@ -39,6 +40,7 @@ PromptEditorWindow::PromptEditorWindow(std::shared_ptr<DataModel> model, const p
                                        ColorScheme& colorScheme)
     : ShellWindow("Prompt Editor", colorScheme), view_(std::move(model), platform),
       mainQueue_(platform.mainQueue), title_(new ElidedTitle), undo_(new QPushButton("Undo Delete")),
+      files_(new PresetFileMenu(view_.coreAppModel, platform, [this] { refresh(); })),
       undoKey_(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z), this)),
       sidebar_(new EditorSidebar(view_,
                                  {.changed = [this] { refresh(); }, .edit = [this] { form_->focusName(); }})),
@@ -76,6 +78,7 @@ QWidget* PromptEditorWindow::makeStrip() {
     layout->addWidget(toggle);
     layout->addWidget(title_, 1);
     layout->addWidget(undo_);
+    layout->addWidget(files_);
     return strip;
 }
 

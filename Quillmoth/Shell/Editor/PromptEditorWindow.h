@@ -18,6 +18,7 @@ namespace quillmoth {
 
 class EditorSidebar;
 class ElidedTitle;
+class PresetFileMenu;
 class PresetForm;
 
 /// The window "Prompt Editor": a strip with the preset's name, the sidebar and the form. It follows the
@@ -50,6 +51,7 @@ private:
     platform::MainQueue& mainQueue_;
     ElidedTitle* title_;
     QPushButton* undo_;
+    PresetFileMenu* files_;
     QShortcut* undoKey_;
     EditorSidebar* sidebar_;
     PresetForm* form_;

@@ -2,6 +2,7 @@
 
 #include "Quillmoth/Shell/Editor/EditorColors.h"
 #include "Quillmoth/Shell/SymbolCache.h"
+#include "Quillmoth/Shell/Windows/HoverFade.h"
 #include "Quillmoth/Shell/Windows/WindowTheme.h"
 
 #include <QHBoxLayout>
@@ -43,7 +44,7 @@ void SegmentButton::paintEvent(QPaintEvent* /*event*/) {
     QFont textFont = font();
     textFont.setWeight(isChecked() ? QFont::Medium : QFont::Normal);
     painter.setFont(textFont);
-    const QColor color = isChecked() || underMouse() ? theme.text : theme.text2;
+    const QColor color = isChecked() ? theme.text : mixedColor(theme.text2, theme.text, hoverShare(this));
     const int textWidth = QFontMetrics(textFont).horizontalAdvance(text());
     const int left = (width() - kSymbol - kGap - textWidth) / 2;
     windowSymbols().draw(painter, symbol_, QPointF(left, (height() - kSymbol) / 2), kSymbol, color);

@@ -25,6 +25,7 @@ constexpr double kPressedScale = 0.95;
 constexpr int kPressDuration = 100;
 constexpr int kReleaseDuration = 160;
 constexpr double kContinueRadius = 8;
+constexpr int kLeastPicker = 100;
 
 bool isAnimated(const QWidget& widget) {
     return widget.isVisible() &&
@@ -46,18 +47,10 @@ void setStart(QVariantAnimation& animation, double value) {
     animation.setEndValue(value);
 }
 
-QColor mixed(const QColor& first, const QColor& second, double share) {
-    const auto mix = [share](double from, double to) {
-        return static_cast<float>(from + (to - from) * share);
-    };
-    return QColor::fromRgbF(mix(first.redF(), second.redF()), mix(first.greenF(), second.greenF()),
-                            mix(first.blueF(), second.blueF()), mix(first.alphaF(), second.alphaF()));
-}
-
 void drawTrack(QPainter& painter, const QRectF& track, double share, const WindowTheme& theme) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(mixed(theme.switchOff, theme.indigo, share));
+    painter.setBrush(mixedColor(theme.switchOff, theme.indigo, share));
     painter.drawRoundedRect(track, track.height() / 2, track.height() / 2);
     const double travel = track.width() - kKnob - 2 * kKnobInset;
     const QRectF knob(track.left() + kKnobInset + travel * share, track.top() + kKnobInset, kKnob, kKnob);
@@ -163,7 +156,7 @@ void RoundedRectangleButton::paintEvent(QPaintEvent*) {
 
 ModelPicker::ModelPicker() {
     setFocusPolicy(Qt::TabFocus);
-    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
     connect(this, &QComboBox::textActivated, this, [this](const QString& model) {
         if (onChoice)
             onChoice(model);
@@ -193,12 +186,13 @@ QSize ModelPicker::sizeHint() const {
                                      this);
 }
 
+QSize ModelPicker::minimumSizeHint() const {
+    return {kLeastPicker, sizeHint().height()};
+}
+
 void ModelPicker::showPopup() {
     // A window of its own, which takes neither palette nor font from the one it belongs to.
-    const WindowTheme& theme = windowTheme(palette());
-    QPalette menu = windowPalette(&theme == &windowTheme(true));
-    menu.setColor(QPalette::Window, theme.card);
-    menu.setColor(QPalette::Base, theme.card);
+    const QPalette menu = menuPalette(palette());
     view()->window()->setPalette(menu);
     view()->setPalette(menu);
     view()->setFont(font());

@@ -80,8 +80,8 @@ public:
     void setModels(const QStringList& offered, const QString& current);
 
     [[nodiscard]] QSize sizeHint() const override;
-
-    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+    /// A name that finds no room is cut.
+    [[nodiscard]] QSize minimumSizeHint() const override;
 
     void showPopup() override;
 

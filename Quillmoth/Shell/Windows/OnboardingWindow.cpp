@@ -52,8 +52,35 @@ private:
     int size_;
 };
 
-/// A line of the headline.
-class Headline final : public QWidget {
+/// What the cap of the named symbol shows.
+QString capText(const QString& symbol) {
+    if (symbol == QLatin1String("command.square.fill"))
+        return QStringLiteral("Ctrl");
+    return symbol == QLatin1String("shift.fill") ? QStringLiteral("Shift") : symbol.left(1).toUpper();
+}
+
+/// Key caps side by side, which read as one text.
+class KeyCaps final : public QLabel {
+public:
+    explicit KeyCaps(const QStringList& symbols) {
+        setFixedWidth(kCapColumn);
+        auto* row = new QHBoxLayout(this);
+        row->setContentsMargins(0, 0, 0, 0);
+        row->setSpacing(kCapSpacing);
+        QStringList texts;
+        for (const QString& symbol : symbols) {
+            row->addWidget(new SymbolView(symbol, kCap), 0, Qt::AlignVCenter);
+            texts << capText(symbol);
+        }
+        row->addStretch();
+        setAccessibleName(texts.join(u'+'));
+    }
+
+    [[nodiscard]] QSize minimumSizeHint() const override { return {kCapColumn, kCap}; }
+};
+
+/// A line of the headline. A label, so that it is read as one.
+class Headline final : public QLabel {
 public:
     Headline(const QString& text, bool indigo) : text_(text), indigo_(indigo) {
         QFont black = windowFont(36, QFont::Black);
@@ -118,17 +145,12 @@ public:
     InformationDetailView2(const QString& title, const QString& subTitle, const QString& imageName,
                            const QString& imageName2, const QString& imageName3) {
         QHBoxLayout* row = makeRow(this);
-        auto* caps = new QWidget;
-        caps->setFixedWidth(kCapColumn);
-        auto* capRow = new QHBoxLayout(caps);
-        capRow->setContentsMargins(0, 0, 0, 0);
-        capRow->setSpacing(kCapSpacing);
-        for (const QString& name : {imageName, imageName2, imageName3}) {
+        QStringList symbols = {imageName};
+        for (const QString& name : {imageName2, imageName3}) {
             if (name != kNoImage)
-                capRow->addWidget(new SymbolView(name, kCap), 0, Qt::AlignVCenter);
+                symbols << name;
         }
-        capRow->addStretch();
-        row->addWidget(caps);
+        row->addWidget(new KeyCaps(symbols));
         row->addSpacing(20);
         row->addLayout(makeTexts(title, subTitle), 1);
     }

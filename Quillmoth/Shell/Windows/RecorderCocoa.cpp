@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QFocusEvent>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -13,6 +14,7 @@
 #include <QStyleOptionFrame>
 
 #include <any>
+#include <chrono>
 #include <utility>
 
 namespace quillmoth {
@@ -27,6 +29,8 @@ using KeyboardShortcuts::Shortcut;
 constexpr int kMargin = 3;
 constexpr int kClearInset = 7;
 constexpr int kClearSize = 14;
+/// Without a key: a held keyboard keeps screen lockers and the window manager's keys out.
+constexpr std::chrono::seconds kLongestGrab(60);
 
 template<class... Visitors>
 struct Overloaded : Visitors... {
@@ -88,6 +92,9 @@ bool LocalEventMonitor::eventFilter(QObject* receiver, QEvent* event) {
 RecorderCocoa::RecorderCocoa(Name name, RecorderServices services, Change onChange)
     : services_(std::move(services)), onChange_(std::move(onChange)), shortcutName_(std::move(name)),
       cancelButton_(new SymbolButton(QStringLiteral("clear"), kClearSize)) {
+    grabTimer_.setSingleShot(true);
+    grabTimer_.setInterval(kLongestGrab);
+    connect(&grabTimer_, &QTimer::timeout, this, [this] { releaseKeyboard(); });
     setReadOnly(true);
     setAlignment(Qt::AlignCenter);
     setContextMenuPolicy(Qt::NoContextMenu);
@@ -134,7 +141,13 @@ QSize RecorderCocoa::sizeHint() const {
 void RecorderCocoa::showPrompt(std::string_view key) {
     prompt_ = recorderTextOf(key);
     setPlaceholderText(prompt_);
+    describe();
     update();
+}
+
+void RecorderCocoa::describe() {
+    setToolTip(words_);
+    setAccessibleDescription(isRecording() || words_.isEmpty() ? prompt_ : words_);
 }
 
 void RecorderCocoa::refreshText() {
@@ -144,11 +157,10 @@ void RecorderCocoa::refreshText() {
 void RecorderCocoa::showText(const std::optional<Shortcut>& shortcut) {
     setText(shortcut ? QString::fromStdString(KeyboardShortcuts::description(*shortcut, services_.layout))
                      : QString());
-    const QString words =
-        shortcut ? QString::fromStdString(KeyboardShortcuts::spokenDescription(*shortcut, services_.layout))
+    words_ = shortcut
+                 ? QString::fromStdString(KeyboardShortcuts::spokenDescription(*shortcut, services_.layout))
                  : QString();
-    setToolTip(words);
-    setAccessibleDescription(words);
+    describe();
     cancelButton_->setVisible(!QLineEdit::text().isEmpty());
 }
 
@@ -170,11 +182,12 @@ void RecorderCocoa::focusInEvent(QFocusEvent* event) {
 }
 
 void RecorderCocoa::beginRecording() {
-    showPrompt("press_shortcut");
     services_.shortcuts.setRecordingPause(true);
     eventMonitor_ = std::make_unique<LocalEventMonitor>(
         [this](QObject* receiver, QEvent& event) { return handle(receiver, event); });
     eventMonitor_->start();
+    holdKeyboard();
+    showPrompt("press_shortcut");
 }
 
 void RecorderCocoa::focusOutEvent(QFocusEvent* event) {
@@ -186,6 +199,8 @@ void RecorderCocoa::focusOutEvent(QFocusEvent* event) {
 
 void RecorderCocoa::endEditing() {
     eventMonitor_.reset();
+    grabTimer_.stop();
+    releaseKeyboard();
     showPrompt("record_shortcut");
     services_.shortcuts.setRecordingPause(false);
 }
@@ -236,11 +251,25 @@ bool RecorderCocoa::handleKey(const QKeyEvent& event) {
         return false;
     const auto keyCode =
         services_.virtualKeyCode ? services_.virtualKeyCode(event.nativeScanCode()) : std::nullopt;
+    holdKeyboard();
+    // What the slot holds works here, whoever else has it.
+    const auto isSystems = [this](const Shortcut& shortcut) {
+        return shortcut != services_.shortcuts.getShortcut(shortcutName_) &&
+               services_.shortcuts.isSystems(shortcut);
+    };
     carryOut(recordingStep({.keyCode = keyCode,
                             .modifierFlags = flags(event.modifiers()),
                             .specialKey = specialKey(event.key())},
-                           services_.mainMenu(), services_.shortcuts.system(), services_.layout));
+                           services_.mainMenu(), isSystems, services_.layout));
     return true;
+}
+
+void RecorderCocoa::holdKeyboard() {
+    // Other window systems than X11 do not let a window have it.
+    if (QGuiApplication::platformName() != QLatin1String("xcb"))
+        return;
+    grabKeyboard();
+    grabTimer_.start();
 }
 
 void RecorderCocoa::carryOut(const RecordingStep& step) {

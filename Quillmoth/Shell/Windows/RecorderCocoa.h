@@ -6,6 +6,7 @@
 #include "Quillmoth/Settings/Recording.h"
 
 #include <QLineEdit>
+#include <QTimer>
 
 #include <cstdint>
 #include <functional>
@@ -84,10 +85,14 @@ protected:
 private:
     void beginRecording();
     void endEditing();
+    /// Keys that others have taken, the present hot key among them, come here too then.
+    void holdKeyboard();
     void blur();
     void refreshText();
     void showText(const std::optional<KeyboardShortcuts::Shortcut>& shortcut);
     void showPrompt(std::string_view key);
+    /// In this keyboard's words, for tooltip and assistive technology.
+    void describe();
     void textDidChange();
     bool handle(QObject* receiver, QEvent& event);
     bool handleKey(const QKeyEvent& event);
@@ -100,10 +105,12 @@ private:
     Change onChange_;
     KeyboardShortcuts::Name shortcutName_;
     std::unique_ptr<LocalEventMonitor> eventMonitor_;
+    QTimer grabTimer_;
     Subscription observer_;
     bool canBecomeKey_ = false;
     SymbolButton* cancelButton_;
     QString prompt_;
+    QString words_;
     // Lets work that comes late find out that the field has gone.
     std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);
 };

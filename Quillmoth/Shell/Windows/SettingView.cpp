@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSignalBlocker>
 
 #include <utility>
 
@@ -69,20 +70,24 @@ QGridLayout* makeGrid() {
 }
 
 /// Both grids have the same label column.
-QLabel* addLabel(QGridLayout& grid, int row, const QString& text) {
+void addLabel(QGridLayout& grid, int row, const QString& text, QWidget& control) {
     auto* label = new QLabel(text);
     label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     label->setMinimumWidth(QFontMetrics(windowFont()).horizontalAdvance(QStringLiteral("OpenAI API Key:")) +
                            1);
+    // Screen readers take the name of a picker from its label.
+    label->setBuddy(&control);
     grid.addWidget(label, row, 0);
-    return label;
 }
 
 /// Leaves the cursor of a field alone that shows the text already.
 void showText(QLineEdit& field, const std::string& text) {
     const QString shown = qt(text);
-    if (field.text() != shown)
-        field.setText(shown);
+    if (field.text() == shown)
+        return;
+    // What comes from the store does not go there again.
+    const QSignalBlocker blocker(field);
+    field.setText(shown);
 }
 
 } // namespace
@@ -113,9 +118,9 @@ SettingView::SettingView(const platform::Platform& platform, RecorderServices re
     column->setSpacing(kItemSpacing);
     column->addWidget(shortcut_);
     column->addWidget(loginSwitch_);
-    connect(loginSwitch_, &Switch::clicked, this, [this](bool on) {
+    connectSwitch(*loginSwitch_, [this](bool on) {
         launchAtLogin_.setEnabled(on);
-        loginSwitch_->setChecked(launchAtLogin_.isEnabled());
+        showSwitch(*loginSwitch_, launchAtLogin_.isEnabled());
     });
     addHairline(*column);
     addKeyBlock(*column);
@@ -128,6 +133,20 @@ SettingView::SettingView(const platform::Platform& platform, RecorderServices re
     column->addStretch();
     defaultsChange_ = platform_.userDefaults.onChange([this] { showSettings(); });
     refresh();
+}
+
+void SettingView::connectSwitch(Switch& control, std::function<void(bool on)> change) {
+    // Not the click: assistive technology switches without one.
+    connect(&control, &Switch::toggled, this, [this, change = std::move(change)](bool on) {
+        if (!isShowing_)
+            change(on);
+    });
+}
+
+void SettingView::showSwitch(Switch& control, bool on) {
+    isShowing_ = true;
+    control.setChecked(on);
+    isShowing_ = false;
 }
 
 void SettingView::addKeyBlock(QVBoxLayout& column) {
@@ -144,15 +163,15 @@ void SettingView::addKeyBlock(QVBoxLayout& column) {
 void SettingView::addKeyFields(QGridLayout& grid) {
     const auto title = QStringLiteral("OpenAI API Key:");
     keyField_ = makeField(title);
-    addLabel(grid, 0, title);
+    addLabel(grid, 0, title, *keyField_);
     grid.addWidget(keyField_, 0, 1);
-    connect(keyField_, &QLineEdit::textEdited, this,
+    connect(keyField_, &QLineEdit::textChanged, this,
             [this](const QString& key) { settings_.setAPIKey(key.toStdString()); });
     addKeyControl();
     warning_ = new ToneLabel(Tone::bad, kEligibility);
     grid.addWidget(warning_, 1, 1);
-    addLabel(grid, 2, QStringLiteral("Model"));
     picker_ = new ModelPicker;
+    addLabel(grid, 2, QStringLiteral("Model"), *picker_);
     picker_->setAccessibleName(QStringLiteral("Model"));
     picker_->onChoice = [this](const QString& model) { settings_.setModel(model.toStdString()); };
     grid.addWidget(picker_, 2, 1, Qt::AlignLeft);
@@ -218,7 +237,7 @@ void SettingView::showUpdateOutcome(const UpdateOutcome& outcome) {
 
 void SettingView::addMethodBlock(QVBoxLayout& column) {
     methodSwitch_ = new Switch(QStringLiteral("Use an alternative method to obtain the text"));
-    connect(methodSwitch_, &Switch::clicked, this, [this](bool on) { settings_.setUseCopyHack(on); });
+    connectSwitch(*methodSwitch_, [this](bool on) { settings_.setUseCopyHack(on); });
     column.addWidget(methodSwitch_);
     auto* link = new LinkButton(qt(kWebSite.substr(kWebSite.find("//") + 2)));
     connect(link, &QPushButton::clicked, this,
@@ -234,11 +253,11 @@ void SettingView::addServerBlock(QVBoxLayout& column) {
     column.addLayout(grid);
     serverField_ = makeField(QStringLiteral("Server address"));
     serverField_->setPlaceholderText(qt(kOpenAI));
-    addLabel(*grid, 0, QStringLiteral("Address:"));
+    addLabel(*grid, 0, QStringLiteral("Address:"), *serverField_);
     grid->addWidget(serverField_, 0, 1);
     serverModelField_ = makeField(QStringLiteral("Name of the model on the server"));
     serverModelField_->setPlaceholderText(qt(settings_.offeredModels().front()));
-    addLabel(*grid, 1, QStringLiteral("Model name:"));
+    addLabel(*grid, 1, QStringLiteral("Model name:"), *serverModelField_);
     grid->addWidget(serverModelField_, 1, 1);
     testButton_ = makeButton(QStringLiteral("Test connection"));
     grid->addWidget(testButton_, 2, 1, Qt::AlignLeft);
@@ -246,9 +265,9 @@ void SettingView::addServerBlock(QVBoxLayout& column) {
     testResult_->setTextInteractionFlags(Qt::TextSelectableByMouse);
     testResult_->hide();
     grid->addWidget(testResult_, 3, 1);
-    connect(serverField_, &QLineEdit::textEdited, this,
+    connect(serverField_, &QLineEdit::textChanged, this,
             [this](const QString& address) { settings_.setServerAddress(address.toStdString()); });
-    connect(serverModelField_, &QLineEdit::textEdited, this,
+    connect(serverModelField_, &QLineEdit::textChanged, this,
             [this](const QString& model) { settings_.setServerModel(model.toStdString()); });
     connect(testButton_, &QPushButton::clicked, this, [this] { testConnection(); });
 }
@@ -268,7 +287,7 @@ void SettingView::testConnection() {
 }
 
 void SettingView::refresh() {
-    loginSwitch_->setChecked(launchAtLogin_.isEnabled());
+    showSwitch(*loginSwitch_, launchAtLogin_.isEnabled());
     showSettings();
 }
 
@@ -283,7 +302,7 @@ void SettingView::showSettings() {
     for (const auto& model : settings_.offeredModels())
         offered << qt(model);
     picker_->setModels(offered, qt(settings_.model()));
-    methodSwitch_->setChecked(settings_.useCopyHack());
+    showSwitch(*methodSwitch_, settings_.useCopyHack());
     showText(*serverField_, settings_.serverAddress());
     // A name that is being rewritten may be empty for a while.
     if (!serverModelField_->hasFocus() || !serverModelField_->text().isEmpty())

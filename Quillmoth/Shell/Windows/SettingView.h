@@ -58,6 +58,9 @@ private:
     void addMethodBlock(QVBoxLayout& column);
     void addServerBlock(QVBoxLayout& column);
     void addKeyControl();
+    void connectSwitch(Switch& control, std::function<void(bool on)> change);
+    /// Shows how it stands, which changes nothing.
+    void showSwitch(Switch& control, bool on);
     void showSettings();
     void showKeyControl();
     void showUpdateOutcome(const UpdateOutcome& outcome);
@@ -70,6 +73,7 @@ private:
     std::function<void()> openPromptEditor_;
     ConnectionTest connectionTest_;
 
+    bool isShowing_ = false;
     DoubleShortcut* shortcut_;
     Switch* loginSwitch_;
     ToneLabel* keyStatus_;

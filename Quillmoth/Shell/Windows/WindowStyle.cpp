@@ -1,9 +1,12 @@
 #include "Quillmoth/Shell/Windows/WindowStyle.h"
 
 #include "Quillmoth/Shell/SymbolCache.h"
+#include "Quillmoth/Shell/Windows/HoverFade.h"
 #include "Quillmoth/Shell/Windows/WindowTheme.h"
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QComboBox>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPointer>
@@ -25,6 +28,7 @@ constexpr int kPickerRight = 9;
 constexpr int kPickerGap = 18;
 constexpr int kChevron = 13;
 constexpr int kScrollBar = 10;
+constexpr int kAlertIcon = 40;
 // The line edit itself adds two pixels.
 constexpr int kFieldPadding = 7;
 
@@ -43,14 +47,14 @@ void drawFrame(QPainter& painter, const QRect& rect, double radius, const QColor
     painter.restore();
 }
 
-void drawButton(QPainter& painter, const QStyleOption& option) {
+void drawButton(QPainter& painter, const QStyleOption& option, const QWidget* widget) {
     const WindowTheme& theme = windowTheme(option.palette);
     const bool enabled = option.state & QStyle::State_Enabled;
     QColor fill = theme.button;
     if (enabled && (option.state & (QStyle::State_Sunken | QStyle::State_On)))
         fill = theme.buttonPressed;
-    else if (enabled && (option.state & QStyle::State_MouseOver))
-        fill = theme.buttonHover;
+    else if (enabled)
+        fill = mixedColor(theme.button, theme.buttonHover, hoverShare(widget));
     painter.save();
     if (!enabled)
         painter.setOpacity(painter.opacity() * kDisabledOpacity);
@@ -84,8 +88,8 @@ void drawScrollBar(QPainter& painter, const QStyleOptionComplex& option, const Q
     painter.restore();
 }
 
-void drawPicker(QPainter& painter, const QStyleOptionComboBox& option) {
-    drawButton(painter, option);
+void drawPicker(QPainter& painter, const QStyleOptionComboBox& option, const QWidget* widget) {
+    drawButton(painter, option, widget);
     const WindowTheme& theme = windowTheme(option.palette);
     const QRect rect = option.rect;
     windowSymbols().draw(
@@ -99,6 +103,32 @@ void drawPickerText(QPainter& painter, const QStyleOptionComboBox& option) {
     painter.setPen(option.palette.color(QPalette::ButtonText));
     painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter,
                      option.fontMetrics.elidedText(option.currentText, Qt::ElideRight, place.width()));
+}
+
+/// A triangle or a disk with its sign cut out.
+QIcon alertIcon(bool isWarning, const QWidget& widget) {
+    const double scale = widget.devicePixelRatioF();
+    QPixmap pixmap(QSize(kAlertIcon, kAlertIcon) * scale);
+    pixmap.setDevicePixelRatio(scale);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const WindowTheme& theme = windowTheme(widget.palette());
+    const QColor color = isWarning ? theme.red : theme.indigo;
+    const double middle = kAlertIcon / 2.0;
+    painter.setBrush(color);
+    painter.setPen(QPen(color, 6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    if (isWarning)
+        painter.drawPolygon(
+            QPolygonF({{middle, 6}, {kAlertIcon - 5.0, kAlertIcon - 7.0}, {5, kAlertIcon - 7.0}}));
+    else
+        painter.drawEllipse(QRectF(5, 5, kAlertIcon - 10, kAlertIcon - 10));
+    painter.setPen(QPen(Qt::white, 3.5, Qt::SolidLine, Qt::RoundCap));
+    const double top = isWarning ? 14 : 18;
+    const double bottom = isWarning ? 22 : 28;
+    painter.drawLine(QPointF(middle, top), QPointF(middle, bottom));
+    painter.drawPoint(QPointF(middle, isWarning ? 29 : 11.5));
+    return pixmap;
 }
 
 } // namespace
@@ -123,7 +153,7 @@ void WindowStyle::drawControl(ControlElement element, const QStyleOption* option
                               const QWidget* widget) const {
     switch (element) {
     case CE_PushButtonBevel:
-        drawButton(*painter, *option);
+        drawButton(*painter, *option, widget);
         return;
     case CE_ComboBoxLabel:
         if (const auto* picker = qstyleoption_cast<const QStyleOptionComboBox*>(option))
@@ -138,7 +168,7 @@ void WindowStyle::drawComplexControl(ComplexControl control, const QStyleOptionC
                                      QPainter* painter, const QWidget* widget) const {
     const auto* picker = qstyleoption_cast<const QStyleOptionComboBox*>(option);
     if (control == CC_ComboBox && picker != nullptr)
-        drawPicker(*painter, *picker);
+        drawPicker(*painter, *picker, widget);
     else if (control == CC_ScrollBar)
         drawScrollBar(*painter, *option, subControlRect(CC_ScrollBar, option, SC_ScrollBarSlider, widget));
     else
@@ -169,6 +199,8 @@ QSize WindowStyle::sizeFromContents(ContentsType type, const QStyleOption* optio
 
 int WindowStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
     switch (metric) {
+    case PM_MessageBoxIconSize:
+        return kAlertIcon;
     case PM_ScrollBarExtent:
         return kScrollBar;
     case PM_ButtonShiftHorizontal:
@@ -177,6 +209,19 @@ int WindowStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, con
     default:
         return QProxyStyle::pixelMetric(metric, option, widget);
     }
+}
+
+QIcon WindowStyle::standardIcon(StandardPixmap icon, const QStyleOption* option,
+                                const QWidget* widget) const {
+    if (widget == nullptr || (icon != SP_MessageBoxWarning && icon != SP_MessageBoxInformation))
+        return QProxyStyle::standardIcon(icon, option, widget);
+    return alertIcon(icon == SP_MessageBoxWarning, *widget);
+}
+
+void WindowStyle::polish(QWidget* widget) {
+    QProxyStyle::polish(widget);
+    if (qobject_cast<QAbstractButton*>(widget) != nullptr || qobject_cast<QComboBox*>(widget) != nullptr)
+        fadeOnHover(widget);
 }
 
 void applyWindowStyle(QWidget* root) {

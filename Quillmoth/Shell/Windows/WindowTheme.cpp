@@ -120,6 +120,22 @@ QPalette windowPalette(bool dark) {
     return makePalette(windowTheme(dark));
 }
 
+QPalette menuPalette(const QPalette& window) {
+    const WindowTheme& theme = windowTheme(window);
+    QPalette menu = windowPalette(&theme == &windowTheme(true));
+    menu.setColor(QPalette::Window, theme.card);
+    menu.setColor(QPalette::Base, theme.card);
+    return menu;
+}
+
+QColor mixedColor(const QColor& from, const QColor& to, double share) {
+    const auto mix = [share](double first, double second) {
+        return static_cast<float>(first + (second - first) * share);
+    };
+    return QColor::fromRgbF(mix(from.redF(), to.redF()), mix(from.greenF(), to.greenF()),
+                            mix(from.blueF(), to.blueF()), mix(from.alphaF(), to.alphaF()));
+}
+
 QFont windowFont(int pixelSize, QFont::Weight weight) {
     return panelFont(pixelSize, weight);
 }

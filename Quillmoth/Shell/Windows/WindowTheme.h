@@ -21,6 +21,12 @@ struct WindowTheme {
 
 [[nodiscard]] QPalette windowPalette(bool dark);
 
+/// For menus and pop-ups of a window with the palette `window`, whose palettes are their own.
+[[nodiscard]] QPalette menuPalette(const QPalette& window);
+
+/// `share` of the way from one colour to the other, from 0 to 1.
+[[nodiscard]] QColor mixedColor(const QColor& from, const QColor& to, double share);
+
 /// The desktop's own family.
 [[nodiscard]] QFont windowFont(int pixelSize = 13, QFont::Weight weight = QFont::Normal);
 

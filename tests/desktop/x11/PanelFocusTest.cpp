@@ -249,4 +249,34 @@ TEST_F(PanelFocusTest, AClickInACandidateWindowIsInside) {
     xcb_flush(connection);
 }
 
+TEST_F(PanelFocusTest, WhatIsTypedBeforeThePanelHasTheKeyboardComesToItAndNotToTheOtherWindow) {
+    auto& center = backEnd().hotKeyCenter();
+    int presses = 0;
+    center.installEventHandler([&](const platform::HotKeyEvent* event) {
+        if (event->kind == platform::kEventHotKeyPressed)
+            ++presses;
+        else if (!focus().isHeld()) {
+            focus().prepare();
+            input().type("aB cd");
+            input().chord({KEY_LEFTALT, KEY_SPACE});
+            focus().acquire(panel.winId());
+            input().type("e");
+        }
+        return platform::noErr;
+    });
+    platform::HotKeyCenter::Handle handle = 0;
+    ASSERT_EQ(center.registerEventHotKey(49, 0x800, {7, 1}, handle), platform::noErr);
+    input().pressKey(KEY_LEFTALT);
+    input().pressKey(KEY_SPACE);
+    input().releaseKey(KEY_SPACE);
+    input().releaseKey(KEY_LEFTALT);
+    EXPECT_TRUE(holdsWithin(2s, [&] { return panel.typed == "aB cde"; })) << panel.typed;
+    EXPECT_EQ(presses, 2) << "the second one too";
+    focus().release();
+    EXPECT_EQ(center.unregisterEventHotKey(handle), platform::noErr);
+    center.installEventHandler({});
+    input().type("after\n");
+    EXPECT_TRUE(holdsWithin(2s, [] { return typedIntoTerminal() == "after\n"; })) << typedIntoTerminal();
+}
+
 } // namespace quillmoth::test

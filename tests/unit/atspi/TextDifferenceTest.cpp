@@ -11,7 +11,8 @@ using namespace quillmoth::platform;
 namespace {
 
 std::string applied(const std::string& oldText, const std::string& newText, TextDifference difference) {
-    return oldText.substr(0, difference.location) + newText.substr(difference.location, difference.newLength) +
+    return oldText.substr(0, difference.location) +
+           newText.substr(difference.location, difference.newLength) +
            oldText.substr(difference.location + difference.oldLength);
 }
 
@@ -55,7 +56,8 @@ TEST(TextDifferenceTest, neverCutsACharacter) {
 }
 
 TEST(TextDifferenceTest, leadsFromAnyTextToAnyOther) {
-    const std::vector<std::string> alphabet = {"a", "b", "\u00E9", "\u00E8", "\u05D0", "\U0001F600", "\U0001F601"};
+    const std::vector<std::string> alphabet = {"a",      "b",          "\u00E9",    "\u00E8",
+                                               "\u05D0", "\U0001F600", "\U0001F601"};
     std::mt19937 random(7);
     const auto randomText = [&] {
         std::string text;

@@ -191,6 +191,19 @@ TEST_F(EditorWindowTest, anEmojiOfManyCodePointsIsTakenWhole) {
     EXPECT_EQ(fileContent()[0].emoji, "👩🏽‍🚀");
 }
 
+TEST_F(EditorWindowTest, theKeyDeletesTheRowThatWasClickedAfterADeletionWasTakenBack) {
+    open({"cOne", "cTwo"}, 1);
+    click("Delete");
+    click("Delete");
+    ASSERT_EQ(names(), Names{"cOne"});
+    click("Undo Delete");
+    ASSERT_EQ(names(), (Names{"cOne", "cTwo"}));
+    QTest::mouseClick(list().viewport(), Qt::LeftButton, Qt::NoModifier, inRow(0));
+    EXPECT_EQ(control<QLineEdit>("Name").text(), "cOne");
+    QTest::keyClick(&list(), Qt::Key_Delete);
+    EXPECT_EQ(names(), Names{"cTwo"});
+}
+
 } // namespace
 
 } // namespace quillmoth

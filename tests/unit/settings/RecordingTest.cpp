@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace quillmoth {
 namespace {
 
@@ -15,7 +17,12 @@ std::string nameOf(const RecordingStep& step) {
 }
 
 struct RecordingRules : testing::Test {
-    RecordingStep step(const RecorderKeyPress& press) { return recordingStep(press, menu, system, layout); }
+    RecordingStep step(const RecorderKeyPress& press) {
+        const auto isSystems = [this](const Shortcut& shortcut) {
+            return std::find(system.begin(), system.end(), shortcut) != system.end();
+        };
+        return recordingStep(press, menu, isSystems, layout);
+    }
 
     platform::FakeKeyboardLayout layout = [] {
         platform::FakeKeyboardLayout made;

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "Platform/Linux/X11/X11Connection.h"
+
+#include <QTimer>
+#include <vector>
+
+namespace quillmoth::platform {
+
+/// A key event as a window receives it.
+struct X11KeyStroke {
+    xcb_keycode_t keycode = 0;
+    /// The modifiers before the event, and the layout group, as core events put them into one word.
+    std::uint32_t modifiers = 0;
+    xcb_timestamp_t time = 0;
+    bool isPress = false;
+};
+
+/// Keeps the keyboard while the panel comes up: what the user types then would replace the selection in the
+/// other program. The keys are kept in their order, to be handed on.
+class X11KeyHold {
+public:
+    /// `connection` outlives the object, and tells its subscribers of the keys.
+    explicit X11KeyHold(X11Connection& connection);
+
+    /// Keeps the keyboard, for half a second at most.
+    void start();
+
+    [[nodiscard]] bool isActive() const { return isActive_; }
+
+    void add(const X11KeyStroke& stroke) { strokes_.push_back(stroke); }
+
+    /// Gives the keyboard up; what has been kept stays. Returns after the server has done it, and after all
+    /// events up to then have been told to the connection's subscribers.
+    void letGo();
+
+    /// What has been kept, and forgets it.
+    [[nodiscard]] std::vector<X11KeyStroke> take();
+
+private:
+    X11Connection& connection_;
+    bool isActive_ = false;
+    std::vector<X11KeyStroke> strokes_;
+    /// Ends the hold where nobody takes the keyboard.
+    QTimer guardTimer_;
+};
+
+} // namespace quillmoth::platform

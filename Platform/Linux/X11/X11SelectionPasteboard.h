@@ -1,0 +1,56 @@
+#pragma once
+
+#include "Platform/Pasteboard.h"
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace quillmoth::platform {
+
+/// The clipboard of an X11 desktop, as plain text, on a connection and a thread of its own, which start with
+/// the first use. Main thread; no call keeps it for more than nine tenths of a second, whatever the owner of
+/// the clipboard does. What is set here is offered as long as the object lives; then a clipboard manager is
+/// asked to take it.
+class X11SelectionPasteboard final : public Pasteboard {
+public:
+    X11SelectionPasteboard();
+    ~X11SelectionPasteboard() override;
+
+    /// Notes all other formats too, for what is set later: see clearContents.
+    [[nodiscard]] std::optional<std::string> string() const override;
+
+    /// The clipboard counts as empty from now on. For other programs it holds what it held until somebody
+    /// puts something there, so that nothing is lost before that.
+    void clearContents() override;
+
+    /// A text that was read here before the latest clearing comes back together with all other formats that
+    /// it had; an empty one stands for a clipboard without text, and brings those back.
+    void setString(const std::string& text) override;
+
+    /// Has `process` paste `text`: `sendKeys` is to make it do so, once the text is offered. The former
+    /// content comes back with all its formats afterwards. False where that content cannot be kept, with
+    /// nothing done, or where the text has not been fetched before the deadline; it may be so later then.
+    bool paste(const std::string& text, std::int64_t process, const std::function<void()>& sendKeys,
+               std::chrono::steady_clock::time_point deadline);
+
+    /// False where the latest reading did not get all that there is, in which case another program's copy
+    /// would lose it for good.
+    [[nodiscard]] bool isKept() const { return isWhole_; }
+
+    /// Whether any program owns the selection of that name, such as "CLIPBOARD_MANAGER".
+    [[nodiscard]] bool hasOwner(const std::string& selection) const;
+
+private:
+    class Thread;
+
+    [[nodiscard]] Thread& thread() const;
+
+    mutable std::unique_ptr<Thread> thread_;
+    mutable bool isWhole_ = true;
+};
+
+} // namespace quillmoth::platform

@@ -1,0 +1,147 @@
+#include "Quillmoth/Diagnosis/Diagnosis.h"
+
+namespace quillmoth {
+
+namespace {
+
+using Front = DesktopFacts::Front;
+
+struct Finding {
+    std::string subject;
+    std::string state;
+    /// Empty where all is well.
+    std::string advice = {};
+};
+
+constexpr const char* kBindToggle = "bind \"quillmoth --toggle\" to a key in the settings of the desktop";
+
+Finding session(const DesktopFacts& facts) {
+    const std::string type = facts.sessionType.empty() ? "unknown" : facts.sessionType;
+    if (facts.hasXServer)
+        return {"Session", type + ", with an X server"};
+    return {"Session", type + ", without an X server",
+            std::string("the panel is an ordinary window here; ") + kBindToggle};
+}
+
+Finding windowManager(const DesktopFacts& facts) {
+    if (!facts.windowManager.empty())
+        return {"Window manager", facts.windowManager};
+    return {"Window manager", "none",
+            "without one the program in front is not known; start a window manager that supports EWMH"};
+}
+
+Finding compositor(const DesktopFacts& facts) {
+    return {"Compositor", facts.hasCompositor ? "running" : "none; the panel is drawn with sharp corners"};
+}
+
+Finding hotKey(const DesktopFacts& facts) {
+    if (facts.hotKey.empty())
+        return {"Hot key", "none", std::string("record one in the settings, or ") + kBindToggle};
+    if (!facts.hasXServer)
+        return {"Hot key", facts.hotKey + ", which needs an X server", kBindToggle};
+    const std::string holder = facts.windowManager.empty() ? "another program" : facts.windowManager;
+    const std::string shared = facts.isHotKeyShared ? "; " + holder + " has it too" : "";
+    if (!facts.isRunning)
+        return {"Hot key", facts.hotKey + ", not active: Quillmoth does not run" + shared,
+                "start Quillmoth with \"quillmoth\""};
+    if (facts.isHotKeyShared)
+        return {"Hot key", facts.hotKey + ", active" + shared,
+                "where it does not open the panel, record another one in the settings"};
+    return {"Hot key", facts.hotKey + ", active"};
+}
+
+Finding accessibility(const DesktopFacts& facts) {
+    if (!facts.answersAccessibility)
+        return {
+            "Accessibility bus", "does not answer",
+            "install the package at-spi2-core and log in again; until then switch on \"Use an alternative "
+            "method to obtain the text\" in the settings"};
+    if (!facts.isAccessibilityEnabled)
+        return {"Accessibility bus", "answers, but is not enabled",
+                "start Quillmoth and agree to switch it on, then restart the programs that it names"};
+    return {"Accessibility bus", "enabled"};
+}
+
+std::string nameOf(const Front& front) {
+    return front.program + (front.toolkit.empty() ? "" : " (" + front.toolkit + ")");
+}
+
+Finding capture(const Front& front) {
+    constexpr const char* kByCopy =
+        "switch on \"Use an alternative method to obtain the text\" in the settings";
+    if (front.isHung)
+        return {"Capture", "not possible now: the program does not answer", "wait until it does"};
+    if (front.isSecret)
+        return {"Capture", "never: the focus is in a password field"};
+    if (front.hasText)
+        return {"Capture", "through accessibility"};
+    if (front.ownsPrimary)
+        return {"Capture", "through its mouse selection"};
+    if (front.hasFocus)
+        return {"Capture", "not through accessibility: what has the focus shows no text",
+                std::string("click into a text, or ") + kByCopy};
+    return {"Capture", "not through accessibility: the program shows nothing there",
+            std::string("restart it, if it was started before accessibility was switched on; otherwise ") +
+                kByCopy};
+}
+
+Finding writeBack(const Front& front) {
+    if (front.isHung || front.isSecret)
+        return {"Write-back", front.isHung ? "not possible now" : "never into a password field"};
+    if (front.takesEdits && front.isEditable)
+        return {"Write-back", "through accessibility"};
+    if (front.isEditable)
+        return {"Write-back", "by pasting"};
+    return {"Write-back", "not possible: nothing there can be edited",
+            "copy the answer with Ctrl+Shift+C and paste it"};
+}
+
+Finding clipboard(const DesktopFacts::Clipboard& clipboard) {
+    const std::string manager = clipboard.hasManager ? "a clipboard manager runs" : "no clipboard manager";
+    if (clipboard.hasOwner && !clipboard.answers)
+        return {"Clipboard", "its owner does not answer; " + manager,
+                "copy something else; until then nothing is copied or pasted for you"};
+    const std::string state = clipboard.hasOwner ? "works; " : "empty; ";
+    if (!clipboard.hasManager)
+        return {"Clipboard", state + manager,
+                "what Quillmoth put there is gone when it quits; install one to keep it"};
+    return {"Clipboard", state + manager};
+}
+
+Finding tray(const DesktopFacts& facts) {
+    if (facts.hasTray)
+        return {"Tray", "there"};
+    return {"Tray", "none",
+            "reach the program with the hot key, \"quillmoth --toggle\" and \"quillmoth --settings\""};
+}
+
+Finding portal(const DesktopFacts& facts) {
+    return {"Desktop portal", facts.hasPortal ? "there" : "none; web pages are opened by xdg-open"};
+}
+
+std::string lineOf(const Finding& finding) {
+    std::string line = finding.subject + ": " + finding.state;
+    return finding.advice.empty() ? line : line + "\n    -> " + finding.advice;
+}
+
+} // namespace
+
+std::vector<std::string> diagnosis(const DesktopFacts& facts) {
+    std::vector<Finding> findings = {session(facts), windowManager(facts), compositor(facts), hotKey(facts),
+                                     accessibility(facts)};
+    if (facts.front) {
+        findings.push_back({"Program in front", nameOf(*facts.front)});
+        findings.push_back(capture(*facts.front));
+        findings.push_back(writeBack(*facts.front));
+    } else {
+        findings.push_back({"Program in front", "none", "click into the window that you want to ask about"});
+    }
+    findings.insert(findings.end(), {clipboard(facts.clipboard), tray(facts), portal(facts)});
+    std::vector<std::string> lines;
+    lines.reserve(findings.size());
+    for (const Finding& finding : findings)
+        lines.push_back(lineOf(finding));
+    return lines;
+}
+
+} // namespace quillmoth

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace quillmoth {
+
+/// What the program finds of the desktop session around it. Nothing that the user wrote is in here.
+struct DesktopFacts {
+    /// As in XDG_SESSION_TYPE; empty where nobody says.
+    std::string sessionType = {};
+    bool hasXServer = false;
+    /// The name that it gives itself; empty where none runs.
+    std::string windowManager = {};
+    bool hasCompositor = false;
+
+    bool isRunning = false;
+    std::string hotKey = {};
+    /// Another program has the hot key too.
+    bool isHotKeyShared = false;
+
+    bool answersAccessibility = false;
+    bool isAccessibilityEnabled = false;
+
+    struct Front {
+        /// The name of the process.
+        std::string program = {};
+        std::string toolkit = {};
+        bool isHung = false;
+        /// An element has the focus.
+        bool hasFocus = false;
+        bool hasText = false;
+        bool isSecret = false;
+        bool isEditable = false;
+        bool takesEdits = false;
+        /// It owns the PRIMARY selection.
+        bool ownsPrimary = false;
+    };
+
+    std::optional<Front> front = {};
+
+    struct Clipboard {
+        bool hasOwner = false;
+        bool answers = false;
+        bool hasManager = false;
+    };
+
+    Clipboard clipboard = {};
+    bool hasTray = false;
+    bool hasPortal = false;
+};
+
+/// A page of plain lines for the user: what there is, and behind an arrow what to do about what is not good.
+[[nodiscard]] std::vector<std::string> diagnosis(const DesktopFacts& facts);
+
+} // namespace quillmoth

@@ -1,0 +1,109 @@
+#include "Quillmoth/Main/DesktopFactsOf.h"
+
+#include "Foundation/Log.h"
+#include "KeyboardShortcuts/Center.h"
+#include "KeyboardShortcuts/ShortcutText.h"
+#include "Platform/Linux/AtSpi/AtSpiAccessibility.h"
+#include "Platform/Linux/Desktop/InstanceRequest.h"
+#include "Platform/Linux/Unavailable/UnavailableServices.h"
+#include "Platform/Linux/X11/X11BackEnd.h"
+#include "Platform/Linux/X11/X11SelectionPasteboard.h"
+#include "Platform/Qt/DiskSync.h"
+#include "Platform/Qt/FileUserDefaults.h"
+#include "Platform/Qt/LocalNotificationCenter.h"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QSystemTrayIcon>
+#include <fstream>
+
+namespace quillmoth {
+
+namespace {
+
+bool isOnSessionBus(const QString& name) {
+    auto* bus = QDBusConnection::sessionBus().interface();
+    return bus != nullptr &&
+           (bus->isServiceRegistered(name).value() || bus->activatableServiceNames().value().contains(name));
+}
+
+/// The stored hot key, or the one that a first start stores.
+std::optional<KeyboardShortcuts::Shortcut> hotKey() {
+    platform::DiskSync diskSync;
+    platform::FileUserDefaults defaults(platform::defaultsFilePath(), diskSync);
+    platform::UnavailableHotKeyCenter hotKeys;
+    platform::LocalNotificationCenter notifications;
+    const KeyboardShortcuts::Center center(defaults, hotKeys, notifications);
+    const KeyboardShortcuts::Name name("showFloatingPanel");
+    if (!defaults.object(name.defaultsKey()))
+        return KeyboardShortcuts::Shortcut{KeyboardShortcuts::Key::space, KeyboardShortcuts::kFlagOption};
+    return center.getShortcut(name);
+}
+
+void addHotKey(DesktopFacts& facts, platform::X11BackEnd* x11) {
+    platform::UnavailableKeyboardLayout noLayout;
+    platform::KeyboardLayout& layout =
+        x11 != nullptr ? static_cast<platform::KeyboardLayout&>(x11->keyboardLayout()) : noLayout;
+    const auto shortcut = hotKey();
+    if (!shortcut)
+        return;
+    facts.hotKey = KeyboardShortcuts::spokenDescription(*shortcut, layout);
+    facts.isHotKeyShared = x11 != nullptr && x11->hotKeyProbe().isShortcutTaken(
+                                                 static_cast<std::uint32_t>(shortcut->carbonKeyCode),
+                                                 static_cast<std::uint32_t>(shortcut->carbonModifiers));
+}
+
+DesktopFacts::Front frontOf(platform::AtSpiAccessibility& accessibility, platform::X11BackEnd& x11,
+                            std::int64_t process) {
+    const platform::FieldReport field = accessibility.reportField(process);
+    DesktopFacts::Front front;
+    std::ifstream name("/proc/" + std::to_string(process) + "/comm");
+    std::getline(name, front.program);
+    front.toolkit = field.toolkit;
+    front.isHung = field.isHung;
+    front.hasFocus = field.hasFocus;
+    front.hasText = field.hasText;
+    front.isSecret = field.isSecret;
+    front.isEditable = field.isEditable;
+    front.takesEdits = field.takesEdits;
+    front.ownsPrimary = x11.frontApplication().primarySelectionOf(process).has_value();
+    return front;
+}
+
+} // namespace
+
+DesktopFacts desktopFacts() {
+    DesktopFacts facts;
+    const ScopedLogCapture quiet([](const std::string&) {});
+    facts.sessionType = qEnvironmentVariable("XDG_SESSION_TYPE").toStdString();
+    auto created = platform::X11BackEnd::create();
+    const auto x11 = created ? std::move(*created) : nullptr;
+    facts.hasXServer = x11 != nullptr;
+    facts.isRunning =
+        QDBusConnection::sessionBus().interface() != nullptr &&
+        QDBusConnection::sessionBus().interface()->isServiceRegistered(platform::kInstanceService);
+    addHotKey(facts, x11.get());
+    platform::AtSpiAccessibility accessibility({});
+    facts.answersAccessibility = accessibility.busAnswers();
+    facts.isAccessibilityEnabled = accessibility.isProcessTrusted();
+    facts.hasTray = QSystemTrayIcon::isSystemTrayAvailable();
+    facts.hasPortal = isOnSessionBus("org.freedesktop.portal.Desktop");
+    if (!x11)
+        return facts;
+    facts.windowManager = x11->hotKeyProbe().windowManagerName();
+    facts.hasCompositor = x11->screen().isComposited();
+    if (const auto process = x11->frontApplication().processIdentifier())
+        facts.front = frontOf(accessibility, *x11, *process);
+    const platform::X11SelectionPasteboard pasteboard;
+    facts.clipboard = {.hasOwner = pasteboard.hasOwner("CLIPBOARD"),
+                       .answers = true,
+                       .hasManager = pasteboard.hasOwner("CLIPBOARD_MANAGER")};
+    if (facts.clipboard.hasOwner) {
+        // Only whether it answers; the text itself is dropped.
+        [[maybe_unused]] const auto text = pasteboard.string();
+        facts.clipboard.answers = pasteboard.isKept();
+    }
+    return facts;
+}
+
+} // namespace quillmoth

@@ -1,0 +1,195 @@
+#include "tests/desktop/matrix/Examination.h"
+
+#include <algorithm>
+#include <linux/input-event-codes.h>
+
+namespace quillmoth::test {
+
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+constexpr const char* kNothing = "-";
+const std::string kAnswer = "an answer \u00FC \U0001F680\nof two lines";
+const std::string kKeptText = "kept \u00E9";
+const std::string kKeptHTML = "<b>kept</b>";
+
+enum Column { focus, plain, emoji, severalParagraphs, rightToLeft, write, undo, clipboard, time };
+
+/// Programs differ in how many line breaks they put between paragraphs, and in the last one.
+std::string normalized(const std::string& text) {
+    std::string result;
+    for (const char character : text) {
+        if (character == '\r' || (character == '\n' && (result.empty() || result.back() == '\n')))
+            continue;
+        result += character;
+    }
+    while (!result.empty() && (result.back() == '\n' || result.back() == ' '))
+        result.pop_back();
+    return result;
+}
+
+std::string shortened(std::string text) {
+    std::replace(text.begin(), text.end(), '\n', '/');
+    std::replace(text.begin(), text.end(), '|', '!');
+    return text.size() <= 60 ? text : text.substr(0, 60) + "...";
+}
+
+std::string clipboardForm(const std::string& target) {
+    return runChild({"xclip", "-selection", "clipboard", "-o", "-t", target}, 3s).output;
+}
+
+long millisecondsSince(Clock::time_point start) {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
+}
+
+class Examiner {
+public:
+    Examiner(CapturingDesktop& desktop, const Field& field) : desktop_(desktop), field_(field) {
+        row_ = rowWithout(field.name, kNothing);
+    }
+
+    Row run() {
+        field_.select(0);
+        platform::AXError error = platform::kAXErrorSuccess;
+        const bool isFound =
+            holdsWithin(10s, [&] { return (error = desktop_.focusError()) == platform::kAXErrorSuccess; });
+        cell(focus) = isFound ? "ok" : "no: error " + std::to_string(error);
+        for (std::size_t sample = 0; sample < field_.samples.size(); ++sample)
+            trySample(sample);
+        if (field_.kind == Field::Kind::editor || field_.kind == Field::Kind::singleLine)
+            tryWriting();
+        else if (field_.kind == Field::Kind::secret)
+            trySecret();
+        cell(time) = times();
+        return std::move(row_);
+    }
+
+private:
+    std::string& cell(Column column) { return row_.cells[column]; }
+
+    bool isSecret() const { return field_.kind == Field::Kind::secret; }
+
+    void trySample(std::size_t sample) {
+        const std::string& expected = field_.samples[sample];
+        if (expected.empty())
+            return;
+        std::string seen;
+        const auto isRead = [&] {
+            const auto start = Clock::now();
+            seen = desktop_.capture();
+            captureTime_ = millisecondsSince(start);
+            return normalized(seen) == normalized(expected);
+        };
+        bool isOk = false;
+        if (isSecret())
+            isOk = !holdsWithin(500ms, isRead);
+        // A program that has only just started may miss the keys.
+        for (int attempt = 0; !isSecret() && !isOk && attempt < 3; ++attempt) {
+            if (sample > 0 || attempt > 0)
+                field_.select(sample);
+            isOk = holdsWithin(2s, isRead);
+        }
+        std::string& result = cell(static_cast<Column>(plain + sample));
+        const std::string way = desktop_.captureWay.empty() ? "" : " (" + desktop_.captureWay + ")";
+        if (isSecret())
+            result = isOk && seen.empty() ? "ok: not read" : "no: READ";
+        else
+            result = isOk ? "ok" + way : "no: " + (seen.empty() ? "nothing" : shortened(seen)) + way;
+        if (sample == 0)
+            firstTime_ = captureTime_;
+    }
+
+    /// All that the field holds, by copying it as a user would.
+    std::string documentText() {
+        constexpr const char* kMarker = "nothing was copied";
+        desktop_.pasteboard().clearContents();
+        desktop_.pasteboard().setString(kMarker);
+        desktop_.input().chord({KEY_LEFTCTRL, KEY_A});
+        desktop_.input().chord({KEY_LEFTCTRL, KEY_C});
+        std::string text = kMarker;
+        waitFor([&] { return (text = clipboardForm("UTF8_STRING")) != kMarker; }, 2s);
+        return normalized(text);
+    }
+
+    void tryWriting() {
+        const bool isSingle = field_.kind == Field::Kind::singleLine;
+        field_.select(0);
+        const std::string before = isSingle ? field_.samples[0] : normalized(sampleDocument());
+        std::string answer = kAnswer;
+        if (isSingle)
+            std::replace(answer.begin(), answer.end(), '\n', ' ');
+        waitFor([&] { return normalized(desktop_.capture()) == field_.samples[0]; }, 2s);
+        ChildProcess owner({CLIPBOARD_OWNER, kKeptText, kKeptHTML});
+        waitFor([] { return clipboardForm("UTF8_STRING") == kKeptText; });
+        const auto start = Clock::now();
+        desktop_.replaceSelection(kAnswer);
+        writeTime_ = millisecondsSince(start);
+        const bool isKept = holdsWithin(3s, [] {
+            return clipboardForm("UTF8_STRING") == kKeptText && clipboardForm("text/html") == kKeptHTML;
+        });
+        cell(clipboard) = isKept ? "ok" : "no: " + shortened(clipboardForm("UTF8_STRING"));
+        std::string expected = before;
+        expected.replace(0, field_.samples[0].size(), answer);
+        std::string seen;
+        const bool isWritten =
+            holdsWithin(6s, [&] { return (seen = documentText()) == normalized(expected); });
+        const std::string way = desktop_.writeWay.empty() ? "" : " (" + desktop_.writeWay + ")";
+        cell(write) = (isWritten ? "ok" : seen == before ? "no: unchanged" : "no: " + shortened(seen)) + way;
+        if (seen != before)
+            tryUndo(before);
+    }
+
+    void tryUndo(const std::string& before) {
+        constexpr int kStepLimit = 6;
+        std::string seen;
+        for (int step = 1; step <= kStepLimit; ++step) {
+            desktop_.input().chord({KEY_LEFTCTRL, KEY_Z});
+            letPass(100ms);
+            if ((seen = documentText()) != before)
+                continue;
+            cell(undo) = step == 1 ? "ok" : "ok (" + std::to_string(step) + " steps)";
+            return;
+        }
+        cell(undo) = "no: " + shortened(seen);
+    }
+
+    void trySecret() {
+        desktop_.replaceSelection("written");
+        letPass(300ms);
+        // The program shows as many dots as before where nothing was written: told apart by undoing nothing.
+        cell(write) = desktop_.writeWay.empty() ? "ok: not written" : "no: WRITTEN";
+    }
+
+    std::string times() const {
+        std::string text = std::to_string(firstTime_) + " ms";
+        if (writeTime_ >= 0)
+            text += " / " + std::to_string(writeTime_) + " ms";
+        return text;
+    }
+
+    CapturingDesktop& desktop_;
+    const Field& field_;
+    Row row_;
+    long captureTime_ = 0;
+    long firstTime_ = 0;
+    long writeTime_ = -1;
+};
+
+} // namespace
+
+std::vector<std::string> columnNames() {
+    return {"field",         "focus",      "plain", "emoji, marks", "paragraphs",
+            "right to left", "write-back", "undo",  "clipboard",    "read / write"};
+}
+
+Row rowWithout(const std::string& name, const std::string& why) {
+    return {.name = name, .cells = std::vector<std::string>(time + 1, why)};
+}
+
+Row examine(CapturingDesktop& desktop, const Field& field) {
+    return Examiner(desktop, field).run();
+}
+
+} // namespace quillmoth::test

@@ -1,0 +1,199 @@
+#include "tests/desktop/matrix/Fields.h"
+
+#include <algorithm>
+#include <fstream>
+#include <linux/input-event-codes.h>
+#include <stdexcept>
+
+namespace quillmoth::test {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+ChildOptions programOptions() {
+    // Without stored settings no program asks whether to bring back what it showed the time before.
+    return {.environment = {{"GSETTINGS_BACKEND", "memory"},
+                            {"LC_ALL", "C.UTF-8"},
+                            {"GSK_RENDERER", "cairo"},
+                            {"LIBGL_ALWAYS_SOFTWARE", "1"},
+                            {"QT_QPA_PLATFORM", "xcb"}}};
+}
+
+Field editorField(CapturingDesktop& desktop, const std::string& name) {
+    return {.name = name, .samples = documentSamples(), .select = [&desktop](std::size_t sample) {
+                selectLinesOfSample(desktop.input(), sample);
+            }};
+}
+
+ProgramKind editorKind(const std::string& name, const std::string& executable,
+                       const std::vector<std::string>& options, bool isLight) {
+    return {
+        .name = name, .executable = executable, .isLight = isLight, .open = [=](CapturingDesktop& desktop) {
+            const std::string path = desktop.desktop().homeDirectory() + "/sample.txt";
+            std::ofstream(path, std::ios::binary) << sampleDocument();
+            std::vector<std::string> command = {executable};
+            command.insert(command.end(), options.begin(), options.end());
+            command.push_back(path);
+            RunningProgram program;
+            program.processes.push_back(startInFront(desktop, command));
+            program.fields.push_back(editorField(desktop, name));
+            return program;
+        }};
+}
+
+ProgramKind ownWindow(const std::string& name, const std::string& what, Field::Kind kind) {
+    return {
+        .name = name,
+        .executable = ATSPI_FIELD_WINDOW,
+        .isLight = true,
+        .open = [=](CapturingDesktop& desktop) {
+            RunningProgram program;
+            program.processes.push_back(startInFront(desktop, {ATSPI_FIELD_WINDOW, what, sampleDocument()}));
+            Field field = editorField(desktop, name);
+            field.kind = kind;
+            if (kind == Field::Kind::secret) {
+                field.samples = {documentLines().front()};
+                field.select = [&desktop](std::size_t) { desktop.input().chord({KEY_LEFTCTRL, KEY_A}); };
+            }
+            program.fields.push_back(std::move(field));
+            return program;
+        }};
+}
+
+/// From the middle of the first line's first character to the end of another line; the last line is wide.
+void dragOverLines(CapturingDesktop& desktop, std::size_t first, std::size_t count) {
+    constexpr int kLineHeight = 13;
+    constexpr int kBorder = 2;
+    const auto place = desktop.desktop().windows().geometry(desktop.desktop().windows().activeWindow());
+    const auto lineAt = [&](std::size_t line) {
+        return place.y + kBorder + kLineHeight * static_cast<int>(line) + kLineHeight / 2;
+    };
+    DesktopInput& input = desktop.input();
+    // Far from the press before it, which would make it a double one.
+    letPass(300ms);
+    input.movePointer(place.x + kBorder, lineAt(first));
+    input.pressButton(1);
+    input.movePointer(place.x + kBorder + 60, lineAt(first));
+    input.movePointer(place.x + place.width - 20, lineAt(first + count - 1));
+    input.releaseButton(1);
+}
+
+ProgramKind xterm() {
+    return {.name = "xterm", .executable = "xterm", .isLight = true, .open = [](CapturingDesktop& desktop) {
+                const std::string path = desktop.desktop().homeDirectory() + "/sample.txt";
+                std::ofstream(path, std::ios::binary) << sampleDocument();
+                RunningProgram program;
+                program.processes.push_back(
+                    startInFront(desktop, {"xterm", "-fn", "fixed", "-u8", "-b", "2", "+sb", "-e", "sh", "-c",
+                                           "cat " + path + "; exec sleep 300"}));
+                // This terminal keeps no joiners between cells, and composes what can be composed.
+                auto samples = documentSamples();
+                samples[1] = "\U0001F600 smile \u00E9l\u00E8ve \U0001F469\U0001F680 flies";
+                program.fields.push_back({.name = "xterm",
+                                          .samples = samples,
+                                          .select =
+                                              [&desktop](std::size_t sample) {
+                                                  constexpr std::size_t kFirst[] = {0, 1, 2, 4};
+                                                  dragOverLines(desktop, kFirst[sample], sample == 2 ? 2 : 1);
+                                              },
+                                          .kind = Field::Kind::readOnly});
+                return program;
+            }};
+}
+
+/// Shows one sample after the other, as its select-all key takes everything.
+ProgramKind xfceTerminal() {
+    return {.name = "xfce4-terminal", .executable = "xfce4-terminal", .open = [](CapturingDesktop& desktop) {
+                const std::string folder = desktop.desktop().homeDirectory();
+                const auto samples = documentSamples();
+                for (std::size_t sample = 0; sample < samples.size(); ++sample)
+                    std::ofstream(folder + "/sample" + std::to_string(sample)) << samples[sample];
+                RunningProgram program;
+                program.processes.push_back(startInFront(
+                    desktop, {"xfce4-terminal", "--disable-server", "--hide-menubar", "-x", "sh", "-c",
+                              "stty -echo; while read n; do clear; cat " + folder + "/sample$n; done"}));
+                program.fields.push_back({.name = "xfce4-terminal",
+                                          .samples = samples,
+                                          .select =
+                                              [&desktop](std::size_t sample) {
+                                                  desktop.input().type(std::to_string(sample) + "\n");
+                                                  letPass(900ms);
+                                                  desktop.input().chord({KEY_LEFTCTRL, KEY_LEFTSHIFT, KEY_A});
+                                              },
+                                          .kind = Field::Kind::readOnly});
+                return program;
+            }};
+}
+
+} // namespace
+
+std::vector<std::string> documentLines() {
+    return {"plain words",
+            "\U0001F600 smile e\u0301le\u0300ve \U0001F469\u200D\U0001F680 flies",
+            "first paragraph",
+            "second paragraph",
+            "\u05E9\u05DC\u05D5\u05DD \u05E2\u05D5\u05DC\u05DD",
+            "the end"};
+}
+
+std::string sampleDocument() {
+    std::string document;
+    for (const std::string& line : documentLines())
+        document += (document.empty() ? "" : "\n") + line;
+    return document;
+}
+
+std::vector<std::string> documentSamples() {
+    const auto lines = documentLines();
+    return {lines[0], lines[1], lines[2] + "\n" + lines[3], lines[4]};
+}
+
+void selectLines(DesktopInput& input, std::size_t first, std::size_t count) {
+    input.chord({KEY_LEFTCTRL, KEY_HOME});
+    for (std::size_t line = 0; line < first; ++line)
+        input.tapKey(KEY_DOWN);
+    // In a line from right to left the place below is its end.
+    input.tapKey(KEY_HOME);
+    for (std::size_t line = 1; line < count; ++line)
+        input.chord({KEY_LEFTSHIFT, KEY_DOWN});
+    input.chord({KEY_LEFTSHIFT, KEY_END});
+}
+
+void selectLinesOfSample(DesktopInput& input, std::size_t sample) {
+    constexpr std::size_t kFirst[] = {0, 1, 2, 4};
+    selectLines(input, kFirst[sample], sample == 2 ? 2 : 1);
+}
+
+ChildProcess startInFront(CapturingDesktop& desktop, const std::vector<std::string>& command,
+                          std::chrono::seconds limit) {
+    DesktopWindows& windows = desktop.desktop().windows();
+    waitFor([&] { return windows.managedWindows().empty(); });
+    ChildProcess process(command, programOptions());
+    const bool isInFront = holdsWithin(limit, [&] {
+        const auto managed = windows.managedWindows();
+        return std::find(managed.begin(), managed.end(), windows.activeWindow()) != managed.end();
+    });
+    if (!isInFront)
+        throw std::runtime_error(command.front() + " does not come to the front: " + process.output());
+    return process;
+}
+
+std::vector<ProgramKind> programKinds() {
+    std::vector<ProgramKind> kinds = {
+        editorKind("mousepad (GTK 3)", "mousepad", {"--disable-server"}, true),
+        editorKind("gnome-text-editor (GTK 4)", "gnome-text-editor", {"--standalone"}, false),
+        editorKind("featherpad (Qt 5)", "featherpad", {"--standalone"}, true),
+        editorKind("QPlainTextEdit (Qt 6)", ATSPI_FIELD_WINDOW, {"file"}, true),
+        ownWindow("read-only view (Qt 6)", "readonly", Field::Kind::readOnly),
+        ownWindow("password field (Qt 6)", "password", Field::Kind::secret),
+        xterm(),
+        xfceTerminal(),
+    };
+    for (auto& kind : webPrograms())
+        kinds.push_back(std::move(kind));
+    kinds.push_back(writerProgram());
+    return kinds;
+}
+
+} // namespace quillmoth::test

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "tests/desktop/matrix/CapturingDesktop.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace quillmoth::test {
+
+/// What is selected in turn: a plain line, emoji and combining marks, two paragraphs, a line from right to
+/// left.
+constexpr std::size_t kSampleCount = 4;
+
+/// A field of a running program, and how a user deals with it.
+struct Field {
+    std::string name;
+    /// What the selection of each sample holds; empty where there is no such thing in this field.
+    std::vector<std::string> samples;
+    std::function<void(std::size_t sample)> select;
+    enum class Kind { editor, singleLine, readOnly, secret } kind = Kind::editor;
+};
+
+/// A program with its fields; open one at a time.
+struct RunningProgram {
+    std::vector<ChildProcess> processes;
+    std::vector<Field> fields;
+};
+
+/// A row of the matrix, or several that one program gives.
+struct ProgramKind {
+    std::string name;
+    /// The program that has to be installed.
+    std::string executable;
+    /// Quick to start, and there after a plain installation.
+    bool isLight = false;
+    std::function<RunningProgram(CapturingDesktop&)> open;
+};
+
+/// The document that editors show: one paragraph a line.
+std::string sampleDocument();
+
+std::vector<ProgramKind> programKinds();
+
+/// The programs of browsers and offices; see programKinds.
+std::vector<ProgramKind> webPrograms();
+ProgramKind writerProgram();
+
+/// Starts a program; throws where it does not come to the front.
+ChildProcess startInFront(CapturingDesktop& desktop, const std::vector<std::string>& command,
+                          std::chrono::seconds limit = std::chrono::seconds(10));
+
+/// With the keys that every editor has.
+void selectLines(DesktopInput& input, std::size_t first, std::size_t count);
+void selectLinesOfSample(DesktopInput& input, std::size_t sample);
+
+std::vector<std::string> documentSamples();
+std::vector<std::string> documentLines();
+
+} // namespace quillmoth::test

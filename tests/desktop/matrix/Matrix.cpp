@@ -1,0 +1,143 @@
+// Tries capture and write-back in real programs and prints what came of it as a table.
+
+#include "Foundation/Log.h"
+#include "tests/desktop/matrix/Examination.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <fstream>
+#include <iostream>
+#include <string_view>
+#include <unistd.h>
+
+namespace {
+
+using namespace quillmoth::test;
+
+constexpr const char* kUsage =
+    "Usage: matrix [--light] [--window-manager NAME] [--only TEXT] [--output FILE]\n"
+    "Tries every field under one window manager and prints a table.\n"
+    "  --light    only programs that start quickly\n"
+    "  --only     only programs whose name contains the text\n"
+    "  --output   adds the table to a file too\n"
+    "Exit codes: 0 where every cell is as the known list has it, 1 otherwise, 2 wrong use.\n";
+
+struct Options {
+    bool isLight = false;
+    std::string windowManager = "openbox";
+    std::string only = {};
+    std::string output = {};
+};
+
+std::optional<Options> optionsFrom(int argc, char** argv) {
+    Options options;
+    for (int index = 1; index < argc; ++index) {
+        const std::string_view name = argv[index];
+        if (name == "--light") {
+            options.isLight = true;
+            continue;
+        }
+        std::string* value = name == "--window-manager" ? &options.windowManager
+                             : name == "--only"         ? &options.only
+                             : name == "--output"       ? &options.output
+                                                        : nullptr;
+        if (value == nullptr || index + 1 == argc)
+            return std::nullopt;
+        *value = argv[++index];
+    }
+    return options;
+}
+
+bool isInstalled(const std::string& executable) {
+    if (executable.starts_with('/'))
+        return access(executable.c_str(), X_OK) == 0;
+    return runChild({"which", executable}, std::chrono::seconds(3)).exitCode == 0;
+}
+
+std::vector<Row> rowsOf(CapturingDesktop& desktop, const ProgramKind& kind) {
+    if (!isInstalled(kind.executable))
+        return {rowWithout(kind.name, "not installed")};
+    std::vector<Row> rows;
+    try {
+        const RunningProgram program = kind.open(desktop);
+        for (const Field& field : program.fields) {
+            rows.push_back(examine(desktop, field));
+            std::cerr << field.name << " done\n";
+        }
+    } catch (const std::exception& problem) {
+        std::cerr << kind.name << ": " << problem.what() << '\n';
+        desktop.desktop().saveScreenshot("matrix-failure.png");
+        rows.push_back(rowWithout(kind.name, "no: did not start"));
+    }
+    waitFor([&] { return desktop.desktop().windows().managedWindows().empty(); });
+    return rows;
+}
+
+std::string line(const std::string& first, const std::vector<std::string>& cells) {
+    std::string text = "| " + first + " |";
+    for (const std::string& cell : cells)
+        text += " " + cell + " |";
+    return text + "\n";
+}
+
+std::string table(const std::vector<Row>& rows) {
+    auto names = columnNames();
+    const std::string first = names.front();
+    names.erase(names.begin());
+    std::string text = line(first, names) + line("---", std::vector<std::string>(names.size(), "---"));
+    for (const Row& row : rows)
+        text += line(row.name, row.cells);
+    return text;
+}
+
+/// Cells that are known not to be possible; docs/applications.md gives the reason of each.
+bool isKnown(const Row& row, const std::string& column) {
+    constexpr std::pair<std::string_view, std::string_view> kKnown[] = {
+        {"", ""},
+    };
+    return std::any_of(std::begin(kKnown), std::end(kKnown), [&](const auto& known) {
+        return !known.first.empty() && row.name.starts_with(known.first) && column == known.second;
+    });
+}
+
+bool isAsKnown(const Row& row) {
+    const auto columns = columnNames();
+    bool result = true;
+    for (std::size_t index = 0; index < row.cells.size(); ++index) {
+        if (!row.cells[index].starts_with("no:") || isKnown(row, columns[index + 1]))
+            continue;
+        std::cerr << row.name << ", " << columns[index + 1] << ": " << row.cells[index] << '\n';
+        result = false;
+    }
+    return result;
+}
+
+int run(const Options& options) {
+    const quillmoth::ScopedLogCapture quiet([](const std::string&) {});
+    CapturingDesktop desktop(options.windowManager);
+    std::vector<Row> rows;
+    for (const ProgramKind& kind : programKinds()) {
+        if ((options.isLight && !kind.isLight) || kind.name.find(options.only) == std::string::npos)
+            continue;
+        for (Row& row : rowsOf(desktop, kind))
+            rows.push_back(std::move(row));
+    }
+    const std::string text = "Under " + desktop.desktop().windowManager() + ":\n\n" + table(rows) + "\n";
+    std::cout << text;
+    if (!options.output.empty())
+        std::ofstream(options.output, std::ios::app) << text;
+    return std::all_of(rows.begin(), rows.end(), isAsKnown) ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const auto options = optionsFrom(argc, argv);
+    if (!options) {
+        std::fputs(kUsage, stderr);
+        return 2;
+    }
+    return run(*options);
+}

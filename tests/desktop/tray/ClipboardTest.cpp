@@ -1,0 +1,284 @@
+#include "Platform/Linux/X11/X11SelectionOwner.h"
+#include "Platform/Linux/X11/X11SelectionPasteboard.h"
+#include "Platform/Linux/X11/X11SelectionReader.h"
+#include "tests/desktop/support/VirtualDesktop.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMimeData>
+#include <atomic>
+#include <csignal>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <thread>
+
+namespace quillmoth::platform {
+
+namespace {
+
+using namespace std::chrono_literals;
+using test::ChildProcess;
+using test::holdsWithin;
+
+/// One desktop and one application for the whole program: Qt connects to the X server once.
+struct Session {
+    test::VirtualDesktop desktop;
+    int count = 1;
+    char name[5] = "test";
+    char* arguments[2] = {name, nullptr};
+    QGuiApplication application{count, arguments};
+};
+
+std::string pasted(const std::string& target = "UTF8_STRING") {
+    ChildProcess reader({"xclip", "-selection", "clipboard", "-o", "-t", target});
+    EXPECT_TRUE(holdsWithin(10s, [&] { return !reader.isRunning(); })) << "nobody answers";
+    return reader.output();
+}
+
+class Clipboard : public testing::Test {
+protected:
+    static void SetUpTestSuite() { session_ = std::make_unique<Session>(); }
+
+    static void TearDownTestSuite() { session_.reset(); }
+
+    /// Another program that puts the file's content there and keeps running while it owns the clipboard.
+    static ChildProcess copyFile(const std::string& content, const std::string& target = "UTF8_STRING") {
+        static int number = 0;
+        const std::string file =
+            session_->desktop.temporaryDirectory() + "/copied" + std::to_string(++number);
+        std::ofstream(file, std::ios::binary) << content;
+        const auto former = owner();
+        ChildProcess other(
+            {"sh", "-c",
+             "exec xclip -selection clipboard -i -quiet -t " + target + " " + file + " >/dev/null 2>&1"});
+        EXPECT_TRUE(holdsWithin(10s, [&] { return owner() != former; }));
+        return other;
+    }
+
+    static ChildProcess copyRich(const std::string& text, const std::string& html) {
+        ChildProcess other({CLIPBOARD_OWNER, text, html});
+        EXPECT_TRUE(holdsWithin(10s, [&] { return pasted() == text; })) << other.output();
+        return other;
+    }
+
+    static xcb_window_t owner() {
+        auto* connection = session_->desktop.connection();
+        auto* atom =
+            xcb_intern_atom_reply(connection, xcb_intern_atom(connection, 0, 9, "CLIPBOARD"), nullptr);
+        auto* reply = xcb_get_selection_owner_reply(connection,
+                                                    xcb_get_selection_owner(connection, atom->atom), nullptr);
+        const xcb_window_t window = reply->owner;
+        std::free(atom);
+        std::free(reply);
+        return window;
+    }
+
+    /// What the program does around a synthetic copy; `copy` stands for what the front application does.
+    static std::string capture(X11SelectionPasteboard& pasteboard, const std::function<void()>& copy) {
+        const auto saved = pasteboard.string();
+        pasteboard.clearContents();
+        copy();
+        test::letPass(200ms);
+        const auto fresh = pasteboard.string();
+        pasteboard.clearContents();
+        pasteboard.setString(saved.value_or(""));
+        return fresh.value_or("nothing");
+    }
+
+    static inline std::unique_ptr<Session> session_;
+};
+
+double secondsOf(const std::function<void()>& work) {
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+/// A clipboard manager that saves the text of whoever asks for it.
+class Manager {
+public:
+    Manager() : thread_([this] { run(); }) {
+        EXPECT_TRUE(holdsWithin(5s, [this] { return isReady_.load(); }));
+    }
+
+    Manager(const Manager&) = delete;
+    Manager& operator=(const Manager&) = delete;
+
+    ~Manager() {
+        isStopping_ = true;
+        thread_.join();
+    }
+
+    [[nodiscard]] bool hasSaved() const { return hasSaved_; }
+
+private:
+    void run() {
+        X11SelectionConnection connection;
+        const xcb_atom_t name = connection.atom("CLIPBOARD_MANAGER");
+        const xcb_atom_t clipboard = connection.atom("CLIPBOARD");
+        X11SelectionOwner owner(connection, clipboard);
+        X11SelectionReader reader(connection);
+        connection.setHandler([&](const xcb_generic_event_t& event) {
+            const auto& request = reinterpret_cast<const xcb_selection_request_event_t&>(event);
+            const bool isOurs =
+                (event.response_type & 0x7F) == XCB_SELECTION_REQUEST && request.selection == name;
+            if (!isOurs)
+                return owner.handle(event);
+            auto content = reader.content(clipboard, X11SelectionConnection::Clock::now() + 2s);
+            owner.own(std::make_shared<const SelectionContent>(std::move(content)));
+            xcb_selection_notify_event_t notice = {};
+            notice.response_type = XCB_SELECTION_NOTIFY;
+            notice.requestor = request.requestor;
+            notice.selection = name;
+            notice.target = request.target;
+            notice.property = request.property;
+            char bytes[32] = {};
+            memcpy(bytes, &notice, sizeof notice);
+            xcb_send_event(connection.get(), 0, request.requestor, 0, bytes);
+            xcb_flush(connection.get());
+            hasSaved_ = true;
+        });
+        xcb_set_selection_owner(connection.get(), connection.window(), name, connection.serverTime());
+        xcb_flush(connection.get());
+        isReady_ = true;
+        while (!isStopping_)
+            connection.handleEvents(X11SelectionConnection::Clock::now() + 20ms);
+    }
+
+    std::atomic<bool> isReady_ = false;
+    std::atomic<bool> isStopping_ = false;
+    std::atomic<bool> hasSaved_ = false;
+    std::thread thread_;
+};
+
+} // namespace
+
+TEST_F(Clipboard, TextTravelsBothWays) {
+    X11SelectionPasteboard pasteboard;
+    pasteboard.setString("Gr\u00fc\u00dfe \U0001F600\n");
+    EXPECT_EQ(pasteboard.string(), "Gr\u00fc\u00dfe \U0001F600\n");
+    EXPECT_EQ(pasted(), "Gr\u00fc\u00dfe \U0001F600\n");
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QString("Gr\u00fc\u00dfe \U0001F600\n"))
+        << "the program's own text fields can paste it";
+    const auto other = copyFile("caf\xE9", "STRING");
+    EXPECT_EQ(pasteboard.string(), "caf\u00e9") << "a program that knows Latin-1 only";
+    pasteboard.clearContents();
+    EXPECT_EQ(pasteboard.string(), std::nullopt);
+    pasteboard.setString("mine");
+    EXPECT_EQ(pasted("STRING"), "mine");
+}
+
+TEST_F(Clipboard, ACopyByNobodyLeavesTheOwnerUntouched) {
+    X11SelectionPasteboard pasteboard;
+    auto other = copyFile("a picture", "image/png");
+    const auto before = owner();
+    EXPECT_EQ(capture(pasteboard, [] {}), "nothing");
+    EXPECT_EQ(owner(), before);
+    EXPECT_TRUE(other.isRunning());
+}
+
+TEST_F(Clipboard, EveryFormatComesBackAfterACopy) {
+    X11SelectionPasteboard pasteboard;
+    auto rich = copyRich("the text", "<b>the text</b>");
+    const std::string picture = pasted("image/png");
+    ASSERT_FALSE(picture.empty());
+    std::optional<ChildProcess> front;
+    EXPECT_EQ(capture(pasteboard, [&] { front.emplace(copyFile("selected")); }), "selected");
+    EXPECT_TRUE(holdsWithin(5s, [&] { return !rich.isRunning(); })) << "the first owner has lost it";
+    EXPECT_EQ(pasted(), "the text");
+    EXPECT_EQ(pasted("text/html"), "<b>the text</b>");
+    EXPECT_TRUE(pasted("image/png") == picture);
+    EXPECT_EQ(pasted("TARGETS").find("SAVE_TARGETS"), std::string::npos);
+    const auto alone = copyFile(picture, "image/png");
+    EXPECT_EQ(capture(pasteboard, [&] { front.emplace(copyFile("selected")); }), "selected");
+    EXPECT_TRUE(pasted("image/png") == picture) << "a picture without any text";
+    EXPECT_EQ(pasted("TARGETS").find("STRING"), std::string::npos) << "and still without";
+}
+
+TEST_F(Clipboard, TwoCopiesAtOnceBringBackWhatWasThereBeforeTheFirst) {
+    X11SelectionPasteboard pasteboard;
+    const auto rich = copyRich("the text", "<b>the text</b>");
+    std::vector<ChildProcess> copies;
+    const auto begin = [&] {
+        auto saved = pasteboard.string();
+        pasteboard.clearContents();
+        copies.push_back(copyFile("selected"));
+        return saved;
+    };
+    const auto finish = [&](const std::optional<std::string>& saved) {
+        const std::string fresh = pasteboard.string().value_or("");
+        if (saved && *saved == fresh)
+            return;
+        EXPECT_EQ(fresh, "selected");
+        pasteboard.clearContents();
+        pasteboard.setString(saved.value_or(""));
+    };
+    const auto first = begin();
+    const auto second = begin();
+    test::letPass(100ms);
+    finish(first);
+    finish(second);
+    EXPECT_EQ(pasted("text/html"), "<b>the text</b>");
+}
+
+TEST_F(Clipboard, WhatTheProgramsOwnFieldsCopiedComesBackToo) {
+    X11SelectionPasteboard pasteboard;
+    auto* data = new QMimeData;
+    data->setText("from the panel");
+    data->setHtml("<i>from the panel</i>");
+    QGuiApplication::clipboard()->setMimeData(data);
+    std::optional<ChildProcess> front;
+    EXPECT_LT(secondsOf([&] { EXPECT_EQ(pasteboard.string(), "from the panel"); }), 3)
+        << "nobody waits for the thread that waits";
+    EXPECT_EQ(capture(pasteboard, [&] { front.emplace(copyFile("selected")); }), "selected");
+    EXPECT_EQ(pasted("text/html"), "<i>from the panel</i>");
+}
+
+TEST_F(Clipboard, AStuckOwnerCostsAMomentAndKeepsItsContent) {
+    X11SelectionPasteboard pasteboard;
+    const auto other = copyFile("kept");
+    kill(other.processIdentifier(), SIGSTOP);
+    EXPECT_LT(secondsOf([&] { EXPECT_EQ(pasteboard.string(), std::nullopt); }), 3);
+    EXPECT_FALSE(pasteboard.isKept());
+    EXPECT_EQ(capture(pasteboard, [] {}), "nothing");
+    kill(other.processIdentifier(), SIGCONT);
+    EXPECT_EQ(pasted(), "kept");
+}
+
+TEST_F(Clipboard, FiftyMegabytesHoldUpNobodyAndAreNotLost) {
+    X11SelectionPasteboard pasteboard;
+    std::string large;
+    while (large.size() < (50U << 20U))
+        large += "fifty megabytes of words \u00fc\n";
+    std::ofstream(session_->desktop.temporaryDirectory() + "/large", std::ios::binary) << large;
+    const auto other = copyFile(large);
+    std::optional<std::string> seen;
+    const double time = secondsOf([&] { seen = pasteboard.string(); });
+    std::printf("a clipboard of 50 MB: %.0f ms, %s\n", time * 1000, seen ? "read" : "passed over");
+    EXPECT_LT(time, 3);
+    std::optional<ChildProcess> front;
+    bool isKept = false;
+    const std::string captured = capture(pasteboard, [&] {
+        isKept = pasteboard.isKept();
+        if (isKept)
+            front.emplace(copyFile("selected"));
+    });
+    EXPECT_EQ(captured, isKept ? "selected" : "nothing");
+    const auto compared = test::runChild(
+        {"sh", "-c",
+         "xclip -selection clipboard -o | cmp - " + session_->desktop.temporaryDirectory() + "/large"},
+        40s);
+    EXPECT_EQ(compared.exitCode, 0) << compared.output;
+}
+
+TEST_F(Clipboard, AClipboardManagerTakesTheContentOverAtTheEnd) {
+    const Manager manager;
+    {
+        X11SelectionPasteboard pasteboard;
+        pasteboard.setString("for later");
+    }
+    EXPECT_TRUE(manager.hasSaved());
+    EXPECT_EQ(pasted(), "for later");
+}
+
+} // namespace quillmoth::platform

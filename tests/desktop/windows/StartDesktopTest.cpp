@@ -1,0 +1,155 @@
+#include "tests/desktop/support/VisibleWindows.h"
+#include "tests/desktop/windows/ProgramDesktop.h"
+
+#include <fstream>
+#include <linux/input-event-codes.h>
+#include <map>
+#include <sstream>
+
+namespace quillmoth::test {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+class StartDesktop : public ProgramDesktop {
+protected:
+    /// Calls a method of the freedesktop Application interface.
+    static ChildResult call(const std::vector<std::string>& arguments) {
+        std::vector<std::string> command = {"gdbus",
+                                            "call",
+                                            "--session",
+                                            "--dest",
+                                            "org.quillmoth.Quillmoth",
+                                            "--object-path",
+                                            "/org/quillmoth/Quillmoth",
+                                            "--method"};
+        command.insert(command.end(), arguments.begin(), arguments.end());
+        return runChild(command, 20s);
+    }
+
+    void callsAndSees(const std::vector<std::string>& arguments, const std::function<bool()>& condition) {
+        const ChildResult result = call(arguments);
+        EXPECT_EQ(result.exitCode, 0) << result.output;
+        eventually(arguments.front() + " works", condition);
+    }
+
+    /// The commands of the launcher entry's actions.
+    static std::map<std::string, std::vector<std::string>> launcherActions() {
+        std::map<std::string, std::vector<std::string>> result;
+        std::ifstream file(QUILLMOTH_DESKTOP_FILE);
+        std::string action;
+        for (std::string line; std::getline(file, line);) {
+            if (line.starts_with("[Desktop Action "))
+                action = line.substr(16, line.size() - 17);
+            if (action.empty() || !line.starts_with("Exec=quillmoth "))
+                continue;
+            std::istringstream words(line.substr(15));
+            for (std::string word; words >> word;)
+                result[action].push_back(word);
+        }
+        return result;
+    }
+};
+
+} // namespace
+
+TEST_F(StartDesktop, TheFirstStartShowsTwoPagesThenTheSettingsAndNoLaterOneDoes) {
+    writeDefaults({{"firstTime", true}});
+    start();
+    awaitWindow("Onboarding");
+    EXPECT_EQ(defaults().value("firstTime", true), false);
+    eventually("the first page is on show", [&] { return shows("Welcome to"); });
+    EXPECT_TRUE(shows("Privacy"));
+    input().tapKey(KEY_ENTER);
+    eventually("the second page is on show", [&] { return shows("Resend the Last Prompt"); });
+    EXPECT_FALSE(shows("Welcome to"));
+    EXPECT_TRUE(has("label", "Ctrl+Shift+C")) << tree();
+    clickOn(control("push button", "Continue"));
+    awaitWindow("Settings");
+    EXPECT_FALSE(hasWindow("Onboarding"));
+    quit();
+    start();
+    run({"--settings"});
+    awaitWindow("Settings");
+    EXPECT_FALSE(hasWindow("Onboarding"));
+    run({"quillmoth://onboardingView"});
+    awaitWindow("Onboarding");
+    eventually("it begins at its first page", [&] { return shows("Welcome to"); });
+}
+
+TEST_F(StartDesktop, DISABLED_TheTrayItemOpensAMenuWhoseKeysWork) {
+    ChildProcess tray({"trayer", "--edge", "bottom", "--align", "right", "--widthtype", "pixel", "--width",
+                       "40", "--heighttype", "pixel", "--height", "40"});
+    eventually("there is a tray", [] { return hasWindow("panel"); });
+    start();
+    EXPECT_EQ(output().find("shows no tray"), std::string::npos) << output();
+    const auto menu = [&] { return visiblePopupOf(desktop(), static_cast<std::uint32_t>(process())); };
+    const auto openMenu = [&] {
+        const auto bar = desktop().windows().geometry(desktop().windows().windowTitled("panel").value());
+        // The item comes when the tray has taken it in; a click before that meets nothing.
+        eventually("a click on the item opens the menu", [&] {
+            input().click(bar.x + bar.width / 2, bar.y + bar.height / 2);
+            return holdsWithin(1s, [&] { return menu() != 0; });
+        });
+    };
+    // A menu takes the keyboard a moment after it shows; a key before that meets nothing.
+    const auto pressInMenu = [&](int key, const std::function<bool()>& isDone) {
+        openMenu();
+        eventually("the menu's key works", [&] {
+            input().chord({KEY_LEFTCTRL, key});
+            return holdsWithin(2s, isDone);
+        });
+    };
+    pressInMenu(KEY_2, [] { return hasWindow("Prompt Editor"); });
+    awaitWindow("Prompt Editor");
+    closeWindow("Prompt Editor");
+    pressInMenu(KEY_1, [] { return hasWindow("Onboarding"); });
+    awaitWindow("Onboarding");
+    closeWindow("Onboarding");
+    openMenu();
+    // The third of four items, all of one height, with a separator before the last.
+    const DesktopRectangle place = desktop().windows().geometry(menu());
+    input().click(place.x + place.width / 2, place.y + place.height * 11 / 20);
+    awaitWindow("Settings");
+    eventually("the menu has closed", [&] { return menu() == 0; });
+    pressInMenu(KEY_Q, [&] { return !isRunning(); });
+}
+
+TEST_F(StartDesktop, WithoutATrayTheLauncherHasTheMenuAndASecondStartAsksTheFirst) {
+    start();
+    eventually("the output says how to reach the program",
+               [&] { return output().find("This desktop shows no tray.") != std::string::npos; });
+    const auto actions = launcherActions();
+    ASSERT_EQ(actions.size(), 5U);
+    run(actions.at("toggle"));
+    eventually("the launcher opens the panel", [] { return isPanelVisible(); });
+    run(actions.at("toggle"));
+    eventually("the launcher closes the panel", [] { return !isPanelVisible(); });
+    for (const auto& [action, title] :
+         {std::pair("get-started", "Onboarding"), std::pair("prompt-editor", "Prompt Editor"),
+          std::pair("settings", "Settings")}) {
+        run(actions.at(action));
+        awaitWindow(title);
+        closeWindow(title);
+    }
+    run({});
+    eventually("a plain second start shows the panel", [] { return isPanelVisible(); });
+    run(actions.at("quit"));
+    eventually("the launcher ends the program", [&] { return !isRunning(); });
+}
+
+TEST_F(StartDesktop, TheBusReachesTheProgramByTheFreedesktopApplicationInterface) {
+    start();
+    const std::string interface = "org.freedesktop.Application.";
+    callsAndSees({interface + "Activate", "{}"}, [] { return isPanelVisible(); });
+    callsAndSees({interface + "ActivateAction", "toggle", "[]", "{}"}, [] { return !isPanelVisible(); });
+    callsAndSees({interface + "Open", "['quillmoth://promptEditor']", "{}"},
+                 [] { return hasWindow("Prompt Editor"); });
+    callsAndSees({interface + "ActivateAction", "settings", "[]", "{}"},
+                 [] { return hasWindow("Settings"); });
+    EXPECT_NE(call({interface + "ActivateAction", "dance", "[]", "{}"}).exitCode, 0);
+    callsAndSees({interface + "ActivateAction", "quit", "[]", "{}"}, [&] { return !isRunning(); });
+}
+
+} // namespace quillmoth::test

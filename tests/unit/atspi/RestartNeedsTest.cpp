@@ -1,0 +1,55 @@
+#include "Platform/Linux/AtSpi/RestartNeeds.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <gtest/gtest.h>
+
+namespace quillmoth::platform {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class RestartNeeds : public testing::Test {
+protected:
+    RestartNeeds() {
+        std::string pattern = fs::temp_directory_path() / "quillmoth-processes-XXXXXX";
+        root_ = mkdtemp(pattern.data());
+        write("engine/chrome_100_percent.pak", "");
+        write("usr/plain", "");
+    }
+
+    ~RestartNeeds() override { fs::remove_all(root_); }
+
+    void write(const std::string& path, const std::string& text) {
+        fs::create_directories((root_ / path).parent_path());
+        std::ofstream(root_ / path) << text;
+    }
+
+    void addProcess(const std::string& number, const std::string& name, const std::string& program,
+                    const std::string& maps, const std::string& arguments = {}) {
+        write("proc/" + number + "/comm", name + "\n");
+        write("proc/" + number + "/maps", maps);
+        write("proc/" + number + "/cmdline", arguments);
+        fs::create_symlink(root_ / program, root_ / "proc" / number / "exe");
+    }
+
+    fs::path root_;
+};
+
+} // namespace
+
+TEST_F(RestartNeeds, NamesWhatLooksAtItsStartOnlyAndEachOnce) {
+    const std::string qt6 = "7f00-7f01 r-xp 0 fe:00 1  /usr/lib/x86_64-linux-gnu/libQt6Gui.so.6.4.2\n";
+    addProcess("10", "notes", "usr/plain", qt6);
+    addProcess("11", "notes", "usr/plain", qt6);
+    addProcess("12", "editor", "usr/plain", "7f00-7f01 r-xp 0 fe:00 1  /usr/lib/libQt5Gui.so.5\n");
+    addProcess("13", "browser", "engine/browser", "");
+    addProcess("14", "renderer", "engine/browser", "", std::string("browser") + '\0' + "--type=renderer");
+    addProcess("15", "web-view", "engine/view", "", std::string("view") + '\0' + "--type=gpu");
+    addProcess("self", "not-a-process", "engine/browser", "");
+    EXPECT_EQ(programsToRestart(root_ / "proc"), (std::vector<std::string>{"browser", "notes"}));
+    EXPECT_TRUE(programsToRestart(root_ / "nowhere").empty());
+}
+
+} // namespace quillmoth::platform

@@ -1,0 +1,105 @@
+#include "Quillmoth/Diagnosis/Diagnosis.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+
+namespace quillmoth {
+
+namespace {
+
+DesktopFacts goodDesktop() {
+    return {.sessionType = "x11",
+            .hasXServer = true,
+            .windowManager = "Openbox",
+            .hasCompositor = true,
+            .isRunning = true,
+            .hotKey = "Alt+Space",
+            .isHotKeyShared = false,
+            .answersAccessibility = true,
+            .isAccessibilityEnabled = true,
+            .front = DesktopFacts::Front{.program = "mousepad",
+                                         .toolkit = "gtk",
+                                         .hasFocus = true,
+                                         .hasText = true,
+                                         .isEditable = true,
+                                         .takesEdits = true},
+            .clipboard = {.hasOwner = true, .answers = true, .hasManager = true},
+            .hasTray = true,
+            .hasPortal = true};
+}
+
+std::string page(const DesktopFacts& facts) {
+    std::string text;
+    for (const std::string& line : diagnosis(facts))
+        text += line + "\n";
+    return text;
+}
+
+} // namespace
+
+TEST(Diagnosis, WhereAllIsWellNothingIsToBeDone) {
+    EXPECT_EQ(page(goodDesktop()), "Session: x11, with an X server\n"
+                                   "Window manager: Openbox\n"
+                                   "Compositor: running\n"
+                                   "Hot key: Alt+Space, active\n"
+                                   "Accessibility bus: enabled\n"
+                                   "Program in front: mousepad (gtk)\n"
+                                   "Capture: through accessibility\n"
+                                   "Write-back: through accessibility\n"
+                                   "Clipboard: works; a clipboard manager runs\n"
+                                   "Tray: there\n"
+                                   "Desktop portal: there\n");
+}
+
+TEST(Diagnosis, EachFaultComesWithWhatToDoAboutIt) {
+    struct Case {
+        void (*spoil)(DesktopFacts&);
+        const char* state;
+        const char* advice;
+    };
+
+    const Case cases[] = {
+        {[](DesktopFacts& f) { f.hasXServer = false; }, "Session: x11, without an X server", "--toggle"},
+        {[](DesktopFacts& f) { f.windowManager.clear(); }, "Window manager: none", "EWMH"},
+        {[](DesktopFacts& f) { f.hotKey.clear(); }, "Hot key: none", "record one"},
+        {[](DesktopFacts& f) { f.isRunning = false; }, "Quillmoth does not run", "start Quillmoth"},
+        {[](DesktopFacts& f) { f.isHotKeyShared = true; }, "Openbox has it too", "record another"},
+        {[](DesktopFacts& f) { f.answersAccessibility = false; }, "does not answer", "at-spi2-core"},
+        {[](DesktopFacts& f) { f.isAccessibilityEnabled = false; }, "not enabled", "agree"},
+        {[](DesktopFacts& f) { f.front.reset(); }, "Program in front: none", "click"},
+        {[](DesktopFacts& f) { f.front->isHung = true; }, "does not answer", "wait"},
+        {[](DesktopFacts& f) { f.front->hasText = f.front->hasFocus = false; }, "shows nothing",
+         "restart it"},
+        {[](DesktopFacts& f) { f.front->isEditable = false; }, "nothing there can be edited", "Ctrl+Shift+C"},
+        {[](DesktopFacts& f) { f.clipboard.answers = false; }, "its owner does not answer", "copy something"},
+        {[](DesktopFacts& f) { f.clipboard.hasManager = false; }, "no clipboard manager", "install"},
+        {[](DesktopFacts& f) { f.hasTray = false; }, "Tray: none", "--settings"},
+    };
+    for (const auto& [spoil, state, advice] : cases) {
+        DesktopFacts facts = goodDesktop();
+        spoil(facts);
+        const auto lines = diagnosis(facts);
+        EXPECT_TRUE(std::any_of(lines.begin(), lines.end(),
+                                [&](const std::string& line) {
+                                    const auto arrow = line.find("\n    -> ");
+                                    return line.find(state) < arrow && arrow != std::string::npos &&
+                                           line.find(advice, arrow) != std::string::npos;
+                                }))
+            << state << "\n"
+            << page(facts);
+    }
+}
+
+TEST(Diagnosis, NamesTheWayThatWorksInTheProgramInFront) {
+    DesktopFacts facts = goodDesktop();
+    facts.front->takesEdits = false;
+    EXPECT_NE(page(facts).find("Write-back: by pasting\n"), std::string::npos);
+    facts.front = DesktopFacts::Front{.program = "xterm", .ownsPrimary = true};
+    EXPECT_NE(page(facts).find("Capture: through its mouse selection\n"), std::string::npos);
+    facts.front =
+        DesktopFacts::Front{.program = "firefox", .hasFocus = true, .hasText = true, .isSecret = true};
+    EXPECT_NE(page(facts).find("Capture: never"), std::string::npos);
+    EXPECT_NE(page(facts).find("Write-back: never"), std::string::npos);
+}
+
+} // namespace quillmoth

@@ -1,0 +1,69 @@
+#include "Platform/Linux/Desktop/DesktopKeySettings.h"
+#include "Platform/Fake/FakeDesktop.h"
+
+#include <gtest/gtest.h>
+
+namespace quillmoth::platform {
+namespace {
+
+constexpr std::int64_t kCtrl = 0x100;
+constexpr std::int64_t kShift = 0x200;
+constexpr std::int64_t kAlt = 0x800;
+constexpr std::int64_t kSuper = 0x1000;
+
+using Keys = std::vector<KeyCombination>;
+
+TEST(DesktopKeySettings, OpenboxKeysAreReadAndAChainCountsByItsFirstKey) {
+    const Keys expected = {{"Left", kCtrl | kAlt}, {"g", kSuper}, {"Print", 0}, {"F4", kAlt}};
+    EXPECT_EQ(openboxKeys(R"(<openbox_config xmlns="http://openbox.org/3.4/rc"><keyboard>
+        <chainQuitKey>C-g</chainQuitKey>
+        <keybind key="C-A-Left"><action name="GoToDesktop"><to>left</to></action></keybind>
+        <keybind key="W-g"><keybind key="C-e"><action name="Execute"/></keybind></keybind>
+        <keybind key="Print H-x A-F4"><action name="Close"/></keybind>
+        </keyboard></openbox_config>)"),
+              expected)
+        << "a modifier that hot keys do not know leaves its key out";
+    EXPECT_TRUE(openboxKeys("<keyboard><keybind key=").empty());
+}
+
+TEST(DesktopKeySettings, XfceKeysAreTheUsersOwnListWhereThereIsOne) {
+    const Keys expected = {{"F4", kAlt}, {"Page_Down", kAlt | kShift}, {"Delete", kCtrl | kAlt}};
+    EXPECT_EQ(xfceKeys(R"(<channel name="xfce4-keyboard-shortcuts">
+        <property name="commands" type="empty">
+          <property name="default" type="empty">
+            <property name="&lt;Primary&gt;&lt;Alt&gt;Delete" type="string" value="lock"/>
+          </property>
+        </property>
+        <property name="xfwm4" type="empty">
+          <property name="default" type="empty">
+            <property name="&lt;Alt&gt;space" type="empty"/>
+          </property>
+          <property name="custom" type="empty">
+            <property name="&lt;Alt&gt;F4" type="string" value="close_window_key"/>
+            <property name="&lt;Shift&gt;&lt;Alt&gt;Page_Down" type="string" value="lower_window_key"/>
+            <property name="override" type="bool" value="true"/>
+          </property>
+        </property></channel>)"),
+              expected);
+}
+
+TEST(DesktopKeySettings, AnAcceleratorIsReadWithItsModifiersInAnyCase) {
+    EXPECT_EQ(acceleratorCombination("<Super>l"), (KeyCombination{"l", kSuper}));
+    EXPECT_EQ(acceleratorCombination("<control><ALT>T"), (KeyCombination{"T", kCtrl | kAlt}));
+    for (const char* text : {"", "disabled", "<Alt>", "<Hyper>x", "<Alt"})
+        EXPECT_EQ(acceleratorCombination(text), std::nullopt) << text;
+}
+
+TEST(DesktopKeySettings, AKeyIsFoundByWhatItWritesUnderTheLayoutInForce) {
+    FakeKeyboardLayout layout;
+    layout.characters = {{0, "q"}, {12, "a"}, {27, "ß"}, {44, "-"}};
+    const KeyNames names(layout);
+    EXPECT_EQ(names.virtualKeyCode("a"), 12);
+    EXPECT_EQ(names.virtualKeyCode("Q"), 0);
+    EXPECT_EQ(names.virtualKeyCode("minus"), 44);
+    EXPECT_EQ(names.virtualKeyCode("space"), 49);
+    EXPECT_EQ(names.virtualKeyCode("Print"), std::nullopt) << "a key without a virtual key code";
+}
+
+} // namespace
+} // namespace quillmoth::platform
