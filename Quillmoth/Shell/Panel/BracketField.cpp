@@ -44,6 +44,8 @@ protected:
 
     void focusOutEvent(QFocusEvent* event) override {
         PanelTextEdit::focusOutEvent(event);
+        if (event->reason() != Qt::ActiveWindowFocusReason && event->reason() != Qt::PopupFocusReason)
+            deselect();
         field_.update();
     }
 
@@ -54,6 +56,12 @@ protected:
     [[nodiscard]] int caretHeight() const override { return 18; }
 
 private:
+    void deselect() {
+        QTextCursor cursor = textCursor();
+        cursor.clearSelection();
+        setTextCursor(cursor);
+    }
+
     BracketField& field_;
 };
 

@@ -12,7 +12,7 @@ namespace quillmoth {
 
 namespace {
 
-constexpr int kFaceColumn = 22;
+constexpr double kFaceColumn = 1.375; // in font sizes, as in the rows of the lists
 constexpr int kFaceGap = 10;
 constexpr int kFaceFontSize = 16;
 constexpr std::size_t kTail = 64;
@@ -199,20 +199,24 @@ void ConversationView::place(int width) const {
     placedHeight_ = top;
 }
 
+int ConversationView::faceColumn() const {
+    return qRound(kFaceColumn * fontSize_);
+}
+
 int ConversationView::contentHeight(const Row& row, int width) const {
     if (!row.content)
         return 0;
-    const int faces = row.role == Role::system ? 0 : kFaceColumn + kFaceGap;
+    const int faces = row.role == Role::system ? 0 : faceColumn() + kFaceGap;
     return row.content->heightForWidth(width - 2 * panel::kMessagePadding - faces);
 }
 
 void ConversationView::placeContent(const Row& row, int width) const {
     const int inside = width - 2 * panel::kMessagePadding;
-    const int available = inside - (row.role == Role::system ? 0 : kFaceColumn + kFaceGap);
+    const int available = inside - (row.role == Role::system ? 0 : faceColumn() + kFaceGap);
     const int wanted = row.role == Role::user ? row.content->naturalWidth(available) : available;
     int left = panel::kMessagePadding;
     if (row.role == Role::assistant)
-        left += kFaceColumn + kFaceGap;
+        left += faceColumn() + kFaceGap;
     else if (row.role == Role::user)
         left += available - wanted;
     if (layoutDirection() == Qt::RightToLeft)
@@ -230,9 +234,10 @@ void ConversationView::paintEvent(QPaintEvent* event) {
         if (!hasFace || !row.content || !whole.intersects(event->rect()))
             continue;
         const bool leading = (row.role == Role::assistant) == (layoutDirection() == Qt::LeftToRight);
-        const int left = leading ? panel::kMessagePadding : width() - panel::kMessagePadding - kFaceColumn;
+        const int column = faceColumn();
+        const int left = leading ? panel::kMessagePadding : width() - panel::kMessagePadding - column;
         const double middle = row.top + panel::kMessagePadding + row.content->firstLineMiddle();
-        painter.drawText(QRectF(left, middle - kFaceColumn, kFaceColumn, 2 * kFaceColumn),
+        painter.drawText(QRectF(left, middle - column, column, 2 * column),
                          Qt::AlignCenter | Qt::TextDontClip, faceOf(row.role == Role::assistant));
     }
 }

@@ -70,6 +70,7 @@ private:
     MessageContent* makeContent(Role role, bool markdown);
     void connectContent(MessageContent& content);
     void place(int width) const;
+    [[nodiscard]] int faceColumn() const;
     [[nodiscard]] int contentHeight(const Row& row, int width) const;
     void placeContent(const Row& row, int width) const;
 
