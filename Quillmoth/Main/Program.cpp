@@ -1,7 +1,6 @@
 #include "Quillmoth/Main/Program.h"
 
 #include "Platform/Linux/AtSpi/RestartNeeds.h"
-#include "Quillmoth/Shell/ConsentDialog.h"
 #include "Quillmoth/Shell/Panel/FloatingView.h"
 #include "Quillmoth/Shell/Panel/MarkdownMessage.h"
 
@@ -50,7 +49,7 @@ Program::Program()
     services_.application.setSettingsHandler([this] { windows_.showSettings(); });
     services_.workspace.setOwnURLHandler([this](const std::vector<std::string>& urls) { openURLs(urls); });
     services_.setConsentQuestion([this] {
-        askForAccessibilityConsent(platform::programsToRestart(), [this] { services_.consentGiven(); });
+        windows_.askForConsent(platform::programsToRestart(), [this] { services_.consentGiven(); });
     });
 }
 

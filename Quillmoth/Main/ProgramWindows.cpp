@@ -3,6 +3,7 @@
 #include "Platform/Application.h"
 #include "Quillmoth/Shell/Editor/PromptEditorWindow.h"
 #include "Quillmoth/Shell/Windows/ColorScheme.h"
+#include "Quillmoth/Shell/Windows/ConsentDialog.h"
 #include "Quillmoth/Shell/Windows/OnboardingWindow.h"
 
 #include <QCoreApplication>
@@ -55,6 +56,10 @@ void ProgramWindows::showPromptEditor() {
         prepare(*promptEditor_);
     }
     promptEditor_->present();
+}
+
+void ProgramWindows::askForConsent(const std::vector<std::string>& programs, std::function<void()> agreed) {
+    askForAccessibilityConsent(programs, colorScheme().isDark(), std::move(agreed));
 }
 
 } // namespace quillmoth

@@ -4,7 +4,10 @@
 #include "Platform/Platform.h"
 #include "Quillmoth/Shell/Windows/SettingsWindow.h"
 
+#include <functional>
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace quillmoth {
 
@@ -29,6 +32,8 @@ public:
     void showSettings();
     void showOnboarding();
     void showPromptEditor();
+    /// Asks whether accessibility may be switched on, naming the programs that have to be restarted then.
+    void askForConsent(const std::vector<std::string>& programs, std::function<void()> agreed);
 
 private:
     [[nodiscard]] ColorScheme& colorScheme();

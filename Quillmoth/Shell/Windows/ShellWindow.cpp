@@ -6,11 +6,15 @@
 #include "Quillmoth/Shell/Windows/WindowTheme.h"
 
 #include <QApplication>
+#include <QLabel>
+#include <QLayout>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
 #include <QShortcut>
 
+#include <algorithm>
 #include <utility>
 
 namespace quillmoth {
@@ -35,10 +39,21 @@ void ShellWindow::present() {
     // Or the activation would give it to the first control, which then acts on keys not meant for it.
     if (!isVisible())
         setFocus(Qt::OtherFocusReason);
+    if (!testAttribute(Qt::WA_Moved))
+        placeInTheMiddle();
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
     raise();
     activateWindow();
+}
+
+// Left to themselves, window managers put it into a corner, or where the smallest part of others is covered.
+void ShellWindow::placeInTheMiddle() {
+    const QScreen* pointed = QGuiApplication::screenAt(QCursor::pos());
+    const QRect room = (pointed != nullptr ? pointed : screen())->availableGeometry();
+    QRect frame(QPoint(), size());
+    frame.moveCenter(room.center());
+    move(std::max(frame.left(), room.left()), std::max(frame.top(), room.top()));
 }
 
 void ShellWindow::applyLook() {
@@ -72,6 +87,16 @@ bool ShellWindow::focusNextPrevChild(bool next) {
     return moved;
 }
 
+void styleAlert(QMessageBox& alert, const QPalette& palette) {
+    alert.setPalette(palette);
+    alert.setFont(windowFont());
+    applyWindowStyle(&alert);
+    // The name that Qt gives to the label of the text proper.
+    if (auto* text = alert.findChild<QLabel*>(QStringLiteral("qt_msgbox_label")))
+        text->setFont(windowFont(14, QFont::DemiBold));
+    alert.layout()->setContentsMargins(20, 20, 20, 16);
+}
+
 void showAlert(QWidget* parent, bool isWarning, const QString& text, const QString& informativeText,
                std::function<void()> done, const AlertButton& extra) {
     QWidget* window = parent != nullptr ? parent->window() : nullptr;
@@ -89,11 +114,7 @@ void showAlert(QWidget* parent, bool isWarning, const QString& text, const QStri
         // By its text: a standard button would bring an icon along.
         alert->addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
     }
-    if (window != nullptr) {
-        alert->setPalette(window->palette());
-        alert->setFont(window->font());
-        applyWindowStyle(alert);
-    }
+    styleAlert(*alert, window != nullptr ? window->palette() : alert->palette());
     if (done)
         QObject::connect(alert, &QDialog::finished, alert, [done = std::move(done)] { done(); });
     // Modal to its window, or to the whole program where it has none.

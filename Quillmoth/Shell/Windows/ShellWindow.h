@@ -7,6 +7,8 @@
 
 #include <functional>
 
+class QMessageBox;
+
 namespace quillmoth {
 
 class ColorScheme;
@@ -37,6 +39,7 @@ protected:
 
 private:
     void follow(QWidget* focused);
+    void placeInTheMiddle();
 
     ColorScheme& colorScheme_;
     FocusRing* focusRing_ = nullptr;
@@ -51,6 +54,9 @@ struct AlertButton {
     QString title;
     std::function<void()> action;
 };
+
+/// Gives the message box the look of the program's windows, in the colours of `palette`.
+void styleAlert(QMessageBox& alert, const QPalette& palette);
 
 /// A sheet on the window of `parent`, or a dialog where there is none. Returns at once; `done` is called when
 /// it has been closed. `extra` is a further button in front of the one that closes it.

@@ -2,11 +2,13 @@
 #include "Quillmoth/Shell/Editor/EmojiPicker.h"
 #include "Quillmoth/Shell/Editor/PresetFileMenu.h"
 #include "Quillmoth/Shell/Editor/PromptEditorWindow.h"
+#include "Quillmoth/Shell/Windows/ConsentDialog.h"
 #include "Quillmoth/Shell/Windows/Controls.h"
 #include "Quillmoth/Shell/Windows/WindowTheme.h"
 #include "tests/unit/windows/WindowFixture.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QDir>
 #include <QLineEdit>
 #include <QMenu>
@@ -122,6 +124,9 @@ void drawSettingsWithKey(const Album& album) {
 
 void drawOnboarding(const Album& album) {
     ColorScheme scheme(album.isDark);
+    QDialog* consent = askForAccessibilityConsent({"Mousepad", "Text Editor"}, album.isDark, [] {});
+    album.add(*consent, "consent");
+    consent->close();
     OnboardingWindow window(scheme, [] {});
     window.present();
     album.add(window, "onboarding-1");
