@@ -1,9 +1,9 @@
 #include "MarkdownUI/CodeBlockGeometry.h"
 
-#include <algorithm>
 #include <cmath>
 
 #include "MarkdownUI/DocumentState.h"
+#include "MarkdownUI/ScrollRegion.h"
 
 namespace quillmoth::markdown {
 
@@ -16,47 +16,14 @@ constexpr double kButtonTop = 6;
 constexpr double kButtonSymbol = 14;
 constexpr double kButtonSpacing = 5;
 
-const FlowGroup& groupOf(const DocumentState& state, std::size_t codeBlock) {
-    return state.flow().groups[state.flow().codeBlocks[codeBlock]];
-}
-
-/// Exact when all of the block has been seen; before that the longest line counts with an advance a byte.
-double codeWidth(const DocumentState& state, std::size_t codeBlock) {
-    const FlowGroup& group = groupOf(state, codeBlock);
-    const GroupState& seen = state.group(state.flow().codeBlocks[codeBlock]);
-    if (seen.unitsSeen == group.endUnit - group.firstUnit)
-        return seen.codeWidth;
-    const FlowUnit& unit = state.flow().units[group.firstUnit];
-    const FontMetrics metrics = state.context().engine.metricsOf(makeFont(state.flow().fontOf(unit)));
-    return std::max(seen.codeWidth, static_cast<double>(group.longestLine) * metrics.averageAdvance);
-}
-
 } // namespace
 
 Font copyButtonFont() {
     return {.size = 12, .weight = FontProperties::Weight::medium};
 }
 
-Rect codeBlockFrame(const DocumentState& state, std::size_t codeBlock) {
-    const FlowGroup& group = groupOf(state, codeBlock);
-    const ColumnFrame frame = contentFrame(state.context(), state.flow().units[group.firstUnit]);
-    const double top = state.contentTop(group.firstUnit);
-    return {frame.x, top, frame.width, state.heights().top(group.endUnit) - top};
-}
-
-ScrollRegionItem codeScrollRegion(const DocumentState& state, std::size_t codeBlock) {
-    ScrollRegionItem region;
-    region.frame = codeBlockFrame(state, codeBlock);
-    region.contentWidth =
-        std::max(region.frame.width, std::ceil(codeWidth(state, codeBlock)) + 2 * kCodePadding);
-    region.offset =
-        std::clamp(state.codeViews[codeBlock].scrollOffset, 0.0, region.contentWidth - region.frame.width);
-    region.codeBlock = codeBlock;
-    return region;
-}
-
 ButtonItem copyButton(DocumentState& state, std::size_t codeBlock) {
-    const Rect block = codeBlockFrame(state, codeBlock);
+    const Rect block = scrollRegionOf(state, state.flow().codeBlocks[codeBlock]).frame;
     const Size label = state.copyLabelSize();
     const double width =
         std::ceil(kButtonPadding + kButtonSymbol + kButtonSpacing + label.width + kButtonPadding);
@@ -67,7 +34,7 @@ ButtonItem copyButton(DocumentState& state, std::size_t codeBlock) {
     button.labelOrigin = {button.symbolFrame.right() + kButtonSpacing,
                           button.frame.y + (kButtonHeight - label.height) / 2};
     button.font = copyButtonFont();
-    button.isDone = state.codeViews[codeBlock].isJustCopied;
+    button.isDone = state.justCopied[codeBlock];
     button.symbol = button.isDone ? "checkmark" : "doc.on.doc";
     button.label = button.isDone ? kCopiedLabel : kCopyLabel;
     button.codeBlock = codeBlock;

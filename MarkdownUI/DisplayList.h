@@ -65,8 +65,9 @@ struct ButtonItem {
 struct ScrollRegionItem {
     Rect frame;
     double contentWidth = 0;
-    double offset = 0; ///< from 0 to contentWidth - frame.width
-    std::size_t codeBlock = 0;
+    double offset = 0;     ///< from 0 to contentWidth - frame.width
+    std::size_t group = 0; ///< its name in the document
+    bool isCode = false;   ///< else a table
     std::size_t itemCount = 0;
 };
 

@@ -4,6 +4,7 @@
 
 #include "MarkdownUI/CodeBlockGeometry.h"
 #include "MarkdownUI/DocumentState.h"
+#include "MarkdownUI/ScrollRegion.h"
 
 namespace quillmoth::markdown {
 
@@ -17,7 +18,8 @@ std::size_t codeBlockOfGroup(const DocumentFlow& flow, std::uint32_t group) {
                                     flow.codeBlocks.begin());
 }
 
-enum class Part { all, textOnly, labelsOnly };
+/// Of a box: all, or what scrolls with its block, or the markers before it.
+enum class Part { all, content, markers };
 
 class Builder {
 public:
@@ -64,15 +66,18 @@ private:
     void addBox(std::size_t unit, Part part, double left) {
         const Box& box = state_.box(unit);
         const double top = state_.contentTop(unit);
+        const auto isWanted = [part](bool isMarker) {
+            return part == Part::all || isMarker == (part == Part::markers);
+        };
         for (const DisplayItem& decoration : box.decorations) {
-            if (part == Part::textOnly || !isInSight(frameOf(decoration).translated(0, top)))
+            const bool isMarker = std::holds_alternative<SymbolItem>(decoration);
+            if (!isWanted(isMarker) || !isInSight(frameOf(decoration).translated(0, top)))
                 continue;
             DisplayItem& item = list_.emplace_back(decoration);
-            std::visit([top](auto& kind) { kind.frame = kind.frame.translated(0, top); }, item);
+            std::visit([&](auto& kind) { kind.frame = kind.frame.translated(-left, top); }, item);
         }
         for (const Fragment& fragment : box.fragments) {
-            const bool isLabel = fragment.textBlock == kNoTextBlock;
-            if (part == Part::all || isLabel == (part == Part::labelsOnly))
+            if (isWanted(fragment.textBlock == kNoTextBlock))
                 addFragment(fragment, left, top);
         }
     }
@@ -81,23 +86,27 @@ private:
     std::size_t addCode(std::uint32_t group, std::size_t unit) {
         const std::size_t codeBlock = codeBlockOfGroup(flow_, group);
         const std::size_t first = unit;
-        ScrollRegionItem region = codeScrollRegion(state_, codeBlock);
+        const ScrollRegionItem region = scrollRegionOf(state_, group);
         list_.push_back(RectangleItem{region.frame, SemanticColor::codeFill, kCodeRadius});
         const std::size_t place = list_.size();
         list_.push_back(region);
         const std::size_t end = flow_.groups[group].endUnit;
         for (; unit < end && isAboveBottom(unit); ++unit)
-            addBox(unit, Part::textOnly, region.offset);
-        region.itemCount = list_.size() - place - 1;
-        list_[place] = region;
+            addBox(unit, Part::content, region.offset);
+        endRegion(place);
         const Rect bar{region.frame.x, region.frame.y, kSideBarWidth, region.frame.height};
         list_.push_back(RectangleItem{bar, SemanticColor::gray});
         const ButtonItem button = copyButton(state_, codeBlock);
         if (isInSight(button.frame))
             list_.push_back(button);
         if (flow_.units[first].markerCount > 0)
-            addBox(first, Part::labelsOnly, 0);
+            addBox(first, Part::markers, 0);
         return unit;
+    }
+
+    /// The region at `place` in the list holds all that has been added behind it.
+    void endRegion(std::size_t place) {
+        std::get<ScrollRegionItem>(list_[place]).itemCount = list_.size() - place - 1;
     }
 
     /// The same for a table, whose borders are drawn for the rows in sight.
@@ -107,20 +116,31 @@ private:
         const std::size_t first = unit;
         (void)state_.box(unit); // makes the columns
         const TableColumns& columns = *state_.group(group).columns;
+        const ScrollRegionItem region = scrollRegionOf(state_, group);
+        const bool scrolls = scrollsSideways(columns, {region.frame.x, region.frame.width});
+        const double barRoom = scrolls ? kTableBarRoom : 0;
         TableBounds table;
-        table.bounds = columns.bounds;
-        table.bounds.y = state_.contentTop(flowGroup.firstUnit);
-        table.bounds.height = state_.heights().top(flowGroup.endUnit) - table.bounds.y;
+        table.bounds = columns.bounds.translated(-region.offset, region.frame.y);
+        table.bounds.height = region.frame.height - barRoom;
         for (const ColumnFrame& column : columns.columns)
-            table.columns.push_back({column.x, column.width});
+            table.columns.push_back({column.x - region.offset, column.width});
         for (; unit < flowGroup.endUnit && isAboveBottom(unit); ++unit)
             table.rows.push_back(boundsOfRow(unit, border.strokeStyle.lineWidth));
+        if (unit == flowGroup.endUnit)
+            table.rows.back().height -= barRoom;
+        const std::size_t place = list_.size();
+        if (scrolls)
+            list_.push_back(region);
         addBackground(table, flow_.units[first].row);
         for (std::size_t row = first; row < unit; ++row)
-            addBox(row, Part::all, 0);
+            addBox(row, scrolls ? Part::content : Part::all, region.offset);
         for (const Rect& line : border.visibleBorders.rectangles(table, border.strokeStyle.lineWidth)) {
             if (isInSight(line))
                 list_.push_back(RectangleItem{line, border.color});
+        }
+        if (scrolls) {
+            endRegion(place);
+            addBox(first, Part::markers, 0);
         }
         return unit;
     }
@@ -154,13 +174,6 @@ private:
 
 DisplayList makeDisplayList(DocumentState& state, const Rect& area) {
     return Builder(state, area).build();
-}
-
-double scrollOffsetOfUnit(const DocumentState& state, std::size_t unit) {
-    const FlowUnit& flowUnit = state.flow().units[unit];
-    if (flowUnit.kind != FlowUnit::Kind::code)
-        return 0;
-    return codeScrollRegion(state, codeBlockOfGroup(state.flow(), flowUnit.group)).offset;
 }
 
 } // namespace quillmoth::markdown

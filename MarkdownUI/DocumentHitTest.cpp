@@ -3,10 +3,9 @@
 #include <algorithm>
 #include <cmath>
 
-#include "MarkdownUI/CodeBlockGeometry.h"
-#include "MarkdownUI/DisplayListBuilder.h"
 #include "MarkdownUI/DocumentState.h"
 #include "MarkdownUI/DocumentText.h"
+#include "MarkdownUI/ScrollRegion.h"
 
 namespace quillmoth::markdown {
 
@@ -208,7 +207,18 @@ std::optional<std::size_t> codeBlockAt(DocumentState& state, Point point) {
     const auto& codeBlocks = state.flow().codeBlocks;
     const auto found = std::ranges::lower_bound(codeBlocks, state.flow().units[*unit].group);
     const auto codeBlock = static_cast<std::size_t>(found - codeBlocks.begin());
-    return codeBlockFrame(state, codeBlock).contains(point) ? std::optional(codeBlock) : std::nullopt;
+    return scrollRegionOf(state, *found).frame.contains(point) ? std::optional(codeBlock) : std::nullopt;
+}
+
+std::optional<ScrollRegionItem> scrollRegionAt(DocumentState& state, Point point) {
+    const auto unit = unitAt(state, point);
+    if (!unit)
+        return std::nullopt;
+    const FlowUnit& flowUnit = state.flow().units[*unit];
+    if (flowUnit.kind != FlowUnit::Kind::code && flowUnit.kind != FlowUnit::Kind::tableRow)
+        return std::nullopt;
+    const ScrollRegionItem region = scrollRegionOf(state, flowUnit.group);
+    return region.frame.contains(point) ? std::optional(region) : std::nullopt;
 }
 
 } // namespace quillmoth::markdown

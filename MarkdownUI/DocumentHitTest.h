@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "MarkdownUI/DisplayList.h"
 #include "MarkdownUI/Geometry.h"
 #include "MarkdownUI/TextPosition.h"
 
@@ -19,5 +20,6 @@ class DocumentState;
 [[nodiscard]] Rect caretRectangle(DocumentState& state, const TextPosition& position);
 [[nodiscard]] std::optional<std::string> linkAt(DocumentState& state, Point point);
 [[nodiscard]] std::optional<std::size_t> codeBlockAt(DocumentState& state, Point point);
+[[nodiscard]] std::optional<ScrollRegionItem> scrollRegionAt(DocumentState& state, Point point);
 
 } // namespace quillmoth::markdown

@@ -9,6 +9,7 @@
 #include "MarkdownUI/DocumentParts.h"
 #include "MarkdownUI/DocumentState.h"
 #include "MarkdownUI/DocumentText.h"
+#include "MarkdownUI/ScrollRegion.h"
 
 namespace quillmoth::markdown {
 
@@ -183,17 +184,24 @@ std::string DocumentLayout::codeBlockText(std::size_t codeBlock) const {
 }
 
 void DocumentLayout::setJustCopied(std::size_t codeBlock, bool justCopied) {
-    if (codeBlock < state_->codeViews.size())
-        state_->codeViews[codeBlock].isJustCopied = justCopied;
+    if (codeBlock < state_->justCopied.size())
+        state_->justCopied[codeBlock] = justCopied;
 }
 
-ScrollRegionItem DocumentLayout::scrollRegion(std::size_t codeBlock) {
-    return codeScrollRegion(*state_, codeBlock);
+std::size_t DocumentLayout::groupOfCodeBlock(std::size_t codeBlock) const {
+    return state_->flow().codeBlocks[codeBlock];
 }
 
-void DocumentLayout::setScrollOffset(std::size_t codeBlock, double offset) {
-    state_->codeViews[codeBlock].scrollOffset = offset;
-    state_->codeViews[codeBlock].scrollOffset = codeScrollRegion(*state_, codeBlock).offset;
+std::optional<ScrollRegionItem> DocumentLayout::scrollRegionAt(Point point) {
+    return markdown::scrollRegionAt(*state_, point);
+}
+
+ScrollRegionItem DocumentLayout::scrollRegion(std::size_t group) {
+    return scrollRegionOf(*state_, group);
+}
+
+void DocumentLayout::setScrollOffset(std::size_t group, double offset) {
+    markdown::setScrollOffset(*state_, group, offset);
 }
 
 std::size_t DocumentLayout::unitsLaidOut() const {

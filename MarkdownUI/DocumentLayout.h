@@ -102,10 +102,15 @@ public:
     /// What its copy button copies.
     [[nodiscard]] std::string codeBlockText(std::size_t codeBlock) const;
     void setJustCopied(std::size_t codeBlock, bool justCopied);
-    /// The frame, content width and offset of its scroll region, `itemCount` 0.
-    [[nodiscard]] ScrollRegionItem scrollRegion(std::size_t codeBlock);
+    /// What its scroll region is called.
+    [[nodiscard]] std::size_t groupOfCodeBlock(std::size_t codeBlock) const;
+
+    // What scrolls sideways: code blocks, and tables, which have no range where they fit.
+    /// The region at `point`, with `itemCount` 0.
+    [[nodiscard]] std::optional<ScrollRegionItem> scrollRegionAt(Point point);
+    [[nodiscard]] ScrollRegionItem scrollRegion(std::size_t group);
     /// Moved into the range that there is.
-    void setScrollOffset(std::size_t codeBlock, double offset);
+    void setScrollOffset(std::size_t group, double offset);
 
     /// How many units have been laid out so far, in all: what laziness saves is counted by it.
     [[nodiscard]] std::size_t unitsLaidOut() const;

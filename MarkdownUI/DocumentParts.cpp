@@ -5,6 +5,7 @@
 #include "MarkdownUI/CodeBlockGeometry.h"
 #include "MarkdownUI/DocumentHitTest.h"
 #include "MarkdownUI/DocumentText.h"
+#include "MarkdownUI/ScrollRegion.h"
 #include "MarkdownUI/URLReference.h"
 
 namespace quillmoth::markdown {
@@ -104,7 +105,8 @@ std::vector<Rect> imagesOf(DocumentState& state, std::size_t unit) {
     const Box& box = state.box(unit);
     for (const DisplayItem& item : box.decorations) {
         if (std::holds_alternative<ImageItem>(item))
-            frames.push_back(frameOf(item).translated(0, state.contentTop(unit)));
+            frames.push_back(
+                frameOf(item).translated(-scrollOffsetOfUnit(state, unit), state.contentTop(unit)));
     }
     return frames;
 }

@@ -72,7 +72,8 @@ void DocumentState::rebuildFlow() {
     copyLabelSize_.reset();
     flow_ = makeFlow(withoutSchemeImages_ ? *withoutSchemeImages_ : content_.blocks, theme_,
                      rootAttributes(theme_, options_.fontSize), measure_);
-    codeViews.resize(flow_.codeBlocks.size());
+    justCopied.resize(flow_.codeBlocks.size());
+    scrolled.resize(flow_.groups.size());
     documentText.reset();
     hasMovedParts_ = false;
     forgetLayout();

@@ -13,12 +13,6 @@
 
 namespace quillmoth::markdown {
 
-/// What the reader does to a code block; kept while the block stays at its place in the document.
-struct CodeBlockView {
-    bool isJustCopied = false;
-    double scrollOffset = 0;
-};
-
 /// The units of a document, their heights, and the boxes of those that are laid out.
 class DocumentState {
 public:
@@ -67,7 +61,9 @@ public:
     /// The wider of the two labels of a copy button, in its font.
     [[nodiscard]] Size copyLabelSize();
 
-    std::vector<CodeBlockView> codeViews;
+    // What the reader does to a block; kept while the block stays at its place in the document.
+    std::vector<bool> justCopied; ///< by code block
+    std::vector<double> scrolled; ///< by group, from where its content starts
     /// Filled by who needs them, emptied by every change.
     std::optional<std::string> documentText;
     std::vector<std::size_t> documentBlockStarts;

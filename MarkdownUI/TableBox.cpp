@@ -4,11 +4,17 @@
 
 #include "MarkdownUI/Box.h"
 #include "MarkdownUI/PlainText.h"
+#include "MarkdownUI/ScrollRegion.h"
 #include "MarkdownUI/TextDirection.h"
 
 namespace quillmoth::markdown {
 
 namespace {
+
+/// A longer word is broken rather than that its table scrolls.
+constexpr RelativeSize kLongestWord = RelativeSize::em(12);
+/// A table that scrolls may take this many times the room, so that it is not too high for it.
+constexpr double kWidestTable = 1.5;
 
 /// Of a larger table only the longest cells of each column are measured.
 constexpr std::size_t kMostCellsMeasured = 600;
@@ -204,6 +210,18 @@ std::vector<double> distribute(const std::vector<ColumnNeeds>& needs, double roo
     return widths;
 }
 
+/// What is needed where words longer than `longest` may be broken. False if that does not fit into `room`.
+bool fitsWithBrokenWords(std::vector<ColumnNeeds>& needs, double longest, double room) {
+    double least = 0;
+    for (const ColumnNeeds& column : needs)
+        least += std::min(column.least, longest);
+    if (least <= room)
+        return true;
+    for (ColumnNeeds& column : needs)
+        column.least = std::min(column.least, longest);
+    return false;
+}
+
 TableColumns makeColumns(const LayoutContext& context, const FlowUnit& unit, const blocks::Table& table) {
     const ColumnFrame frame = contentFrame(context, unit);
     const double border = context.theme.tableBorderStyle.strokeStyle.lineWidth;
@@ -215,7 +233,13 @@ TableColumns makeColumns(const LayoutContext& context, const FlowUnit& unit, con
     const double borders = border * static_cast<double>(count + 1);
     const CellStyle style = cellStyle(context, unit, 1, 0);
     const double floor = style.leading + style.trailing + style.bag.fontProperties->scaledSize();
-    const std::vector<double> widths = distribute(needs, frame.width - borders, floor);
+    double room = frame.width - borders;
+    const double padding = style.leading + style.trailing;
+    if (!fitsWithBrokenWords(needs, kLongestWord.points(*style.bag.fontProperties) + padding, room)) {
+        const auto least = [](double sum, const ColumnNeeds& column) { return sum + column.least; };
+        room = std::max(std::accumulate(needs.begin(), needs.end(), 0.0, least), kWidestTable * room);
+    }
+    const std::vector<double> widths = distribute(needs, room, floor);
 
     TableColumns result;
     result.bounds.width = std::accumulate(widths.begin(), widths.end(), borders);
@@ -309,7 +333,10 @@ void addTableRow(const LayoutContext& context, const FlowUnit& unit, GroupState&
     for (const CellContent& cell : cells)
         moveDown(box, cell, std::floor((height - cell.height) / 2));
     box.height = top + height + border;
-    box.right = group.columns->bounds.right();
+    const ColumnFrame frame = contentFrame(context, unit);
+    if (scrollsSideways(*group.columns, frame) && unit.row + 1 == table.rows.size())
+        box.height += kTableBarRoom;
+    box.right = std::min(group.columns->bounds.right(), frame.x + frame.width);
 }
 
 } // namespace quillmoth::markdown

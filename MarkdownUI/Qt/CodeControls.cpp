@@ -36,7 +36,7 @@ void CodeControls::forget() {
 bool CodeControls::hover(DocumentLayout& document, Point point) {
     const auto button = document.copyButtonAt(point);
     const auto bar = button ? std::nullopt : barAt(document, point);
-    setHovered(button, bar);
+    setHovered(button, bar ? std::optional(bar->group) : std::nullopt);
     return button || bar;
 }
 
@@ -62,14 +62,10 @@ void CodeControls::setHovered(std::optional<std::size_t> button, std::optional<s
     change(barFade_, hoveredBar_, bar);
 }
 
-std::optional<std::size_t> CodeControls::barAt(DocumentLayout& document, Point point) const {
-    const auto block = document.codeBlockAt(point);
-    if (!block) {
-        return std::nullopt;
-    }
-    const ScrollRegionItem region = document.scrollRegion(*block);
-    const bool isLow = point.y >= region.frame.bottom() - kBarReach;
-    return isLow && scrollThumbOf(region, 1) ? block : std::nullopt;
+std::optional<ScrollRegionItem> CodeControls::barAt(DocumentLayout& document, Point point) const {
+    const auto region = document.scrollRegionAt(point);
+    const bool isLow = region && point.y >= region->frame.bottom() - kBarReach;
+    return isLow && scrollThumbOf(*region, 1) ? region : std::nullopt;
 }
 
 bool CodeControls::press(DocumentLayout& document, Point point) {
@@ -84,15 +80,14 @@ bool CodeControls::press(DocumentLayout& document, Point point) {
     return bar && pressBar(document, *bar, point);
 }
 
-bool CodeControls::pressBar(DocumentLayout& document, std::size_t codeBlock, Point point) {
-    const ScrollRegionItem region = document.scrollRegion(codeBlock);
+bool CodeControls::pressBar(DocumentLayout& document, const ScrollRegionItem& region, Point point) {
     const Rect thumb = scrollThumbOf(region, 1).value_or(Rect{});
     if (point.x < thumb.x || point.x >= thumb.right()) {
         const double page = region.frame.width * kPageShare;
-        scroll(document, codeBlock, point.x < thumb.x ? -page : page);
+        scroll(document, region.group, point.x < thumb.x ? -page : page);
         return true;
     }
-    draggedBar_ = BarDrag{codeBlock, point.x - thumb.x};
+    draggedBar_ = BarDrag{region.group, point.x - thumb.x};
     changed();
     return true;
 }
@@ -108,14 +103,14 @@ void CodeControls::drag(DocumentLayout& document, Point point) {
     if (!draggedBar_) {
         return;
     }
-    ScrollRegionItem region = document.scrollRegion(draggedBar_->codeBlock);
+    ScrollRegionItem region = document.scrollRegion(draggedBar_->group);
     region.offset = 0;
     const auto first = scrollThumbOf(region, 1);
     region.offset = region.contentWidth - region.frame.width;
     const auto last = scrollThumbOf(region, 1);
     if (first && last && last->x > first->x) {
         const double share = (point.x - draggedBar_->grabbedAt - first->x) / (last->x - first->x);
-        document.setScrollOffset(draggedBar_->codeBlock, share * region.offset);
+        document.setScrollOffset(draggedBar_->group, share * region.offset);
         changed();
     }
 }
@@ -142,10 +137,10 @@ void CodeControls::copy(DocumentLayout& document, std::size_t codeBlock) {
     });
 }
 
-bool CodeControls::scroll(DocumentLayout& document, std::size_t codeBlock, double distance) {
-    const double before = document.scrollRegion(codeBlock).offset;
-    document.setScrollOffset(codeBlock, before + distance);
-    if (document.scrollRegion(codeBlock).offset == before) {
+bool CodeControls::scroll(DocumentLayout& document, std::size_t group, double distance) {
+    const double before = document.scrollRegion(group).offset;
+    document.setScrollOffset(group, before + distance);
+    if (document.scrollRegion(group).offset == before) {
         return false;
     }
     changed();
@@ -159,22 +154,27 @@ void CodeControls::setFocusedButton(std::optional<std::size_t> codeBlock) {
     }
 }
 
-std::map<std::size_t, CodeBlockLook> CodeControls::looks() const {
-    std::map<std::size_t, CodeBlockLook> looks;
+std::map<std::size_t, CopyButtonLook> CodeControls::buttonLooks() const {
+    std::map<std::size_t, CopyButtonLook> looks;
     for (const auto& [block, share] : buttonFade_.shares()) {
-        looks[block].buttonHover = share;
-    }
-    for (const auto& [block, share] : barFade_.shares()) {
-        looks[block].barHover = share;
+        looks[block].hover = share;
     }
     if (pressedButton_ && isPressedInside_) {
-        looks[*pressedButton_].isButtonPressed = true;
-    }
-    if (draggedBar_) {
-        looks[draggedBar_->codeBlock].isBarDragged = true;
+        looks[*pressedButton_].isPressed = true;
     }
     if (focusedButton_) {
-        looks[*focusedButton_].isButtonFocused = true;
+        looks[*focusedButton_].isFocused = true;
+    }
+    return looks;
+}
+
+std::map<std::size_t, ScrollBarLook> CodeControls::barLooks() const {
+    std::map<std::size_t, ScrollBarLook> looks;
+    for (const auto& [group, share] : barFade_.shares()) {
+        looks[group].hover = share;
+    }
+    if (draggedBar_) {
+        looks[draggedBar_->group].isDragged = true;
     }
     return looks;
 }

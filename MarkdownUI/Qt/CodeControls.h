@@ -14,8 +14,9 @@
 
 namespace quillmoth::markdown {
 
-/// The copy buttons and scroll bars of one document's code blocks: it is the same in all calls, and goes when
-/// the controls go. Points are the document's.
+/// The copy buttons of one document's code blocks, named by the blocks, and the scroll bars of these and of
+/// wide tables, named by their groups. The document is the same in all calls, and goes when the controls go.
+/// Points are the document's.
 class CodeControls {
 public:
     explicit CodeControls(MarkdownHost& host); ///< outlives the controls
@@ -37,25 +38,27 @@ public:
     /// Copies the code of a block, and says so on its button for two seconds.
     void copy(DocumentLayout& document, std::size_t codeBlock);
 
-    /// Scrolls a block sideways. False where it has nowhere to go.
-    bool scroll(DocumentLayout& document, std::size_t codeBlock, double distance);
+    /// Scrolls sideways. False where there is nowhere to go.
+    bool scroll(DocumentLayout& document, std::size_t group, double distance);
 
     void setFocusedButton(std::optional<std::size_t> codeBlock);
 
     [[nodiscard]] std::optional<std::size_t> focusedButton() const { return focusedButton_; }
 
-    /// The looks of those blocks that are not at rest.
-    [[nodiscard]] std::map<std::size_t, CodeBlockLook> looks() const;
+    /// The looks of those that are not at rest.
+    [[nodiscard]] std::map<std::size_t, CopyButtonLook> buttonLooks() const;
+    [[nodiscard]] std::map<std::size_t, ScrollBarLook> barLooks() const;
 
 private:
     struct BarDrag {
-        std::size_t codeBlock = 0;
+        std::size_t group = 0;
         double grabbedAt = 0; ///< pixels from the left end of the thumb
     };
 
     void setHovered(std::optional<std::size_t> button, std::optional<std::size_t> bar);
-    bool pressBar(DocumentLayout& document, std::size_t codeBlock, Point point);
-    [[nodiscard]] std::optional<std::size_t> barAt(DocumentLayout& document, Point point) const;
+    bool pressBar(DocumentLayout& document, const ScrollRegionItem& region, Point point);
+    /// The region whose bar is at `point`.
+    [[nodiscard]] std::optional<ScrollRegionItem> barAt(DocumentLayout& document, Point point) const;
 
     void changed() { host_.itemChanged({}); }
 

@@ -65,16 +65,17 @@ bool standsIn(const Rect& rect, const Rect& region) {
     return middle >= region.y && middle < region.bottom();
 }
 
-bool isCode(const Rect& rect, const DisplayList& list) {
+bool isScrolled(const Rect& rect, const DisplayList& list) {
     return std::any_of(list.begin(), list.end(), [&rect](const DisplayItem& item) {
         const auto* region = std::get_if<ScrollRegionItem>(&item);
         return region != nullptr && standsIn(rect, region->frame);
     });
 }
 
-CodeBlockLook lookOf(const PaintState& state, std::size_t codeBlock) {
-    const auto known = state.code.find(codeBlock);
-    return known != state.code.end() ? known->second : CodeBlockLook{};
+template<class Look>
+Look lookOf(const std::map<std::size_t, Look>& looks, std::size_t name) {
+    const auto known = looks.find(name);
+    return known != looks.end() ? known->second : Look{};
 }
 
 /// The selected bytes of what `item` shows.
@@ -121,13 +122,9 @@ DisplayListPainter::DisplayListPainter(const MarkdownPalette& palette, FontCache
 void DisplayListPainter::paint(QPainter& painter, const DisplayList& list, const PaintState& state) {
     painter.save();
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    for (const DisplayItem& item : list) {
-        if (const auto* rectangle = std::get_if<RectangleItem>(&item)) {
-            paintRectangle(painter, *rectangle);
-        }
-    }
+    paintRectangles(painter, list);
     for (const Rect& rect : state.selectionRectangles) {
-        if (!isCode(rect, list)) {
+        if (!isScrolled(rect, list)) {
             painter.fillRect(qt(rect), palette_.selection);
         }
     }
@@ -139,6 +136,27 @@ void DisplayListPainter::paint(QPainter& painter, const DisplayList& list, const
         paintFocusRing(painter, rect);
     }
     painter.restore();
+}
+
+/// All of them, below everything else; those of a scroll region clipped to it.
+void DisplayListPainter::paintRectangles(QPainter& painter, const DisplayList& list) {
+    std::size_t regionEnd = 0;
+    for (std::size_t index = 0; index < list.size(); ++index) {
+        if (regionEnd != 0 && index == regionEnd) {
+            painter.restore();
+            regionEnd = 0;
+        }
+        if (const auto* rectangle = std::get_if<RectangleItem>(&list[index])) {
+            paintRectangle(painter, *rectangle);
+        } else if (const auto* region = std::get_if<ScrollRegionItem>(&list[index])) {
+            painter.save();
+            painter.setClipRect(qt(region->frame), Qt::IntersectClip);
+            regionEnd = index + region->itemCount + 1;
+        }
+    }
+    if (regionEnd != 0) {
+        painter.restore();
+    }
 }
 
 void DisplayListPainter::paintRange(QPainter& painter, const DisplayList& list, std::size_t begin,
@@ -153,15 +171,15 @@ void DisplayListPainter::paintRange(QPainter& painter, const DisplayList& list, 
         } else if (const auto* image = std::get_if<ImageItem>(&item)) {
             images_.draw(painter, image->source, qt(image->frame));
         } else if (const auto* button = std::get_if<ButtonItem>(&item)) {
-            paintButton(painter, *button, lookOf(state, button->codeBlock));
+            paintButton(painter, *button, lookOf(state.buttons, button->codeBlock));
         } else if (const auto* region = std::get_if<ScrollRegionItem>(&item)) {
             const std::size_t last = std::min(index + region->itemCount, list.size() - 1);
             painter.save();
             painter.setClipRect(qt(region->frame), Qt::IntersectClip);
-            paintSelection(painter, state, qt(region->frame), true);
-            paintRange(painter, list, index + 1, last + 1, state, true);
+            paintSelection(painter, state, qt(region->frame), region->isCode);
+            paintRange(painter, list, index + 1, last + 1, state, region->isCode);
             painter.restore();
-            paintScrollBar(painter, *region, lookOf(state, region->codeBlock));
+            paintScrollBar(painter, *region, lookOf(state.bars, region->group));
             index = last;
         }
     }
@@ -246,14 +264,13 @@ void DisplayListPainter::paintRectangle(QPainter& painter, const RectangleItem& 
     }
 }
 
-void DisplayListPainter::paintButton(QPainter& painter, const ButtonItem& item, const CodeBlockLook& look) {
-    const QColor fill = look.isButtonPressed
-                            ? palette_.buttonPressed
-                            : blended(palette_.button, palette_.buttonHovered, look.buttonHover);
-    const QColor label = item.isDone            ? palette_.done
-                         : look.isButtonPressed ? palette_.buttonLabelPressed
-                                                : palette_.buttonLabel;
-    painter.setPen(look.isButtonFocused ? QPen(palette_.accent, 2) : QPen(Qt::NoPen));
+void DisplayListPainter::paintButton(QPainter& painter, const ButtonItem& item, const CopyButtonLook& look) {
+    const QColor fill = look.isPressed ? palette_.buttonPressed
+                                       : blended(palette_.button, palette_.buttonHovered, look.hover);
+    const QColor label = item.isDone      ? palette_.done
+                         : look.isPressed ? palette_.buttonLabelPressed
+                                          : palette_.buttonLabel;
+    painter.setPen(look.isFocused ? QPen(palette_.accent, 2) : QPen(Qt::NoPen));
     painter.setBrush(fill);
     painter.drawRoundedRect(qt(item.frame), kButtonRadius, kButtonRadius);
     symbols_.draw(painter, QString::fromStdString(item.symbol), qt(item.symbolFrame), label);
@@ -266,16 +283,15 @@ void DisplayListPainter::paintButton(QPainter& painter, const ButtonItem& item, 
 }
 
 void DisplayListPainter::paintScrollBar(QPainter& painter, const ScrollRegionItem& item,
-                                        const CodeBlockLook& look) {
-    const auto thumb = scrollThumbOf(item, look.isBarDragged ? 1 : look.barHover);
+                                        const ScrollBarLook& look) {
+    const auto thumb = scrollThumbOf(item, look.isDragged ? 1 : look.hover);
     if (!thumb) {
         return;
     }
     const double radius = thumb->height / 2;
     painter.setPen(Qt::NoPen);
-    painter.setBrush(look.isBarDragged
-                         ? palette_.codeThumbDragged
-                         : blended(palette_.codeThumb, palette_.codeThumbHovered, look.barHover));
+    painter.setBrush(look.isDragged ? palette_.codeThumbDragged
+                                    : blended(palette_.codeThumb, palette_.codeThumbHovered, look.hover));
     painter.drawRoundedRect(qt(*thumb), radius, radius);
 }
 

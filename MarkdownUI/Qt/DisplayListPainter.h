@@ -20,26 +20,33 @@ class QString;
 
 namespace quillmoth::markdown {
 
-/// How the controls of one code block look just now.
-struct CodeBlockLook {
-    double buttonHover = 0; ///< 0 at rest to 1 under the pointer
-    bool isButtonPressed = false;
-    bool isButtonFocused = false;
-    double barHover = 0; ///< likewise, of its scroll bar
-    bool isBarDragged = false;
+/// How the copy button of a code block looks just now.
+struct CopyButtonLook {
+    double hover = 0; ///< 0 at rest to 1 under the pointer
+    bool isPressed = false;
+    bool isFocused = false;
 
-    bool operator==(const CodeBlockLook&) const = default;
+    bool operator==(const CopyButtonLook&) const = default;
+};
+
+/// Likewise, of what scrolls sideways.
+struct ScrollBarLook {
+    double hover = 0;
+    bool isDragged = false;
+
+    bool operator==(const ScrollBarLook&) const = default;
 };
 
 /// What the eye sees beyond the display list.
 struct PaintState {
     QColor textColor; ///< of text without a colour; the palette's where invalid
     std::optional<TextRange> selection;
-    std::vector<Rect> selectionRectangles;     ///< of the selection, in the coordinates of the document
-    std::vector<Rect> underlines;              ///< the rectangles of the link under the pointer
-    std::vector<Rect> selectedImages;          ///< frames of images
-    std::vector<Rect> focusRings;              ///< around what has the keyboard's focus, if it is no button
-    std::map<std::size_t, CodeBlockLook> code; ///< those that are not at rest
+    std::vector<Rect> selectionRectangles; ///< of the selection, in the coordinates of the document
+    std::vector<Rect> underlines;          ///< the rectangles of the link under the pointer
+    std::vector<Rect> selectedImages;      ///< frames of images
+    std::vector<Rect> focusRings;          ///< around what has the keyboard's focus, if it is no button
+    std::map<std::size_t, CopyButtonLook> buttons; ///< those that are not at rest, by code block
+    std::map<std::size_t, ScrollBarLook> bars;     ///< likewise, by group
 };
 
 /// Paints display lists. All referenced services outlive it.
@@ -52,15 +59,16 @@ public:
     void paint(QPainter& painter, const DisplayList& list, const PaintState& state);
 
 private:
+    void paintRectangles(QPainter& painter, const DisplayList& list);
     void paintRange(QPainter& painter, const DisplayList& list, std::size_t begin, std::size_t end,
                     const PaintState& state, bool isCode);
     void paintSelection(QPainter& painter, const PaintState& state, const QRectF& area, bool isCode);
     void paintText(QPainter& painter, const TextLineItem& item, const PaintState& state, bool isCode);
     void paintAttachments(QPainter& painter, const TextLineItem& item, const PaintState& state);
     void paintRectangle(QPainter& painter, const RectangleItem& item);
-    void paintButton(QPainter& painter, const ButtonItem& item, const CodeBlockLook& look);
+    void paintButton(QPainter& painter, const ButtonItem& item, const CopyButtonLook& look);
     void paintFocusRing(QPainter& painter, const Rect& rect);
-    void paintScrollBar(QPainter& painter, const ScrollRegionItem& item, const CodeBlockLook& look);
+    void paintScrollBar(QPainter& painter, const ScrollRegionItem& item, const ScrollBarLook& look);
 
     const MarkdownPalette& palette_;
     FontCache& fonts_;
@@ -71,7 +79,7 @@ private:
 /// The colour `share` of the way from `first` to `second`.
 [[nodiscard]] QColor blended(const QColor& first, const QColor& second, double share);
 
-/// The thumb of the scroll bar of a code block; nothing where its text fits.
+/// The thumb of the scroll bar of a region; nothing where its content fits.
 [[nodiscard]] std::optional<Rect> scrollThumbOf(const ScrollRegionItem& region, double hover);
 
 } // namespace quillmoth::markdown

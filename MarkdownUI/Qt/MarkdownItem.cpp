@@ -164,7 +164,8 @@ void MarkdownItem::paint(QPainter& painter, const QRectF& exposed, const QPointF
 PaintState MarkdownItem::paintState(const Rect& area) {
     PaintState state;
     state.textColor = textColor_;
-    state.code = controls_->looks();
+    state.buttons = controls_->buttonLooks();
+    state.bars = controls_->barLooks();
     if (hasSelection()) {
         state.selection = selection_.range();
         state.selectionRectangles = content_->selectionRectangles(selection_.range(), area);

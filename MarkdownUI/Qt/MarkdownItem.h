@@ -80,8 +80,6 @@ public:
     /// Gives the keyboard's focus to the next link or button, for the Tab key. False behind the last one.
     bool focusNextControl(bool isForward);
 
-    bool focusNextButton(bool isForward) { return focusNextControl(isForward); }
-
     void clearFocus();
     /// Where that stands which has the focus: to be scrolled into view.
     [[nodiscard]] std::optional<QRectF> focusedFrame();

@@ -61,8 +61,8 @@ bool MarkdownItem::wheel(const QWheelEvent& event, const QPointF& point) {
     if (document == nullptr || !isMoreSideways(event)) {
         return false;
     }
-    const auto block = document->codeBlockAt({point.x(), point.y()});
-    return block && controls_->scroll(*document, *block, sidewaysOf(event));
+    const auto region = document->scrollRegionAt({point.x(), point.y()});
+    return region && controls_->scroll(*document, region->group, sidewaysOf(event));
 }
 
 bool MarkdownItem::keyPress(const QKeyEvent& event) {
@@ -108,24 +108,28 @@ bool MarkdownItem::moveByKey(const QKeyEvent& event) {
     return false;
 }
 
-/// Left and Right scroll the code block that holds the caret, or whose button has the focus.
+/// Left and Right scroll the code block or table that holds the caret, or the block whose button has the
+/// focus.
 bool MarkdownItem::scrollByKey(const QKeyEvent& event) {
     DocumentLayout* const document = content_->document();
     const bool isSideways = event.key() == Qt::Key_Left || event.key() == Qt::Key_Right;
     if (document == nullptr || !isSideways || event.modifiers() != Qt::NoModifier) {
         return false;
     }
-    auto block = controls_->focusedButton();
-    if (!block && hasCaret_) {
+    std::optional<std::size_t> group;
+    if (const auto block = controls_->focusedButton()) {
+        group = document->groupOfCodeBlock(*block);
+    } else if (hasCaret_) {
         const Rect caret = content_->caretRectangle(selection_.caret());
         const double middle = caret.y + caret.height / 2;
-        block = document->codeBlockAt({caret.x, middle});
-        if (!block) { // the caret itself may be scrolled out of sight
-            block = document->codeBlockAt({options_.width / 2, middle});
+        auto region = document->scrollRegionAt({caret.x, middle});
+        if (!region) { // the caret itself may be scrolled out of sight
+            region = document->scrollRegionAt({options_.width / 2, middle});
         }
+        group = region ? std::optional(region->group) : std::nullopt;
     }
-    return block &&
-           controls_->scroll(*document, *block, event.key() == Qt::Key_Left ? -kKeyScroll : kKeyScroll);
+    return group &&
+           controls_->scroll(*document, *group, event.key() == Qt::Key_Left ? -kKeyScroll : kKeyScroll);
 }
 
 bool MarkdownItem::focusNextControl(bool isForward) {

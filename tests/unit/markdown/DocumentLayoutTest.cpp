@@ -158,6 +158,28 @@ TEST_F(DocumentLayoutTest, a_long_code_line_scrolls_within_its_range) {
     EXPECT_EQ(layout.scrollRegion(0).offset, 0);
 }
 
+TEST_F(DocumentLayoutTest, a_table_scrolls_before_its_words_are_broken) {
+    const std::string row = "| management | concurrency | programming | [compilers](https://e.org) |\n";
+    set(row + "|-|-|-|-|\n" + row);
+    layout.ensureLaidOut(1000);
+    const ScrollRegionItem region = layout.scrollRegion(0);
+    EXPECT_EQ(region.frame.width, 400);
+    EXPECT_GT(region.contentWidth, 400);
+    const std::string list = describe(layout.displayList({0, 0, 400, 1000}));
+    EXPECT_NE(list.find("\"concurrency\""), std::string::npos) << "in one line";
+    EXPECT_LE(layout.usedWidth(), 400) << "the rest is scrolled to";
+    const double middle = region.frame.y + region.frame.height * 3 / 4;
+    EXPECT_EQ(layout.linkAt({320, middle}), std::nullopt);
+    layout.setScrollOffset(0, 1e9);
+    EXPECT_EQ(layout.scrollRegionAt({1, middle})->offset, region.contentWidth - 400);
+    EXPECT_EQ(layout.linkAt({320, middle}), "https://e.org") << "hit tests follow the offset";
+    set("| a | https://example.org/" + std::string(60, 'x') + " |\n|-|-|\n");
+    EXPECT_EQ(layout.scrollRegion(0).contentWidth, 400) << "what is no word is broken";
+    set("| הההההההה | וווווווווווו | זזזזזזזזזזזז | חחחחחחחחחחחח |\n|-|-|-|-|\n");
+    layout.ensureLaidOut(1000);
+    EXPECT_GT(layout.scrollRegion(0).offset, 0) << "where its first column is";
+}
+
 TEST_F(DocumentLayoutTest, images_that_arrive_take_their_room) {
     set("![a](https://example.org/a.png)\n\nsee ![b](https://example.org/b.png) here");
     layout.ensureLaidOut(1000);
