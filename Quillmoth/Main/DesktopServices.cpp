@@ -118,6 +118,12 @@ bool DesktopServices::isCompositing() const {
     return !x11_ || x11_->screen().isComposited();
 }
 
+Subscription DesktopServices::onCompositingChange(std::function<void()> subscriber) {
+    if (!x11_)
+        return {};
+    return x11_->screen().onCompositionChange([subscriber = std::move(subscriber)](bool) { subscriber(); });
+}
+
 std::optional<std::uint16_t> DesktopServices::virtualKeyCode(std::uint32_t nativeScanCode) const {
     return x11_ ? platform::virtualKeyCodeForKeycode(nativeScanCode) : std::nullopt;
 }

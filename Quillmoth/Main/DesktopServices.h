@@ -45,6 +45,8 @@ public:
 
     /// Whether windows can be translucent.
     [[nodiscard]] bool isCompositing() const;
+    /// Called after that has changed.
+    Subscription onCompositingChange(std::function<void()> subscriber);
 
     /// The virtual key code of a key of the keyboard, by the toolkit's native scan code.
     [[nodiscard]] std::optional<std::uint16_t> virtualKeyCode(std::uint32_t nativeScanCode) const;

@@ -35,7 +35,11 @@ markdown::ImageLoader imageLoader(DesktopServices& services) {
 Program::Program()
     : panelWindows_({.focus = services_.panelFocus(),
                      .defaults = services_.userDefaults,
-                     .isCompositing = [this] { return services_.isCompositing(); }},
+                     .isCompositing = [this] { return services_.isCompositing(); },
+                     .onCompositingChange =
+                         [this](std::function<void()> changed) {
+                             return services_.onCompositingChange(std::move(changed));
+                         }},
                     [this] { return makePanelContent(); }),
       platform_(services_.platform(panelWindows_)),
       shortcuts_(services_.userDefaults, platform_.hotKeyCenter, services_.notificationCenter),

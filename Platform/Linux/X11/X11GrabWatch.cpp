@@ -3,10 +3,10 @@
 #include "Platform/Linux/X11/X11Reply.h"
 
 #include <QSocketNotifier>
-#include <cstring>
-#include <span>
+#include <cstddef>
 #include <utility>
 #include <xcb/xcbext.h>
+#include <xcb/xinput.h>
 
 namespace quillmoth::platform {
 
@@ -15,10 +15,21 @@ namespace {
 /// The category of recorded data that a client sent (Record Extension Protocol, "FromClient").
 constexpr std::uint8_t kFromClient = 1;
 
+/// The first pair of master devices has these numbers on every server.
+constexpr std::uint16_t kCorePointer = 2;
+
+constexpr std::size_t kSmallestRequest = 4;
+
+std::uint16_t shortAt(std::span<const std::uint8_t> bytes, std::size_t offset, bool swapped) {
+    const std::size_t low = swapped ? offset + 1 : offset;
+    const std::size_t high = swapped ? offset : offset + 1;
+    return static_cast<std::uint16_t>(bytes[low] | bytes[high] << 8);
+}
+
 } // namespace
 
-X11GrabWatch::X11GrabWatch(std::function<void(xcb_keycode_t)> onGrab)
-    : onGrab_(std::move(onGrab)), connection_(xcb_connect(nullptr, nullptr)) {
+X11GrabWatch::X11GrabWatch(Callbacks callbacks)
+    : callbacks_(std::move(callbacks)), connection_(xcb_connect(nullptr, nullptr)) {
     if (xcb_connection_has_error(connection_.get()) ||
         !xcb_get_extension_data(connection_.get(), &xcb_record_id)->present)
         return;
@@ -35,10 +46,15 @@ void X11GrabWatch::record() {
     const auto versionCookie = xcb_record_query_version(connection, 1, 13);
     owned(xcb_record_query_version_reply(connection, versionCookie, nullptr)).reset();
     const xcb_record_client_spec_t everybody = XCB_RECORD_CS_ALL_CLIENTS;
-    xcb_record_range_t range = {};
-    range.core_requests = {XCB_GRAB_KEY, XCB_GRAB_KEY};
+    xcb_record_range_t ranges[2] = {};
+    // With the release of the keyboard, which lies between the two.
+    ranges[0].core_requests = {XCB_GRAB_KEYBOARD, XCB_GRAB_KEY};
+    const auto* input = xcb_get_extension_data(connection, &xcb_input_id);
+    inputOpcode_ = input->present ? input->major_opcode : 0;
+    ranges[1].ext_requests = {{inputOpcode_, inputOpcode_},
+                              {XCB_INPUT_XI_GRAB_DEVICE, XCB_INPUT_XI_GRAB_DEVICE}};
     const auto context = xcb_generate_id(connection);
-    xcb_record_create_context(connection, context, 0, 1, 1, &everybody, &range);
+    xcb_record_create_context(connection, context, 0, 1, inputOpcode_ ? 2 : 1, &everybody, ranges);
     sequence_ = xcb_record_enable_context(connection, context).sequence;
     xcb_flush(connection);
 }
@@ -61,15 +77,27 @@ void X11GrabWatch::read(const xcb_record_enable_context_reply_t& reply) {
         return;
     std::span data(xcb_record_enable_context_data(&reply),
                    static_cast<std::size_t>(xcb_record_enable_context_data_length(&reply)));
-    while (data.size() >= sizeof(xcb_grab_key_request_t)) {
-        // The keycode is a single byte: the same in either byte order.
-        xcb_grab_key_request_t request = {};
-        std::memcpy(&request, data.data(), sizeof request);
-        if (request.major_opcode != XCB_GRAB_KEY)
+    const bool swapped = reply.client_swapped != 0;
+    while (data.size() >= kSmallestRequest) {
+        const std::size_t length =
+            std::size_t{4} * shortAt(data, offsetof(xcb_grab_key_request_t, length), swapped);
+        if (length < kSmallestRequest || length > data.size())
             return;
-        onGrab_(request.key);
-        data = data.subspan(sizeof request);
+        const auto request = data.first(length);
+        if (request[0] == XCB_GRAB_KEY && length >= sizeof(xcb_grab_key_request_t))
+            callbacks_.grabbedKey(request[offsetof(xcb_grab_key_request_t, key)]);
+        else if (asksForKeyboard(request, swapped))
+            callbacks_.askedForKeyboard(reply.xid_base);
+        data = data.subspan(length);
     }
+}
+
+bool X11GrabWatch::asksForKeyboard(std::span<const std::uint8_t> request, bool swapped) const {
+    constexpr std::size_t kDevice = offsetof(xcb_input_xi_grab_device_request_t, deviceid);
+    if (request[0] == XCB_GRAB_KEYBOARD)
+        return true;
+    return inputOpcode_ != 0 && request[0] == inputOpcode_ && request.size() >= kDevice + 2 &&
+           shortAt(request, kDevice, swapped) != kCorePointer;
 }
 
 } // namespace quillmoth::platform

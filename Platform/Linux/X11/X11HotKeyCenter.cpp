@@ -27,12 +27,6 @@ bool sameCombination(xcb_keycode_t keycode, std::uint32_t modifiers, xcb_keycode
     return keycode == otherKeycode && (modifiers & kHotKeyModifiers) == otherModifiers;
 }
 
-X11KeyStroke strokeOf(const xcb_input_key_press_event_t& key, bool isPress) {
-    constexpr int kGroupShift = 13;
-    const auto group = static_cast<std::uint32_t>(key.group.effective & 3) << kGroupShift;
-    return {static_cast<xcb_keycode_t>(key.detail), key.mods.effective | group, key.time, isPress};
-}
-
 void selectKeymapNotices(X11Connection& connection) {
     constexpr std::uint16_t kNotices = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
     constexpr std::uint16_t kAllParts = 0xFF;
@@ -44,7 +38,8 @@ void selectKeymapNotices(X11Connection& connection) {
 
 X11HotKeyCenter::X11HotKeyCenter(std::unique_ptr<X11Connection> connection)
     : connection_(std::move(connection)), hold_(*connection_), modifiers_(*connection_),
-      grabWatch_([this](xcb_keycode_t keycode) { handleGrabOf(keycode); }) {
+      grabWatch_({.grabbedKey = [this](xcb_keycode_t keycode) { handleGrabOf(keycode); },
+                  .askedForKeyboard = [this](std::uint32_t client) { keyboardAskedFor_.emit(client); }}) {
     grabTimer_.setSingleShot(true);
     grabTimer_.setTimerType(Qt::PreciseTimer);
     QObject::connect(&grabTimer_, &QTimer::timeout, &grabTimer_, [this] { grabAllAgain(); });

@@ -43,6 +43,14 @@ public:
     /// What was typed while the keyboard was held. Nothing more comes once it has been let go.
     [[nodiscard]] std::vector<X11KeyStroke> takeHeldKeys() { return hold_.take(); }
 
+    /// Called when a program asks for the whole keyboard, with the base of its resource numbers. Ours too.
+    Subscription onKeyboardAskedFor(std::function<void(std::uint32_t)> subscriber) {
+        return keyboardAskedFor_.subscribe(std::move(subscriber));
+    }
+
+    /// The connection that holds hot keys and kept keys.
+    [[nodiscard]] const X11Connection& connection() const { return *connection_; }
+
 private:
     struct Registration {
         EventHotKeyID identifier;
@@ -77,6 +85,7 @@ private:
     xcb_timestamp_t releaseTime_ = 0;
     QTimer grabTimer_;
     std::size_t grabStep_ = 0;
+    Signal<std::uint32_t> keyboardAskedFor_;
     X11GrabWatch grabWatch_;
     Subscription events_;
 };

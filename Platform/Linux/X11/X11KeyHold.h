@@ -4,6 +4,7 @@
 
 #include <QTimer>
 #include <vector>
+#include <xcb/xinput.h>
 
 namespace quillmoth::platform {
 
@@ -15,6 +16,14 @@ struct X11KeyStroke {
     xcb_timestamp_t time = 0;
     bool isPress = false;
 };
+
+/// The same of an event of the X Input Extension.
+[[nodiscard]] X11KeyStroke strokeOf(const xcb_input_key_press_event_t& key, bool isPress);
+
+/// Sends all keys to this connection, as events of the X Input Extension for the root window. Where another
+/// program has the keyboard it stays there, and nobody is told.
+void grabKeyboard(X11Connection& connection);
+void ungrabKeyboard(X11Connection& connection);
 
 /// Keeps the keyboard while the panel comes up: what the user types then would replace the selection in the
 /// other program. The keys are kept in their order, to be handed on.

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <chrono>
 #include <utility>
+#include <xcb/xinput.h>
 #include <xcb/xtest.h>
 
 namespace quillmoth::platform {
@@ -18,6 +19,8 @@ using namespace std::chrono_literals;
 constexpr auto kRetryPause = 10ms;
 constexpr int kAttempts = 50;
 constexpr auto kIdleTime = 60s;
+/// So long the toolkit may take to tell of a press in its windows.
+constexpr auto kPressPause = 20ms;
 
 /// With one of these held a key writes no text; without any, only keys that write none can be the desktop's.
 constexpr std::uint32_t kCommandModifiers = XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_1 | XCB_MOD_MASK_4;
@@ -42,7 +45,7 @@ bool canBeDesktopKeyAlone(xcb_keycode_t keycode) {
 X11PanelFocus::X11PanelFocus(X11Connection& connection, X11HotKeyCenter& hotKeys)
     : connection_(connection), hotKeys_(hotKeys), probe_(connection), toolkit_(toolkitConnection()),
       watch_(connection, xcb_get_setup(toolkit_)->resource_id_base, xcb_get_setup(toolkit_)->resource_id_mask,
-             {.pressedOutside = [this] { turn(Turn::pressedElsewhere); },
+             {.pressedOutside = [this](xcb_timestamp_t time) { handlePressOutside(time); },
               .pressedInside =
                   [this] {
                       if (!isHeld())
@@ -52,18 +55,31 @@ X11PanelFocus::X11PanelFocus(X11Connection& connection, X11HotKeyCenter& hotKeys
       lockWatch_([this] {
           if (window_)
               turn(Turn::sessionLocked);
-      }) {
+      }),
+      drain_(connection, [this](const X11KeyStroke& stroke) { strikeAgain(stroke); }) {
     retryTimer_.setTimerType(Qt::PreciseTimer);
     retryTimer_.setInterval(kRetryPause);
+    pressTimer_.setSingleShot(true);
+    pressTimer_.setInterval(kPressPause);
     idleTimer_.setSingleShot(true);
     idleTimer_.setInterval(kIdleTime);
     QObject::connect(&retryTimer_, &QTimer::timeout, &retryTimer_, [this] { tryToGrab(); });
     QObject::connect(&idleTimer_, &QTimer::timeout, &idleTimer_, [this] { turn(Turn::idle); });
+    QObject::connect(&pressTimer_, &QTimer::timeout, &pressTimer_, [this] {
+        if (std::exchange(outsidePressTime_, std::nullopt))
+            turn(Turn::pressedElsewhere);
+    });
+    foreignGrabs_ = hotKeys_.onKeyboardAskedFor([this](std::uint32_t client) { handleForeignGrab(client); });
     qGuiApp->installNativeEventFilter(this);
 }
 
 X11PanelFocus::~X11PanelFocus() {
     release();
+}
+
+void X11PanelFocus::prepare() {
+    drain_.stop();
+    hotKeys_.holdKeys();
 }
 
 void X11PanelFocus::acquire(WindowIdentifier window) {
@@ -72,6 +88,7 @@ void X11PanelFocus::acquire(WindowIdentifier window) {
     giveUp();
     window_ = static_cast<xcb_window_t>(window);
     watch_.start();
+    drain_.stop();
     hotKeys_.letKeysGo();
     attempts_ = 0;
     tryToGrab();
@@ -97,6 +114,10 @@ void X11PanelFocus::handOnHeldKeys() {
 
 void X11PanelFocus::release() {
     watch_.stop();
+    pressTimer_.stop();
+    outsidePressTime_.reset();
+    if (means_ == Means::grab && lastKey_ != 0)
+        drain_.start(lastKey_);
     giveUp();
     window_ = 0;
 }
@@ -141,6 +162,34 @@ void X11PanelFocus::giveUp() {
     owned(xcb_get_input_focus_reply(toolkit_, xcb_get_input_focus(toolkit_), nullptr)).reset();
 }
 
+void X11PanelFocus::handlePressOutside(xcb_timestamp_t time) {
+    if (time == ownPressTime_)
+        return;
+    // A menu that the press opens needs the keyboard at once.
+    giveUp();
+    outsidePressTime_ = time;
+    pressTimer_.start();
+}
+
+/// It was refused, and asks again: lockers try for a second or longer.
+void X11PanelFocus::handleForeignGrab(std::uint32_t client) {
+    const auto isBaseOf = [client](xcb_connection_t* connection) {
+        return xcb_get_setup(connection)->resource_id_base == client;
+    };
+    const bool isOwn =
+        isBaseOf(toolkit_) || isBaseOf(connection_.get()) || isBaseOf(hotKeys_.connection().get());
+    if (!isOwn && means_ == Means::grab)
+        turn(Turn::activatedElsewhere);
+}
+
+void X11PanelFocus::handleOwnPress(xcb_timestamp_t time) {
+    ownPressTime_ = time;
+    if (outsidePressTime_ != time)
+        return;
+    outsidePressTime_.reset();
+    acquire(window_);
+}
+
 void X11PanelFocus::turn(Turn kind) {
     giveUp();
     turned_.emit(kind);
@@ -148,6 +197,7 @@ void X11PanelFocus::turn(Turn kind) {
 
 void X11PanelFocus::withoutGrab(const std::function<void()>& work) {
     hotKeys_.letKeysGo();
+    drain_.stop();
     const bool wasGrabbed = means_ == Means::grab;
     if (wasGrabbed)
         giveUp();
@@ -157,10 +207,16 @@ void X11PanelFocus::withoutGrab(const std::function<void()>& work) {
 }
 
 bool X11PanelFocus::nativeEventFilter(const QByteArray& eventType, void* message, qintptr*) {
-    if (means_ == Means::none || eventType != "xcb_generic_event_t")
+    if (window_ == 0 || eventType != "xcb_generic_event_t")
         return false;
     const auto& event = *static_cast<const xcb_generic_event_t*>(message);
     const auto type = event.response_type & 0x7F;
+    const auto& press = reinterpret_cast<const xcb_input_button_press_event_t&>(event);
+    if (type == XCB_GE_GENERIC && press.extension == connection_.inputOpcode() &&
+        press.event_type == XCB_INPUT_BUTTON_PRESS)
+        handleOwnPress(press.time);
+    if (means_ == Means::none)
+        return false;
     if (type != XCB_KEY_PRESS && type != XCB_KEY_RELEASE)
         return false;
     const auto& key = reinterpret_cast<const xcb_key_press_event_t&>(event);
@@ -173,12 +229,15 @@ bool X11PanelFocus::handleKey(const X11KeyStroke& stroke) {
     // With the input focus only, hot keys and the desktop's keys take their ordinary way.
     if (means_ != Means::grab)
         return false;
-    if (hotKeys_.offer(stroke))
+    const bool isHotKey = hotKeys_.offer(stroke);
+    if (stroke.isPress)
+        lastKey_ = isHotKey ? 0 : stroke.keycode;
+    if (isHotKey)
         return true;
     if (!stroke.isPress || !belongsToDesktop(stroke))
         return false;
     turn(Turn::desktopShortcut);
-    strikeForDesktop(stroke);
+    strikeAgain(stroke);
     return true;
 }
 
@@ -188,7 +247,7 @@ bool X11PanelFocus::belongsToDesktop(const X11KeyStroke& stroke) const {
     return probe_.isGrabbed(stroke.keycode, stroke.modifiers & kChordModifiers);
 }
 
-void X11PanelFocus::strikeForDesktop(const X11KeyStroke& stroke) {
+void X11PanelFocus::strikeAgain(const X11KeyStroke& stroke) {
     // The user holds the key, so a press alone would be a repeat of it.
     const std::uint8_t strokes[] = {XCB_KEY_RELEASE, XCB_KEY_PRESS, XCB_KEY_RELEASE};
     for (const auto type : strokes)

@@ -3,6 +3,7 @@
 #include "Platform/Linux/X11/SessionLockWatch.h"
 #include "Platform/Linux/X11/X11HotKeyCenter.h"
 #include "Platform/Linux/X11/X11HotKeyProbe.h"
+#include "Platform/Linux/X11/X11KeyDrain.h"
 #include "Platform/Linux/X11/X11TurnWatch.h"
 #include "Platform/PanelFocus.h"
 
@@ -17,8 +18,12 @@ namespace quillmoth::platform {
 /// the highlighted selection stay with the other application. Where another client holds a grab for longer
 /// than half a second, the input focus is moved instead, and given back.
 ///
+/// A program that asks for the whole keyboard gets it, such as a locker of the screen or a dialog for a
+/// password: that is a turn to it, though its window may be unknown to the window manager.
+///
 /// Gives the keyboard up by itself before it tells of a turn, and takes it again when the window is clicked.
-/// A combination that belongs to the window manager is struck again for it afterwards.
+/// A combination that belongs to the window manager is struck again for it afterwards. A key that is still
+/// held when the window gives the keyboard back does not reach the other application, nor do its repeats.
 class X11PanelFocus : public PanelFocus, private QAbstractNativeEventFilter {
 public:
     /// Needs a Qt application on X11. `connection` is for watching, and `hotKeys` is offered each key first;
@@ -26,7 +31,7 @@ public:
     X11PanelFocus(X11Connection& connection, X11HotKeyCenter& hotKeys);
     ~X11PanelFocus() override;
 
-    void prepare() override { hotKeys_.holdKeys(); }
+    void prepare() override;
 
     void acquire(WindowIdentifier window) override;
     void release() override;
@@ -47,6 +52,9 @@ private:
     enum class Means { none, grab, inputFocus };
 
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
+    void handleOwnPress(xcb_timestamp_t time);
+    void handlePressOutside(xcb_timestamp_t time);
+    void handleForeignGrab(std::uint32_t client);
     bool handleKey(const X11KeyStroke& stroke);
     [[nodiscard]] bool belongsToDesktop(const X11KeyStroke& stroke) const;
     void handOnHeldKeys();
@@ -55,7 +63,7 @@ private:
     void moveInputFocus();
     void giveUp();
     void turn(Turn kind);
-    void strikeForDesktop(const X11KeyStroke& stroke);
+    void strikeAgain(const X11KeyStroke& stroke);
 
     X11Connection& connection_;
     X11HotKeyCenter& hotKeys_;
@@ -63,13 +71,22 @@ private:
     xcb_connection_t* toolkit_;
     X11TurnWatch watch_;
     SessionLockWatch lockWatch_;
+    X11KeyDrain drain_;
+    /// The key pressed last in the window.
+    xcb_keycode_t lastKey_ = 0;
     xcb_window_t window_ = 0;
     Means means_ = Means::none;
     xcb_window_t formerFocus_ = 0;
     int attempts_ = 0;
+    /// Of the last press of the pointer in the toolkit's windows.
+    xcb_timestamp_t ownPressTime_ = 0;
+    /// Of one that seems to have been elsewhere.
+    std::optional<xcb_timestamp_t> outsidePressTime_;
+    QTimer pressTimer_;
     QTimer retryTimer_;
     QTimer idleTimer_;
     Signal<Turn> turned_;
+    Subscription foreignGrabs_;
 };
 
 } // namespace quillmoth::platform

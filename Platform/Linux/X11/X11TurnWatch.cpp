@@ -43,7 +43,7 @@ void X11TurnWatch::handle(const xcb_generic_event_t& event) {
         const auto& press = reinterpret_cast<const xcb_input_raw_button_press_event_t&>(event);
         if (press.extension == connection_.inputOpcode() && press.event_type == XCB_INPUT_RAW_BUTTON_PRESS &&
             !isWheel(press.detail))
-            handlePress();
+            handlePress(press.time);
     } else if (type == XCB_PROPERTY_NOTIFY) {
         const auto& notice = reinterpret_cast<const xcb_property_notify_event_t&>(event);
         if (notice.window == connection_.root() && notice.atom == connection_.atom("_NET_ACTIVE_WINDOW"))
@@ -51,13 +51,13 @@ void X11TurnWatch::handle(const xcb_generic_event_t& event) {
     }
 }
 
-void X11TurnWatch::handlePress() {
+void X11TurnWatch::handlePress(xcb_timestamp_t time) {
     const auto windows = windowsUnderPointer(connection_);
     if (std::any_of(windows.begin(), windows.end(), [this](auto window) { return isOwn(window); }))
         callbacks_.pressedInside();
     else if (std::none_of(windows.begin(), windows.end(),
                           [this](auto window) { return belongsToInputMethod(connection_, window); }))
-        callbacks_.pressedOutside();
+        callbacks_.pressedOutside(time);
 }
 
 void X11TurnWatch::handleActiveWindow() {

@@ -12,7 +12,9 @@ namespace quillmoth::platform {
 class X11TurnWatch {
 public:
     struct Callbacks {
-        std::function<void()> pressedOutside;
+        /// With the time of the press. The pointer is looked for only afterwards: when it has moved out of
+        /// the window at once, this is told of a press inside.
+        std::function<void(xcb_timestamp_t)> pressedOutside;
         std::function<void()> pressedInside;
         std::function<void()> activatedElsewhere;
     };
@@ -29,7 +31,7 @@ private:
     [[nodiscard]] bool isOwn(xcb_window_t window) const { return (window & ~ownMask_) == ownBase_; }
 
     void handle(const xcb_generic_event_t& event);
-    void handlePress();
+    void handlePress(xcb_timestamp_t time);
     void handleActiveWindow();
 
     X11Connection& connection_;

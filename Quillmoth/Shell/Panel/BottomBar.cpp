@@ -55,8 +55,11 @@ BottomBar::BottomBar(std::shared_ptr<FloatingViewController> controller, SymbolC
     status_->setAlignment(Qt::AlignVCenter | Qt::AlignLeft);
     // The panel is dragged by it.
     status_->setAttribute(Qt::WA_TransparentForMouseEvents);
-    QObject::connect(onTop_, &QAbstractButton::clicked, this,
-                     [this] { controller_->barItemClicked(Item::onTop); });
+    // Screen readers toggle it without a click.
+    QObject::connect(onTop_, &QAbstractButton::toggled, this, [this](bool on) {
+        if (on != controller_->model()._isOnTopBinding)
+            controller_->barItemClicked(Item::onTop);
+    });
     setAccessibleName(QStringLiteral("Actions"));
 }
 

@@ -3,6 +3,7 @@
 #include "Quillmoth/Shell/Panel/PanelTheme.h"
 
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 
 namespace quillmoth {
@@ -73,7 +74,6 @@ BracketField::BracketField(std::int64_t id, const QString& text, QWidget* parent
         if (onEdited)
             onEdited(edit_->text());
     };
-    setFocusProxy(edit_);
 }
 
 PanelTextEdit& BracketField::edit() const {
@@ -106,6 +106,12 @@ void BracketField::paintEvent(QPaintEvent*) {
     painter.drawRoundedRect(
         QRectF(rect()).adjusted(kOutside + 0.5, kOutside + 0.5, -kOutside - 0.5, -kOutside - 0.5), kRadius,
         kRadius);
+}
+
+/// Beside its text a field is a field too.
+void BracketField::mousePressEvent(QMouseEvent* event) {
+    if (event->button() == Qt::LeftButton)
+        edit_->setFocus(Qt::MouseFocusReason);
 }
 
 void BracketField::enterEvent(QEnterEvent*) {

@@ -1,7 +1,9 @@
 #include "Quillmoth/Shell/Panel/ChipText.h"
 
+#include "Quillmoth/Shell/Panel/PanelMenu.h"
 #include "Quillmoth/Shell/Panel/PanelTheme.h"
 
+#include <QContextMenuEvent>
 #include <QFontMetricsF>
 #include <QMouseEvent>
 #include <QPainter>
@@ -186,6 +188,14 @@ void ChipText::mousePressEvent(QMouseEvent* event) {
     }
     anchor_ = position_ = positionAt(event->position());
     update();
+}
+
+void ChipText::contextMenuEvent(QContextMenuEvent* event) {
+    openSelectionMenu(*this, event->globalPos(), selectedText(), [this] {
+        anchor_ = 0;
+        position_ = static_cast<int>(layout_.text().size());
+        update();
+    });
 }
 
 void ChipText::mouseMoveEvent(QMouseEvent* event) {

@@ -40,6 +40,12 @@ FloatingViewController::FieldCommand commandOf(const QKeyEvent& event) {
     }
 }
 
+bool isOneStepAPress(FloatingViewController::FieldCommand command, Qt::KeyboardModifiers modifiers) {
+    using Command = FloatingViewController::FieldCommand;
+    const bool sends = command == Command::insertNewline && !(modifiers & Qt::ShiftModifier);
+    return sends || command == Command::cancelOperation;
+}
+
 } // namespace
 
 CommandField::CommandField(std::shared_ptr<FloatingViewController> controller, QWidget* parent)
@@ -88,9 +94,7 @@ void CommandField::keyPressEvent(QKeyEvent* event) {
         PanelTextEdit::keyPressEvent(event);
         return;
     }
-    const bool breaksLine = event->modifiers() & Qt::ShiftModifier;
-    if (command == FloatingViewController::FieldCommand::insertNewline && event->isAutoRepeat() &&
-        !breaksLine)
+    if (event->isAutoRepeat() && isOneStepAPress(command, event->modifiers()))
         return;
     switch (controller_->fieldCommand(command, event->modifiers() & Qt::ShiftModifier)) {
     case FloatingViewController::FieldAnswer::notConsumed:

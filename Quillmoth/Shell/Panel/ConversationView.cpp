@@ -132,6 +132,8 @@ MessageContent* ConversationView::makeContent(Role role, bool markdown) {
     if (markdown) {
         MessageContent* content = markdown_(this);
         content->setAccessibleName(describedRole(role));
+        if (tabPredecessor_)
+            setTabOrder(tabPredecessor_, content);
         connectContent(*content);
         return content;
     }

@@ -30,6 +30,9 @@ public:
     [[nodiscard]] QString selectedText() const;
     void clearSelection();
 
+    /// The messages to come follow `widget` in the order of the Tab key, the newest one first.
+    void setTabOrderBehind(QWidget& widget) { tabPredecessor_ = &widget; }
+
     [[nodiscard]] std::size_t rowCount() const { return rows_.size(); }
 
     /// The content of the message at an index of the model; none where its role shows nothing.
@@ -76,6 +79,7 @@ private:
 
     std::shared_ptr<FloatingViewController> controller_;
     MessageContentFactory markdown_;
+    QWidget* tabPredecessor_ = nullptr;
     mutable std::vector<Row> rows_;
     mutable int placedWidth_ = -1;
     mutable int placedHeight_ = 0;

@@ -38,13 +38,14 @@ bool isTyping(const QKeyEvent& event) {
 FloatingView::FloatingView(std::shared_ptr<FloatingViewController> controller, FloatingViewOptions options)
     : controller_(std::move(controller)), command_(new CommandArea(controller_, this)),
       list_(new ListArea(controller_, std::move(options.makeMarkdownContent), this)),
-      bar_(new BottomBar(controller_, symbols_, this)), spoken_(new SpokenStatus(this)),
+      bar_(new BottomBar(controller_, symbols_, this)),
       clock_(options.frameMilliseconds, [this] { refresh(); }) {
     setAccessibleName(QStringLiteral("Quillmoth"));
     watch(command_->field());
     watch(command_->backButton());
     for (auto* group : bar_->findChildren<QAbstractButton*>())
         watch(*group);
+    list_->conversation().setTabOrderBehind(command_->field());
     observe();
     refresh();
 }
@@ -52,8 +53,11 @@ FloatingView::FloatingView(std::shared_ptr<FloatingViewController> controller, F
 void FloatingView::observe() {
     updates_ = controller_->onUpdate([this] {
         // A hidden panel catches up when it is shown.
-        if (isVisible())
-            clock_.request();
+        if (!isVisible())
+            return;
+        // An answer can begin and end within a frame.
+        announceChanges();
+        clock_.request();
     });
     fieldFocus_ = controller_->onFieldFocus([this] { focusCommandField(); });
     presetScroll_ = controller_->onScrollToPreset([this](std::int64_t index) { list_->revealPreset(index); });
@@ -222,7 +226,8 @@ void FloatingView::focusMoved(QWidget& widget, Qt::FocusReason reason) {
         if (&field->edit() == &widget)
             focused = field->id();
     // What is typed next replaces a blank, unless the pointer or the window's return has put the caret there.
-    const bool keepsCaret = reason == Qt::MouseFocusReason || reason == Qt::ActiveWindowFocusReason;
+    const bool keepsCaret = reason == Qt::MouseFocusReason || reason == Qt::ActiveWindowFocusReason ||
+                            reason == Qt::PopupFocusReason;
     if (focused && *focused != FloatingViewController::kCommandField && !keepsCaret)
         static_cast<PanelTextEdit&>(widget).selectEverything();
     followedFocus_ = focused;
@@ -262,10 +267,10 @@ void FloatingView::announceChanges() {
     const bool loading = controller_->model()._isLoading;
     const std::string& error = controller_->model()._error;
     if (error != spokenError_ && !error.empty())
-        spoken_->announce(QString::fromStdString(error));
+        spoken_.announce(QString::fromStdString(error));
     else if (loading != spokenLoading_)
-        spoken_->announce(loading ? QStringLiteral("Waiting for the answer")
-                                  : QStringLiteral("Answer finished"));
+        spoken_.announce(loading ? QStringLiteral("Waiting for the answer")
+                                 : QStringLiteral("Answer finished"));
     spokenError_ = error;
     spokenLoading_ = loading;
 }

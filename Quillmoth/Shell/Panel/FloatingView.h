@@ -67,7 +67,7 @@ private:
     CommandArea* command_;
     ListArea* list_;
     BottomBar* bar_;
-    SpokenStatus* spoken_;
+    SpokenStatus spoken_{*this};
     FrameClock clock_;
     std::optional<std::int64_t> followedFocus_;
     std::vector<BracketField*> watchedFields_;

@@ -1,9 +1,12 @@
 #include "Quillmoth/Shell/Panel/MarkdownMessage.h"
 
+#include "MarkdownUI/Qt/AccessibleDocument.h"
 #include "MarkdownUI/Qt/AccessibleMarkdown.h"
+#include "Quillmoth/Shell/Panel/PanelMenu.h"
+#include "Quillmoth/Shell/Panel/PanelTheme.h"
 
-#include <QAccessibleWidget>
 #include <QClipboard>
+#include <QContextMenuEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -18,33 +21,15 @@ namespace quillmoth {
 
 namespace {
 
-/// An answer for assistive technology: a document with its text.
-class AnswerAccessible final : public QAccessibleWidget {
-public:
-    explicit AnswerAccessible(MarkdownMessage& message)
-        : QAccessibleWidget(&message, QAccessible::Document),
-          text_(message.item(), [&message] { return message.mapToGlobal(QPoint()); }) {}
-
-    [[nodiscard]] QAccessible::State state() const override {
-        QAccessible::State state = QAccessibleWidget::state();
-        state.readOnly = true;
-        state.multiLine = true;
-        state.selectableText = true;
-        return state;
-    }
-
-    void* interface_cast(QAccessible::InterfaceType type) override {
-        return type == QAccessible::TextInterface ? static_cast<QAccessibleTextInterface*>(&text_)
-                                                  : QAccessibleWidget::interface_cast(type);
-    }
-
-private:
-    markdown::AccessibleMarkdownText text_;
-};
+/// So much is seen above and below what the Tab key leads to.
+constexpr int kFocusMargin = 20;
 
 QAccessibleInterface* makeInterface(const QString&, QObject* object) {
     auto* message = dynamic_cast<MarkdownMessage*>(object);
-    return message ? new AnswerAccessible(*message) : nullptr;
+    if (!message)
+        return nullptr;
+    return new markdown::AccessibleDocument(*message, message->item(),
+                                            [message] { return message->mapToGlobal(QPoint()); });
 }
 
 void installAccessibility() {
@@ -106,6 +91,10 @@ void MarkdownMessage::paintEvent(QPaintEvent* event) {
     item_.ensureLaidOut(exposed.top(), exposed.bottom());
     QPainter painter(this);
     item_.paint(painter, exposed, {0, 0});
+    if (!hasFocus() || item_.focusedPart())
+        return;
+    painter.setPen(kPanelTheme.accent);
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
 void MarkdownMessage::press(QMouseEvent* event) {
@@ -155,7 +144,48 @@ void MarkdownMessage::keyPressEvent(QKeyEvent* event) {
 }
 
 bool MarkdownMessage::focusNextPrevChild(bool isNext) {
-    return item_.focusNextButton(isNext) || MessageContent::focusNextPrevChild(isNext);
+    return focusNextControl(isNext) || MessageContent::focusNextPrevChild(isNext);
+}
+
+bool MarkdownMessage::focusNextControl(bool isNext) {
+    if (!item_.focusNextControl(isNext))
+        return false;
+    const QRectF frame = item_.focusedFrame().value_or(QRectF());
+    if (onReveal)
+        onReveal(qFloor(frame.top()) - kFocusMargin, qCeil(frame.bottom()) + kFocusMargin);
+    markdown::announceFocusedPart(*this, item_);
+    return true;
+}
+
+/// The Tab key goes to the first link or copy button at once. Where there is none the answer itself can be
+/// selected by keys.
+void MarkdownMessage::focusInEvent(QFocusEvent* event) {
+    MessageContent::focusInEvent(event);
+    const bool isForward = event->reason() == Qt::TabFocusReason;
+    if (isForward || event->reason() == Qt::BacktabFocusReason)
+        focusNextControl(isForward);
+    update();
+}
+
+void MarkdownMessage::focusOutEvent(QFocusEvent* event) {
+    const bool returns =
+        event->reason() == Qt::PopupFocusReason || event->reason() == Qt::ActiveWindowFocusReason;
+    if (!returns)
+        item_.clearFocus();
+    MessageContent::focusOutEvent(event);
+    update();
+}
+
+void MarkdownMessage::contextMenuEvent(QContextMenuEvent* event) {
+    const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
+    const QPointF point =
+        isByKey ? item_.focusedFrame().value_or(item_.caretRectangle()).center() : QPointF(event->pos());
+    auto actions = std::make_unique<QMenu>();
+    if (const QString link = item_.linkAt(point); !link.isEmpty())
+        QObject::connect(actions->addAction(QStringLiteral("Open Link")), &QAction::triggered, this,
+                         [this, link] { openLink(link); });
+    item_.addActions(*actions, point);
+    PanelMenu::open(*this, std::move(actions), mapToGlobal(point.toPoint()), isByKey);
 }
 
 void MarkdownMessage::itemChanged(const QRectF& area) {

@@ -34,6 +34,9 @@ public:
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     bool focusNextPrevChild(bool isNext) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
@@ -50,6 +53,7 @@ private:
     void callAfter(std::chrono::milliseconds delay, std::function<void()> work) override;
 
     void press(QMouseEvent* event);
+    bool focusNextControl(bool isNext);
 
     OpenLink openLink_;
     ClickRun clicks_;

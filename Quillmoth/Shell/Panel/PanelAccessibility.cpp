@@ -3,6 +3,7 @@
 #include "Quillmoth/Shell/Panel/BottomBar.h"
 #include "Quillmoth/Shell/Panel/ConversationView.h"
 #include "Quillmoth/Shell/Panel/FormView.h"
+#include "Quillmoth/Shell/Panel/PanelMenu.h"
 #include "Quillmoth/Shell/Panel/PanelSurface.h"
 #include "Quillmoth/Shell/Panel/PlainTextContent.h"
 #include "Quillmoth/Shell/Panel/RowListAccessible.h"
@@ -64,6 +65,19 @@ private:
     [[nodiscard]] ThinScrollBar& bar() const { return *static_cast<ThinScrollBar*>(widget()); }
 };
 
+/// A line of a menu.
+class MenuItemAccessible final : public QAccessibleWidget {
+public:
+    explicit MenuItemAccessible(PanelMenuItem& item) : QAccessibleWidget(&item, QAccessible::MenuItem) {}
+
+    [[nodiscard]] QStringList actionNames() const override { return {pressAction()}; }
+
+    void doAction(const QString& name) override {
+        if (name == pressAction())
+            static_cast<PanelMenuItem*>(widget())->click();
+    }
+};
+
 /// What is a group of others, by what it is a group for.
 QAccessible::Role groupRoleOf(const QObject* object) {
     if (dynamic_cast<const PanelSurface*>(object))
@@ -72,6 +86,8 @@ QAccessible::Role groupRoleOf(const QObject* object) {
         return QAccessible::ToolBar;
     if (dynamic_cast<const FormView*>(object))
         return QAccessible::Form;
+    if (dynamic_cast<const PanelMenu*>(object))
+        return QAccessible::PopupMenu;
     if (dynamic_cast<const ConversationView*>(object))
         return QAccessible::Grouping;
     return QAccessible::NoRole;
@@ -95,8 +111,10 @@ QAccessibleInterface* makeInterface(const QString&, QObject* object) {
         return new QAccessibleWidget(chips, QAccessible::StaticText, chips->accessibleName());
     if (auto* bar = dynamic_cast<ThinScrollBar*>(object))
         return new ScrollBarAccessible(*bar);
+    if (auto* item = dynamic_cast<PanelMenuItem*>(object))
+        return new MenuItemAccessible(*item);
     // What comes up in this role is spoken once, when nothing else is being said.
-    if (dynamic_cast<SpokenStatus*>(object))
+    if (dynamic_cast<SpokenMessage*>(object))
         return new QAccessibleWidget(widget, QAccessible::Notification);
     if (isViewport(*widget))
         return new ViewportAccessible(*widget);

@@ -1,8 +1,11 @@
 #include "Quillmoth/Shell/Panel/PanelSurface.h"
 
 #include "Quillmoth/Shell/Panel/PanelGeometry.h"
+#include "Quillmoth/Shell/Panel/PanelKeys.h"
 #include "Quillmoth/Shell/Panel/PanelTheme.h"
 
+#include <QContextMenuEvent>
+#include <QCoreApplication>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -158,7 +161,30 @@ bool PanelSurface::eventFilter(QObject* watched, QEvent* event) {
         return true;
     } else if (event->type() == QEvent::Leave)
         showEdgeCursor({});
+    else if (event->type() == QEvent::KeyPress)
+        return handleKey(*static_cast<QKeyEvent*>(event));
     return false;
+}
+
+bool PanelSurface::handleKey(const QKeyEvent& event) {
+    if (event.key() == Qt::Key_F10 && event.modifiers() == Qt::ShiftModifier) {
+        openMenu();
+        return true;
+    }
+    const auto latin = latinEquivalent(event);
+    if (latin)
+        QCoreApplication::sendEvent(windowHandle(), latin.get());
+    return latin != nullptr;
+}
+
+/// The toolkit does so for the menu key alone, which many keyboards lack.
+void PanelSurface::openMenu() {
+    QWidget* widget = focusWidget();
+    if (!widget)
+        return;
+    const QPoint middle = widget->rect().center();
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, middle, widget->mapToGlobal(middle));
+    QCoreApplication::sendEvent(widget, &event);
 }
 
 void PanelSurface::showEdgeCursor(Qt::Edges edges) {

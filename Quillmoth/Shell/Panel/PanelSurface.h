@@ -47,6 +47,8 @@ private:
     [[nodiscard]] QSize leastSize() const;
     void beginDrag(QPoint globalPosition, Qt::Edges edges);
     void drag(QPoint globalPosition);
+    bool handleKey(const QKeyEvent& event);
+    void openMenu();
     void showEdgeCursor(Qt::Edges edges);
     void applyMask();
     void applySize();

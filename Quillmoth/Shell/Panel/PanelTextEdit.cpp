@@ -1,5 +1,6 @@
 #include "Quillmoth/Shell/Panel/PanelTextEdit.h"
 
+#include "Quillmoth/Shell/Panel/PanelMenu.h"
 #include "Quillmoth/Shell/Panel/PanelTheme.h"
 
 #include <QApplication>
@@ -183,8 +184,31 @@ void PanelTextEdit::mouseDoubleClickEvent(QMouseEvent* event) {
     setTextCursor(cursor);
 }
 
+std::unique_ptr<QMenu> PanelTextEdit::actions() {
+    auto menu = std::make_unique<QMenu>();
+    const auto add = [&](const QString& text, QKeySequence::StandardKey key, bool isEnabled, auto work) {
+        QAction* action = menu->addAction(text);
+        action->setShortcut(key);
+        action->setEnabled(isEnabled);
+        QObject::connect(action, &QAction::triggered, this, work);
+    };
+    const bool hasSelection = textCursor().hasSelection();
+    add(QStringLiteral("Undo"), QKeySequence::Undo, document()->isUndoAvailable(), [this] { undo(); });
+    add(QStringLiteral("Redo"), QKeySequence::Redo, document()->isRedoAvailable(), [this] { redo(); });
+    menu->addSeparator();
+    add(QStringLiteral("Cut"), QKeySequence::Cut, hasSelection, [this] { cut(); });
+    add(QStringLiteral("Copy"), QKeySequence::Copy, hasSelection, [this] { copy(); });
+    add(QStringLiteral("Paste"), QKeySequence::Paste, canPaste(), [this] { paste(); });
+    menu->addSeparator();
+    add(QStringLiteral("Select All"), QKeySequence::SelectAll, !document()->isEmpty(),
+        [this] { selectEverything(); });
+    return menu;
+}
+
 void PanelTextEdit::contextMenuEvent(QContextMenuEvent* event) {
-    event->accept();
+    const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
+    const QPoint place = isByKey ? viewport()->mapToGlobal(caretRect().bottomLeft()) : event->globalPos();
+    PanelMenu::open(*this, actions(), place, isByKey);
 }
 
 void PanelTextEdit::focusInEvent(QFocusEvent* event) {

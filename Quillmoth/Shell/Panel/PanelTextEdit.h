@@ -5,6 +5,10 @@
 #include <QTextEdit>
 #include <QTimer>
 
+#include <memory>
+
+class QMenu;
+
 namespace quillmoth {
 
 /// An editable plain text of the panel: transparent, without a frame, with a caret of our own. Selecting with
@@ -50,6 +54,8 @@ protected:
     [[nodiscard]] virtual int caretHeight() const { return lineHeight_ - 2; }
 
 private:
+    /// What its context menu offers.
+    [[nodiscard]] std::unique_ptr<QMenu> actions();
     void applyLineHeight();
     void restartBlinking();
     void updateCaret();

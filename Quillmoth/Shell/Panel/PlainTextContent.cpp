@@ -1,7 +1,9 @@
 #include "Quillmoth/Shell/Panel/PlainTextContent.h"
 
+#include "Quillmoth/Shell/Panel/PanelMenu.h"
 #include "Quillmoth/Shell/Panel/PanelTheme.h"
 
+#include <QContextMenuEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QTextBoundaryFinder>
@@ -140,6 +142,14 @@ void PlainTextContent::mouseMoveEvent(QMouseEvent* event) {
 void PlainTextContent::mouseDoubleClickEvent(QMouseEvent* event) {
     clicks_.count(*event);
     selectWord(column_.positionAt(event->position()));
+}
+
+void PlainTextContent::contextMenuEvent(QContextMenuEvent* event) {
+    openSelectionMenu(*this, event->globalPos(), selectedText(), [this] {
+        if (onSelectionBegun)
+            onSelectionBegun();
+        select(0, static_cast<int>(column_.text().size()));
+    });
 }
 
 void PlainTextContent::selectWord(int position) {

@@ -2,9 +2,10 @@
 
 #include "Quillmoth/Shell/Panel/PanelGeometry.h"
 
+#include <QApplication>
 #include <QCursor>
-#include <QGuiApplication>
 #include <QScreen>
+#include <QWindow>
 
 namespace quillmoth {
 
@@ -35,6 +36,8 @@ std::unique_ptr<platform::PanelWindow> QtPanelWindows::makePanel(const platform:
 QtPanelWindow::QtPanelWindow(QtPanelServices services, std::unique_ptr<PanelContent> content)
     : services_(std::move(services)), surface_(std::make_unique<PanelSurface>(std::move(content))) {
     surface_->onPressed = [this] { pressed(); };
+    if (services_.onCompositingChange)
+        compositing_ = services_.onCompositingChange([this] { followCompositing(); });
     turned_ =
         services_.focus.onTurnedElsewhere([this](platform::PanelFocus::Turn turn) { turnedElsewhere(turn); });
 }
@@ -72,11 +75,15 @@ void QtPanelWindow::saveFrameUsingName(std::string_view name) {
 }
 
 void QtPanelWindow::orderFront() {
-    surface_->setCompositing(!services_.isCompositing || services_.isCompositing());
+    followCompositing();
     if (!surface_->isVisible())
         services_.focus.prepare();
     surface_->show();
     surface_->raise();
+}
+
+void QtPanelWindow::followCompositing() {
+    surface_->setCompositing(!services_.isCompositing || services_.isCompositing());
 }
 
 void QtPanelWindow::makeKeyWindow() {
@@ -84,6 +91,10 @@ void QtPanelWindow::makeKeyWindow() {
         return;
     surface_->setActive(true);
     services_.focus.acquire(surface_->winId());
+    // The toolkit learns a moment after a closing that the window has lost the keyboard. Where it comes back
+    // before that, the toolkit sees no change; but hiding has taken the focus from the widgets.
+    if (QGuiApplication::focusWindow() == surface_->windowHandle())
+        QApplication::setActiveWindow(surface_.get());
 }
 
 void QtPanelWindow::close() {

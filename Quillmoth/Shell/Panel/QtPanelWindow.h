@@ -13,8 +13,10 @@ namespace quillmoth {
 struct QtPanelServices {
     platform::PanelFocus& focus;
     platform::UserDefaults& defaults;
-    /// Whether the desktop blends windows now; asked at each showing. Without it, yes.
-    std::function<bool()> isCompositing;
+    /// Whether the desktop blends windows now. Without it, yes.
+    std::function<bool()> isCompositing = {};
+    /// Calls after that has changed.
+    std::function<Subscription(std::function<void()>)> onCompositingChange = {};
 };
 
 /// Panels as windows of this toolkit that no window manager knows.
@@ -54,6 +56,7 @@ public:
     [[nodiscard]] PanelSurface& surface() const { return *surface_; }
 
 private:
+    void followCompositing();
     void turnedElsewhere(platform::PanelFocus::Turn turn);
     void pressed();
 
@@ -61,6 +64,7 @@ private:
     std::unique_ptr<PanelSurface> surface_;
     std::function<void()> resignMain_;
     Subscription turned_;
+    Subscription compositing_;
 };
 
 } // namespace quillmoth

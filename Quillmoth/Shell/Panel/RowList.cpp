@@ -157,4 +157,8 @@ void RowList::leaveEvent(QEvent*) {
     pointedRow_ = -1;
 }
 
+void RowList::hideEvent(QHideEvent*) {
+    pointedRow_ = -1;
+}
+
 } // namespace quillmoth

@@ -1,23 +1,29 @@
 #include "Quillmoth/Shell/Panel/SpokenStatus.h"
 
-#include <QAccessible>
+#include <QTimer>
+
+#include <chrono>
 
 namespace quillmoth {
 
-SpokenStatus::SpokenStatus(QWidget* parent) : QWidget(parent) {
+namespace {
+
+/// A busy screen reader asks late for the text.
+constexpr std::chrono::seconds kLife{10};
+
+} // namespace
+
+SpokenMessage::SpokenMessage(const QString& text, QWidget* parent) : QWidget(parent) {
     setAttribute(Qt::WA_TransparentForMouseEvents);
+    setAccessibleName(text);
     resize(1, 1);
+    QTimer::singleShot(kLife, this, [this] { deleteLater(); });
 }
 
 void SpokenStatus::announce(const QString& text) {
     ++announcements_;
-    // Tells of a changed name by itself.
-    setAccessibleName(text);
-    if (!QAccessible::isActive() || !isVisible())
-        return;
-    // Screen readers speak a notification when it comes up.
-    QAccessibleEvent event(this, QAccessible::ObjectShow);
-    QAccessible::updateAccessibility(&event);
+    // Coming up is what makes it heard.
+    (new SpokenMessage(text, &parent_))->show();
 }
 
 } // namespace quillmoth

@@ -105,10 +105,11 @@ std::vector<std::string> AccessibleProgram::names(std::string_view role) {
 }
 
 std::string AccessibleProgram::focus() {
+    std::string innermost;
     for (const AccessibleObject& object : showing())
         if (object.has(ATSPI_STATE_FOCUSED) && object.role != "list item")
-            return object.role + " " + object.name;
-    return {};
+            innermost = object.role + " " + object.name;
+    return innermost;
 }
 
 bool AccessibleProgram::press(const AccessibleObject& object) {

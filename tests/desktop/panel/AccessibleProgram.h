@@ -37,7 +37,7 @@ public:
     [[nodiscard]] std::optional<AccessibleObject> find(std::string_view role, std::string_view name = "");
     /// The names of all of these with the role.
     [[nodiscard]] std::vector<std::string> names(std::string_view role);
-    /// "role name" of what has the focus; empty for nothing.
+    /// "role name" of what has the focus, but rows: a part rather than its document. Empty for nothing.
     [[nodiscard]] std::string focus();
 
     /// Does the first action of an object.

@@ -58,7 +58,7 @@ TEST_F(PanelKeys, TheListFollowsTheSelectionAndPagesByKey) {
     EXPECT_TRUE(soon([] { return isSelected("Preset number 11"); }));
     EXPECT_FALSE(shows("list item", "Use typed command"));
     input().tapKey(KEY_PAGEDOWN);
-    EXPECT_TRUE(goes("list item", "Preset number 11"));
+    EXPECT_TRUE(goes("list item", "Preset number 9"));
     input().tapKey(KEY_UP);
     EXPECT_TRUE(soon([] { return isSelected("Preset number 10"); }));
     expectFrontKept("");
@@ -77,7 +77,8 @@ TEST_F(PanelKeys, ShiftReturnMakesTheFieldGrowToItsLimit) {
     for (int line = 0; line < 12; ++line)
         input().chord({KEY_LEFTSHIFT, KEY_ENTER});
     EXPECT_TRUE(soon([&] { return panel().extents(field).height == 300; }));
-    EXPECT_GE(panel().extents(await("list", "Presets")).height, 50);
+    const auto place = panel().extents(field);
+    EXPECT_GE(panel().extents(await("tool bar")).y - (place.y + place.height), 200);
     expectFrontKept();
 }
 
@@ -150,10 +151,8 @@ TEST_F(PanelKeys, ControlRAsksAgainWhereThereIsAnAnswer) {
     press(KEY_R);
     EXPECT_TRUE(soon([&] { return server().requests().size() == before + 2; }));
     press(KEY_H);
-    EXPECT_TRUE(soon([] {
-        return panel().text(await("document", "Answer")) == "Another one.\n" ||
-               panel().text(await("document", "Answer")) == "Another one.";
-    })) << panel().text(await("document", "Answer"));
+    EXPECT_TRUE(soon([] { return panel().text(await("document", "Answer")).starts_with("Another one."); }))
+        << panel().text(await("document", "Answer"));
     expectFrontKept();
 }
 
@@ -183,21 +182,18 @@ TEST_F(PanelKeys, ControlHShowsTheHistoryAndReturnOpensARow) {
     openPanel();
     press(KEY_H);
     await("list", "History");
-    EXPECT_TRUE(soon([] { return isSelected("Conversation 1"); }) || isSelected("A topic"));
+    const auto first = panel().names("list item").front();
+    EXPECT_TRUE(soon([&] { return isSelected(first); }));
     input().tapKey(KEY_DOWN);
     input().tapKey(KEY_DOWN);
     press(KEY_H);
     await("list", "Presets");
     press(KEY_H);
     await("list", "History");
-    const auto first = panel().names("list item").front();
     EXPECT_TRUE(soon([&] { return isSelected(first); })) << "the selection begins anew";
     input().tapKey(KEY_DOWN);
     input().tapKey(KEY_ENTER);
-    EXPECT_TRUE(soon([] {
-        return panel().text(await("document", "Answer")).starts_with("stored answer") ||
-               shows("document", "Answer");
-    }));
+    await("document", "Answer");
     expectFrontKept();
 }
 
@@ -267,6 +263,87 @@ TEST_F(PanelKeys, TheTabKeyLeadsThroughTheControlsAndTypingGoesBackToTheField) {
                                                  "check box On top, Ctrl+T"}));
     input().type("mo");
     EXPECT_TRUE(soon([] { return command() == "mo"; })) << command();
+    EXPECT_TRUE(isFocused("text Command"));
+    expectFrontKept();
+}
+
+TEST_F(PanelKeys, TabLeadsToTheLinksOfAnAnswerAndReturnOpensThem) {
+    openPanel();
+    converse("hi", "See [the moths](https://moths.test/a) and\n\n```\ncode\n```\n");
+    input().tapKey(KEY_TAB);
+    EXPECT_TRUE(soon([] { return isFocused("link the moths"); })) << panel().described();
+    input().tapKey(KEY_ENTER);
+    EXPECT_TRUE(soon([] { return openedLinks() == "https://moths.test/a\n"; })) << openedLinks();
+    input().tapKey(KEY_TAB);
+    EXPECT_TRUE(soon([] { return isFocused("push button"); })) << panel().focus();
+    input().tapKey(KEY_ENTER);
+    EXPECT_TRUE(soon([] { return clipboard() == "code"; })) << clipboard();
+    input().tapKey(KEY_TAB);
+    EXPECT_TRUE(soon([] { return isFocused("push button Select"); })) << panel().focus();
+    expectFrontKept();
+}
+
+TEST_F(PanelKeys, AHeldKeyThatClosesThePanelDoesNotRepeatIntoTheProgramInFront) {
+    openPanel();
+    converse("hi", "Their going to the the meeting.");
+    const auto text = editor().find("text");
+    ASSERT_TRUE(text);
+    input().pressKey(KEY_LEFTCTRL);
+    input().pressKey(KEY_ENTER);
+    EXPECT_TRUE(closes());
+    // The server repeats a held key after 660 ms, 25 times a second.
+    letPass(1s);
+    input().releaseKey(KEY_ENTER);
+    input().releaseKey(KEY_LEFTCTRL);
+    input().chord({KEY_LEFTCTRL, KEY_END});
+    input().type("k");
+    EXPECT_TRUE(soon([&] { return editor().text(*text) == kEditorText + std::string("k"); }))
+        << editor().text(*text);
+    input().tapKey(KEY_BACKSPACE);
+    EXPECT_TRUE(soon([&] { return editor().text(*text) == kEditorText; }));
+}
+
+TEST_F(PanelKeys, WhatIsTypedRightBehindTheHotKeyIsThePanels) {
+    for (int round = 0; round < 20; ++round) {
+        pressHotKey();
+        letPass(std::chrono::milliseconds(3 * round));
+        input().type("quick");
+        EXPECT_TRUE(soon([] { return command() == "quick"; })) << command() << " after " << 3 * round << " ms";
+        input().tapKey(KEY_ESC);
+        EXPECT_TRUE(closes());
+        EXPECT_TRUE(soon([] { return !isOpen(); }));
+        openPanel();
+        input().chord({KEY_LEFTCTRL, KEY_A});
+        input().tapKey(KEY_DELETE);
+        EXPECT_TRUE(soon([] { return command().empty(); })) << command();
+        input().tapKey(KEY_ESC);
+        EXPECT_TRUE(closes());
+    }
+    expectFrontKept();
+}
+
+TEST_F(PanelKeys, ItsMenuWorksByKeysAndKeepsTheKeyboardInThePanel) {
+    openPanel();
+    input().type("moth");
+    EXPECT_TRUE(soon([] { return command() == "moth"; }));
+    const auto openMenu = [] {
+        input().chord({KEY_LEFTSHIFT, KEY_F10});
+        await("menu item", "Select All");
+    };
+    openMenu();
+    input().tapKey(KEY_UP);
+    EXPECT_TRUE(soon([] { return isFocused("menu item Select All"); })) << panel().focus();
+    input().tapKey(KEY_ENTER);
+    EXPECT_TRUE(goes("menu item", "Select All"));
+    openMenu();
+    EXPECT_TRUE(panel().press(await("menu item", "Cut")));
+    EXPECT_TRUE(soon([] { return clipboard() == "moth" && command().empty(); })) << clipboard() << command();
+    openMenu();
+    input().tapKey(KEY_ESC);
+    EXPECT_TRUE(goes("menu item", "Select All"));
+    EXPECT_TRUE(isOpen());
+    input().chord({KEY_LEFTCTRL, KEY_V});
+    EXPECT_TRUE(soon([] { return command() == "moth"; })) << command();
     EXPECT_TRUE(isFocused("text Command"));
     expectFrontKept();
 }

@@ -4,6 +4,10 @@
 #include "tests/desktop/panel/PanelSession.h"
 
 #include <linux/input-event-codes.h>
+#include <xcb/shape.h>
+
+#include <cstdlib>
+#include <memory>
 
 namespace quillmoth::test {
 
@@ -22,6 +26,22 @@ protected:
         runChild({"setxkbmap", layout, variant}, 5s);
         // The server tells everybody, and hot keys are taken anew, in a moment.
         letPass(700ms);
+    }
+
+    static xcb_atom_t atom(const std::string& name) {
+        const auto cookie =
+            xcb_intern_atom(desktop().connection(), 0, static_cast<std::uint16_t>(name.size()), name.c_str());
+        const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
+            xcb_intern_atom_reply(desktop().connection(), cookie, nullptr), &std::free);
+        return reply ? reply->atom : xcb_atom_t{0};
+    }
+
+    /// Whether the window is of another shape than a rectangle.
+    static bool isCutOut(std::uint32_t window) {
+        const auto cookie = xcb_shape_query_extents(desktop().connection(), window);
+        const std::unique_ptr<xcb_shape_query_extents_reply_t, decltype(&std::free)> reply(
+            xcb_shape_query_extents_reply(desktop().connection(), cookie, nullptr), &std::free);
+        return reply && reply->bounding_shaped != 0;
     }
 };
 
@@ -95,6 +115,39 @@ TEST_F(PanelPlace, ItShowsOverAFullScreenProgramWhichStaysActive) {
     EXPECT_TRUE(soon([] { return desktop().windows().geometry(scene().editorWindow()).width < 1280; }));
 }
 
+TEST_F(PanelPlace, ItsCornersFollowTheCompositor) {
+    if (desktop().windowManager() != "openbox")
+        GTEST_SKIP() << "this window manager composites by itself";
+    openPanel();
+    EXPECT_TRUE(soon([] { return isCutOut(scene().panelWindow()); }));
+    xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
+    const xcb_window_t owner = xcb_generate_id(connection);
+    xcb_create_window(connection, 0, owner, desktop().rootWindow(), 0, 0, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_ONLY, 0, 0, nullptr);
+    xcb_set_selection_owner(connection, owner, atom("_NET_WM_CM_S0"), XCB_CURRENT_TIME);
+    xcb_flush(connection);
+    EXPECT_TRUE(soon([] { return !isCutOut(scene().panelWindow()); }));
+    xcb_disconnect(connection);
+    EXPECT_TRUE(soon([] { return isCutOut(scene().panelWindow()); }));
+    expectFrontKept();
+}
+
+TEST_F(PanelPlace, AProgramThatAsksForTheWholeKeyboardGetsIt) {
+    openPanel();
+    xcb_connection_t* locker = xcb_connect(nullptr, nullptr);
+    const auto grabs = [locker] {
+        const auto cookie = xcb_grab_keyboard(locker, 1, desktop().rootWindow(), XCB_CURRENT_TIME,
+                                              XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+        const std::unique_ptr<xcb_grab_keyboard_reply_t, decltype(&std::free)> reply(
+            xcb_grab_keyboard_reply(locker, cookie, nullptr), &std::free);
+        return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
+    };
+    EXPECT_FALSE(grabs());
+    EXPECT_TRUE(soon(grabs));
+    EXPECT_TRUE(closes());
+    xcb_disconnect(locker);
+}
+
 TEST_F(PanelPlace, LockingTheSessionClosesItAndFreesTheKeyboard) {
     openPanel();
     // The buses are listened to a moment behind the first picture.
@@ -117,6 +170,44 @@ TEST_F(PanelPlace, LockingTheSessionClosesItAndFreesTheKeyboard) {
         << editor().text(*text);
     input().tapKey(KEY_BACKSPACE);
     EXPECT_TRUE(soon([&] { return editor().text(*text) == kEditorText; }));
+}
+
+/// With an input method between the keys and the panel: a table that turns "\\alpha" into a letter.
+class PanelInputMethod : public PanelSession {
+protected:
+    static void SetUpTestSuite() {
+        startDesktop();
+        daemon_.emplace(std::vector<std::string>{
+            "sh", "-c", "exec ibus-daemon --panel=disable --emoji-extension=disable"});
+        isInstalled_ = holdsWithin(20s,
+                                   [] {
+                                       runChild({"sh", "-c", "ibus engine table:latex"}, 5s);
+                                       return daemon_->waitForExit(0ms) || engine() == "table:latex\n";
+                                   }) &&
+                       !daemon_->waitForExit(0ms);
+        setenv("QT_IM_MODULE", "ibus", 1); // NOLINT(concurrency-mt-unsafe)
+        startProgram();
+        unsetenv("QT_IM_MODULE"); // NOLINT(concurrency-mt-unsafe)
+    }
+
+    static void TearDownTestSuite() {
+        daemon_.reset();
+        PanelSession::TearDownTestSuite();
+    }
+
+    static std::string engine() { return runChild({"sh", "-c", "ibus engine"}, 5s).output; }
+
+    static inline std::optional<ChildProcess> daemon_;
+    static inline bool isInstalled_ = false;
+};
+
+TEST_F(PanelInputMethod, WhatItComposesReachesTheField) {
+    if (!isInstalled_)
+        GTEST_SKIP() << "no such input method is installed: " << daemon_->output();
+    openPanel();
+    input().type("\\alpha ");
+    EXPECT_TRUE(soon([] { return command().starts_with("α"); })) << command() << engine();
+    expectFrontKept();
 }
 
 } // namespace

@@ -23,6 +23,12 @@ protected:
         input().releaseButton(1);
     }
 
+    /// In the editor's text, where the panel does not cover it.
+    static void clickBelowPanel() {
+        const DesktopRectangle place = desktop().windows().geometry(scene().editorWindow());
+        input().click(place.x + place.width / 2, place.y + place.height - 30);
+    }
+
     static bool isColored(std::string_view row, std::uint32_t color) {
         const auto found = panel().find("list item", row);
         return found && pixelIn(*found, panel().extents(*found).width - 20, 8) == color;
@@ -46,6 +52,7 @@ TEST_F(PanelPointer, AClickSelectsARowAndADoubleClickRunsIt) {
 
 TEST_F(PanelPointer, TheRowEnteredLastStaysMarked) {
     openPanel();
+    click(await("list item", "Use typed command"));
     hover(await("list item", "Fix the grammar"));
     EXPECT_TRUE(soon([] { return isColored("Fix the grammar", kRowHovered); }));
     hover(await("list item", "Make it shorter"));
@@ -141,6 +148,33 @@ TEST_F(PanelPointer, TextOfAnAnswerIsSelectedByDraggingAndByClicks) {
     expectFrontKept();
 }
 
+TEST_F(PanelPointer, TheRightButtonOpensAMenuForEachText) {
+    openPanel();
+    converse("hello there", "A [link](https://moths.test/b) here");
+    const auto choose = [](const AccessibleObject& object, int fromLeft, const char* item) {
+        const auto place = panel().extents(object);
+        input().click(place.x + fromLeft, place.y + 10, 3);
+        click(await("menu item", item));
+        EXPECT_TRUE(goes("menu item", item));
+    };
+    choose(await("document", "Answer"), 30, "Copy Link");
+    EXPECT_TRUE(soon([] { return clipboard() == "https://moths.test/b"; })) << clipboard();
+    choose(await("document", "Answer"), 30, "Open Link");
+    EXPECT_TRUE(soon([] { return openedLinks() == "https://moths.test/b\n"; })) << openedLinks();
+    const auto instruction = await("label", "Your are");
+    choose(instruction, 30, "Select All");
+    choose(instruction, 30, "Copy");
+    EXPECT_TRUE(soon([&] { return clipboard() == instruction.name; })) << clipboard();
+    const auto place = panel().extents(await("text", "Command"));
+    input().click(place.x + 30, place.y + 10, 3);
+    await("menu item", "Paste");
+    click(instruction);
+    EXPECT_TRUE(goes("menu item", "Paste"));
+    EXPECT_TRUE(isFocused("text Command")) << panel().focus();
+    EXPECT_TRUE(isOpen());
+    expectFrontKept();
+}
+
 TEST_F(PanelPointer, TheWheelAndTheBarScroll) {
     deselect();
     openPanel();
@@ -175,6 +209,7 @@ TEST_F(PanelPointer, EmptyPartsMoveThePanelAndEdgesResizeIt) {
     EXPECT_TRUE(soon([&] { return frame().height == moved.height + 50; }));
     const auto chosen = frame();
     input().tapKey(KEY_ESC);
+    await("label", "Context removed");
     input().tapKey(KEY_ESC);
     ASSERT_TRUE(closes());
     openPanel();
@@ -194,21 +229,24 @@ TEST_F(PanelPointer, AClickElsewhereClosesUnlessPinned) {
     openPanel();
     input().chord({KEY_LEFTCTRL, KEY_T});
     EXPECT_TRUE(soon([] { return await("check box", "On top").has(ATSPI_STATE_CHECKED); }));
-    input().click(5, 795);
+    clickBelowPanel();
+    EXPECT_TRUE(soon([] { return panel().focus().empty(); })) << panel().focus();
     input().type("z");
-    EXPECT_TRUE(isOpen());
-    EXPECT_EQ(command(), "") << "the keyboard is the other application's";
     const auto text = editor().find("text");
     ASSERT_TRUE(text);
-    EXPECT_TRUE(soon([&] { return editor().text(*text).starts_with("z"); })) << editor().text(*text);
-    input().chord({KEY_LEFTCTRL, KEY_Z});
+    EXPECT_TRUE(soon([&] { return editor().text(*text) == kEditorText + std::string("z"); }))
+        << editor().text(*text);
+    EXPECT_TRUE(isOpen());
+    EXPECT_EQ(command(), "") << "the keyboard is the other application's";
+    input().tapKey(KEY_BACKSPACE);
     EXPECT_TRUE(soon([&] { return editor().text(*text) == kEditorText; })) << editor().text(*text);
     click(await("text", "Command"));
+    ASSERT_TRUE(soon([] { return isFocused("text Command"); })) << panel().focus();
     input().type("back");
     EXPECT_TRUE(soon([] { return command() == "back"; })) << command();
     input().chord({KEY_LEFTCTRL, KEY_T});
     EXPECT_TRUE(soon([] { return !await("check box", "On top").has(ATSPI_STATE_CHECKED); }));
-    input().click(5, 795);
+    clickBelowPanel();
     EXPECT_TRUE(closes());
     EXPECT_TRUE(scene().isEditorActive());
 }

@@ -54,6 +54,20 @@ std::string conversations() {
     return list + "]";
 }
 
+/// Stands in for the desktop's opener of links.
+void installOpener(const std::string& home) {
+    const std::string opener = home + "/bin/xdg-open";
+    writeFile(opener, "#!/bin/sh\necho \"$1\" >> \"$HOME/opened-links\"\n");
+    std::filesystem::permissions(opener, std::filesystem::perms::owner_all);
+    const char* path = std::getenv("PATH");                           // NOLINT(concurrency-mt-unsafe)
+    setenv("PATH", (home + "/bin:" + (path ? path : "")).c_str(), 1); // NOLINT(concurrency-mt-unsafe)
+}
+
+std::string readFile(const std::string& path) {
+    std::ifstream file(path);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
 } // namespace
 
 bool soon(const std::function<bool()>& condition) {
@@ -61,6 +75,11 @@ bool soon(const std::function<bool()>& condition) {
 }
 
 void PanelSession::SetUpTestSuite() {
+    startDesktop();
+    startProgram();
+}
+
+void PanelSession::startDesktop() {
     server_ = std::make_unique<ScriptedChatServer>();
     server_->answer(kOneShot, jsonAnswer(200, chatResponse("🧪 A topic")));
     scene_ = std::make_unique<DemonstrationDesktop>(
@@ -74,10 +93,14 @@ void PanelSession::SetUpTestSuite() {
     writeFile(documents + "QuillmothHistory.json", conversations());
     scene_->useServer(server_->baseURL());
     scene_->startEditor(kEditorText);
-    scene_->startProgram();
+    installOpener(desktop().homeDirectory());
     editor_ = std::make_unique<AccessibleProgram>(scene_->editor().processIdentifier());
-    panel_ = std::make_unique<AccessibleProgram>(scene_->program().processIdentifier());
     inputFocus_ = desktop().windows().inputFocus();
+}
+
+void PanelSession::startProgram() {
+    scene_->startProgram();
+    panel_ = std::make_unique<AccessibleProgram>(scene_->program().processIdentifier());
     ASSERT_TRUE(soon([] { return !panel().showing().empty(); })) << scene_->programOutput();
     // Before the program has its hot key, the window manager opens a menu by it, which Escape closes.
     ASSERT_TRUE(soon([] {
@@ -102,6 +125,7 @@ void PanelSession::TearDownTestSuite() {
 void PanelSession::SetUp() {
     answerWith("An answer.");
     input().movePointer(5, 795);
+    std::filesystem::remove(desktop().homeDirectory() + "/opened-links");
     selectFirstLine();
 }
 
@@ -238,9 +262,12 @@ std::string PanelSession::clipboard() {
     return runChild({"xclip", "-selection", "clipboard", "-o"}, 2s).output;
 }
 
+std::string PanelSession::openedLinks() {
+    return readFile(desktop().homeDirectory() + "/opened-links");
+}
+
 std::string PanelSession::stored(const std::string& key) {
-    std::ifstream file(desktop().homeDirectory() + "/.config/quillmoth/defaults.json");
-    const std::string all(std::istreambuf_iterator<char>(file), {});
+    const std::string all = readFile(desktop().homeDirectory() + "/.config/quillmoth/defaults.json");
     const std::size_t found = all.find('"' + key + '"');
     if (found == std::string::npos)
         return {};

@@ -26,6 +26,10 @@ public:
     static void TearDownTestSuite();
 
 protected:
+    /// The halves of SetUpTestSuite.
+    static void startDesktop();
+    static void startProgram();
+
     void SetUp() override;
     void TearDown() override;
 
@@ -75,6 +79,8 @@ protected:
     static bool isFocused(std::string_view object);
     static std::string command();
     static std::string clipboard();
+    /// What the test has had opened, a line each.
+    static std::string openedLinks();
     /// The value of a key in the defaults store, as it is written there; empty for none.
     static std::string stored(const std::string& key);
     static std::uint32_t pixel(int x, int y);
