@@ -53,7 +53,8 @@ Program::Program()
     services_.application.setSettingsHandler([this] { windows_.showSettings(); });
     services_.workspace.setOwnURLHandler([this](const std::vector<std::string>& urls) { openURLs(urls); });
     services_.setConsentQuestion([this] {
-        windows_.askForConsent(platform::programsToRestart(), [this] { services_.consentGiven(); });
+        const auto display = qEnvironmentVariable("DISPLAY").toStdString();
+        windows_.askForConsent(platform::programsToRestart(display), [this] { services_.consentGiven(); });
     });
 }
 

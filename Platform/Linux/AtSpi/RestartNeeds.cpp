@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <fstream>
 #include <set>
+#include <sstream>
 #include <string_view>
 #include <unistd.h>
 
@@ -38,16 +39,44 @@ bool isHelper(const fs::path& process) {
     return contentOf(process / "cmdline").find("--type=") != std::string::npos;
 }
 
+/// What was set in the environment that the process started with; empty where that may not be read.
+std::string startedWith(const fs::path& process, std::string_view variable) {
+    std::istringstream environment(contentOf(process / "environ"));
+    for (std::string entry; std::getline(environment, entry, '\0');) {
+        if (entry.starts_with(variable) && entry.substr(variable.size()).starts_with('='))
+            return entry.substr(variable.size() + 1);
+    }
+    return {};
+}
+
+/// The name of an X display, without the number of a screen.
+std::string withoutScreen(const std::string& display) {
+    const auto colon = display.rfind(':');
+    const auto point = colon == std::string::npos ? colon : display.find('.', colon);
+    return display.substr(0, point);
+}
+
+bool isOnDesktop(const fs::path& process, const std::string& display) {
+    const auto theirs = startedWith(process, "DISPLAY");
+    if (theirs.empty())
+        return !startedWith(process, "WAYLAND_DISPLAY").empty();
+    return display.empty() || withoutScreen(theirs) == withoutScreen(display);
+}
+
 std::string nameOf(const fs::path& process) {
+    // The kernel cuts the name.
+    constexpr std::size_t kLongestName = 15;
     std::string name = contentOf(process / "comm");
     while (!name.empty() && name.back() == '\n')
         name.pop_back();
-    return name;
+    std::error_code error;
+    const std::string program = fs::read_symlink(process / "exe", error).filename();
+    return name.size() >= kLongestName && program.starts_with(name) ? program : name;
 }
 
 } // namespace
 
-std::vector<std::string> programsToRestart(const fs::path& processes) {
+std::vector<std::string> programsToRestart(const std::string& display, const fs::path& processes) {
     std::set<std::string> names;
     std::error_code error;
     const std::string self = std::to_string(getpid());
@@ -55,7 +84,8 @@ std::vector<std::string> programsToRestart(const fs::path& processes) {
         const fs::path& process = entry.path();
         if (!isProcess(process) || process.filename() == self)
             continue;
-        if ((isOnChromium(process) || isOnQt6(process)) && !isHelper(process))
+        if ((isOnChromium(process) || isOnQt6(process)) && !isHelper(process) &&
+            isOnDesktop(process, display))
             names.insert(nameOf(process));
     }
     return {names.begin(), names.end()};

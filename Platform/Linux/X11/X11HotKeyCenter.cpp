@@ -37,12 +37,13 @@ void selectKeymapNotices(X11Connection& connection) {
 } // namespace
 
 X11HotKeyCenter::X11HotKeyCenter(std::unique_ptr<X11Connection> connection)
-    : connection_(std::move(connection)), hold_(*connection_), modifiers_(*connection_),
+    : connection_(std::move(connection)), hold_(*connection_, [this] { handleHeldHotKeys(); }),
+      modifiers_(*connection_),
       grabWatch_({.grabbedKey = [this](xcb_keycode_t keycode) { handleGrabOf(keycode); },
                   .askedForKeyboard = [this](std::uint32_t client) { keyboardAskedFor_.emit(client); }}) {
     grabTimer_.setSingleShot(true);
     grabTimer_.setTimerType(Qt::PreciseTimer);
-    QObject::connect(&grabTimer_, &QTimer::timeout, &grabTimer_, [this] { grabAllAgain(); });
+    QObject::connect(&grabTimer_, &QTimer::timeout, &grabTimer_, [this] { grabInSteps(); });
     releaseTimer_.setSingleShot(true);
     releaseTimer_.setInterval(0);
     QObject::connect(&releaseTimer_, &QTimer::timeout, &releaseTimer_, [this] {
@@ -65,6 +66,7 @@ OSStatus X11HotKeyCenter::registerEventHotKey(std::uint32_t keyCode, std::uint32
     const Registration registration = {id, *keycode, modifiersForCarbon(carbonModifiers)};
     if (find(registration.keycode, registration.modifiers))
         return kHotKeyExistsError;
+    letKeysGo();
     if (!grabKey(*connection_, registration.keycode, variants(registration))) {
         ungrabKey(*connection_, registration.keycode, variants(registration));
         return kHotKeyExistsError;
@@ -78,6 +80,7 @@ OSStatus X11HotKeyCenter::unregisterEventHotKey(Handle handle) {
     const auto found = registrations_.find(handle);
     if (found == registrations_.end())
         return kHotKeyInvalidError;
+    letKeysGo();
     ungrabKey(*connection_, found->second.keycode, variants(found->second));
     connection_->synchronize();
     if (pressed_ && pressed_->identifier.id == found->second.identifier.id)
@@ -138,6 +141,7 @@ void X11HotKeyCenter::handleKey(const X11KeyStroke& stroke) {
     } else if (hold_.isActive()) {
         hold_.add(stroke);
     } else if (const auto* registration = stroke.isPress ? find(stroke.keycode, stroke.modifiers) : nullptr) {
+        hold_.start(stroke.keycode);
         press(*registration);
     }
 }
@@ -152,6 +156,19 @@ bool X11HotKeyCenter::offer(const X11KeyStroke& stroke) {
         return false;
     press(*registration);
     return true;
+}
+
+void X11HotKeyCenter::holdKeys() {
+    if (!hold_.isActive())
+        hold_.start(pressed_ ? pressed_->keycode : 0);
+    hold_.insist();
+}
+
+void X11HotKeyCenter::letKeysGo() {
+    if (!hold_.isActive())
+        return;
+    hold_.letGo();
+    grabAllAgain();
 }
 
 void X11HotKeyCenter::offerAgain(const X11KeyStroke& stroke) {
@@ -171,9 +188,13 @@ void X11HotKeyCenter::press(const Registration& registration) {
 
 void X11HotKeyCenter::release() {
     const auto released = std::exchange(pressed_, std::nullopt);
+    hold_.keyReleased();
     send(kEventHotKeyReleased, released->identifier);
-    hold_.letGo();
-    // Where no window has taken the keys, nobody knows whom they were for; but hot keys are for us.
+}
+
+/// No window has taken the keys, so nobody knows whom they were for; but hot keys are for us.
+void X11HotKeyCenter::handleHeldHotKeys() {
+    grabAllAgain();
     for (const auto& stroke : hold_.take())
         handleKey(stroke);
 }
@@ -197,18 +218,25 @@ void X11HotKeyCenter::handleGrabOf(xcb_keycode_t keycode) {
 void X11HotKeyCenter::startGrabbingAgain() {
     grabStep_ = 0;
     modifiers_ = X11Modifiers(*connection_);
-    grabAllAgain();
+    grabInSteps();
 }
 
 void X11HotKeyCenter::grabAllAgain() {
     for (const auto& [handle, registration] : registrations_)
         grabAgain(registration);
     xcb_flush(connection_->get());
+}
+
+void X11HotKeyCenter::grabInSteps() {
+    grabAllAgain();
     if (grabStep_ < std::size(kGrabPauses))
         grabTimer_.start(kGrabPauses[grabStep_++]);
 }
 
 void X11HotKeyCenter::grabAgain(const Registration& registration) {
+    // Comes with the end of the hold. Servers up to 21.1 crash when one key is taken out of a grab of all.
+    if (hold_.isActive())
+        return;
     ungrabKey(*connection_, registration.keycode, variants(registration));
     grabKeyUnchecked(*connection_, registration.keycode, variants(registration));
 }

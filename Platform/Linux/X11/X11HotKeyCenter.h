@@ -35,10 +35,12 @@ public:
     /// what it receives. True where the event belongs to a hot key and is not for the window.
     bool offer(const X11KeyStroke& stroke);
 
-    /// Keeps the keys to come from all programs, until they are let go.
-    void holdKeys() { hold_.start(); }
+    /// Keeps the keys to come from all programs, until they are let go. The press of a hot key does so too.
+    void holdKeys();
 
-    void letKeysGo() { hold_.letGo(); }
+    [[nodiscard]] bool holdsKeys() const { return hold_.isActive(); }
+
+    void letKeysGo();
 
     /// What was typed while the keyboard was held. Nothing more comes once it has been let go.
     [[nodiscard]] std::vector<X11KeyStroke> takeHeldKeys() { return hold_.take(); }
@@ -66,9 +68,11 @@ private:
     void offerAgain(const X11KeyStroke& stroke);
     void press(const Registration& registration);
     void release();
+    void handleHeldHotKeys();
     void send(std::uint32_t kind, EventHotKeyID identifier);
     void handleGrabOf(xcb_keycode_t keycode);
     void startGrabbingAgain();
+    void grabInSteps();
     void grabAllAgain();
     void grabAgain(const Registration& registration);
 

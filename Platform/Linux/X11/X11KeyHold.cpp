@@ -1,5 +1,8 @@
 #include "Platform/Linux/X11/X11KeyHold.h"
 
+#include "Platform/Linux/X11/X11Modifiers.h"
+#include "Platform/Linux/X11/X11PassiveGrab.h"
+
 #include <chrono>
 #include <utility>
 
@@ -11,6 +14,9 @@ constexpr std::chrono::milliseconds kGuardPause(500);
 
 /// The first pair of master devices has these numbers on every server.
 constexpr std::uint16_t kCoreKeyboard = 3;
+
+constexpr xcb_keycode_t kAnyKey = 0;
+constexpr std::uint32_t kAnyModifiers[] = {XCB_INPUT_MODIFIER_MASK_ANY};
 
 } // namespace
 
@@ -34,29 +40,45 @@ void ungrabKeyboard(X11Connection& connection) {
     connection.synchronize();
 }
 
-X11KeyHold::X11KeyHold(X11Connection& connection) : connection_(connection) {
+X11KeyHold::X11KeyHold(X11Connection& connection, std::function<void()> onGivenUp)
+    : connection_(connection), onGivenUp_(std::move(onGivenUp)) {
     guardTimer_.setInterval(kGuardPause);
-    QObject::connect(&guardTimer_, &QTimer::timeout, &guardTimer_, [this] {
-        letGo();
-        strokes_.clear();
-    });
+    QObject::connect(&guardTimer_, &QTimer::timeout, &guardTimer_, [this] { giveUp(); });
 }
 
-void X11KeyHold::start() {
-    if (isActive_)
-        return;
-    grabKeyboard(connection_);
-    isActive_ = true;
+void X11KeyHold::start(xcb_keycode_t key) {
+    key_ = key;
     guardTimer_.start();
+    if (!std::exchange(isActive_, true))
+        hasAllKeys_ = grabKey(connection_, kAnyKey, kAnyModifiers);
+}
+
+void X11KeyHold::insist() {
+    if (isActive_ && !std::exchange(hasAllKeys_, true))
+        grabKeyboard(connection_);
+}
+
+void X11KeyHold::keyReleased() {
+    if (isActive_)
+        guardTimer_.start();
 }
 
 void X11KeyHold::letGo() {
     if (!isActive_)
         return;
     guardTimer_.stop();
+    ungrabKey(connection_, kAnyKey, kAnyModifiers);
     ungrabKeyboard(connection_);
     connection_.tellQueuedEvents();
     isActive_ = false;
+}
+
+void X11KeyHold::giveUp() {
+    // Its release would go to another program.
+    if (key_ != 0 && isKeyDown(connection_, key_))
+        return;
+    letGo();
+    onGivenUp_();
 }
 
 std::vector<X11KeyStroke> X11KeyHold::take() {

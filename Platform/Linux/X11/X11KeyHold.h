@@ -3,6 +3,7 @@
 #include "Platform/Linux/X11/X11Connection.h"
 
 #include <QTimer>
+#include <functional>
 #include <vector>
 #include <xcb/xinput.h>
 
@@ -25,30 +26,45 @@ struct X11KeyStroke {
 void grabKeyboard(X11Connection& connection);
 void ungrabKeyboard(X11Connection& connection);
 
-/// Keeps the keyboard while the panel comes up: what the user types then would replace the selection in the
-/// other program. The keys are kept in their order, to be handed on.
+/// Keeps the keyboard from the press of a hot key until the panel has come up: what the user types then would
+/// replace the selection in the other program. The keys are kept in their order, to be handed on.
+///
+/// Until a key is struck the other programs notice nothing: the keyboard's focus is theirs, and with it the
+/// selection that is being read.
 class X11KeyHold {
 public:
-    /// `connection` outlives the object, and tells its subscribers of the keys.
-    explicit X11KeyHold(X11Connection& connection);
+    /// `connection` outlives the object, and tells its subscribers of the keys. `onGivenUp` is called after
+    /// it has let the keyboard go because nobody took it in time.
+    X11KeyHold(X11Connection& connection, std::function<void()> onGivenUp);
 
-    /// Keeps the keyboard, for half a second at most.
-    void start();
+    /// Keeps the keyboard as long as the key is down, and for half a second more at most.
+    void start(xcb_keycode_t key);
+    /// The key is up.
+    void keyReleased();
+    /// From now on also where another program holds keys of its own by the same means; but then the other
+    /// programs see that they lose the keyboard.
+    void insist();
 
     [[nodiscard]] bool isActive() const { return isActive_; }
 
     void add(const X11KeyStroke& stroke) { strokes_.push_back(stroke); }
 
-    /// Gives the keyboard up; what has been kept stays. Returns after the server has done it, and after all
-    /// events up to then have been told to the connection's subscribers.
+    /// Gives the keyboard up, and with it all passive grabs of the connection; what has been kept stays.
+    /// Returns after the server has done it, and after all events up to then have been told to the
+    /// connection's subscribers.
     void letGo();
 
     /// What has been kept, and forgets it.
     [[nodiscard]] std::vector<X11KeyStroke> take();
 
 private:
+    void giveUp();
+
     X11Connection& connection_;
+    std::function<void()> onGivenUp_;
     bool isActive_ = false;
+    bool hasAllKeys_ = false;
+    xcb_keycode_t key_ = 0;
     std::vector<X11KeyStroke> strokes_;
     /// Ends the hold where nobody takes the keyboard.
     QTimer guardTimer_;

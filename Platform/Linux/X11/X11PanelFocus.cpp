@@ -120,6 +120,12 @@ void X11PanelFocus::release() {
         drain_.start(lastKey_);
     giveUp();
     window_ = 0;
+    hotKeys_.letKeysGo();
+    // A hot key has closed the window, and what was typed since is for the active application.
+    for (const auto& stroke : hotKeys_.takeHeldKeys()) {
+        if (stroke.isPress)
+            strikeAgain(stroke);
+    }
 }
 
 void X11PanelFocus::tryToGrab() {
@@ -196,12 +202,15 @@ void X11PanelFocus::turn(Turn kind) {
 }
 
 void X11PanelFocus::withoutGrab(const std::function<void()>& work) {
+    const bool wasHeld = hotKeys_.holdsKeys();
     hotKeys_.letKeysGo();
     drain_.stop();
     const bool wasGrabbed = means_ == Means::grab;
     if (wasGrabbed)
         giveUp();
     work();
+    if (wasHeld)
+        hotKeys_.holdKeys();
     if (wasGrabbed && window_)
         acquire(window_);
 }

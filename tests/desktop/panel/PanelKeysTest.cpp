@@ -304,20 +304,17 @@ TEST_F(PanelKeys, AHeldKeyThatClosesThePanelDoesNotRepeatIntoTheProgramInFront) 
 }
 
 TEST_F(PanelKeys, WhatIsTypedRightBehindTheHotKeyIsThePanels) {
-    for (int round = 0; round < 20; ++round) {
-        pressHotKey();
-        letPass(std::chrono::milliseconds(3 * round));
+    for (int round = 0; round < 8; ++round) {
+        // A hand leaves no key as fast as it struck it.
+        input().pressKey(KEY_LEFTALT);
+        input().pressKey(KEY_SPACE);
+        letPass(40ms);
+        input().releaseKey(KEY_SPACE);
+        input().releaseKey(KEY_LEFTALT);
+        letPass(std::chrono::milliseconds(8 * round));
         input().type("quick");
-        EXPECT_TRUE(soon([] { return command() == "quick"; })) << command() << " after " << 3 * round << " ms";
-        input().tapKey(KEY_ESC);
-        EXPECT_TRUE(closes());
-        EXPECT_TRUE(soon([] { return !isOpen(); }));
-        openPanel();
-        input().chord({KEY_LEFTCTRL, KEY_A});
-        input().tapKey(KEY_DELETE);
-        EXPECT_TRUE(soon([] { return command().empty(); })) << command();
-        input().tapKey(KEY_ESC);
-        EXPECT_TRUE(closes());
+        ASSERT_TRUE(soon([] { return command() == "quick"; })) << command() << " after " << 8 * round << " ms";
+        closePanel();
     }
     expectFrontKept();
 }

@@ -49,6 +49,8 @@ protected:
     static void pressHotKey();
     /// By the hot key; waits until the panel has the keyboard.
     static void openPanel();
+    /// By Escape, as often as it takes.
+    static void closePanel();
     /// One line of the editor becomes the selection.
     static void selectFirstLine();
     static void deselect();
@@ -91,7 +93,6 @@ protected:
 
 private:
     static void answerStreams(ScriptedChatServer::Handler handler);
-    static void closePanel();
 
     static inline std::unique_ptr<ScriptedChatServer> server_;
     static inline std::unique_ptr<DemonstrationDesktop> scene_;

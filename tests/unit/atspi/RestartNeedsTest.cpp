@@ -27,10 +27,12 @@ protected:
     }
 
     void addProcess(const std::string& number, const std::string& name, const std::string& program,
-                    const std::string& maps, const std::string& arguments = {}) {
+                    const std::string& maps, const std::string& arguments = {},
+                    const std::string& display = ":1") {
         write("proc/" + number + "/comm", name + "\n");
         write("proc/" + number + "/maps", maps);
         write("proc/" + number + "/cmdline", arguments);
+        write("proc/" + number + "/environ", std::string("HOME=/") + '\0' + "DISPLAY=" + display + '\0');
         fs::create_symlink(root_ / program, root_ / "proc" / number / "exe");
     }
 
@@ -47,9 +49,13 @@ TEST_F(RestartNeeds, NamesWhatLooksAtItsStartOnlyAndEachOnce) {
     addProcess("13", "browser", "engine/browser", "");
     addProcess("14", "renderer", "engine/browser", "", std::string("browser") + '\0' + "--type=renderer");
     addProcess("15", "web-view", "engine/view", "", std::string("view") + '\0' + "--type=gpu");
+    addProcess("16", "elsewhere", "usr/plain", qt6, {}, ":2");
+    write("usr/a-name-that-is-cut", "");
+    addProcess("17", "a-name-that-is-", "usr/a-name-that-is-cut", qt6, {}, ":1.0");
     addProcess("self", "not-a-process", "engine/browser", "");
-    EXPECT_EQ(programsToRestart(root_ / "proc"), (std::vector<std::string>{"browser", "notes"}));
-    EXPECT_TRUE(programsToRestart(root_ / "nowhere").empty());
+    EXPECT_EQ(programsToRestart(":1", root_ / "proc"),
+              (std::vector<std::string>{"a-name-that-is-cut", "browser", "notes"}));
+    EXPECT_TRUE(programsToRestart(":1", root_ / "nowhere").empty());
 }
 
 } // namespace quillmoth::platform
