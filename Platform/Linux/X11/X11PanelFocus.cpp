@@ -90,9 +90,10 @@ void X11PanelFocus::acquire(WindowIdentifier window) {
     watch_.start();
     drain_.stop();
     hotKeys_.letKeysGo();
+    // Before the grab, so that they come before the keys that it brings.
+    handOnHeldKeys();
     attempts_ = 0;
     tryToGrab();
-    handOnHeldKeys();
     // Connecting to the buses takes a while: not between the hot key and the first picture.
     QTimer::singleShot(0, &lockWatch_, [this] { lockWatch_.start(); });
 }
