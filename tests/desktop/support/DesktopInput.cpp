@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <string>
 #include <xcb/xcb.h>
+#include <xcb/xinput.h>
 #include <xcb/xtest.h>
 
 namespace quillmoth::test {
@@ -49,14 +50,43 @@ KeyPosition find(xcb_connection_t* connection, std::uint32_t keysym) {
     throw std::runtime_error("no key writes keysym " + std::to_string(keysym));
 }
 
+/// The keyboard that belongs to the server and not to XTEST; 0 for none.
+std::uint8_t serverKeyboard(xcb_connection_t* connection) {
+    const auto cookie = xcb_input_xi_query_device(connection, XCB_INPUT_DEVICE_ALL);
+    const std::unique_ptr<xcb_input_xi_query_device_reply_t, decltype(&std::free)> reply(
+        xcb_input_xi_query_device_reply(connection, cookie, nullptr), &std::free);
+    if (!reply)
+        return 0;
+    auto devices = xcb_input_xi_query_device_infos_iterator(reply.get());
+    for (; devices.rem > 0; xcb_input_xi_device_info_next(&devices)) {
+        const std::string_view name(xcb_input_xi_device_info_name(devices.data), devices.data->name_len);
+        if (devices.data->type == XCB_INPUT_DEVICE_TYPE_SLAVE_KEYBOARD &&
+            name.find("XTEST") == std::string_view::npos)
+            return static_cast<std::uint8_t>(devices.data->deviceid);
+    }
+    return 0;
+}
+
 } // namespace
 
 DesktopInput::DesktopInput(xcb_connection_t* connection, std::uint32_t rootWindow)
     : connection_(connection), rootWindow_(rootWindow) {}
 
+void DesktopInput::useSecondKeyboard(bool isSecond) {
+    keyboard_ = isSecond ? serverKeyboard(connection_) : 0;
+    if (isSecond && keyboard_ == 0)
+        throw std::runtime_error("no second keyboard");
+}
+
 void DesktopInput::send(std::uint8_t type, int detail, int x, int y) {
+    std::uint8_t device = 0;
+    if (keyboard_ != 0 && (type == XCB_KEY_PRESS || type == XCB_KEY_RELEASE)) {
+        const auto first = xcb_get_extension_data(connection_, &xcb_input_id)->first_event;
+        type = first + (type == XCB_KEY_PRESS ? XCB_INPUT_DEVICE_KEY_PRESS : XCB_INPUT_DEVICE_KEY_RELEASE);
+        device = keyboard_;
+    }
     xcb_test_fake_input(connection_, type, static_cast<std::uint8_t>(detail), XCB_CURRENT_TIME, rootWindow_,
-                        static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), 0);
+                        static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), device);
     std::free(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
 }
 

@@ -15,6 +15,11 @@ public:
     /// `connection` outlives the object.
     DesktopInput(xcb_connection_t* connection, std::uint32_t rootWindow);
 
+    /// Strikes the keys on a keyboard of the server's own from now on, or on that of XTEST again. Whenever
+    /// the keyboard changes, the server takes over its keymap and tells everybody. Throws where it has no
+    /// other.
+    void useSecondKeyboard(bool isSecond);
+
     void pressKey(int key);
     void releaseKey(int key);
     void tapKey(int key);
@@ -34,6 +39,8 @@ private:
 
     xcb_connection_t* connection_;
     std::uint32_t rootWindow_;
+    /// Number of the second keyboard while it is in use.
+    std::uint8_t keyboard_ = 0;
 };
 
 } // namespace quillmoth::test

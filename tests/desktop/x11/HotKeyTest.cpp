@@ -43,7 +43,10 @@ protected:
     }
 
     bool sees(const std::string& expected) {
-        return holdsWithin(1s, [&] { return log == expected; });
+        const bool seen = holdsWithin(1s, [&] { return log == expected; });
+        // No window comes that would take the keys.
+        center().letKeysGo();
+        return seen;
     }
 
     std::string log;
@@ -88,6 +91,22 @@ TEST_F(HotKeyTest, AltSpaceArrivesBeforeTheWindowManagerWhateverHappensToTheKeym
     }
     EXPECT_EQ(presses, 24);
     setLayout("us");
+}
+
+TEST_F(HotKeyTest, AHundredPressesOnTwoKeyboardsInTurnAllArrive) {
+    const auto terminal = frontTerminal("front");
+    ASSERT_EQ(add(kSpace, kOption), platform::noErr);
+    for (int press = 0; press < 100; ++press) {
+        log.clear();
+        // The window manager takes its own keys anew at each change, between the modifier and the key.
+        input().useSecondKeyboard(press % 2 == 0);
+        input().pressKey(KEY_LEFTALT);
+        letPass(15ms);
+        input().tapKey(KEY_SPACE);
+        input().releaseKey(KEY_LEFTALT);
+        ASSERT_TRUE(sees("+1-1")) << "press " << press << ": " << log;
+    }
+    input().useSecondKeyboard(false);
 }
 
 TEST_F(HotKeyTest, SurvivesANewWindowManager) {
