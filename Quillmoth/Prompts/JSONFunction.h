@@ -26,7 +26,12 @@ namespace quillmoth::jsonFunction {
 [[nodiscard]] Result<void> writeDocument(const std::string& filename, const Result<std::string>& json,
                                          platform::Documents& documents);
 
-/// The array in the user's file, or none on any failure, which is logged. `read` decodes a JSON text.
+/// Copies what the user's file held to the first free "<filename>.damaged-<n>" beside it, and logs where;
+/// once for the same bytes.
+void keepAside(const std::string& filename, const std::string& bytes, platform::Documents& documents);
+
+/// The array in the user's file, or none on any failure, which is logged. `read` decodes a JSON text. Bytes
+/// that it cannot decode are kept aside, since the next save replaces the file.
 template<class Record, class Read>
 std::optional<std::vector<Record>> loadJSONFile(const std::string& filename, platform::Documents& documents,
                                                 Read&& read) {
@@ -35,6 +40,8 @@ std::optional<std::vector<Record>> loadJSONFile(const std::string& filename, pla
     if (records)
         return std::move(*records);
     logLine("error reading data file:" + filename + " :" + records.error().description);
+    if (bytes)
+        keepAside(filename, *bytes, documents);
     return std::nullopt;
 }
 

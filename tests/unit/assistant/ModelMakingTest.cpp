@@ -43,6 +43,18 @@ TEST_F(ModelMakingTest, a_damaged_history_is_logged_and_left_until_the_next_stor
     EXPECT_EQ(platform.documents.content(DataModel::kHistoryFilename), "[{");
 }
 
+TEST_F(ModelMakingTest, damaged_files_are_kept_aside_each_content_once) {
+    platform.documents.put(DataModel::kHistoryFilename, "[{");
+    remake();
+    remake();
+    platform.documents.put(DataModel::kHistoryFilename, "other");
+    remake();
+    const std::string aside = std::string(DataModel::kHistoryFilename) + ".damaged-";
+    EXPECT_EQ(platform.documents.content(aside + "1"), "[{");
+    EXPECT_EQ(platform.documents.content(aside + "2"), "other");
+    EXPECT_FALSE(platform.documents.fileExists(platform::FakeDocuments::pathOf(aside + "3")));
+}
+
 TEST_F(ModelMakingTest, an_empty_history_file_is_no_error) {
     platform.documents.put(DataModel::kHistoryFilename, "[]");
     lines.clear();
