@@ -37,7 +37,8 @@ void selectKeymapNotices(X11Connection& connection) {
 } // namespace
 
 X11HotKeyCenter::X11HotKeyCenter(std::unique_ptr<X11Connection> connection)
-    : connection_(std::move(connection)), hold_(*connection_, [this] { handleHeldHotKeys(); }),
+    : connection_(std::move(connection)), hold_(*connection_, {.lostGrabs = [this] { grabAllAgain(); },
+                                                               .gaveUp = [this] { handleHeldHotKeys(); }}),
       modifiers_(*connection_),
       grabWatch_({.grabbedKey = [this](xcb_keycode_t keycode) { handleGrabOf(keycode); },
                   .askedForKeyboard = [this](std::uint32_t client) { keyboardAskedFor_.emit(client); }}) {
@@ -165,10 +166,7 @@ void X11HotKeyCenter::holdKeys() {
 }
 
 void X11HotKeyCenter::letKeysGo() {
-    if (!hold_.isActive())
-        return;
     hold_.letGo();
-    grabAllAgain();
 }
 
 void X11HotKeyCenter::offerAgain(const X11KeyStroke& stroke) {
@@ -194,7 +192,6 @@ void X11HotKeyCenter::release() {
 
 /// No window has taken the keys, so nobody knows whom they were for; but hot keys are for us.
 void X11HotKeyCenter::handleHeldHotKeys() {
-    grabAllAgain();
     for (const auto& stroke : hold_.take())
         handleKey(stroke);
 }
@@ -234,8 +231,8 @@ void X11HotKeyCenter::grabInSteps() {
 }
 
 void X11HotKeyCenter::grabAgain(const Registration& registration) {
-    // Comes with the end of the hold. Servers up to 21.1 crash when one key is taken out of a grab of all.
-    if (hold_.isActive())
+    // Comes with the end of the hold.
+    if (hold_.hasAllKeys())
         return;
     ungrabKey(*connection_, registration.keycode, variants(registration));
     grabKeyUnchecked(*connection_, registration.keycode, variants(registration));

@@ -40,6 +40,9 @@ public:
 
     [[nodiscard]] bool holdsKeys() const { return hold_.isActive(); }
 
+    /// In a way that leaves the keyboard to no window of this program either.
+    [[nodiscard]] bool holdsKeysByForce() const { return hold_.isForced(); }
+
     void letKeysGo();
 
     /// What was typed while the keyboard was held. Nothing more comes once it has been let go.

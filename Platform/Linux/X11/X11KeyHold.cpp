@@ -40,8 +40,8 @@ void ungrabKeyboard(X11Connection& connection) {
     connection.synchronize();
 }
 
-X11KeyHold::X11KeyHold(X11Connection& connection, std::function<void()> onGivenUp)
-    : connection_(connection), onGivenUp_(std::move(onGivenUp)) {
+X11KeyHold::X11KeyHold(X11Connection& connection, Callbacks callbacks)
+    : connection_(connection), callbacks_(std::move(callbacks)) {
     guardTimer_.setInterval(kGuardPause);
     QObject::connect(&guardTimer_, &QTimer::timeout, &guardTimer_, [this] { giveUp(); });
 }
@@ -54,7 +54,7 @@ void X11KeyHold::start(xcb_keycode_t key) {
 }
 
 void X11KeyHold::insist() {
-    if (isActive_ && !std::exchange(hasAllKeys_, true))
+    if (isActive_ && !hasAllKeys_ && !std::exchange(isForced_, true))
         grabKeyboard(connection_);
 }
 
@@ -68,9 +68,13 @@ void X11KeyHold::letGo() {
         return;
     guardTimer_.stop();
     ungrabKey(connection_, kAnyKey, kAnyModifiers);
-    ungrabKeyboard(connection_);
+    xcb_input_xi_ungrab_device(connection_.get(), XCB_CURRENT_TIME, kCoreKeyboard);
+    hasAllKeys_ = false;
+    callbacks_.lostGrabs();
+    connection_.synchronize();
     connection_.tellQueuedEvents();
     isActive_ = false;
+    isForced_ = false;
 }
 
 void X11KeyHold::giveUp() {
@@ -78,7 +82,7 @@ void X11KeyHold::giveUp() {
     if (key_ != 0 && isKeyDown(connection_, key_))
         return;
     letGo();
-    onGivenUp_();
+    callbacks_.gaveUp();
 }
 
 std::vector<X11KeyStroke> X11KeyHold::take() {

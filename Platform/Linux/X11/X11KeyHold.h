@@ -33,9 +33,15 @@ void ungrabKeyboard(X11Connection& connection);
 /// selection that is being read.
 class X11KeyHold {
 public:
-    /// `connection` outlives the object, and tells its subscribers of the keys. `onGivenUp` is called after
-    /// it has let the keyboard go because nobody took it in time.
-    X11KeyHold(X11Connection& connection, std::function<void()> onGivenUp);
+    struct Callbacks {
+        /// The passive grabs of the connection are gone. What it asks for has been done when the hold ends.
+        std::function<void()> lostGrabs;
+        /// It has let the keyboard go because nobody took it in time.
+        std::function<void()> gaveUp;
+    };
+
+    /// `connection` outlives the object, and tells its subscribers of the keys.
+    X11KeyHold(X11Connection& connection, Callbacks callbacks);
 
     /// Keeps the keyboard as long as the key is down, and for half a second more at most.
     void start(xcb_keycode_t key);
@@ -46,6 +52,12 @@ public:
     void insist();
 
     [[nodiscard]] bool isActive() const { return isActive_; }
+
+    /// Whether it holds a grab of all keys. Servers up to 21.1 crash when one key is taken out of it.
+    [[nodiscard]] bool hasAllKeys() const { return hasAllKeys_; }
+
+    /// Whether it had to insist.
+    [[nodiscard]] bool isForced() const { return isForced_; }
 
     void add(const X11KeyStroke& stroke) { strokes_.push_back(stroke); }
 
@@ -61,9 +73,10 @@ private:
     void giveUp();
 
     X11Connection& connection_;
-    std::function<void()> onGivenUp_;
+    Callbacks callbacks_;
     bool isActive_ = false;
     bool hasAllKeys_ = false;
+    bool isForced_ = false;
     xcb_keycode_t key_ = 0;
     std::vector<X11KeyStroke> strokes_;
     /// Ends the hold where nobody takes the keyboard.

@@ -18,6 +18,9 @@ using namespace std::chrono_literals;
 
 constexpr auto kRetryPause = 10ms;
 constexpr int kAttempts = 50;
+/// While a key that is held for the window is down, the window cannot have the keyboard. It is let go after
+/// so many attempts; what is struck just then may reach the active application.
+constexpr int kAttemptsBesideHold = 12;
 constexpr auto kIdleTime = 60s;
 /// So long the toolkit may take to tell of a press in its windows.
 constexpr auto kPressPause = 20ms;
@@ -89,9 +92,6 @@ void X11PanelFocus::acquire(WindowIdentifier window) {
     window_ = static_cast<xcb_window_t>(window);
     watch_.start();
     drain_.stop();
-    hotKeys_.letKeysGo();
-    // Before the grab, so that they come before the keys that it brings.
-    handOnHeldKeys();
     attempts_ = 0;
     tryToGrab();
     // Connecting to the buses takes a while: not between the hot key and the first picture.
@@ -110,7 +110,6 @@ void X11PanelFocus::handOnHeldKeys() {
         event.same_screen = 1;
         xcb_send_event(toolkit_, 0, window_, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char*>(&event));
     }
-    xcb_flush(toolkit_);
 }
 
 void X11PanelFocus::release() {
@@ -130,6 +129,8 @@ void X11PanelFocus::release() {
 }
 
 void X11PanelFocus::tryToGrab() {
+    if (hotKeys_.holdsKeysByForce() || attempts_ == kAttemptsBesideHold)
+        hotKeys_.letKeysGo();
     if (grab())
         means_ = Means::grab;
     else if (++attempts_ < kAttempts)
@@ -138,11 +139,17 @@ void X11PanelFocus::tryToGrab() {
         moveInputFocus();
     retryTimer_.stop();
     idleTimer_.start();
+    hotKeys_.letKeysGo();
+    handOnHeldKeys();
+    if (means_ == Means::grab)
+        xcb_allow_events(toolkit_, XCB_ALLOW_ASYNC_KEYBOARD, XCB_CURRENT_TIME);
+    xcb_flush(toolkit_);
 }
 
+/// The server keeps what is struck from then on, until the keys that were held before have been handed on.
 bool X11PanelFocus::grab() {
     const auto cookie =
-        xcb_grab_keyboard(toolkit_, 1, window_, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+        xcb_grab_keyboard(toolkit_, 1, window_, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_SYNC);
     const auto reply = owned(xcb_grab_keyboard_reply(toolkit_, cookie, nullptr));
     return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
 }

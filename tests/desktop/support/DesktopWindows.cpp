@@ -37,7 +37,8 @@ std::uint32_t DesktopWindows::atom(const char* name) const {
 std::vector<std::uint32_t> DesktopWindows::numbers(std::uint32_t window, const char* name) const {
     const std::string bytes = property(connection_, window, atom(name));
     std::vector<std::uint32_t> result(bytes.size() / sizeof(std::uint32_t));
-    std::memcpy(result.data(), bytes.data(), result.size() * sizeof(std::uint32_t));
+    if (!result.empty())
+        std::memcpy(result.data(), bytes.data(), result.size() * sizeof(std::uint32_t));
     return result;
 }
 

@@ -57,13 +57,14 @@ void setLayout(const std::string& layout) {
     ASSERT_EQ(runChild({"setxkbmap", layout}, 5s).exitCode, 0);
 }
 
-/// A quick hand takes some 40 ms from one key to the next.
+/// So long a quick hand takes from one key to the next.
+constexpr auto kHandPause = 40ms;
+
 void strikeAltSpaceAsAHandDoes(DesktopInput& input) {
-    constexpr auto kPause = 40ms;
     input.pressKey(KEY_LEFTALT);
-    letPass(kPause);
+    letPass(kHandPause);
     input.pressKey(KEY_SPACE);
-    letPass(kPause);
+    letPass(kHandPause);
     input.releaseKey(KEY_SPACE);
     input.releaseKey(KEY_LEFTALT);
 }
@@ -101,7 +102,7 @@ TEST_F(HotKeyTest, AHundredPressesOnTwoKeyboardsInTurnAllArrive) {
         // The window manager takes its own keys anew at each change, between the modifier and the key.
         input().useSecondKeyboard(press % 2 == 0);
         input().pressKey(KEY_LEFTALT);
-        letPass(15ms);
+        letPass(kHandPause);
         input().tapKey(KEY_SPACE);
         input().releaseKey(KEY_LEFTALT);
         ASSERT_TRUE(sees("+1-1")) << "press " << press << ": " << log;
