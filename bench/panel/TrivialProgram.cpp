@@ -1,0 +1,13 @@
+// The least that a program with a window is: what the `idle` benchmark holds ours against.
+
+#include <QApplication>
+#include <QLabel>
+
+int main(int argc, char** argv) {
+    const QApplication application(argc, argv);
+    QLabel window(QStringLiteral("Hello"));
+    window.setWindowTitle(QStringLiteral("Trivial Program"));
+    window.resize(612, 410);
+    window.winId();
+    return QApplication::exec();
+}
