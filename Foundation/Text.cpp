@@ -42,6 +42,24 @@ std::unique_ptr<icu::BreakIterator> makeCharacterIterator() {
     return U_SUCCESS(status) ? std::move(iterator) : nullptr;
 }
 
+/// One for each thread: to make the first one takes milliseconds.
+icu::BreakIterator* characterIterator() {
+    thread_local const std::unique_ptr<icu::BreakIterator> iterator = makeCharacterIterator();
+    return iterator.get();
+}
+
+/// ASCII joins to longer characters in one place alone, the end of a line as CR and LF.
+std::vector<std::string_view> charactersOfASCII(std::string_view text) {
+    std::vector<std::string_view> result;
+    result.reserve(text.size());
+    while (!text.empty()) {
+        const std::size_t length = text.starts_with("\r\n") ? 2 : 1;
+        result.push_back(text.substr(0, length));
+        text.remove_prefix(length);
+    }
+    return result;
+}
+
 /// Byte offset of the UTF-16 offset `target`; within a surrogate pair the offset of its start, or of its end.
 std::size_t byteOffset(std::string_view text, std::size_t target, bool roundUp) {
     std::size_t units = 0;
@@ -71,11 +89,13 @@ std::string sanitizedUTF8(std::string_view text) {
 }
 
 std::vector<std::string_view> characters(std::string_view text) {
+    if (isASCII(text))
+        return charactersOfASCII(text);
     std::vector<std::string_view> result;
     UErrorCode status = U_ZERO_ERROR;
     UText* utext = utext_openUTF8(nullptr, text.data(), static_cast<std::int64_t>(text.size()), &status);
-    auto iterator = makeCharacterIterator();
-    if (iterator && utext != nullptr) {
+    icu::BreakIterator* iterator = characterIterator();
+    if (iterator != nullptr && utext != nullptr) {
         iterator->setText(utext, status);
         std::int32_t start = iterator->first();
         for (std::int32_t end = iterator->next(); end != icu::BreakIterator::DONE; end = iterator->next()) {

@@ -10,6 +10,7 @@
 #include <QGuiApplication>
 #include <QPalette>
 #include <QSystemTrayIcon>
+#include <QTimer>
 #include <utility>
 
 namespace quillmoth::platform {
@@ -56,6 +57,15 @@ QtStatusItems::~QtStatusItems() = default;
 
 void QtStatusItems::show(const std::string& symbol, const std::string& accessibilityDescription,
                          std::vector<MenuItem> menu) {
+    // To draw the symbol and to ask the desktop takes a while, and a start has more to do.
+    QTimer::singleShot(0, &context_,
+                       [this, symbol, accessibilityDescription, menu = std::move(menu)]() mutable {
+                           makeItem(symbol, accessibilityDescription, std::move(menu));
+                       });
+}
+
+void QtStatusItems::makeItem(const std::string& symbol, const std::string& accessibilityDescription,
+                             std::vector<MenuItem> menu) {
     const QColor colour = colour_ ? colour_() : QGuiApplication::palette().color(QPalette::WindowText);
     QIcon icon = tintedSymbol(symbol, colour);
     if (icon.isNull())

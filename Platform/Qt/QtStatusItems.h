@@ -2,6 +2,7 @@
 
 #include "Platform/StatusItem.h"
 
+#include <QObject>
 #include <functional>
 #include <memory>
 
@@ -10,7 +11,8 @@ class QColor;
 namespace quillmoth::platform {
 
 /// The program's item in the desktop's tray. Main thread, with a QApplication. Where there is no tray, that
-/// and other ways to the program are logged, and the tray is taken when one appears.
+/// and other ways to the program are logged, and the tray is taken when one appears. An item is made in the
+/// next turn of the event loop.
 class QtStatusItems final : public StatusItems {
 public:
     /// `colour` gives the colour of the symbol, asked each time that the item appears.
@@ -23,8 +25,12 @@ public:
 private:
     class Item;
 
+    void makeItem(const std::string& symbol, const std::string& accessibilityDescription,
+                  std::vector<MenuItem> menu);
+
     std::function<QColor()> colour_;
     std::unique_ptr<Item> item_;
+    QObject context_;
 };
 
 } // namespace quillmoth::platform

@@ -9,6 +9,8 @@
 
 #include <QCoreApplication>
 
+#include <utility>
+
 namespace quillmoth {
 
 namespace {
@@ -43,6 +45,8 @@ DesktopServices::DesktopServices()
     : userDefaults(platform::defaultsFilePath(), diskSync), x11_(makeX11()),
       desktopHotKeys_(x11_ ? makeHotKeys(*x11_) : nullptr),
       workspace(mainQueue, [this] { return frontProcess(); }), accessibility(accessibilityHooks()) {
+    // The first question to it comes soon; it connects meanwhile.
+    accessibility.start();
     if (!x11_)
         return;
     selectionPasteboard_ = std::make_unique<platform::X11SelectionPasteboard>();
@@ -128,13 +132,17 @@ std::optional<std::uint16_t> DesktopServices::virtualKeyCode(std::uint32_t nativ
     return x11_ ? platform::virtualKeyCodeForKeycode(nativeScanCode) : std::nullopt;
 }
 
-void DesktopServices::startInBackground() {
-    accessibility.start();
-    // Nobody asks anything within the first second.
-    mainQueue.asyncAfter(platform::MainQueue::Seconds(1), [this] {
-        urlSessions.prepare();
+void DesktopServices::finishLaunching() {
+    // Nobody opens such an address within the first second.
+    mainQueue.asyncAfter(platform::MainQueue::Seconds(1), [] {
         platform::offerSchemeHandler(QCoreApplication::applicationFilePath().toStdString());
     });
+}
+
+void DesktopServices::prepareForQuestions() {
+    // Behind the first picture, and before anybody has typed a question.
+    if (!std::exchange(isPrepared_, true))
+        mainQueue.asyncAfter(platform::MainQueue::Seconds(0.1), [this] { urlSessions.prepare(); });
 }
 
 void DesktopServices::consentGiven() {

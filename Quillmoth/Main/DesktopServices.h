@@ -51,8 +51,11 @@ public:
     /// The virtual key code of a key of the keyboard, by the toolkit's native scan code.
     [[nodiscard]] std::optional<std::uint16_t> virtualKeyCode(std::uint32_t nativeScanCode) const;
 
-    /// Does in the background what need not hold up the start.
-    void startInBackground();
+    /// Does a little later what need not hold up the start.
+    void finishLaunching();
+
+    /// The panel is shown: what the first question needs is loaded in the background.
+    void prepareForQuestions();
 
     /// Called where the user is to be asked whether accessibility may be switched on for the desktop.
     void setConsentQuestion(std::function<void()> ask) { askForConsent_ = std::move(ask); }
@@ -87,6 +90,7 @@ private:
     platform::UnavailableKeyboardLayout noKeyboardLayout_;
     platform::UnavailablePanelFocus noPanelFocus_;
     std::function<void()> askForConsent_;
+    bool isPrepared_ = false;
 
 public:
     platform::QtWorkspace workspace;

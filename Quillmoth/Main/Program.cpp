@@ -39,7 +39,8 @@ Program::Program()
                      .onCompositingChange =
                          [this](std::function<void()> changed) {
                              return services_.onCompositingChange(std::move(changed));
-                         }},
+                         },
+                     .shown = [this] { services_.prepareForQuestions(); }},
                     [this] { return makePanelContent(); }),
       platform_(services_.platform(panelWindows_)),
       shortcuts_(services_.userDefaults, platform_.hotKeyCenter, services_.notificationCenter),
@@ -64,7 +65,7 @@ void Program::finishLaunching() {
     delegate_.finishLaunching();
     shortcuts_.followStore();
     windows_.migrateLoginItem();
-    services_.startInBackground();
+    services_.finishLaunching();
 }
 
 std::unique_ptr<PanelContent> Program::makePanelContent() {

@@ -6,7 +6,8 @@
 #include "Quillmoth/Shell/Windows/ConsentDialog.h"
 #include "Quillmoth/Shell/Windows/OnboardingWindow.h"
 
-#include <QCoreApplication>
+#include <QApplication>
+#include <QIcon>
 
 #include <utility>
 
@@ -20,8 +21,11 @@ ProgramWindows::ProgramWindows(const platform::Platform& platform, KeyboardShort
 ProgramWindows::~ProgramWindows() = default;
 
 ColorScheme& ProgramWindows::colorScheme() {
-    if (!colorScheme_)
+    if (!colorScheme_) {
+        // Every window comes here first. The panel shows no icon, and need not wait for its drawing.
+        QApplication::setWindowIcon(QIcon(":/symbols/quillmoth.svg"));
         colorScheme_ = std::make_unique<ColorScheme>();
+    }
     return *colorScheme_;
 }
 

@@ -4,7 +4,6 @@
 #include "Quillmoth/Main/Program.h"
 
 #include <QApplication>
-#include <QIcon>
 
 #include <cstdlib>
 #include <iostream>
@@ -26,7 +25,6 @@ void describeApplication() {
     QApplication::setApplicationName("quillmoth");
     QApplication::setApplicationVersion(QUILLMOTH_VERSION);
     QApplication::setDesktopFileName("org.quillmoth.Quillmoth");
-    QApplication::setWindowIcon(QIcon(":/symbols/quillmoth.svg"));
 }
 
 int run(int& argc, char** argv, const std::optional<platform::InstanceRequest>& firstRequest) {

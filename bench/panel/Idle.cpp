@@ -24,7 +24,7 @@ using namespace quillmoth::test;
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-constexpr int kStarts = 15;
+constexpr int kStarts = 41;
 constexpr auto kSettling = 3s;
 constexpr auto kWatched = 4s;
 

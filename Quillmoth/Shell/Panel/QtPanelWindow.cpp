@@ -80,6 +80,8 @@ void QtPanelWindow::orderFront() {
         services_.focus.prepare();
     surface_->show();
     surface_->raise();
+    if (services_.shown)
+        services_.shown();
 }
 
 void QtPanelWindow::followCompositing() {

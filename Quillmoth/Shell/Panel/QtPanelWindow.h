@@ -17,6 +17,8 @@ struct QtPanelServices {
     std::function<bool()> isCompositing = {};
     /// Calls after that has changed.
     std::function<Subscription(std::function<void()>)> onCompositingChange = {};
+    /// Called when a panel is shown.
+    std::function<void()> shown = {};
 };
 
 /// Panels as windows of this toolkit that no window manager knows.

@@ -67,7 +67,7 @@ TEST_F(TrayAndClipboard, SaysHowToReachTheProgramWithoutATrayAndTakesTheOneThatA
     const ScopedLogCapture capture([&](const std::string& line) { logged += line; });
     QtStatusItems items;
     items.show("wand.and.stars", "Quillmoth", {{"Quit", "q", [] {}}});
-    EXPECT_NE(logged.find("quillmoth --toggle"), std::string::npos);
+    EXPECT_TRUE(holdsWithin(5s, [&] { return logged.find("quillmoth --toggle") != std::string::npos; }));
     const auto embedded = [] {
         const auto widgets = QApplication::topLevelWidgets();
         return std::any_of(widgets.begin(), widgets.end(), [](const QWidget* widget) {
