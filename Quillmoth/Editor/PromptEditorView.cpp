@@ -56,6 +56,15 @@ PromptTab& PromptEditorView::tab(Kind kind) {
     return nonContextTab;
 }
 
+void PromptEditorView::showPreset(std::int64_t index) {
+    const std::vector<PromptData>& prompts = coreAppModel->_PromptM.get()->prompts();
+    if (index < 0 || static_cast<std::size_t>(index) >= prompts.size())
+        return;
+    const bool isContext = contextTab.lists(prompts[static_cast<std::size_t>(index)]);
+    showTab(isContext ? Kind::context : Kind::nonContext);
+    shownTab().selection = index;
+}
+
 std::optional<EditorView> PromptEditorView::editor() {
     PromptTab& tab = shownTab();
     if (!tab.selection)

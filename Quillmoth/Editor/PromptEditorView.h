@@ -32,6 +32,9 @@ public:
 
     void showTab(Kind kind) { shownKind_ = kind; }
 
+    /// Selects the preset in the tab that lists it; does nothing where there is none of that index.
+    void showPreset(std::int64_t index);
+
     /// None where nothing is selected. Good until the tab on show changes.
     [[nodiscard]] std::optional<EditorView> editor();
 

@@ -83,7 +83,11 @@ MessageContent* Program::makeMarkdownContent(QWidget* parent) {
 }
 
 void Program::openURLs(const std::vector<std::string>& urls) {
+    const auto presetCount = [this] { return delegate_._coreAppModel->_PromptM.get()->prompts().size(); };
+    const std::size_t former = presetCount();
     delegate_.handleOpenURL(urls);
+    if (presetCount() > former)
+        windows_.showNewestPreset();
     for (const std::string& url : urls)
         openRoute(url);
 }

@@ -62,6 +62,11 @@ void ProgramWindows::showPromptEditor() {
     promptEditor_->present();
 }
 
+void ProgramWindows::showNewestPreset() {
+    showPromptEditor();
+    promptEditor_->showPreset(static_cast<std::int64_t>(model_->_PromptM.get()->prompts().size()) - 1);
+}
+
 void ProgramWindows::askForConsent(const std::vector<std::string>& programs, std::function<void()> agreed) {
     askForAccessibilityConsent(programs, colorScheme().isDark(), std::move(agreed));
 }

@@ -32,6 +32,8 @@ public:
     void showSettings();
     void showOnboarding();
     void showPromptEditor();
+    /// The same, with the preset that came last.
+    void showNewestPreset();
     /// Asks whether accessibility may be switched on, naming the programs that have to be restarted then.
     void askForConsent(const std::vector<std::string>& programs, std::function<void()> agreed);
 

@@ -77,7 +77,7 @@ X11PanelFocus::X11PanelFocus(X11Connection& connection, X11HotKeyCenter& hotKeys
 }
 
 X11PanelFocus::~X11PanelFocus() {
-    release();
+    X11PanelFocus::release();
 }
 
 void X11PanelFocus::prepare() {

@@ -128,6 +128,11 @@ void PromptEditorWindow::undoDelete() {
     refresh();
 }
 
+void PromptEditorWindow::showPreset(std::int64_t index) {
+    view_.showPreset(index);
+    refresh();
+}
+
 void PromptEditorWindow::storeWillChange() {
     if (*isRefreshDue_)
         return;

@@ -30,6 +30,9 @@ public:
                        ColorScheme& colorScheme);
     ~PromptEditorWindow() override;
 
+    /// Selects the preset of that index, and shows its row.
+    void showPreset(std::int64_t index);
+
     /// Shows what the store and the selection hold now.
     void refresh();
 

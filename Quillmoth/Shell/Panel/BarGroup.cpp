@@ -4,7 +4,6 @@
 
 #include <QFontMetricsF>
 #include <QPainter>
-#include <QtMath>
 
 namespace quillmoth {
 
@@ -130,8 +129,8 @@ void BarSwitch::paintEvent(QPaintEvent*) {
                      text());
 
     const double on = knob_.value();
-    const QRectF track(kGroupPadding + labelWidth() + kLabelGap, (height() - kSwitchHeight) / 2, kSwitchWidth,
-                       kSwitchHeight);
+    const QRectF track(kGroupPadding + labelWidth() + kLabelGap, qFloor((height() - kSwitchHeight) / 2.0),
+                       kSwitchWidth, kSwitchHeight);
     const QColor& onColor = active_ ? kPanelTheme.accent : kPanelTheme.switchIdle;
     painter.setPen(Qt::NoPen);
     if (hasFocus()) {

@@ -154,15 +154,15 @@ void PlainTextContent::contextMenuEvent(QContextMenuEvent* event) {
 
 void PlainTextContent::selectWord(int position) {
     // A word is looked for near the pointer only: the text may be long.
-    constexpr int kReach = 200;
-    const int first = std::max(0, position - kReach);
+    constexpr qsizetype kReach = 200;
+    const qsizetype first = std::max<qsizetype>(0, position - kReach);
     const QString around = column_.text().mid(first, 2 * kReach);
     QTextBoundaryFinder finder(QTextBoundaryFinder::Word, around);
     finder.setPosition(std::min<qsizetype>(position - first + 1, around.size()));
     const qsizetype start = finder.toPreviousBoundary();
     const qsizetype end = finder.toNextBoundary();
     if (start >= 0 && end > start)
-        select(first + static_cast<int>(start), first + static_cast<int>(end));
+        select(static_cast<int>(first + start), static_cast<int>(first + end));
 }
 
 void PlainTextContent::selectParagraph(int position) {

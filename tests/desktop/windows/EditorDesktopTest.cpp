@@ -189,6 +189,7 @@ TEST_F(EditorDesktop, ALinkImportsAPresetIntoTheRunningProgramAndStartsTheOneTha
     EXPECT_EQ(imported,
               (json{{"emoji", "🦉"}, {"name", "Summary"}, {"prompt", "Summarise: {selected text}"}}));
     EXPECT_TRUE(control("list item", "🦉Summary").isShowing());
+    eventually("the form shows the imported preset", [&] { return shows("Summarise: {selected text}"); });
     quit();
     // What xdg-open starts stays in its process group, and so with this test.
     ChildProcess opener({"xdg-open", link});

@@ -78,7 +78,7 @@ TEST_F(StartDesktop, TheFirstStartShowsTwoPagesThenTheSettingsAndNoLaterOneDoes)
     eventually("it begins at its first page", [&] { return shows("Welcome to"); });
 }
 
-TEST_F(StartDesktop, DISABLED_TheTrayItemOpensAMenuWhoseKeysWork) {
+TEST_F(StartDesktop, TheTrayItemOpensAMenuWhoseKeysWork) {
     ChildProcess tray({"trayer", "--edge", "bottom", "--align", "right", "--widthtype", "pixel", "--width",
                        "40", "--heighttype", "pixel", "--height", "40"});
     eventually("there is a tray", [] { return hasWindow("panel"); });
@@ -89,7 +89,12 @@ TEST_F(StartDesktop, DISABLED_TheTrayItemOpensAMenuWhoseKeysWork) {
         const auto bar = desktop().windows().geometry(desktop().windows().windowTitled("panel").value());
         // The item comes when the tray has taken it in; a click before that meets nothing.
         eventually("a click on the item opens the menu", [&] {
-            input().click(bar.x + bar.width / 2, bar.y + bar.height / 2);
+            // As a hand does. A release right behind the press can close the menu that the press opens.
+            input().movePointer(bar.x + bar.width / 2, bar.y + bar.height / 2);
+            letPass(40ms);
+            input().pressButton(1);
+            letPass(80ms);
+            input().releaseButton(1);
             return holdsWithin(1s, [&] { return menu() != 0; });
         });
     };
