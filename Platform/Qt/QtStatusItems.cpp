@@ -9,6 +9,7 @@
 #include <QCursor>
 #include <QGuiApplication>
 #include <QPalette>
+#include <QScreen>
 #include <QSystemTrayIcon>
 #include <QTimer>
 #include <utility>
@@ -17,10 +18,12 @@ namespace quillmoth::platform {
 
 class QtStatusItems::Item {
 public:
-    Item(QIcon icon, QString description, std::vector<MenuItem> menu)
-        : icon_(std::move(icon)), description_(std::move(description)), menu_(std::move(menu)) {
+    Item(QIcon icon, QString description, std::vector<MenuItem> menu, std::function<void(QMenu&)> style)
+        : icon_(std::move(icon)), description_(std::move(description)), menu_(std::move(menu)),
+          style_(std::move(style)) {
         menu_.setTitle(description_);
         menu_.setAccessibleName(description_);
+        QObject::connect(&menu_, &QMenu::aboutToShow, &menu_, [this] { applyStyle(); });
         if (watcher_.isTrayAvailable()) {
             appear();
             return;
@@ -39,14 +42,36 @@ private:
         QObject::connect(tray_.get(), &QSystemTrayIcon::activated, tray_.get(), [this](auto reason) {
             // Every other kind of click either opens the menu by itself or repeats this one.
             if (reason == QSystemTrayIcon::Trigger)
-                menu_.popup(QCursor::pos());
+                open();
         });
         tray_->show();
     }
 
+    void applyStyle() {
+        if (style_)
+            style_(menu_);
+    }
+
+    /// Beside the item, on the side where there is more room.
+    void open() {
+        const QRect item = tray_->geometry();
+        const QScreen* screen = QGuiApplication::screenAt(item.center());
+        if (item.isEmpty() || screen == nullptr) {
+            menu_.popup(QCursor::pos());
+            return;
+        }
+        applyStyle();
+        const bool isLow = item.center().y() > screen->geometry().center().y();
+        const int top = isLow ? item.top() - menu_.sizeHint().height() - kGap : item.bottom() + 1 + kGap;
+        menu_.popup(QPoint(item.left(), top));
+    }
+
+    static constexpr int kGap = 4;
+
     QIcon icon_;
     QString description_;
     StatusMenu menu_;
+    std::function<void(QMenu&)> style_;
     TrayWatcher watcher_;
     std::unique_ptr<QSystemTrayIcon> tray_;
 };
@@ -71,7 +96,7 @@ void QtStatusItems::makeItem(const std::string& symbol, const std::string& acces
     if (icon.isNull())
         fatalError("There is no symbol \"" + symbol + "\" for the tray.");
     item_ = std::make_unique<Item>(std::move(icon), QString::fromStdString(accessibilityDescription),
-                                   std::move(menu));
+                                   std::move(menu), menuStyle_);
 }
 
 } // namespace quillmoth::platform

@@ -5,8 +5,10 @@
 #include <QObject>
 #include <functional>
 #include <memory>
+#include <utility>
 
 class QColor;
+class QMenu;
 
 namespace quillmoth::platform {
 
@@ -19,6 +21,9 @@ public:
     explicit QtStatusItems(std::function<QColor()> colour = {});
     ~QtStatusItems() override;
 
+    /// Called before each opening of the menu where this program draws it itself.
+    void setMenuStyle(std::function<void(QMenu&)> style) { menuStyle_ = std::move(style); }
+
     void show(const std::string& symbol, const std::string& accessibilityDescription,
               std::vector<MenuItem> menu) override;
 
@@ -29,6 +34,7 @@ private:
                   std::vector<MenuItem> menu);
 
     std::function<QColor()> colour_;
+    std::function<void(QMenu&)> menuStyle_;
     std::unique_ptr<Item> item_;
     QObject context_;
 };

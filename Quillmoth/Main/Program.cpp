@@ -53,6 +53,7 @@ Program::Program()
            .virtualKeyCode = [this](std::uint32_t scanCode) { return services_.virtualKeyCode(scanCode); }}) {
     services_.application.setSettingsHandler([this] { windows_.showSettings(); });
     services_.workspace.setOwnURLHandler([this](const std::vector<std::string>& urls) { openURLs(urls); });
+    services_.statusItems.setMenuStyle([this](QMenu& menu) { windows_.styleTrayMenu(menu); });
     services_.setConsentQuestion([this] {
         const auto display = qEnvironmentVariable("DISPLAY").toStdString();
         windows_.askForConsent(platform::programsToRestart(display), [this] { services_.consentGiven(); });

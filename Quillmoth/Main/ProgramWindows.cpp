@@ -4,10 +4,13 @@
 #include "Quillmoth/Shell/Editor/PromptEditorWindow.h"
 #include "Quillmoth/Shell/Windows/ColorScheme.h"
 #include "Quillmoth/Shell/Windows/ConsentDialog.h"
+#include "Quillmoth/Shell/Windows/MenuStyle.h"
 #include "Quillmoth/Shell/Windows/OnboardingWindow.h"
+#include "Quillmoth/Shell/Windows/WindowTheme.h"
 
 #include <QApplication>
 #include <QIcon>
+#include <QMenu>
 
 #include <utility>
 
@@ -65,6 +68,12 @@ void ProgramWindows::showPromptEditor() {
 void ProgramWindows::showNewestPreset() {
     showPromptEditor();
     promptEditor_->showPreset(static_cast<std::int64_t>(model_->_PromptM.get()->prompts().size()) - 1);
+}
+
+void ProgramWindows::styleTrayMenu(QMenu& menu) {
+    constexpr int kWidth = 232;
+    styleMenu(menu, windowPalette(colorScheme().isDark()));
+    menu.setMinimumWidth(kWidth);
 }
 
 void ProgramWindows::askForConsent(const std::vector<std::string>& programs, std::function<void()> agreed) {

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+class QMenu;
+
 namespace quillmoth {
 
 class ColorScheme;
@@ -34,6 +36,7 @@ public:
     void showPromptEditor();
     /// The same, with the preset that came last.
     void showNewestPreset();
+    void styleTrayMenu(QMenu& menu);
     /// Asks whether accessibility may be switched on, naming the programs that have to be restarted then.
     void askForConsent(const std::vector<std::string>& programs, std::function<void()> agreed);
 

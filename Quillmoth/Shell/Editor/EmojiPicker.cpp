@@ -25,6 +25,7 @@ constexpr int kEmojiSize = 18;
 constexpr int kFrame = 2;
 
 /// For writing first, then people, nature, things and signs.
+// clang-format off
 constexpr std::u32string_view kEmoji = U"🪶📝📄📃📑📋📌📎📏📐🔖📚📖📰📓📒📕📗📘📙🗞🔤🔡🔠🔢🔣💬💭🗯📣📢🔔📧📨📩📮📬📦🏷🔍🔎🔑🔒🔓"
                                        U"🔗"
                                        U"🧷"
@@ -40,6 +41,7 @@ constexpr std::u32string_view kEmoji = U"🪶📝📄📃📑📋📌📎📏�
                                        U"💡🔧🔨🛠🔩🧩🧪🔬🔭💻🖥📱📷📈📉📊🧮💰💳🧾🗂📅📆⏰⏳🔋🔌🧲🧭🩺💊✂🧹"
                                        U"🧵🔀🔁🔄➕➖✅❌❓❗💯🌐🏁🚩🆕🆗🆘🔝"
                                        U"🔜";
+// clang-format on
 
 QString emojiOf(char32_t character) {
     QString emoji = QString::fromUcs4(&character, 1);

@@ -3,6 +3,7 @@
 #include "Platform/Platform.h"
 #include "Quillmoth/Assistant/DataModel.h"
 #include "Quillmoth/Editor/PresetFile.h"
+#include "Quillmoth/Shell/Windows/MenuStyle.h"
 #include "Quillmoth/Shell/Windows/ShellWindow.h"
 #include "Quillmoth/Shell/Windows/WindowStyle.h"
 #include "Quillmoth/Shell/Windows/WindowTheme.h"
@@ -45,8 +46,7 @@ PresetFileMenu::PresetFileMenu(std::shared_ptr<DataModel> model, const platform:
 void PresetFileMenu::showMenu() {
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->setFont(window()->font());
-    menu->setPalette(menuPalette(palette()));
+    styleMenu(*menu, palette());
     connect(menu->addAction(QStringLiteral("Import Presets…")), &QAction::triggered, this,
             [this] { chooseFile(false); });
     connect(menu->addAction(QStringLiteral("Export All Presets…")), &QAction::triggered, this,
