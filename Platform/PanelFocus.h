@@ -28,8 +28,8 @@ public:
 
     virtual ~PanelFocus() = default;
 
-    /// The window is about to come on screen: where the window system allows it, keys from now on are kept for
-    /// it, until it acquires the keyboard in the same turn of the main queue.
+    /// The window is about to come on screen: where the window system allows it, keys from now on are kept
+    /// for it, until it acquires the keyboard in the same turn of the main queue.
     virtual void prepare() {}
 
     /// Sends the keyboard to `window`, which must be on screen. It may take effect a little later.

@@ -14,10 +14,13 @@ struct Option {
 };
 
 constexpr std::array kOptions{
-    Option{"--toggle", CommandLine::Action::toggle}, Option{"--settings", CommandLine::Action::settings},
-    Option{"--quit", CommandLine::Action::quit},     Option{"--version", CommandLine::Action::showVersion},
+    Option{"--toggle", CommandLine::Action::toggle},
+    Option{"--settings", CommandLine::Action::settings},
+    Option{"--quit", CommandLine::Action::quit},
+    Option{"--version", CommandLine::Action::showVersion},
     Option{"--diagnose", CommandLine::Action::diagnose},
-    Option{"--help", CommandLine::Action::showHelp}, Option{"-h", CommandLine::Action::showHelp},
+    Option{"--help", CommandLine::Action::showHelp},
+    Option{"-h", CommandLine::Action::showHelp},
 };
 
 constexpr std::string_view kHelp = R"(Usage: quillmoth [OPTION]

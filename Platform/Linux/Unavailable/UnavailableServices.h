@@ -5,8 +5,8 @@
 #include "Platform/KeyboardLayout.h"
 #include "Platform/PanelFocus.h"
 
-/// What answers where the desktop offers no X server: each says once, in the log, what does not work and what to
-/// do instead, and otherwise does nothing. Main thread.
+/// What answers where the desktop offers no X server: each says once, in the log, what does not work and what
+/// to do instead, and otherwise does nothing. Main thread.
 namespace quillmoth::platform {
 
 class UnavailableHotKeyCenter final : public HotKeyCenter {

@@ -41,6 +41,7 @@ constexpr std::u32string_view kEmoji = U"🪶📝📄📃📑📋📌📎📏�
                                        U"💡🔧🔨🛠🔩🧩🧪🔬🔭💻🖥📱📷📈📉📊🧮💰💳🧾🗂📅📆⏰⏳🔋🔌🧲🧭🩺💊✂🧹"
                                        U"🧵🔀🔁🔄➕➖✅❌❓❗💯🌐🏁🚩🆕🆗🆘🔝"
                                        U"🔜";
+
 // clang-format on
 
 QString emojiOf(char32_t character) {

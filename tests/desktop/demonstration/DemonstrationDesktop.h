@@ -35,6 +35,7 @@ public:
     void takePicture(const std::string& name);
 
     void startServer(const std::string& script);
+
     /// Instead of a server of its own: one that runs already.
     void useServer(std::string address) { serverAddress_ = std::move(address); }
 

@@ -313,7 +313,8 @@ TEST_F(PanelKeys, WhatIsTypedRightBehindTheHotKeyIsThePanels) {
         input().releaseKey(KEY_LEFTALT);
         letPass(std::chrono::milliseconds(8 * round));
         input().type("quick");
-        ASSERT_TRUE(soon([] { return command() == "quick"; })) << command() << " after " << 8 * round << " ms";
+        ASSERT_TRUE(soon([] { return command() == "quick"; }))
+            << command() << " after " << 8 * round << " ms";
         closePanel();
     }
     expectFrontKept();
