@@ -115,6 +115,10 @@ bool PromptEditorWindow::eventFilter(QObject* watched, QEvent* event) {
     return ShellWindow::eventFilter(watched, event);
 }
 
+void PromptEditorWindow::takeFirstFocus() {
+    sidebar_->takeFocus();
+}
+
 void PromptEditorWindow::themeChanged() {
     update();
 }

@@ -40,6 +40,7 @@ public:
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void takeFirstFocus() override;
     void themeChanged() override;
 
 private:

@@ -36,15 +36,19 @@ ShellWindow::~ShellWindow() {
 }
 
 void ShellWindow::present() {
-    // Or the activation would give it to the first control, which then acts on keys not meant for it.
     if (!isVisible())
-        setFocus(Qt::OtherFocusReason);
+        takeFirstFocus();
     if (!testAttribute(Qt::WA_Moved))
         placeInTheMiddle();
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
     raise();
     activateWindow();
+}
+
+void ShellWindow::takeFirstFocus() {
+    // Or the activation would give it to the first control, which then acts on keys not meant for it.
+    setFocus(Qt::OtherFocusReason);
 }
 
 // Left to themselves, window managers put it into a corner, or where the smallest part of others is covered.

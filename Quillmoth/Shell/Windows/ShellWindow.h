@@ -32,6 +32,9 @@ protected:
     /// To be called once all that the window holds has been made.
     void applyLook();
 
+    /// Called where the window is about to be shown: gives the keyboard to what it belongs to first.
+    virtual void takeFirstFocus();
+
     /// Called after a change of light and dark.
     virtual void themeChanged() {}
 

@@ -119,6 +119,23 @@ TEST_F(EditorWindowTest, theFormIsShownOnlyForASelection) {
     EXPECT_EQ(control<QLineEdit>("Name").text(), "c0");
 }
 
+TEST_F(EditorWindowTest, theKeyboardIsInTheListFirst) {
+    open({"c0", "c1"});
+    QTest::keyClick(window_->focusWidget(), Qt::Key_Down);
+    EXPECT_EQ(window_->view().contextTab.selection, 0);
+    EXPECT_EQ(control<QLineEdit>("Name").text(), "c0");
+}
+
+TEST_F(EditorWindowTest, aPresetIsShownInTheTabThatListsIt) {
+    open({"c0", "n1", "n2"}, 0);
+    window_->showPreset(2);
+    EXPECT_EQ(window_->view().shownKind(), PromptEditorView::Kind::nonContext);
+    EXPECT_EQ(control<QLineEdit>("Name").text(), "n2");
+    EXPECT_EQ(list().currentIndex().row(), 1);
+    window_->showPreset(3);
+    EXPECT_EQ(control<QLineEdit>("Name").text(), "n2") << "there is no such preset";
+}
+
 TEST_F(EditorWindowTest, aRowIsMovedByPointerAndByKeys) {
     open({"c0", "n1", "c2", "c3"});
     const QPoint start = inRow(0);
