@@ -98,7 +98,8 @@ std::string X11Connection::bytes(xcb_window_t window, const std::string& propert
 std::vector<std::uint32_t> X11Connection::numbers(xcb_window_t window, const std::string& property) {
     const auto text = bytes(window, property);
     std::vector<std::uint32_t> values(text.size() / sizeof(std::uint32_t));
-    std::memcpy(values.data(), text.data(), values.size() * sizeof(std::uint32_t));
+    if (!values.empty())
+        std::memcpy(values.data(), text.data(), values.size() * sizeof(std::uint32_t));
     return values;
 }
 
