@@ -11,12 +11,23 @@ namespace {
 /// Not part of any UTF-8 text.
 constexpr char kSeparator = '\xFF';
 
+/// The bit of a letter, a digit or another sign of upper-case ASCII; 0 for every other byte.
+std::uint64_t letterOf(char byte) {
+    constexpr unsigned kFirst = 0x20;
+    const unsigned place = static_cast<unsigned char>(byte) - kFirst;
+    return place < 64 ? std::uint64_t{1} << place : 0;
+}
+
 } // namespace
 
 void PresetFilter::Names::add(std::string_view name, std::int64_t index) {
     const std::string upper = uppercased(name);
-    for (const char c : upper)
+    std::uint64_t present = 0;
+    for (const char c : upper) {
         ++counts[static_cast<unsigned char>(c)];
+        present |= letterOf(c);
+    }
+    letters.push_back(present);
     text.append(upper) += kSeparator;
     ends.push_back(text.size());
     indices.push_back(index);
@@ -61,6 +72,9 @@ std::size_t PresetFilter::Names::find(std::string_view upper, Anchors anchors, s
 std::vector<std::int64_t> PresetFilter::Names::holding(std::string_view upper) const {
     if (upper.empty())
         return indices;
+    // Most names may have it: to look for each place of it takes long.
+    if (const std::uint64_t letter = letterOf(upper.front()); upper.size() == 1 && letter != 0)
+        return holdingLetter(letter);
     std::vector<std::int64_t> found;
     const Anchors anchors = anchorsOf(upper);
     std::size_t name = 0;
@@ -70,6 +84,18 @@ std::vector<std::int64_t> PresetFilter::Names::holding(std::string_view upper) c
             ++name;
         found.push_back(indices[name++]);
     }
+    return found;
+}
+
+std::vector<std::int64_t> PresetFilter::Names::holdingLetter(std::uint64_t letter) const {
+    std::vector<std::int64_t> found = indices;
+    std::size_t count = 0;
+    // Without a branch, which would be mispredicted for every other name.
+    for (std::size_t name = 0; name < letters.size(); ++name) {
+        found[count] = found[name];
+        count += (letters[name] & letter) != 0 ? 1 : 0;
+    }
+    found.resize(count);
     return found;
 }
 

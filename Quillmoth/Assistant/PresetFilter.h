@@ -29,11 +29,14 @@ private:
         /// Offset behind the separator.
         std::vector<std::size_t> ends;
         std::vector<std::int64_t> indices;
+        /// Of each name, which of the letters that `letterOf` knows it has, a bit each.
+        std::vector<std::uint64_t> letters;
         /// How often each byte occurs in `text`.
         std::array<std::size_t, 256> counts{};
 
         void add(std::string_view name, std::int64_t index);
         [[nodiscard]] std::vector<std::int64_t> holding(std::string_view upper) const;
+        [[nodiscard]] std::vector<std::int64_t> holdingLetter(std::uint64_t letter) const;
 
         /// Two places in a search text, by which it is looked for.
         struct Anchors {
