@@ -3,6 +3,8 @@
 #include "Foundation/Text.h"
 
 #include <charconv>
+#include <cstdint>
+#include <cstring>
 
 namespace quillmoth {
 
@@ -29,13 +31,35 @@ char shortEscape(char c) {
     }
 }
 
+bool isEscaped(char c) {
+    return static_cast<unsigned char>(c) < 0x20 || c == '"' || c == '\\';
+}
+
+/// The place of the first byte from `place` on that is escaped; the length of the text where there is none.
+std::size_t nextEscaped(std::string_view text, std::size_t place) {
+    // Eight bytes at once: a subtraction borrows into the top bit of those that are too small.
+    constexpr std::uint64_t kEach = 0x0101010101010101;
+    constexpr std::uint64_t kTops = 0x8080808080808080;
+    for (; place + sizeof(std::uint64_t) <= text.size(); place += sizeof(std::uint64_t)) {
+        std::uint64_t bytes = 0;
+        std::memcpy(&bytes, text.data() + place, sizeof bytes);
+        const std::uint64_t quotes = bytes ^ (kEach * '"');
+        const std::uint64_t backslashes = bytes ^ (kEach * '\\');
+        const std::uint64_t hits = ((bytes - kEach * 0x20) & ~bytes) | ((quotes - kEach) & ~quotes) |
+                                   ((backslashes - kEach) & ~backslashes);
+        if ((hits & kTops) != 0)
+            break;
+    }
+    while (place < text.size() && !isEscaped(text[place]))
+        ++place;
+    return place;
+}
+
 void appendEscaped(std::string& output, std::string_view text) {
     constexpr char kHexadecimal[] = "0123456789abcdef";
     std::size_t plain = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
+    for (std::size_t i = nextEscaped(text, 0); i < text.size(); i = nextEscaped(text, plain)) {
         const char c = text[i];
-        if (static_cast<unsigned char>(c) >= 0x20 && c != '"' && c != '\\')
-            continue;
         output.append(text.substr(plain, i - plain));
         plain = i + 1;
         output += '\\';

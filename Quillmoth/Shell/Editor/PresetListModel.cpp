@@ -1,6 +1,9 @@
 #include "Quillmoth/Shell/Editor/PresetListModel.h"
 
 #include <algorithm>
+#include <functional>
+#include <string>
+#include <utility>
 
 namespace quillmoth {
 
@@ -32,14 +35,35 @@ QVariant PresetListModel::data(const QModelIndex& index, int role) const {
 
 void PresetListModel::refresh() {
     std::vector<std::int64_t> rows = tab_.rows();
-    if (rows == rows_) {
-        if (const QModelIndex row = selectedRow(); row.isValid())
-            dataChanged(row, row);
+    std::vector<std::size_t> labels = labelsOf(rows);
+    if (rows != rows_) {
+        beginResetModel();
+        rows_ = std::move(rows);
+        labels_ = std::move(labels);
+        endResetModel();
         return;
     }
-    beginResetModel();
-    rows_ = std::move(rows);
-    endResetModel();
+    const auto first = std::mismatch(labels.begin(), labels.end(), labels_.begin()).first;
+    if (first == labels.end())
+        return;
+    const auto last = std::mismatch(labels.rbegin(), labels.rend(), labels_.rbegin()).first;
+    const auto from = static_cast<int>(first - labels.begin());
+    const auto to = static_cast<int>(labels.rend() - last) - 1;
+    labels_ = std::move(labels);
+    dataChanged(index(from), index(to));
+}
+
+std::vector<std::size_t> PresetListModel::labelsOf(const std::vector<std::int64_t>& rows) const {
+    constexpr std::size_t kSpread = 31;
+    const std::vector<PromptData>& prompts = tab_.coreAppModel->_PromptM.get()->prompts();
+    const std::hash<std::string> hash;
+    std::vector<std::size_t> labels;
+    labels.reserve(rows.size());
+    for (const std::int64_t row : rows) {
+        const PromptData& preset = prompts[static_cast<std::size_t>(row)];
+        labels.push_back(kSpread * hash(preset.emoji) + hash(preset.name));
+    }
+    return labels;
 }
 
 QModelIndex PresetListModel::selectedRow() const {

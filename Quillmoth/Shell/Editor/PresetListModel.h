@@ -4,18 +4,18 @@
 
 #include <QAbstractListModel>
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <vector>
 
 namespace quillmoth {
 
-/// The rows of a tab for Qt's list views. Texts are made when a row is painted or read aloud, so that a
-/// change costs the same for ten presets as for thousands.
+/// The rows of a tab for Qt's list views. Texts are made when a row is painted or read aloud.
 class PresetListModel final : public QAbstractListModel {
 public:
     /// `tab` outlives the model.
-    explicit PresetListModel(PromptTab& tab) : tab_(tab), rows_(tab.rows()) {}
+    explicit PresetListModel(PromptTab& tab) : tab_(tab), rows_(tab.rows()), labels_(labelsOf(rows_)) {}
 
     /// The two parts of the row's text.
     static constexpr int kEmojiRole = Qt::UserRole;
@@ -25,7 +25,7 @@ public:
     /// Emoji and name with nothing between.
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
 
-    /// Takes the rows of the tab anew.
+    /// Takes the rows of the tab anew, and tells which of them look otherwise.
     void refresh();
 
     /// The preset in a row, as an index among all presets.
@@ -35,8 +35,12 @@ public:
     [[nodiscard]] QModelIndex selectedRow() const;
 
 private:
+    /// A hash of each row's text.
+    [[nodiscard]] std::vector<std::size_t> labelsOf(const std::vector<std::int64_t>& rows) const;
+
     PromptTab& tab_;
     std::vector<std::int64_t> rows_;
+    std::vector<std::size_t> labels_;
 };
 
 } // namespace quillmoth

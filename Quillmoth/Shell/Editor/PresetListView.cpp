@@ -58,7 +58,6 @@ void PresetListView::refresh() {
     verticalScrollBar()->setValue(scrolled);
     if (row.isValid() && row.row() != formerRow)
         scrollTo(row);
-    viewport()->update();
     isRefreshing_ = false;
 }
 

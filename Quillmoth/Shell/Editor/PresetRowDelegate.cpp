@@ -4,6 +4,7 @@
 #include "Quillmoth/Shell/Editor/PresetListModel.h"
 #include "Quillmoth/Shell/Editor/PresetListView.h"
 #include "Quillmoth/Shell/Panel/PanelTheme.h"
+#include "Quillmoth/Shell/Pictograph.h"
 #include "Quillmoth/Shell/Windows/WindowTheme.h"
 
 #include <QPainter>
@@ -29,8 +30,10 @@ double drawElided(QPainter& painter, const QRectF& place, const QFont& font, con
 void drawLabel(QPainter& painter, const QRectF& place, const QFont& font, const QModelIndex& index) {
     const QString emoji = index.data(PresetListModel::kEmojiRole).toString();
     const QString name = index.data(PresetListModel::kNameRole).toString();
-    const QFont pictures = startsWithPictograph(emoji) ? emojiFont(font.pixelSize()) : font;
-    const double taken = drawElided(painter, place, pictures, emoji);
+    const double taken =
+        startsWithPictograph(emoji)
+            ? drawPictograph(painter, place, Qt::AlignLeft, emojiFont(font.pixelSize()), emoji.left(16))
+            : drawElided(painter, place, font, emoji);
     drawElided(painter, place.adjusted(taken, 0, 0, 0), font, name);
 }
 

@@ -1,6 +1,7 @@
 #include "Quillmoth/Shell/Panel/BottomBar.h"
 
 #include "Quillmoth/Shell/Panel/PanelTheme.h"
+#include "Quillmoth/Shell/Pictograph.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
@@ -160,11 +161,9 @@ void BottomBar::resizeEvent(QResizeEvent*) {
 
 void BottomBar::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.setFont(emojiFont(kWizardFont));
     const QRect wizard(layoutDirection() == Qt::RightToLeft ? width() - kWizardWidth : 0, 0, kWizardWidth,
                        height());
-    painter.drawText(wizard.adjusted(-2, -4, 2, 4), Qt::AlignCenter | Qt::TextDontClip,
-                     QStringLiteral("🧙🏻"));
+    drawPictograph(painter, wizard, Qt::AlignCenter, emojiFont(kWizardFont), QStringLiteral("🧙🏻"));
     for (const int x : separators_)
         painter.fillRect(x, (height() - kSeparatorHeight) / 2, 1, kSeparatorHeight, kPanelTheme.divider);
 }

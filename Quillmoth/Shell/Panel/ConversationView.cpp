@@ -2,6 +2,7 @@
 
 #include "Quillmoth/Shell/Panel/PanelTheme.h"
 #include "Quillmoth/Shell/Panel/PlainTextContent.h"
+#include "Quillmoth/Shell/Pictograph.h"
 
 #include <QPaintEvent>
 #include <QPainter>
@@ -229,7 +230,7 @@ void ConversationView::placeContent(const Row& row, int width) const {
 
 void ConversationView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
-    painter.setFont(emojiFont(kFaceFontSize * fontSize_ / FloatingViewController::kDefaultFont));
+    const QFont font = emojiFont(kFaceFontSize * fontSize_ / FloatingViewController::kDefaultFont);
     for (const Row& row : rows_) {
         const bool hasFace = row.role == Role::assistant || row.role == Role::user;
         const QRect whole(0, row.top, width(), row.height);
@@ -239,8 +240,8 @@ void ConversationView::paintEvent(QPaintEvent* event) {
         const int column = faceColumn();
         const int left = leading ? panel::kMessagePadding : width() - panel::kMessagePadding - column;
         const double middle = row.top + panel::kMessagePadding + row.content->firstLineMiddle();
-        painter.drawText(QRectF(left, middle - column, column, 2 * column),
-                         Qt::AlignCenter | Qt::TextDontClip, faceOf(row.role == Role::assistant));
+        drawPictograph(painter, QRectF(left, middle - column, column, 2 * column), Qt::AlignCenter, font,
+                       faceOf(row.role == Role::assistant));
     }
 }
 

@@ -1,6 +1,7 @@
 #include "Quillmoth/Shell/Panel/RowList.h"
 
 #include "Quillmoth/Shell/Panel/PanelTheme.h"
+#include "Quillmoth/Shell/Pictograph.h"
 
 #include <QAccessible>
 #include <QFontMetricsF>
@@ -115,10 +116,10 @@ void RowList::paintRow(QPainter& painter, int position) const {
     const QRect text = inside.adjusted(column + kGapBehindPictograph, 0, 0, 0);
 
     if (!content.pictograph.isEmpty()) {
-        painter.setFont(startsWithPictograph(content.pictograph) ? emojiFont(fontSize_)
-                                                                 : panelFont(fontSize_));
-        painter.drawText(QStyle::visualRect(layoutDirection(), whole, picture),
-                         Qt::AlignCenter | Qt::TextDontClip, content.pictograph.left(16));
+        const QFont pictures =
+            startsWithPictograph(content.pictograph) ? emojiFont(fontSize_) : panelFont(fontSize_);
+        drawPictograph(painter, QStyle::visualRect(layoutDirection(), whole, picture), Qt::AlignCenter,
+                       pictures, content.pictograph.left(16));
     }
     const QFont font = panelFont(fontSize_);
     painter.setFont(font);

@@ -1,6 +1,7 @@
 #include "Foundation/JSONWriter.h"
 
 #include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
 
 namespace quillmoth {
 namespace {
@@ -25,6 +26,22 @@ TEST(JSONWriter, NestsAndEscapes) {
     writer.value("\xC3");
     EXPECT_TRUE(writer.hasReplacedText());
     EXPECT_TRUE(text.ends_with("\"\uFFFD\""));
+}
+
+TEST(JSONWriter, EscapesEachByteWhereverItStands) {
+    for (const std::string filler : {"x", "\x7F", "é", "\"", "!", "#", "[", "]"}) {
+        for (int byte = 0; byte < 0x80; ++byte) {
+            for (int before = 0; before < 18; ++before) {
+                std::string given;
+                for (int count = 0; count < before; ++count)
+                    given += filler;
+                (given += static_cast<char>(byte)) += "tail of it";
+                std::string text;
+                JSONWriter(text).value(given);
+                ASSERT_EQ(text, nlohmann::json(given).dump()) << byte << " behind " << before << filler;
+            }
+        }
+    }
 }
 
 } // namespace
