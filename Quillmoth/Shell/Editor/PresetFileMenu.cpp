@@ -34,9 +34,9 @@ QString nameOf(const QString& path) {
 } // namespace
 
 PresetFileMenu::PresetFileMenu(std::shared_ptr<DataModel> model, const platform::Platform& platform,
-                               std::function<void()> changed)
+                               std::function<void(std::size_t)> imported)
     : StripButton(QString()), model_(std::move(model)), documents_(platform.documents),
-      uuidSource_(platform.uuidSource), changed_(std::move(changed)) {
+      uuidSource_(platform.uuidSource), imported_(std::move(imported)) {
     setObjectName(QStringLiteral("files"));
     setAccessibleName(QStringLiteral("Import and export"));
     setToolTip(QStringLiteral("Import and export presets"));
@@ -91,7 +91,7 @@ void PresetFileMenu::importFrom(const QString& path) {
                   .arg(countOf(imported->added),
                        imported->added == 1 ? QStringLiteral("was") : QStringLiteral("were")),
               present);
-    changed_();
+    imported_(imported->added);
 }
 
 void PresetFileMenu::exportTo(const QString& path) {

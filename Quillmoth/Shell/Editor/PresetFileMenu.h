@@ -2,6 +2,7 @@
 
 #include "Quillmoth/Shell/Editor/EditorStrip.h"
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 
@@ -18,9 +19,10 @@ class DataModel;
 /// The button at the end of the strip: its menu imports and exports the whole list of presets as a file.
 class PresetFileMenu final : public StripButton {
 public:
-    /// `changed` is called after an import. The services of `platform` outlive the button.
+    /// `imported` is called after an import, with the number of presets added. The services of `platform`
+    /// outlive the button.
     PresetFileMenu(std::shared_ptr<DataModel> model, const platform::Platform& platform,
-                   std::function<void()> changed);
+                   std::function<void(std::size_t)> imported);
 
     void showMenu();
 
@@ -37,7 +39,7 @@ private:
     std::shared_ptr<DataModel> model_;
     platform::Documents& documents_;
     platform::UUIDSource& uuidSource_;
-    std::function<void()> changed_;
+    std::function<void(std::size_t)> imported_;
 };
 
 } // namespace quillmoth

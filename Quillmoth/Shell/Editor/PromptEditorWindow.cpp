@@ -40,7 +40,8 @@ PromptEditorWindow::PromptEditorWindow(std::shared_ptr<DataModel> model, const p
                                        ColorScheme& colorScheme)
     : ShellWindow("Prompt Editor", colorScheme), view_(std::move(model), platform),
       mainQueue_(platform.mainQueue), title_(new ElidedTitle), undo_(new QPushButton("Undo Delete")),
-      files_(new PresetFileMenu(view_.coreAppModel, platform, [this] { refresh(); })),
+      files_(new PresetFileMenu(view_.coreAppModel, platform,
+                                [this](std::size_t added) { showImported(added); })),
       undoKey_(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z), this)),
       sidebar_(new EditorSidebar(view_,
                                  {.changed = [this] { refresh(); }, .edit = [this] { form_->focusName(); }})),
@@ -135,6 +136,14 @@ void PromptEditorWindow::undoDelete() {
 void PromptEditorWindow::showPreset(std::int64_t index) {
     view_.showPreset(index);
     refresh();
+}
+
+void PromptEditorWindow::showImported(std::size_t added) {
+    if (added == 0)
+        return refresh();
+    // They stand at the end.
+    const std::size_t count = view_.coreAppModel->_PromptM.get()->prompts().size();
+    showPreset(static_cast<std::int64_t>(count - added));
 }
 
 void PromptEditorWindow::storeWillChange() {

@@ -49,6 +49,7 @@ private:
     void makeShortcuts();
     void toggleSidebar();
     void undoDelete();
+    void showImported(std::size_t added);
     void storeWillChange();
 
     PromptEditorView view_;

@@ -228,6 +228,7 @@ TEST_F(EditorDesktop, TheWholeListGoesIntoAFileAndComesBackFromIt) {
     eventually("a sheet says what came", [&] { return shows("1 preset was added."); });
     EXPECT_TRUE(shows("1 preset of the file was in the list already."));
     awaitNames("the preset is back, at the end", {"Two", "One"});
+    eventually("the form shows it", [&] { return control("text", "Name").text() == "One"; });
 }
 
 } // namespace quillmoth::test
