@@ -124,12 +124,9 @@ void RowList::paintRow(QPainter& painter, int position) const {
     const QFont font = panelFont(fontSize_);
     painter.setFont(font);
     const QString name = QFontMetricsF(font).elidedText(oneLine(content.name), Qt::ElideRight, text.width());
-    painter.drawText(
-        QStyle::visualRect(layoutDirection(), whole, text),
-        (QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter) | Qt::AlignAbsolute)
-                .toInt() |
-            Qt::TextSingleLine,
-        name);
+    const auto side = QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter);
+    painter.drawText(QStyle::visualRect(layoutDirection(), whole, text),
+                     static_cast<int>((side | Qt::AlignAbsolute).toInt()) | Qt::TextSingleLine, name);
 }
 
 void RowList::mousePressEvent(QMouseEvent* event) {

@@ -54,7 +54,8 @@ void drawItem(QPainter& painter, const QStyleOptionMenuItem& item, const WindowT
     const auto draw = [&](const QString& text, const QColor& color, Qt::Alignment side) {
         painter.setPen(color);
         const auto alignment = QStyle::visualAlignment(item.direction, side | Qt::AlignVCenter);
-        painter.drawText(inside, alignment.toInt() | Qt::TextSingleLine | Qt::TextHideMnemonic, text);
+        painter.drawText(
+            inside, static_cast<int>(alignment.toInt()) | Qt::TextSingleLine | Qt::TextHideMnemonic, text);
     };
     painter.setFont(item.font);
     draw(texts.name, isMarked ? QColor(Qt::white) : theme.text, Qt::AlignLeft);

@@ -15,7 +15,6 @@ namespace {
 using namespace std::chrono_literals;
 using test::ChildProcess;
 using test::holdsWithin;
-using test::runChild;
 
 /// One desktop and one application for the whole program: Qt connects to the X server once.
 struct Session {
