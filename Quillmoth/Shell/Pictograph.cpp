@@ -14,6 +14,8 @@ namespace {
 
 /// Around the glyphs, which may be larger than the font says.
 constexpr int kMargin = 4;
+/// In UTF-16 units, more than any emoji has.
+constexpr int kLongest = 16;
 
 QPixmap render(const QFont& font, const QString& text, const QColor& color, double scale) {
     const QFontMetricsF metrics(font);
@@ -31,7 +33,8 @@ QPixmap render(const QFont& font, const QString& text, const QColor& color, doub
 } // namespace
 
 double drawPictograph(QPainter& painter, const QRectF& place, Qt::Alignment alignment, const QFont& font,
-                      const QString& text) {
+                      const QString& wholeText) {
+    const QString text = wholeText.left(kLongest);
     const double scale = painter.device()->devicePixelRatioF();
     const QColor color = painter.pen().color();
     const QString key =

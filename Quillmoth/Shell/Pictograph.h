@@ -9,9 +9,9 @@ class QString;
 
 namespace quillmoth {
 
-/// Draws an emoji, or what stands for one, in the painter's colour, and returns how wide it is. What has been
-/// drawn is kept: to draw a glyph of a colour font takes a hundred times as long as to draw a letter. Main
-/// thread.
+/// Draws an emoji, or what stands for one, in the painter's colour, and returns how wide it is. Of a longer
+/// text the first 16 UTF-16 units are drawn. What has been drawn is kept: a glyph of a colour font is a
+/// compressed picture, which would be unpacked each time. Main thread.
 double drawPictograph(QPainter& painter, const QRectF& place, Qt::Alignment alignment, const QFont& font,
                       const QString& text);
 

@@ -45,6 +45,7 @@ void X11KeyDrain::stop() {
     events_.reset();
     ungrabKey(connection_, *key, kAnyModifiers);
     ungrabKeyboard(connection_);
+    connection_.synchronize();
 }
 
 bool X11KeyDrain::repeats(xcb_keycode_t key) const {

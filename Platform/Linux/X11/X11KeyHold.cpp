@@ -37,7 +37,6 @@ void grabKeyboard(X11Connection& connection) {
 
 void ungrabKeyboard(X11Connection& connection) {
     xcb_input_xi_ungrab_device(connection.get(), XCB_CURRENT_TIME, kCoreKeyboard);
-    connection.synchronize();
 }
 
 X11KeyHold::X11KeyHold(X11Connection& connection, Callbacks callbacks)
@@ -68,7 +67,7 @@ void X11KeyHold::letGo() {
         return;
     guardTimer_.stop();
     ungrabKey(connection_, kAnyKey, kAnyModifiers);
-    xcb_input_xi_ungrab_device(connection_.get(), XCB_CURRENT_TIME, kCoreKeyboard);
+    ungrabKeyboard(connection_);
     hasAllKeys_ = false;
     callbacks_.lostGrabs();
     connection_.synchronize();

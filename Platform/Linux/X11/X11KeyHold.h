@@ -24,6 +24,7 @@ struct X11KeyStroke {
 /// Sends all keys to this connection, as events of the X Input Extension for the root window. Where another
 /// program has the keyboard it stays there, and nobody is told.
 void grabKeyboard(X11Connection& connection);
+/// Ends that; the request is not flushed.
 void ungrabKeyboard(X11Connection& connection);
 
 /// Keeps the keyboard from the press of a hot key until the panel has come up: what the user types then would

@@ -30,10 +30,9 @@ double drawElided(QPainter& painter, const QRectF& place, const QFont& font, con
 void drawLabel(QPainter& painter, const QRectF& place, const QFont& font, const QModelIndex& index) {
     const QString emoji = index.data(PresetListModel::kEmojiRole).toString();
     const QString name = index.data(PresetListModel::kNameRole).toString();
-    const double taken =
-        startsWithPictograph(emoji)
-            ? drawPictograph(painter, place, Qt::AlignLeft, emojiFont(font.pixelSize()), emoji.left(16))
-            : drawElided(painter, place, font, emoji);
+    const double taken = startsWithPictograph(emoji) ? drawPictograph(painter, place, Qt::AlignLeft,
+                                                                      emojiFont(font.pixelSize()), emoji)
+                                                     : drawElided(painter, place, font, emoji);
     drawElided(painter, place.adjusted(taken, 0, 0, 0), font, name);
 }
 

@@ -119,7 +119,7 @@ void RowList::paintRow(QPainter& painter, int position) const {
         const QFont pictures =
             startsWithPictograph(content.pictograph) ? emojiFont(fontSize_) : panelFont(fontSize_);
         drawPictograph(painter, QStyle::visualRect(layoutDirection(), whole, picture), Qt::AlignCenter,
-                       pictures, content.pictograph.left(16));
+                       pictures, content.pictograph);
     }
     const QFont font = panelFont(fontSize_);
     painter.setFont(font);
