@@ -34,7 +34,6 @@ std::string_view withoutByteOrderMark(std::string_view json) {
 }
 
 simdjson::simdjson_result<element> JSONReader::parse(std::string_view json) {
-    json = withoutByteOrderMark(json);
     auto& parser = json.size() <= kLargestShared ? sharedParser() : ownParser_.emplace();
     // The parser copies even nothing, and not from a null pointer.
     auto result = parser.parse(json.empty() ? "" : json.data(), json.size());
@@ -56,7 +55,8 @@ bool JSONReader::read(const element& element, bool& value) {
 }
 
 bool JSONReader::read(const element& element, std::int64_t& value) {
-    // get converts no floating-point number.
+    // get converts no floating-point number. Integers with an exponent come as such, and are read from the
+    // text in bounds.
     return readScalar(*this, element, value, "is no integer");
 }
 

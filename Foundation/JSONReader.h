@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Foundation/JSONArray.h"
+#include "Foundation/JSONInBounds.h"
 #include "Foundation/Result.h"
 
 #include <simdjson.h>
@@ -25,14 +26,16 @@ class JSONFields;
 /// The reading of one text: its values, and what was wrong with it.
 class JSONReader {
 public:
-    /// The values of `json`, or the error. They live in a parser of the thread until its next reading.
-    [[nodiscard]] simdjson::simdjson_result<simdjson::dom::element> parse(std::string_view json);
+    /// Reads the record that is the whole of `json`. What stands under keys that nobody reads may be beyond
+    /// the bounds of the parser.
+    template<class Record>
+    bool readText(std::string_view json, Record& record);
 
     [[nodiscard]] const Error& error() const { return error_; }
 
     bool read(const simdjson::dom::element& element, std::string& value);
     bool read(const simdjson::dom::element& element, bool& value);
-    /// Numbers with a fraction or an exponent are no integers.
+    /// A number with a fraction is no integer, though the fraction be zero.
     bool read(const simdjson::dom::element& element, std::int64_t& value);
     bool read(const simdjson::dom::element& element, double& value);
     bool read(const simdjson::dom::element& element, float& value);
@@ -47,6 +50,9 @@ public:
     bool fail(std::string_view description);
 
 private:
+    /// The values of `json`, or the error. They live in a parser of the thread until its next reading.
+    [[nodiscard]] simdjson::simdjson_result<simdjson::dom::element> parse(std::string_view json);
+
     // Frees the memory of a large text with the reader.
     std::optional<simdjson::dom::parser> ownParser_;
     Error error_;
@@ -108,13 +114,25 @@ bool JSONReader::read(const simdjson::dom::element& element, Record& record) {
     return readFields(fields, record);
 }
 
+template<class Record>
+bool JSONReader::readText(std::string_view json, Record& record) {
+    json = withoutByteOrderMark(json);
+    simdjson::dom::element root;
+    if (parse(json).get(root) == simdjson::SUCCESS && read(root, record))
+        return true;
+    const auto inBounds = jsonInBounds(json);
+    if (!inBounds)
+        return false;
+    record = Record();
+    return parse(*inBounds).get(root) == simdjson::SUCCESS && read(root, record);
+}
+
 /// The record that stands in `json`.
 template<class Record>
 [[nodiscard]] Result<Record> readJSON(std::string_view json) {
     JSONReader reader;
-    simdjson::dom::element root;
     Record record;
-    if (reader.parse(json).get(root) == simdjson::SUCCESS && reader.read(root, record))
+    if (reader.readText(json, record))
         return record;
     return reader.error();
 }
@@ -127,9 +145,7 @@ template<class Record>
     std::vector<Record> records;
     JSONArray array(withoutByteOrderMark(json));
     while (const auto entry = array.next()) {
-        simdjson::dom::element root;
-        if (reader.parse(*entry).get(root) != simdjson::SUCCESS ||
-            !reader.read(root, records.emplace_back())) {
+        if (!reader.readText(*entry, records.emplace_back())) {
             reader.failAt("entry " + std::to_string(records.size() - 1));
             return reader.error();
         }

@@ -33,6 +33,8 @@ TEST(ChatDeltaReader, GivesWhatReadingEachPieceAloneGives) {
         R"({"x":{"content":"other"},"choices":[{"delta":{"c\u006fntent":"a"}}]})",
         R"({"choices":[{"delta":{"content":"a"}},{"delta":{}}]})",
         R"({"choices":[{"delta":{"a\"content":"x","role":"r"}}]})",
+        R"({"seed":18446744073709551616,"choices":[{"delta":{"content":"a"}}],"created":1e3})",
+        R"({"seed":18446744073709551616,"choices":[{"delta":{"content":"b"}}],"created":1e3})",
         R"({"choices":[]})",
         "{}",
         "",

@@ -51,6 +51,48 @@ TEST(ChatRecordsJSON, DamagedTextsAndWrongTypesFailTheWholeRecord) {
     EXPECT_EQ(uuids.count(), 0U);
 }
 
+/// JSON that no 64-bit number, no Unicode text and no bounded stack can hold.
+std::vector<std::string> beyondBounds() {
+    const std::size_t deep = 20000;
+    std::string objects = "1";
+    for (int level = 0; level < 5000; ++level)
+        objects = R"({"a":[)" + objects + "]}";
+    return {"18446744073709551616",
+            "-9223372036854775809",
+            "1e400",
+            "-1.5E+999",
+            "1" + std::string(1000, '0'),
+            R"("half \ud83e")",
+            std::string(deep, '[') + std::string(deep, ']'),
+            "[1, " + objects + "]",
+            R"({"a":{"b":[1e400, {"c":"]\"}"}]}})"};
+}
+
+TEST(ChatRecordsJSON, WhatStandsUnderAnUnknownKeyDoesNotMatter) {
+    FakeUUIDSource uuids;
+    for (const std::string& value : beyondBounds()) {
+        SCOPED_TRACE(value.substr(0, 40));
+        const std::string unknown = "{\"x\":" + value + ",";
+        const auto message =
+            readChatMessage(unknown + R"("role":"user","content":"\ud83e\udd89 \"1e400\"","id":"X"})", uuids);
+        ASSERT_TRUE(message) << message.error().description;
+        EXPECT_EQ(*message, (ChatMessage{"X", "user", "🦉 \"1e400\""}));
+        const auto delta =
+            readChatResponseDelta(unknown + R"("created":5,"choices":[{"logprobs":)" + value + "}]}");
+        ASSERT_TRUE(delta) << delta.error().description;
+        EXPECT_EQ(delta->created, 5);
+        EXPECT_EQ(delta->choices->size(), 1U);
+        // Under a known key it is of the wrong type, and what is broken stays so.
+        for (const char* key : {"id", "created", "choices"})
+            EXPECT_FALSE(readChatResponseDelta("{\"" + std::string(key) + "\":" + value + "}")) << key;
+        for (const std::string& broken : {value + "}", value + "]", value + ",\"y\":01", value + ",\"y\":[}"})
+            EXPECT_FALSE(readChatResponseDelta("{\"x\":" + broken + "}"))
+                << broken.substr(broken.size() - 10);
+    }
+    for (const char* broken : {"1e400.5", "-01e400", "1e", "--1e400", "\"\\ud83e\\x\""})
+        EXPECT_FALSE(readChatResponseDelta("{\"x\":" + std::string(broken) + "}")) << broken;
+}
+
 TEST(ChatRecordsJSON, ErrorsNameThePlaceOfTheFault) {
     const auto missing = readChatResponse(
         R"({"id":"","object":"","created":1,"model":"","usage":{},"choices":[{"message":{"role":"a"},"index":0}]})");
@@ -124,7 +166,13 @@ TEST(ChatResponseDeltaJSON, ReadsKeysInAnyOrder) {
 
 TEST(ChatResponseDeltaJSON, IntegersAreWholeNumbersOf64Bits) {
     EXPECT_EQ(readChatResponseDelta(R"({"created":-9223372036854775808})")->created, INT64_MIN);
-    for (const char* number : {"1.5", "1.0", "9223372036854775808", "true", "\"1\""})
+    const std::pair<const char*, std::int64_t> exponents[] = {
+        {"1e3", 1000}, {"-12E+2", -1200}, {"1500e-2", 15}, {"0e99", 0}, {"1700000000e0", 1700000000}};
+    for (const auto& [number, value] : exponents)
+        EXPECT_EQ(readChatResponseDelta("{\"created\":" + std::string(number) + "}")->created, value)
+            << number;
+    for (const char* number :
+         {"1.5", "1.0", "1.0e1", "15e-1", "1e19", "9223372036854775808", "true", "\"1\""})
         EXPECT_FALSE(readChatResponseDelta("{\"created\":" + std::string(number) + "}")) << number;
 }
 
