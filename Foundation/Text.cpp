@@ -146,6 +146,14 @@ bool canonicallyEqual(std::string_view first, std::string_view second) {
            nfc->normalize(toUTF16(first), status) == nfc->normalize(toUTF16(second), status);
 }
 
+std::string_view trimmed(std::string_view text) {
+    constexpr std::string_view kBlanks = " \t\r\n";
+    const auto start = text.find_first_not_of(kBlanks);
+    if (start == std::string_view::npos)
+        return {};
+    return text.substr(start, text.find_last_not_of(kBlanks) - start + 1);
+}
+
 std::size_t utf16Length(std::string_view text) {
     std::size_t units = 0;
     for (std::int32_t offset = 0; offset < length32(text);)

@@ -27,6 +27,9 @@ namespace quillmoth {
 /// True when both are canonically equivalent (UAX #15).
 [[nodiscard]] bool canonicallyEqual(std::string_view first, std::string_view second);
 
+/// `text` without the blanks, tabs and line ends (CR, LF) at both ends. A view into `text`.
+[[nodiscard]] std::string_view trimmed(std::string_view text);
+
 /// Length in UTF-16 code units.
 [[nodiscard]] std::size_t utf16Length(std::string_view text);
 

@@ -1,5 +1,6 @@
 #include "Platform/Curl/EasyHandle.h"
 
+#include "Foundation/Text.h"
 #include "Platform/Curl/HeaderName.h"
 
 #include <algorithm>
@@ -19,11 +20,12 @@ bool isHeaderName(std::string_view name) {
 }
 
 /// A line end within a value, as from a key that was pasted with one, would begin another header: it becomes
-/// a blank (RFC 9110, section 5.5).
+/// a blank (RFC 9110, section 5.5). One at an end, and any blank there, does not go out: HTTP/2 servers drop
+/// the whole request for it (RFC 9113, section 8.2.1).
 std::string safeValue(std::string value) {
     std::replace_if(
         value.begin(), value.end(), [](char c) { return c == '\r' || c == '\n' || c == '\0'; }, ' ');
-    return value;
+    return std::string(trimmed(value));
 }
 
 } // namespace
@@ -101,9 +103,8 @@ void EasyHandle::addHeader(const std::string& name, const std::string& value) {
     if (!isHeaderName(name))
         return;
     const std::string safe = safeValue(value);
-    const bool blank = safe.find_first_not_of(" \t") == std::string::npos;
     // The library's way to say that a header is there and empty.
-    addHeaderLine(blank ? name + ";" : name + ": " + safe);
+    addHeaderLine(safe.empty() ? name + ";" : name + ": " + safe);
 }
 
 void EasyHandle::addHeaderLine(const std::string& line) {

@@ -1,5 +1,6 @@
 #include "Platform/Curl/ResponseHead.h"
 
+#include "Foundation/Text.h"
 #include "Platform/Curl/HeaderName.h"
 
 #include <charconv>
@@ -8,14 +9,6 @@
 namespace quillmoth::platform {
 
 namespace {
-
-std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view kBlanks = " \t\r\n";
-    const std::size_t first = text.find_first_not_of(kBlanks);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
 
 /// The number behind the protocol's name in a status line.
 int parseStatusCode(std::string_view statusLine) {

@@ -1,6 +1,7 @@
 #include "Quillmoth/Chat/ChatRequests.h"
 
 #include "Foundation/FatalError.h"
+#include "Foundation/Text.h"
 #include "Platform/UserDefaults.h"
 #include "Quillmoth/Chat/ServiceAddresses.h"
 
@@ -14,10 +15,6 @@ constexpr double kTimeoutInterval = 60.0;
 constexpr std::string_view kCompletionsPath = "/v1/chat/completions";
 constexpr std::string_view kGatewayPath = "/api/v1/chat/completions";
 constexpr std::string_view kGatewayStreamPath = "/api/v1/chat/completions/stream";
-
-std::string keySetting(const platform::UserDefaults& userDefaults) {
-    return userDefaults.string("openapikey").value_or("");
-}
 
 std::string bearer(const std::string& key) {
     return "Bearer " + key;
@@ -54,6 +51,15 @@ void complete(platform::URLRequest& request, const std::string& model,
 
 std::string modelSetting(const platform::UserDefaults& userDefaults) {
     return userDefaults.string("model").value_or("gpt-3.5-turbo");
+}
+
+std::string_view withoutPastedBlanks(std::string_view key) {
+    const auto inner = trimmed(key);
+    return inner.empty() ? key : inner;
+}
+
+std::string keySetting(const platform::UserDefaults& userDefaults) {
+    return std::string(withoutPastedBlanks(userDefaults.string("openapikey").value_or("")));
 }
 
 StreamRequest makeStreamRequest(const std::vector<ChatMessage>& messages,

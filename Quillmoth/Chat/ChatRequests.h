@@ -5,6 +5,7 @@
 
 #include <map>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -27,6 +28,13 @@ struct ServiceAddresses {
 
 /// The `model` setting, "gpt-3.5-turbo" where it is missing.
 [[nodiscard]] std::string modelSetting(const platform::UserDefaults& userDefaults);
+
+/// The `openapikey` setting without the blanks and line ends that were pasted around it, empty where it is
+/// missing. Blanks alone are a key, and stay.
+[[nodiscard]] std::string keySetting(const platform::UserDefaults& userDefaults);
+
+/// `key` as keySetting gives it.
+[[nodiscard]] std::string_view withoutPastedBlanks(std::string_view key);
 
 struct StreamRequest {
     platform::URLRequest request;

@@ -1,6 +1,7 @@
 #include "Quillmoth/Chat/ServiceAddresses.h"
 
 #include "Foundation/Log.h"
+#include "Foundation/Text.h"
 #include "Platform/UserDefaults.h"
 #include "Quillmoth/Chat/ChatRequests.h"
 
@@ -13,8 +14,6 @@
 namespace quillmoth {
 
 namespace {
-
-constexpr std::string_view kBlanks = " \t\r\n";
 
 bool isUnreserved(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
@@ -52,13 +51,6 @@ bool isPort(std::string_view port) {
     std::uint16_t number = 0;
     const auto result = std::from_chars(port.data(), port.data() + port.size(), number);
     return result.ec == std::errc() && result.ptr == port.data() + port.size() && number != 0;
-}
-
-std::string_view trimmed(std::string_view text) {
-    const auto start = text.find_first_not_of(kBlanks);
-    if (start == std::string_view::npos)
-        return {};
-    return text.substr(start, text.find_last_not_of(kBlanks) - start + 1);
 }
 
 /// `value` as an address, or none where it is empty or not usable.

@@ -1,6 +1,7 @@
 #include "Quillmoth/Settings/ConnectionTest.h"
 
 #include "Foundation/JSONReader.h"
+#include "Foundation/Text.h"
 #include "Platform/MainQueue.h"
 #include "Platform/UserDefaults.h"
 #include "Quillmoth/Chat/ChatRequests.h"
@@ -16,7 +17,6 @@ namespace quillmoth {
 namespace {
 
 constexpr double kTimeout = 15;
-constexpr std::string_view kBlanks = " \t\r\n";
 
 using Answer = ConnectionTest::Answer;
 
@@ -30,10 +30,8 @@ struct ModelList {
 
 /// An empty address stands for the built-in one; blanks around an address do not count.
 bool isUsable(std::string_view address) {
-    const auto start = address.find_first_not_of(kBlanks);
-    if (start == std::string_view::npos)
-        return true;
-    return isServiceAddress(address.substr(start, address.find_last_not_of(kBlanks) - start + 1));
+    address = trimmed(address);
+    return address.empty() || isServiceAddress(address);
 }
 
 Answer listAnswer(const std::string& server, const std::string& model, bool hasKey, std::string_view json) {

@@ -1,6 +1,7 @@
 #include "Quillmoth/Settings/SettingsModel.h"
 
 #include "Foundation/FatalError.h"
+#include "Quillmoth/Chat/ChatRequests.h"
 
 namespace quillmoth {
 
@@ -17,10 +18,11 @@ constexpr const char* kDefaultModel = "gpt-3.5-turbo";
 } // namespace
 
 std::string SettingsModel::apiKey() const {
-    return userDefaults_.string(kKeyKey).value_or("");
+    return keySetting(userDefaults_);
 }
 
-void SettingsModel::setAPIKey(const std::string& key) {
+void SettingsModel::setAPIKey(const std::string& typed) {
+    const std::string key(withoutPastedBlanks(typed));
     const bool changed = key != apiKey();
     userDefaults_.set(kKeyKey, key);
     if (changed && key.empty())

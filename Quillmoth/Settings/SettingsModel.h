@@ -20,8 +20,9 @@ public:
     explicit SettingsModel(platform::UserDefaults& userDefaults) : userDefaults_(userDefaults) {}
 
     [[nodiscard]] std::string apiKey() const;
-    /// Emptying the key puts the model back to the one that needs none.
-    void setAPIKey(const std::string& key);
+    /// Stored without the blanks and line ends around it. Emptying the key puts the model back to the one
+    /// that needs none.
+    void setAPIKey(const std::string& typed);
 
     [[nodiscard]] std::string model() const;
     void setModel(const std::string& model);

@@ -83,8 +83,8 @@ TEST_F(URLSessionTest, PutsItsHeadersBehindThoseOfTheRequest) {
     EXPECT_EQ(sent.header("X-Both"), "request");
     EXPECT_EQ(sent.header("X-Session"), "s");
     EXPECT_EQ(sent.header("X-Empty"), "");
-    EXPECT_EQ(sent.header("Authorization"), "Bearer k  X-Smuggled: 1 ");
-    EXPECT_EQ(sent.header("X-Missing"), "Bearer ");
+    EXPECT_EQ(sent.header("Authorization"), "Bearer k  X-Smuggled: 1");
+    EXPECT_EQ(sent.header("X-Missing"), "Bearer") << "a blank at the end is an error in HTTP/2";
     EXPECT_EQ(sent.header("X-Smuggled"), std::nullopt);
     EXPECT_EQ(sent.header("Not A Name"), std::nullopt);
     EXPECT_EQ(sent.header("Expect"), std::nullopt);

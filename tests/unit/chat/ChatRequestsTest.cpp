@@ -42,14 +42,16 @@ TEST_F(ChatRequests, WithoutAKeyTheStreamGoesToTheGatewayWithABareBearer) {
 }
 
 TEST_F(ChatRequests, WithAKeyBothKindsGoToTheServiceItself) {
-    defaults.set("openapikey", "k");
-    const auto [request, headers] = stream();
-    EXPECT_EQ(request.url, "https://api.openai.com/v1/chat/completions");
-    EXPECT_FALSE(request.value("Authorization"));
-    EXPECT_EQ(headers.at("Authorization"), "Bearer k");
-    const auto single = oneShot();
-    EXPECT_EQ(single.url, "https://api.openai.com/v1/chat/completions");
-    EXPECT_EQ(single.value("Authorization"), "Bearer k");
+    for (const char* key : {"k", " \tk\r\n"}) {
+        defaults.set("openapikey", key);
+        const auto [request, headers] = stream();
+        EXPECT_EQ(request.url, "https://api.openai.com/v1/chat/completions");
+        EXPECT_FALSE(request.value("Authorization"));
+        EXPECT_EQ(headers.at("Authorization"), "Bearer k");
+        const auto single = oneShot();
+        EXPECT_EQ(single.url, "https://api.openai.com/v1/chat/completions");
+        EXPECT_EQ(single.value("Authorization"), "Bearer k");
+    }
 
     defaults.set("openapikey", "");
     EXPECT_EQ(stream().request.url, "https://gateway.example/api/v1/chat/completions/stream");

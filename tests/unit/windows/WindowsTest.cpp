@@ -152,7 +152,7 @@ TEST_F(Windows, AnEmptiedKeyPutsTheModelBackAndTakesTheWarningAway) {
     EXPECT_TRUE(shows("Quillmoth is paying for your API usage"));
     key->setFocus();
     QTest::keyClicks(key, " sk");
-    EXPECT_EQ(fakes.userDefaults.string("openapikey"), " sk");
+    EXPECT_EQ(fakes.userDefaults.string("openapikey"), "sk") << "blanks around a key are not kept";
     EXPECT_TRUE(shows("You are using your own key\nMake sure you fill in your key correctly."));
     ASSERT_EQ(picker->count(), 4);
     picker->onChoice("gpt-4-32k");
