@@ -1,5 +1,9 @@
 #include "tests/integration/network/NetworkTest.h"
 
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+
 #include <cstdlib>
 #include <numeric>
 
@@ -159,6 +163,32 @@ TEST_F(URLSessionTest, LimitsTheLifeOfATaskThatKeepsReceiving) {
     EXPECT_EQ(recorder->error.value_or(platform::URLError()).code, Code::timedOut);
     EXPECT_EQ(recorder->body, "data: a\n\n");
     EXPECT_TRUE(recorder->hadResponse);
+}
+
+/// An option of the client's end of a connection to `port`.
+int socketOption(std::uint16_t port, int level, int option) {
+    for (int descriptor = 0; descriptor < 1024; ++descriptor) {
+        sockaddr_in peer{};
+        socklen_t size = sizeof(peer);
+        if (::getpeername(descriptor, reinterpret_cast<sockaddr*>(&peer), &size) != 0 ||
+            peer.sin_family != AF_INET || ntohs(peer.sin_port) != port)
+            continue;
+        int value = 0;
+        size = sizeof(value);
+        return ::getsockopt(descriptor, level, option, &value, &size) == 0 ? value : -1;
+    }
+    return -1;
+}
+
+TEST_F(URLSessionTest, NoticesWithinAMinuteThatItsPeerHasGone) {
+    server.answer("/", silentAnswer());
+    makeSession()->dataTask(postRequest(server.url("/")))->resume();
+    ASSERT_TRUE(server.waitForRequests(1));
+    EXPECT_EQ(socketOption(server.port(), SOL_SOCKET, SO_KEEPALIVE), 1);
+    EXPECT_EQ(socketOption(server.port(), IPPROTO_TCP, TCP_KEEPIDLE), 20);
+    EXPECT_EQ(socketOption(server.port(), IPPROTO_TCP, TCP_KEEPINTVL), 10);
+    EXPECT_EQ(socketOption(server.port(), IPPROTO_TCP, TCP_KEEPCNT), 3);
+    EXPECT_EQ(socketOption(server.port(), IPPROTO_TCP, TCP_USER_TIMEOUT), 50000);
 }
 
 TEST_F(URLSessionTest, HoldsTheBodyBackUntilTheDelegateHasAllowedIt) {
