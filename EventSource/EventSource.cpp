@@ -57,6 +57,11 @@ std::optional<std::string> EventSource::lastEventId() const {
     return lastEventId_;
 }
 
+std::optional<platform::URLError> EventSource::taskError() const {
+    const std::lock_guard lock(mutex_);
+    return taskError_;
+}
+
 void EventSource::connect(const std::optional<std::string>& lastEventId) {
     {
         const std::lock_guard lock(mutex_);
@@ -136,6 +141,10 @@ void EventSource::didReceiveResponse(platform::URLSessionDataTask& /*task*/,
 
 void EventSource::didCompleteWithError(platform::URLSessionDataTask& task,
                                        const std::optional<platform::URLError>& error) {
+    {
+        const std::lock_guard lock(mutex_);
+        taskError_ = error;
+    }
     const auto response = task.response();
     if (response && response->statusCode)
         complete(response->statusCode, shouldReconnect(*response->statusCode), std::nullopt);

@@ -45,6 +45,10 @@ public:
 
     [[nodiscard]] EventSourceState readyState() const override { return readyState_; }
 
+    /// Why the latest task ended before its answer was whole; none while it runs, and where it was whole. The
+    /// completion is not told of it where a head had arrived.
+    [[nodiscard]] std::optional<platform::URLError> taskError() const;
+
     void connect(const std::optional<std::string>& lastEventId = std::nullopt) override;
     void disconnect() override;
 
@@ -89,9 +93,10 @@ private:
     std::atomic<EventSourceState> readyState_ = EventSourceState::closed;
     std::atomic<std::int64_t> retryTime_ = kDefaultRetryTime;
 
-    // Guards the three fields that the owner's thread and the delegate queue both touch.
+    // Guards the four fields that the owner's thread and the delegate queue both touch.
     mutable std::mutex mutex_;
     std::optional<std::string> lastEventId_;
+    std::optional<platform::URLError> taskError_;
     std::map<std::string, Stored<EventCallback>> eventListeners_;
     std::shared_ptr<EventStreamParser> eventStreamParser_;
 

@@ -45,8 +45,8 @@ public:
     void sendPrompt(std::string text);
     void regenerate();
     /// Decodes one event of a stream. `deliver` is run on the main queue, later, with the piece of text in
-    /// it; an event that is none of the service's records is ignored.
-    void decodeStreamChunk(const std::optional<std::string>& data,
+    /// it; an event that is none of the service's records is ignored. True for a record with a choice.
+    bool decodeStreamChunk(const std::optional<std::string>& data,
                            const std::function<void(const std::string& content)>& deliver);
 
     // History
@@ -105,6 +105,14 @@ public:
 private:
     struct StreamCallbacks;
 
+    /// What has come of one answer.
+    struct StreamProgress {
+        bool hasRecord = false;
+        bool hasText = false;
+        /// The service has said that this was all of it.
+        bool isClosed = false;
+    };
+
     [[nodiscard]] const std::vector<PromptData>& prompts() const { return _PromptM.get()->prompts(); }
 
     [[nodiscard]] const PromptData& presetAt(std::int64_t index) const;
@@ -121,8 +129,12 @@ private:
     void streamOpened();
     void appendPiece(const std::string& piece);
     void appendRegeneratedPiece(const std::string& piece);
-    void finishStream(std::optional<int> statusCode, const std::optional<platform::URLError>& error,
+    /// False where the completion was one that a cancel had asked for.
+    bool finishStream(std::optional<int> statusCode, const std::optional<platform::URLError>& error,
                       const std::optional<std::string>& sentText);
+    void checkAnswer(const StreamProgress& progress, const EventSource& source,
+                     const std::optional<std::string>& sentText);
+    void giveTextBack(const std::optional<std::string>& sentText);
     void classifyStatus(std::optional<int> statusCode, bool archives);
     void dropTwo();
 

@@ -15,6 +15,8 @@ namespace {
 constexpr const char* kSafetySystemPrompt = "You are a helpful assistant.";
 // Keeps the command field's text from being empty while a request runs.
 constexpr const char* kBlank = " ";
+// What the service sends behind the last piece of an answer. It ends nothing here.
+constexpr const char* kClosingLine = "[DONE]";
 constexpr const char* kTooLong = "Error 400: Bad request. Your request is too long.";
 constexpr const char* kInvalidKey = "Error 401: Your API key is invalid, Please check again.";
 constexpr const char* kNoModel = "Error 404: The model does not exist.";
@@ -130,24 +132,30 @@ void DataModel::connectStream(StreamRequest streamRequest, StreamCallbacks callb
             }
         });
     });
-    source.onMessage([weak, append = callbacks.append](const std::optional<std::string>&,
-                                                       const std::optional<std::string>&,
-                                                       const std::optional<std::string>& data) {
+    const auto progress = std::make_shared<StreamProgress>();
+    source.onMessage([weak, progress, append = callbacks.append](const std::optional<std::string>&,
+                                                                 const std::optional<std::string>&,
+                                                                 const std::optional<std::string>& data) {
         const auto model = weak.lock();
         if (!model)
             return;
-        model->decodeStreamChunk(data, [weak, append](const std::string& content) {
-            if (const auto model = weak.lock())
-                (model.get()->*append)(content);
-        });
+        progress->isClosed = progress->isClosed || data == kClosingLine;
+        const bool isRecord =
+            model->decodeStreamChunk(data, [weak, progress, append](const std::string& content) {
+                progress->hasText = progress->hasText || !content.empty();
+                if (const auto model = weak.lock())
+                    (model.get()->*append)(content);
+            });
+        progress->hasRecord = progress->hasRecord || isRecord;
     });
-    source.onComplete([weak, sentText = std::move(callbacks.sentText),
+    source.onComplete([weak, progress, sentText = std::move(callbacks.sentText),
                        which = &source](std::optional<int> statusCode, std::optional<bool>,
                                         const std::optional<platform::URLError>& error) {
         const auto model = weak.lock();
         if (!model)
             return;
-        model->finishStream(statusCode, error, sentText);
+        if (model->finishStream(statusCode, error, sentText) && statusCode == 200)
+            model->checkAnswer(*progress, *which, sentText);
         std::erase_if(model->cancelledSources_, [&](const auto& each) { return each.get() == which; });
     });
     source.connect();
@@ -158,20 +166,21 @@ void DataModel::streamOpened() {
     _command = std::string(kBlank);
 }
 
-void DataModel::decodeStreamChunk(const std::optional<std::string>& data,
+bool DataModel::decodeStreamChunk(const std::optional<std::string>& data,
                                   const std::function<void(const std::string&)>& deliver) {
     if (!data)
-        return;
+        return false;
     const ChatResponseDelta* chunk = deltaReader_.read(*data);
     if (chunk == nullptr || !chunk->choices)
-        return;
+        return false;
     if (chunk->choices->empty())
         fatalError("A piece of the answer came with no choice in it");
     const auto& delta = chunk->choices->front().delta;
     if (!delta)
-        return;
+        return true;
     platform_.mainQueue.async(
         [deliver, content = delta->content.value_or(std::string())] { deliver(content); });
+    return true;
 }
 
 void DataModel::appendPiece(const std::string& piece) {
@@ -187,11 +196,11 @@ void DataModel::appendRegeneratedPiece(const std::string& piece) {
     _responseValue.mutate([&](std::string& response) { response += piece; });
 }
 
-void DataModel::finishStream(std::optional<int> statusCode, const std::optional<platform::URLError>& error,
+bool DataModel::finishStream(std::optional<int> statusCode, const std::optional<platform::URLError>& error,
                              const std::optional<std::string>& sentText) {
     if (_isCancelRequest) {
         _isCancelRequest = false;
-        return;
+        return false;
     }
     if (const auto source = _eventSource.get())
         source->disconnect();
@@ -199,11 +208,12 @@ void DataModel::finishStream(std::optional<int> statusCode, const std::optional<
     _isLoading = false;
     _command = std::string();
     if (!error)
-        return;
+        return true;
     dropTwo();
     if (sentText)
         _command = *sentText;
     _error = error->localizedDescription;
+    return true;
 }
 
 void DataModel::classifyStatus(std::optional<int> statusCode, bool archives) {

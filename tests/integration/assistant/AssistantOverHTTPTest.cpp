@@ -131,6 +131,43 @@ TEST_F(AssistantOverHTTPTest, a_reset_in_mid_stream_keeps_what_had_come) {
     ASSERT_TRUE(ask("hi"));
     EXPECT_EQ(*model->_responseValue, "part");
     EXPECT_EQ(model->_messages->size(), 3U);
+    EXPECT_NE(model->_error->find(" was lost. The answer is not complete."), std::string::npos)
+        << *model->_error;
+}
+
+TEST_F(AssistantOverHTTPTest, what_is_no_chat_service_is_told_and_the_text_comes_back) {
+    const auto page = [](std::vector<std::pair<std::string, std::string>> headers, std::string body) {
+        return ScriptedAnswer{.headers = std::move(headers), .steps = {test::Send{std::move(body)}}};
+    };
+    ScriptedAnswer broken = test::eventStream({"data: {"});
+    broken.steps.emplace_back(test::Reset{});
+    ScriptedAnswer endless = page({}, "");
+    for (int number = 0; number < 400; ++number)
+        endless.headers.emplace_back("X-" + std::to_string(number), std::string(4000, 'x'));
+    server.answer("/login", page({{"Content-Type", "text/html"}}, "<html>\n\nLog in\n\n</html>"));
+    const std::pair<ScriptedAnswer, const char*> cases[] = {
+        {page({{"Content-Type", "text/html"}}, "<html>\n\nLog in\n\n</html>"), "as a chat service does"},
+        {test::redirectAnswer(302, "/login"), "as a chat service does"},
+        {test::jsonAnswer(200, ""), "as a chat service does"},
+        {test::jsonAnswer(200, test::chatResponse("whole")), "as a chat service does"},
+        {page({{"Content-Encoding", "gzip"}}, "\x1f\x8b\x08"), "as a chat service does"},
+        {broken, " was lost. "},
+        {endless, "127.0.0.1"},
+    };
+    for (const auto& [answer, words] : cases) {
+        server.answer(kStreamPath, answer);
+        ASSERT_TRUE(ask("my question"));
+        EXPECT_NE(model->_error->find(words), std::string::npos) << *model->_error;
+        EXPECT_NE(model->_error->find("127.0.0.1"), std::string::npos) << *model->_error;
+        EXPECT_EQ(*model->_command, "my question");
+    }
+    // The name of the type does not matter.
+    ScriptedAnswer stream = test::chatStream({"fine"});
+    stream.headers = {{"Content-Type", "text/html"}};
+    server.answer(kStreamPath, stream);
+    ASSERT_TRUE(ask("my question"));
+    EXPECT_EQ(*model->_responseValue, "fine");
+    EXPECT_EQ(*model->_error, "");
 }
 
 TEST_F(AssistantOverHTTPTest, an_unreachable_server_gives_the_text_back_with_an_error_that_names_it) {

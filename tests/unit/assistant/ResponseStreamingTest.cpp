@@ -61,12 +61,14 @@ TEST_F(ResponseStreamingTest, each_status_ends_in_its_words_and_drops_the_exchan
     for (const Case& each : cases) {
         SCOPED_TRACE(each.status);
         model->_messages = std::vector<ChatMessage>();
+        converse("one", {"1"});
         const std::size_t summaries = platform.urlSessions.shared().tasks().size();
         ask();
         serve(each.status);
         EXPECT_EQ(*model->_error, each.error);
         EXPECT_EQ(*model->_responseValue, each.response);
-        EXPECT_EQ(texts(model->_messages), Texts{"system: Your are helpful assistant"});
+        EXPECT_EQ(texts(model->_messages),
+                  (Texts{"system: Your are helpful assistant", "user: one", "assistant: 1"}));
         EXPECT_EQ(platform.urlSessions.shared().tasks().size(), summaries + (each.archives ? 1 : 0));
         EXPECT_FALSE(model->_isLoading);
         EXPECT_EQ(*model->_command, "");
@@ -107,6 +109,61 @@ TEST_F(ResponseStreamingTest, neither_status_nor_error_means_no_connection) {
     platform.runUntilIdle();
     EXPECT_EQ(*model->_error, "No internet connection");
     EXPECT_EQ(model->_messages->size(), 2U);
+}
+
+TEST_F(ResponseStreamingTest, a_200_that_is_no_whole_answer_is_told_and_loses_nothing) {
+    platform.userDefaults.set("gatewayBaseURL", std::string("https://gateway.example/relay"));
+    const std::string noService =
+        "gateway.example did not answer as a chat service does. Your text is back in the field. Check the "
+        "address of the server in Settings, and whether this network wants you to log in first.";
+    const std::string sendAgain = " Your text is back in the field; Return sends it again.";
+    const std::string noText = "gateway.example sent an answer without text." + sendAgain;
+    const std::string cut =
+        "It broke. The answer is not complete. What has come of it is kept; Ctrl+R asks for it again.";
+    const std::string role = R"(data: {"choices":[{"delta":{"role":"assistant"},"index":0}]})"
+                             "\n\n";
+    const std::string done = "data: [DONE]\n\n";
+
+    struct Case {
+        std::string body;
+        bool breaks;
+        std::string error;
+        std::string response;
+    };
+
+    const Case cases[] = {
+        {"", false, noService, ""},
+        {"<html>\n\n<body>Log in</body>\n\n</html>\n\n", false, noService, ""},
+        {"data: {\"error\":{}}\n\n", false, noService, ""},
+        {role + done, false, noText, ""},
+        {role, true, "It broke." + sendAgain, ""},
+        {piece("part"), true, cut, "part"},
+        {piece("all") + done, true, "", "all"},
+        {piece("all"), false, "", "all"},
+    };
+    const auto answer = [&](const Case& each) {
+        stream().deliverStatus(200);
+        stream().deliverData(each.body);
+        stream().complete(each.breaks ? std::optional(platform::URLError{
+                                            platform::URLError::Code::connectionLost, "It broke."})
+                                      : std::nullopt);
+        platform.runUntilIdle();
+        EXPECT_EQ(*model->_error, each.error);
+        EXPECT_EQ(*model->_responseValue, each.response);
+        EXPECT_EQ(*model->_command, each.response.empty() ? "my question" : "");
+        EXPECT_EQ(model->_messages->size(), each.response.empty() ? 1U : 3U);
+        EXPECT_FALSE(model->_isLoading);
+    };
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.body);
+        model->_messages = std::vector<ChatMessage>();
+        ask("my question");
+        answer(each);
+        model->_messages = std::vector<ChatMessage>();
+        converse("my question", {"1"});
+        model->regenerate();
+        answer(each);
+    }
 }
 
 TEST_F(ResponseStreamingTest, a_cancelled_stream_keeps_what_has_come_and_its_completion_is_swallowed) {
