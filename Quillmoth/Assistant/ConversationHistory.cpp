@@ -9,6 +9,7 @@
 #include "Quillmoth/Chat/ChatRequests.h"
 #include "Quillmoth/Prompts/JSONFunction.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace quillmoth {
@@ -57,6 +58,12 @@ void summaryArrived(platform::MainQueue& mainQueue, Closed closed, const std::op
 } // namespace
 
 void DataModel::archiveConversation() {
+    // Of what nobody has answered there is nothing to keep: a first request that was refused leaves a system
+    // message alone.
+    if (std::none_of(_messages->begin(), _messages->end(), [](const ChatMessage& message) {
+            return message.role == "assistant" && !message.content.empty();
+        }))
+        return;
     Closed closed{weak_from_this(), _messages, _chatWithHistory};
     std::vector<ChatMessage> asked = closed.messages;
     asked.push_back(makeChatMessage(platform_.uuidSource, "user", kSummaryPrompt));

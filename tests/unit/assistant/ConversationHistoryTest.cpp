@@ -104,6 +104,39 @@ TEST_F(ConversationHistoryTest, without_an_answer_nothing_is_stored) {
     EXPECT_TRUE(model->_oldMessages->empty());
 }
 
+TEST_F(ConversationHistoryTest, what_nobody_has_answered_is_not_stored) {
+    const auto escape = [&] {
+        for (int presses = 0; presses < 3; ++presses)
+            model->dismissStep();
+        platform.runUntilIdle();
+        EXPECT_TRUE(platform.urlSessions.shared().tasks().empty());
+        EXPECT_TRUE(model->_messages->empty());
+    };
+    const auto ask = [&] {
+        model->_selectedIndex = DataModel::kTypedCommand;
+        model->_command = std::string("one");
+        model->runPrompt();
+    };
+    for (const int status : {400, 429}) {
+        ask();
+        serve(status);
+        escape();
+    }
+    ask();
+    failToConnect("down");
+    escape();
+    ask();
+    model->dismissStep();
+    escape();
+    // What an earlier program has stored without an answer stays as it is.
+    model->storeConversation("Empty", {}, -1);
+    model->_openHistory = true;
+    model->_keyHistorySelected = 0;
+    model->runPrompt();
+    escape();
+    EXPECT_EQ(topics(), Texts{"Empty"});
+}
+
 TEST_F(ConversationHistoryTest, a_conversation_is_stored_as_it_was_when_it_was_closed) {
     converse("one", {"1"});
     model->dismissStep();

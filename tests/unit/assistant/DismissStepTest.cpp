@@ -49,7 +49,7 @@ TEST_F(DismissStepTest, the_list_comes_back_a_turn_after_a_new_conversation_is_c
 }
 
 TEST_F(DismissStepTest, a_stored_conversation_is_closed_with_its_place) {
-    model->storeConversation("T", {{.id = "1", .role = "user", .content = "hi"}}, -1);
+    model->storeConversation("T", {{.id = "1", .role = "assistant", .content = "hi"}}, -1);
     model->_openHistory = true;
     model->runPrompt();
     const Texts names = assignments([&] { model->dismissStep(); });
