@@ -138,7 +138,7 @@ bool FloatingViewController::press(Key key) {
         replaceSelection();
         break;
     case Key::regenerate:
-        model_->regenerate();
+        askAgain();
         break;
     case Key::larger:
         if (_fontSize < kLargestFont)
@@ -183,7 +183,7 @@ void FloatingViewController::barItemClicked(BarItem item) {
         model_->_isOnTopBinding = !model_->_isOnTopBinding;
         break;
     case BarItem::regenerate:
-        model_->regenerate();
+        askAgain();
         break;
     case BarItem::cancelOrNewChat:
         model_->dismissStep();
@@ -198,6 +198,16 @@ void FloatingViewController::barItemClicked(BarItem item) {
 
 void FloatingViewController::backClicked() {
     model_->dismissStep();
+}
+
+/// To regenerate takes the last message away, which is to be an answer. Where nobody has answered, as after
+/// an early cancel, an empty one stands in for it; where nobody has asked there is nothing to do.
+void FloatingViewController::askAgain() {
+    if (model_->_messages->empty() || model_->_messages->back().role == "system")
+        return;
+    if (!model_->_isLoading && model_->_messages->back().role == "user")
+        model_->_messages.mutate([](auto& messages) { messages.push_back({std::nullopt, "assistant", ""}); });
+    model_->regenerate();
 }
 
 void FloatingViewController::toggleHistoryWithSelection() {

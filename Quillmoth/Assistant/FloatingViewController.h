@@ -143,6 +143,7 @@ private:
     void formToggled(bool shown);
     void pinPanel(bool pinned);
     void serveFocusRequest();
+    void askAgain();
     void toggleHistoryWithSelection();
     void changeFontSize(double size);
     void toggleMarkdown();

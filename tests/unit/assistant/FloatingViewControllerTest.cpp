@@ -161,6 +161,45 @@ TEST_F(FloatingViewControllerTest, regenerating_needs_a_response) {
     EXPECT_TRUE(model->_isLoading);
 }
 
+TEST_F(FloatingViewControllerTest, asking_again_offline_loses_no_question_and_ends_nothing) {
+    const auto askAgain = [&] {
+        EXPECT_TRUE(view->press(Key::regenerate));
+        view->barItemClicked(BarItem::regenerate);
+        return *model->_isLoading;
+    };
+    const auto ask = [&](const std::string& text) {
+        model->_selectedIndex = DataModel::kTypedCommand;
+        model->_command = text;
+        model->runPrompt();
+    };
+    ask("one");
+    failToConnect("down");
+    EXPECT_FALSE(askAgain()) << "there is nothing to ask again; the text is in the field";
+
+    converse("one", {"1"});
+    ask("two");
+    failToConnect("down");
+    EXPECT_TRUE(askAgain());
+    EXPECT_EQ(texts(model->_messages), (Texts{"system: Your are helpful assistant", "user: one"}));
+    failToConnect("down");
+    EXPECT_EQ(*model->_error, "down");
+
+    model->_messages = std::vector<ChatMessage>();
+    ask("three");
+    model->dismissStep();
+    settle();
+    EXPECT_TRUE(askAgain());
+    serve(200, {"3"});
+    EXPECT_EQ(texts(model->_messages),
+              (Texts{"system: Your are helpful assistant", "user: three", "assistant: 3"}));
+
+    model->storeConversation("Empty", {}, -1);
+    model->_openHistory = true;
+    model->_keyHistorySelected = 0;
+    model->runPrompt();
+    EXPECT_FALSE(askAgain());
+}
+
 TEST_F(FloatingViewControllerTest, replacing_closes_the_panel_before_it_writes) {
     auto field = std::make_shared<platform::FakeAXUIElement>("field");
     field->set("AXValue", std::string("abc"));
