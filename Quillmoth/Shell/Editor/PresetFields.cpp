@@ -31,6 +31,14 @@ void drawBox(QPainter& painter, const QRectF& box, double radius, const QColor& 
     painter.drawRoundedRect(box.adjusted(0.5, 0.5, -0.5, -0.5), radius - 0.5, radius - 0.5);
 }
 
+/// A document breaks its lines with separators of its own, and takes returns for breaks as well.
+QString withLineFeeds(QString text) {
+    text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    for (const QChar lineBreak : {QChar(QChar::ParagraphSeparator), QChar(QChar::LineSeparator), QChar('\r')})
+        text.replace(lineBreak, QLatin1Char('\n'));
+    return text;
+}
+
 /// Behind the text of an area; a widget of its own, since an area paints its viewport only.
 class AreaBox final : public QWidget {
 public:
@@ -74,8 +82,7 @@ TextArea::TextArea(int height) : height_(height), box_(new AreaBox(this)) {
 }
 
 QString TextArea::text() const {
-    QString text = document()->toRawText();
-    return text.replace(QChar::ParagraphSeparator, QLatin1Char('\n'));
+    return withLineFeeds(document()->toRawText());
 }
 
 bool TextArea::takeTextChange() {
@@ -86,8 +93,9 @@ bool TextArea::takeTextChange() {
     return true;
 }
 
-void TextArea::showText(const QString& text, bool isFresh) {
+void TextArea::showText(const QString& stored, bool isFresh) {
     const QString shown = this->text();
+    const QString text = withLineFeeds(stored);
     if (!isFresh && shown == text)
         return;
     const QSignalBlocker blocker(this);

@@ -23,15 +23,16 @@ public:
     /// `height` is the one it likes; 100 is the least.
     explicit TextArea(int height);
 
-    /// The text as it was typed: no-break spaces stay what they are.
+    /// The text as it was typed: no-break spaces stay what they are. Every break of lines is a line feed,
+    /// whichever one was typed, pasted or shown.
     [[nodiscard]] QString text() const;
 
     /// True where the text is another than at the last call or the last showText.
     bool takeTextChange();
 
-    /// Shows `text`, with no signal. An area that shows it already is left alone, and one that it only adds
+    /// Shows `stored`, with no signal. An area that shows it already is left alone, and one that it only adds
     /// to keeps caret and undo, unless `isFresh`.
-    void showText(const QString& text, bool isFresh);
+    void showText(const QString& stored, bool isFresh);
 
     [[nodiscard]] QSize sizeHint() const override;
 

@@ -17,6 +17,11 @@ protected:
     /// Opens the window over `names`, with the preset `index` of the Context tab selected.
     void open(const Names& names, Selection index = std::nullopt) {
         makeModel(names);
+        openWindow(index);
+    }
+
+    /// Opens it over the model as it is.
+    void openWindow(Selection index) {
         window_ = std::make_unique<PromptEditorWindow>(model, platform.platform(), scheme_);
         window_->view().contextTab.selection = index;
         window_->refresh();
@@ -196,6 +201,22 @@ TEST_F(EditorWindowTest, undoIsTheFieldsFirstAndThenBringsDeletedPresetsBack) {
     EXPECT_EQ(names(), (Names{"c0", "c1"}));
     EXPECT_EQ(name.text(), "c1");
     EXPECT_EQ(fileContent(), presets());
+}
+
+TEST_F(EditorWindowTest, aBreakOfLinesIsStoredAsALineFeedHoweverItCame) {
+    makeModel({"c0"});
+    PromptData loaded = namedPreset("c0");
+    loaded.prompt = "a\u2028b\r\nc";
+    model->_PromptM.get()->setPrompts({loaded});
+    openWindow(0);
+    auto& prompt = control<QPlainTextEdit>("Prompt");
+    prompt.moveCursor(QTextCursor::End);
+    type(control<QLineEdit>("Name"), "x");
+    EXPECT_TRUE(prompt.textCursor().atEnd()) << "an area that shows the text already is left alone";
+    EXPECT_EQ(fileContent()[0].prompt, loaded.prompt) << "what nobody touched stays";
+    QTest::keyClick(&prompt, Qt::Key_Return, Qt::ShiftModifier);
+    prompt.insertPlainText("d\u2028e\u2029f");
+    EXPECT_EQ(fileContent()[0].prompt, "a\nb\nc\nd\ne\nf");
 }
 
 TEST_F(EditorWindowTest, anEmojiOfManyCodePointsIsTakenWhole) {
