@@ -83,6 +83,7 @@ bool PromptEditorView::moveRow(std::size_t row, std::size_t gap) {
         return false;
     const std::int64_t source = rows[row];
     const std::int64_t target = gap < rows.size() ? rows[gap] : rows.back() + 1;
+    ++arrangement_;
     followMove(contextTab.selection, source, target);
     followMove(nonContextTab.selection, source, target);
     coreAppModel->_PromptM.get()->mutatePrompts(
@@ -99,6 +100,7 @@ void PromptEditorView::deletePreset() {
     std::optional<PromptData> removed = form->deletePreset();
     if (!removed)
         return;
+    ++arrangement_;
     const Kind otherKind = shownKind_ == Kind::context ? Kind::nonContext : Kind::context;
     followRemoval(tab(otherKind).selection, index);
     deletions_.push_back({std::move(*removed), index, shownKind_});
@@ -109,6 +111,7 @@ void PromptEditorView::undoDelete() {
         return;
     Deletion deletion = std::move(deletions_.back());
     deletions_.pop_back();
+    ++arrangement_;
     PromptModel& model = *coreAppModel->_PromptM.get();
     const auto count = static_cast<std::int64_t>(model.prompts().size());
     const std::int64_t index = std::min(deletion.index, count);

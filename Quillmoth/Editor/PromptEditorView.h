@@ -38,6 +38,10 @@ public:
     /// None where nothing is selected. Good until the tab on show changes.
     [[nodiscard]] std::optional<EditorView> editor();
 
+    /// Another number with each deletion, undo and move: an index may stand for another preset since. Ids do
+    /// not tell, as presets may lack them or share one.
+    [[nodiscard]] std::uint64_t arrangement() const { return arrangement_; }
+
     /// "+ Add" of the shown tab.
     void add();
 
@@ -71,6 +75,7 @@ private:
     platform::UUIDSource& uuidSource_;
     platform::Workspace& workspace_;
     Kind shownKind_ = Kind::context;
+    std::uint64_t arrangement_ = 0;
     std::vector<Deletion> deletions_;
 };
 

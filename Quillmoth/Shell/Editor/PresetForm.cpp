@@ -178,9 +178,9 @@ void PresetForm::edit(const std::function<void(EditorView&)>& change) {
 }
 
 bool PresetForm::isOtherPreset(const EditorView& form) {
-    const bool isOther = shownIndex_ != form.PromptIndex || shownID_ != form.preset().id;
+    const bool isOther = shownIndex_ != form.PromptIndex || shownArrangement_ != view_.arrangement();
     shownIndex_ = form.PromptIndex;
-    shownID_ = form.preset().id;
+    shownArrangement_ = view_.arrangement();
     return isOther;
 }
 

@@ -47,6 +47,7 @@ private:
     /// Runs `change` on the form of the preset on show.
     void edit(const std::function<void(EditorView&)>& change);
     void showType(const std::string& type);
+    /// Whether the preset of `form` is another one than at the last call.
     [[nodiscard]] bool isOtherPreset(const EditorView& form);
 
     PromptEditorView& view_;
@@ -60,7 +61,7 @@ private:
     QPushButton* delete_;
     QPushButton* addSelectedText_;
     std::optional<std::int64_t> shownIndex_;
-    std::optional<std::string> shownID_;
+    std::uint64_t shownArrangement_ = 0;
 };
 
 } // namespace quillmoth

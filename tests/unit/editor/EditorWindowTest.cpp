@@ -219,6 +219,33 @@ TEST_F(EditorWindowTest, aBreakOfLinesIsStoredAsALineFeedHoweverItCame) {
     EXPECT_EQ(fileContent()[0].prompt, "a\nb\nc\nd\ne\nf");
 }
 
+TEST_F(EditorWindowTest, typingInADeletedPresetIsNeverUndoneInTheOneThatTakesItsPlace) {
+    for (const std::optional<std::string>& id :
+         {std::optional<std::string>(), std::optional<std::string>("shared")}) {
+        for (const char* other : {"xy", "xyz"}) {
+            SCOPED_TRACE(id.value_or("none") + " " + other);
+            makeModel({"c"});
+            PromptData first = namedPreset("c");
+            first.id = id;
+            first.prompt = "x";
+            PromptData second = first;
+            second.prompt = other;
+            model->_PromptM.get()->setPrompts({first, second});
+            openWindow(0);
+            auto& prompt = control<QPlainTextEdit>("Prompt");
+            prompt.moveCursor(QTextCursor::End);
+            type(prompt, "y");
+            first.prompt = "xy";
+            click("Delete");
+            ASSERT_EQ(presets().size(), 1U);
+            for (int count = 0; count < 3; ++count) {
+                QTest::keyClick(&prompt, Qt::Key_Z, Qt::ControlModifier);
+                EXPECT_EQ(platform.documents.content(PromptModel::kFilename), *writeJSON({first, second}));
+            }
+        }
+    }
+}
+
 TEST_F(EditorWindowTest, anEmojiOfManyCodePointsIsTakenWhole) {
     open({"c0"}, 0);
     auto& emoji = control<QLineEdit>("Emoji");
