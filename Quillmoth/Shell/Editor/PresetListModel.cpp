@@ -33,6 +33,11 @@ QVariant PresetListModel::data(const QModelIndex& index, int role) const {
     }
 }
 
+QModelIndexList PresetListModel::match(const QModelIndex& start, int role, const QVariant& value, int hits,
+                                       Qt::MatchFlags flags) const {
+    return QAbstractListModel::match(start, role == Qt::DisplayRole ? kNameRole : role, value, hits, flags);
+}
+
 void PresetListModel::refresh() {
     std::vector<std::int64_t> rows = tab_.rows();
     std::vector<std::size_t> labels = labelsOf(rows);

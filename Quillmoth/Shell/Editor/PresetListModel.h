@@ -25,6 +25,10 @@ public:
     /// Emoji and name with nothing between.
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
 
+    /// A row's text is found by its name: the emoji before it is on few keyboards.
+    [[nodiscard]] QModelIndexList match(const QModelIndex& start, int role, const QVariant& value, int hits,
+                                        Qt::MatchFlags flags) const override;
+
     /// Takes the rows of the tab anew, and tells which of them look otherwise.
     void refresh();
 

@@ -103,7 +103,8 @@ void PresetListView::keyPressEvent(QKeyEvent* event) {
         return QListView::keyPressEvent(event);
     switch (event->key()) {
     case Qt::Key_Delete:
-        callbacks_.remove();
+        if (!event->isAutoRepeat())
+            callbacks_.remove();
         break;
     case Qt::Key_Return:
     case Qt::Key_Enter:

@@ -10,8 +10,8 @@ namespace quillmoth {
 
 class PresetListModel;
 
-/// The presets of a tab. A row is moved with the pointer or with Alt and the arrow keys; Escape gives a drag
-/// up. As high as its rows where there is room.
+/// The presets of a tab. A name that is typed finds its row. A row is moved with the pointer or with Alt and
+/// the arrow keys; Escape gives a drag up. As high as its rows where there is room.
 class PresetListView final : public QListView {
 public:
     static constexpr int kRowPitch = 31;
@@ -23,6 +23,7 @@ public:
         std::function<void(int row, int gap)> move;
         /// Enter: to the form.
         std::function<void()> edit;
+        /// Once for a press of the key, however long it is held.
         std::function<void()> remove;
     };
 

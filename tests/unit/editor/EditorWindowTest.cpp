@@ -246,6 +246,26 @@ TEST_F(EditorWindowTest, typingInADeletedPresetIsNeverUndoneInTheOneThatTakesIts
     }
 }
 
+TEST_F(EditorWindowTest, onePressOfTheDeleteKeyDeletesOnePreset) {
+    open({"c0", "c1", "c2", "c3"}, 2);
+    QTest::keyPress(&list(), Qt::Key_Delete);
+    for (int count = 0; count < 3; ++count) {
+        QKeyEvent held(QEvent::KeyPress, Qt::Key_Delete, Qt::NoModifier, QString(), true);
+        QCoreApplication::sendEvent(&list(), &held);
+    }
+    EXPECT_EQ(names(), (Names{"c0", "c1", "c3"}));
+    QTest::keyRelease(&list(), Qt::Key_Delete);
+    QTest::keyClick(&list(), Qt::Key_Delete);
+    EXPECT_EQ(names(), (Names{"c0", "c3"}));
+}
+
+TEST_F(EditorWindowTest, aNameTypedInTheListFindsItsRow) {
+    QApplication::setKeyboardInputInterval(60000);
+    open({"cOne", "n1", "cTwo a", "cTwo b"});
+    QTest::keyClicks(&list(), "CTWO b");
+    EXPECT_EQ(control<QLineEdit>("Name").text(), "cTwo b");
+}
+
 TEST_F(EditorWindowTest, anEmojiOfManyCodePointsIsTakenWhole) {
     open({"c0"}, 0);
     auto& emoji = control<QLineEdit>("Emoji");
