@@ -42,7 +42,7 @@ public:
     /// not tell, as presets may lack them or share one.
     [[nodiscard]] std::uint64_t arrangement() const { return arrangement_; }
 
-    /// "+ Add" of the shown tab.
+    /// "+ Add" of the shown tab; the new preset is selected.
     void add();
 
     /// Moves the preset in the `row`th row of the shown tab to the gap before the `gap`th one, or behind the

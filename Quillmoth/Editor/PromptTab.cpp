@@ -28,11 +28,13 @@ std::vector<std::int64_t> PromptTab::rows() const {
     return result;
 }
 
-void PromptTab::add(platform::UUIDSource& uuidSource) const {
+void PromptTab::add(platform::UUIDSource& uuidSource) {
     PromptData preset = newPreset();
     preset.id = uuidSource.makeUUID();
-    coreAppModel->_PromptM.get()->mutatePrompts(
-        [&](std::vector<PromptData>& prompts) { prompts.push_back(std::move(preset)); });
+    coreAppModel->_PromptM.get()->mutatePrompts([&](std::vector<PromptData>& prompts) {
+        selection = static_cast<std::int64_t>(prompts.size());
+        prompts.push_back(std::move(preset));
+    });
     refreshAssistantList(*coreAppModel);
 }
 

@@ -25,8 +25,8 @@ public:
     /// The indices of the presets that this tab lists, in order.
     [[nodiscard]] std::vector<std::int64_t> rows() const;
 
-    /// Appends a new preset of this kind. The selection stays.
-    void add(platform::UUIDSource& uuidSource) const;
+    /// Appends a new preset of this kind, and selects it.
+    void add(platform::UUIDSource& uuidSource);
 
     /// The index of the preset on show in the form. It may be one that this tab does not list: the preset may
     /// have changed its kind, or stand before one that was deleted.

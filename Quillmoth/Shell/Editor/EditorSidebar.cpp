@@ -90,6 +90,7 @@ void PresetPage::add() {
     callbacks_.changed();
     layout()->activate();
     list_->scrollToBottom();
+    callbacks_.edit();
 }
 
 void PresetPage::choose(int row) {

@@ -215,7 +215,9 @@ QSize PresetForm::minimumSizeHint() const {
 }
 
 void PresetForm::focusName() {
-    name_->setFocus(Qt::TabFocusReason);
+    ensureWidgetVisible(name_);
+    name_->setFocus(Qt::OtherFocusReason);
+    name_->selectAll();
 }
 
 } // namespace quillmoth

@@ -28,7 +28,7 @@ public:
     /// Shows what the store holds now. A field that shows it already is left alone, its caret and undo too.
     void refresh();
 
-    /// Puts the keyboard into the first field.
+    /// Puts the keyboard into the first field, with all of its text selected.
     void focusName();
 
     /// Wide enough for every row of it.

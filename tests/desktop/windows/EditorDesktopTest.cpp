@@ -89,10 +89,6 @@ TEST_F(EditorDesktop, APresetIsAddedEditedAndStandsInThePanelsListAtOnce) {
     EXPECT_EQ(added, expected);
     EXPECT_TRUE(panelLists("New Prompt"));
     awaitWindow("Prompt Editor");
-    clickOn(control("list item", "😀New Prompt"));
-    eventually("the form opens", [&] { return has("text", "Name"); });
-    tabTo("text", "Name");
-    input().chord({KEY_LEFTCTRL, KEY_A});
     input().type("Haiku");
     eventually("each keystroke is in the file", [] { return presets()[1].value("name", "") == "Haiku"; });
     tabTo("text", "System Prompt");

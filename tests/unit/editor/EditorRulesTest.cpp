@@ -29,7 +29,7 @@ TEST_F(EditorRulesTest, aPresetThatNamesNoKindOrAnotherOneIsListedInTheContextTa
     EXPECT_EQ(view.nonContextTab.rows(), (Rows{1}));
 }
 
-TEST_F(EditorRulesTest, addAppendsThePresetOfTheTabAndKeepsTheSelection) {
+TEST_F(EditorRulesTest, addAppendsThePresetOfTheTabAndSelectsIt) {
     PromptEditorView& view = open({"c0"}, Kind::context, 0);
     view.add();
     view.showTab(Kind::nonContext);
@@ -45,8 +45,8 @@ TEST_F(EditorRulesTest, addAppendsThePresetOfTheTabAndKeepsTheSelection) {
                                 "You're a helpful assistant!",     "nonContext", std::nullopt};
     EXPECT_EQ(presets(), (std::vector<PromptData>{namedPreset("c0"), context, nonContext}));
     EXPECT_EQ(fileContent(), presets());
-    EXPECT_EQ(view.contextTab.selection, 0);
-    EXPECT_EQ(view.nonContextTab.selection, std::nullopt);
+    EXPECT_EQ(view.contextTab.selection, 1);
+    EXPECT_EQ(view.nonContextTab.selection, 2);
 }
 
 TEST_F(EditorRulesTest, changesOfTheListReachTheAssistantsRows) {

@@ -182,8 +182,8 @@ TEST_F(EditorWindowTest, theButtonsAndTheRadioGroupDoTheirWork) {
     click("+ Add");
     EXPECT_EQ(names(), (Names{"c0", "c1", "New Prompt"}));
     click("Delete");
-    EXPECT_EQ(names(), (Names{"c0", "New Prompt"}));
-    EXPECT_EQ(control<QLineEdit>("Name").text(), "c0");
+    EXPECT_EQ(names(), (Names{"c0", "c1"}));
+    EXPECT_EQ(control<QLineEdit>("Name").text(), "c1");
     click("Prompt Library");
     EXPECT_EQ(platform.workspace.openedURLs, Names{PromptEditorView::kLibraryURL});
 }
@@ -264,6 +264,20 @@ TEST_F(EditorWindowTest, aNameTypedInTheListFindsItsRow) {
     open({"cOne", "n1", "cTwo a", "cTwo b"});
     QTest::keyClicks(&list(), "CTWO b");
     EXPECT_EQ(control<QLineEdit>("Name").text(), "cTwo b");
+}
+
+TEST_F(EditorWindowTest, anAddedPresetIsOnShowWithItsNameReadyToBeTypedOver) {
+    open({"c0", "c1"});
+    click("+ Add");
+    type(*window_->focusWidget(), "Haiku");
+    click("+ Add");
+    EXPECT_EQ(control<QLineEdit>("Name").selectedText(), "New Prompt") << "though the field had the keyboard";
+    EXPECT_EQ(list().currentIndex().row(), 3);
+    click("Non-context");
+    click("+ Add");
+    QTest::keyClicks(window_->focusWidget(), "Ode");
+    EXPECT_EQ(names(), (Names{"c0", "c1", "Haiku", "New Prompt", "Ode"}));
+    EXPECT_EQ(fileContent(), presets());
 }
 
 TEST_F(EditorWindowTest, anEmojiOfManyCodePointsIsTakenWhole) {
