@@ -103,7 +103,7 @@ void PromptEditorView::deletePreset() {
     ++arrangement_;
     const Kind otherKind = shownKind_ == Kind::context ? Kind::nonContext : Kind::context;
     followRemoval(tab(otherKind).selection, index);
-    deletions_.push_back({std::move(*removed), index, shownKind_});
+    deletions_.push_back({std::move(*removed), index});
 }
 
 void PromptEditorView::undoDelete() {
@@ -117,11 +117,10 @@ void PromptEditorView::undoDelete() {
     const std::int64_t index = std::min(deletion.index, count);
     followInsertion(contextTab.selection, index);
     followInsertion(nonContextTab.selection, index);
-    showTab(deletion.shownKind);
-    shownTab().selection = index;
     model.mutatePrompts([&](std::vector<PromptData>& prompts) {
         prompts.insert(prompts.begin() + index, std::move(deletion.preset));
     });
+    showPreset(index);
     refreshAssistantList(*coreAppModel);
 }
 

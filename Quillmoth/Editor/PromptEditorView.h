@@ -54,7 +54,7 @@ public:
 
     [[nodiscard]] bool canUndoDelete() const { return !deletions_.empty(); }
 
-    /// Puts the preset deleted last back in its place, and shows it.
+    /// Puts the preset deleted last back in its place, and shows it in the tab that lists it.
     void undoDelete();
 
     void openPromptLibrary();
@@ -67,7 +67,6 @@ private:
     struct Deletion {
         PromptData preset;
         std::int64_t index;
-        Kind shownKind;
     };
 
     [[nodiscard]] PromptTab& tab(Kind kind);

@@ -96,6 +96,7 @@ QWidget* PromptEditorWindow::makeBody() {
 }
 
 void PromptEditorWindow::makeShortcuts() {
+    undoKey_->setAutoRepeat(false);
     connect(undoKey_, &QShortcut::activated, this, [this] { undoDelete(); });
     connect(new QShortcut(QKeySequence(Qt::Key_F9), this), &QShortcut::activated, this,
             [this] { toggleSidebar(); });

@@ -173,6 +173,10 @@ TEST_F(EditorRulesTest, deletionsAreTakenBackInReverseOrder) {
     EXPECT_EQ(view.editor()->preset().name, "c0");
     EXPECT_FALSE(view.canUndoDelete());
     EXPECT_EQ(names(), (Names{"c0", "n1", "c2"}));
+    view.contextTab.selection = 1;
+    view.deletePreset();
+    view.undoDelete();
+    EXPECT_EQ(view.shownKind(), Kind::nonContext) << "the other one does not list it";
     EXPECT_EQ(view.nonContextTab.selection, 1);
     EXPECT_EQ(fileContent(), presets());
 }
