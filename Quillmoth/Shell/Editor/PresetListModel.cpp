@@ -38,7 +38,7 @@ QModelIndexList PresetListModel::match(const QModelIndex& start, int role, const
     return QAbstractListModel::match(start, role == Qt::DisplayRole ? kNameRole : role, value, hits, flags);
 }
 
-void PresetListModel::refresh() {
+bool PresetListModel::refresh() {
     std::vector<std::int64_t> rows = tab_.rows();
     std::vector<std::size_t> labels = labelsOf(rows);
     if (rows != rows_) {
@@ -46,16 +46,17 @@ void PresetListModel::refresh() {
         rows_ = std::move(rows);
         labels_ = std::move(labels);
         endResetModel();
-        return;
+        return true;
     }
     const auto first = std::mismatch(labels.begin(), labels.end(), labels_.begin()).first;
     if (first == labels.end())
-        return;
+        return false;
     const auto last = std::mismatch(labels.rbegin(), labels.rend(), labels_.rbegin()).first;
     const auto from = static_cast<int>(first - labels.begin());
     const auto to = static_cast<int>(labels.rend() - last) - 1;
     labels_ = std::move(labels);
     dataChanged(index(from), index(to));
+    return true;
 }
 
 std::vector<std::size_t> PresetListModel::labelsOf(const std::vector<std::int64_t>& rows) const {

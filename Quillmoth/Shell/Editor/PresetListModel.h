@@ -29,8 +29,8 @@ public:
     [[nodiscard]] QModelIndexList match(const QModelIndex& start, int role, const QVariant& value, int hits,
                                         Qt::MatchFlags flags) const override;
 
-    /// Takes the rows of the tab anew, and tells which of them look otherwise.
-    void refresh();
+    /// Takes the rows of the tab anew, and tells which of them look otherwise. False where none does.
+    bool refresh();
 
     /// The preset in a row, as an index among all presets.
     [[nodiscard]] std::int64_t presetAt(int row) const { return rows_[static_cast<std::size_t>(row)]; }

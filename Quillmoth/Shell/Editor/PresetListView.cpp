@@ -47,7 +47,9 @@ void PresetListView::refresh() {
     const int formerCount = rows_.rowCount();
     // -1 for none, as of an index that is not valid.
     const int formerRow = currentIndex().row();
-    rows_.refresh();
+    // What the pointer holds may be another row now.
+    if (rows_.refresh())
+        endDrag();
     const QModelIndex row = rows_.selectedRow();
     if (row.isValid())
         selectionModel()->setCurrentIndex(row, QItemSelectionModel::ClearAndSelect);
@@ -125,6 +127,9 @@ void PresetListView::mousePressEvent(QMouseEvent* event) {
 }
 
 void PresetListView::mouseMoveEvent(QMouseEvent* event) {
+    // The release does not come to a window that was hidden meanwhile.
+    if (!event->buttons().testFlag(Qt::LeftButton))
+        endDrag();
     if (!pressedRow_)
         return QListView::mouseMoveEvent(event);
     const QPoint position = event->position().toPoint();

@@ -11,7 +11,7 @@ namespace quillmoth {
 class PresetListModel;
 
 /// The presets of a tab. A name that is typed finds its row. A row is moved with the pointer or with Alt and
-/// the arrow keys; Escape gives a drag up. As high as its rows where there is room.
+/// the arrow keys; Escape and any change of the rows give a drag up. As high as its rows where there is room.
 class PresetListView final : public QListView {
 public:
     static constexpr int kRowPitch = 31;

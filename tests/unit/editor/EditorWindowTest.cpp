@@ -305,6 +305,25 @@ TEST_F(EditorWindowTest, theKeyDeletesTheRowThatWasClickedAfterADeletionWasTaken
     EXPECT_EQ(names(), Names{"cTwo"});
 }
 
+TEST_F(EditorWindowTest, aDragEndsWhereTheRowsChangeOrTheReleaseWasLost) {
+    open({"c0", "c1", "c2", "c3"});
+    const auto dragFirst = [&] {
+        QTest::mousePress(list().viewport(), Qt::LeftButton, {}, inRow(0));
+        QTest::mouseMove(list().viewport(), inRow(2, 0.9));
+        ASSERT_EQ(list().draggedRow(), 0);
+    };
+    dragFirst();
+    QTest::keyClick(&list(), Qt::Key_Delete);
+    QTest::mouseRelease(list().viewport(), Qt::LeftButton, {}, inRow(2, 0.9));
+    EXPECT_EQ(names(), (Names{"c1", "c2", "c3"}));
+    dragFirst();
+    const QPoint place = inRow(1);
+    QMouseEvent move(QEvent::MouseMove, place, list().viewport()->mapToGlobal(place), Qt::NoButton,
+                     Qt::NoButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(list().viewport(), &move);
+    EXPECT_EQ(list().draggedRow(), std::nullopt);
+}
+
 } // namespace
 
 } // namespace quillmoth
