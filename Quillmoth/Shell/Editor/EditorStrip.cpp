@@ -12,6 +12,8 @@ namespace {
 
 constexpr int kStripHeight = 46;
 constexpr int kTitleSize = 14;
+// More than a window shows; measuring a longer text would only take time.
+constexpr int kLongestTitle = 2000;
 constexpr QSize kButton{30, 28};
 constexpr int kButtonSymbol = 18;
 constexpr double kButtonRadius = 6;
@@ -25,7 +27,7 @@ ElidedTitle::ElidedTitle() {
 }
 
 void ElidedTitle::setText(const QString& text) {
-    text_ = text.simplified();
+    text_ = text.left(kLongestTitle).simplified();
     setAccessibleName(text_);
     update();
 }

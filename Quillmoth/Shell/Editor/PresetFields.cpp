@@ -16,6 +16,8 @@ constexpr int kLeastHeight = 100;
 constexpr double kAreaRadius = 6;
 // With the document's own margin of 4 the text stands 9 from the sides and 8 from above.
 constexpr QMargins kAreaMargins{5, 4, 5, 4};
+// The time to break a word into lines grows with the square of its length: 100,000 take most of a second.
+constexpr int kLongestWord = 10000;
 constexpr int kRadio = 16;
 constexpr int kRadioGap = 7;
 constexpr double kDot = 6;
@@ -37,6 +39,16 @@ QString withLineFeeds(QString text) {
     for (const QChar lineBreak : {QChar(QChar::ParagraphSeparator), QChar(QChar::LineSeparator), QChar('\r')})
         text.replace(lineBreak, QLatin1Char('\n'));
     return text;
+}
+
+bool hasEndlessWord(const QString& text) {
+    int length = 0;
+    for (const QChar character : text) {
+        length = character.isSpace() ? 0 : length + 1;
+        if (length > kLongestWord)
+            return true;
+    }
+    return false;
 }
 
 /// Behind the text of an area; a widget of its own, since an area paints its viewport only.
@@ -90,7 +102,13 @@ bool TextArea::takeTextChange() {
     if (now == knownText_)
         return false;
     knownText_ = std::move(now);
+    chooseWrapping(knownText_);
     return true;
+}
+
+void TextArea::chooseWrapping(const QString& text) {
+    setWordWrapMode(hasEndlessWord(text) ? QTextOption::WrapAnywhere
+                                         : QTextOption::WrapAtWordBoundaryOrAnywhere);
 }
 
 void TextArea::showText(const QString& stored, bool isFresh) {
@@ -99,6 +117,7 @@ void TextArea::showText(const QString& stored, bool isFresh) {
     if (!isFresh && shown == text)
         return;
     const QSignalBlocker blocker(this);
+    chooseWrapping(text);
     if (isFresh || !text.startsWith(shown)) {
         setPlainText(text);
     } else {

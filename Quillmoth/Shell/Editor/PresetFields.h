@@ -42,6 +42,8 @@ protected:
     void focusOutEvent(QFocusEvent* event) override;
 
 private:
+    void chooseWrapping(const QString& text);
+
     int height_;
     QString knownText_;
     QWidget* box_;

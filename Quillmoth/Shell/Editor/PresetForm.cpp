@@ -13,6 +13,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include <limits>
+
 namespace quillmoth {
 
 namespace {
@@ -71,6 +73,9 @@ PresetForm::PresetForm(PromptEditorView& view, std::function<void()> changed)
     makeTypes(*layout);
     makeButtons(*layout);
     layout->addSpacerItem(new QSpacerItem(0, kFreeBelow - kGap, QSizePolicy::Minimum, QSizePolicy::Maximum));
+    // A field refuses all typing where its text is at the limit, and would drop what is beyond it.
+    for (QLineEdit* field : {name_, static_cast<QLineEdit*>(emoji_)})
+        field->setMaxLength(std::numeric_limits<int>::max());
     connectField(*name_, &EditorView::setName);
     connectField(*emoji_, &EditorView::setEmoji);
     connectArea(*systemPrompt_, &EditorView::setSystemPrompt);

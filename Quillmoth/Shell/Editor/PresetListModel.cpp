@@ -1,11 +1,19 @@
 #include "Quillmoth/Shell/Editor/PresetListModel.h"
 
+#include <QTextDocument>
+
 #include <algorithm>
 #include <functional>
 #include <string>
 #include <utility>
 
 namespace quillmoth {
+
+namespace {
+
+constexpr int kLongestToolTip = 600;
+
+} // namespace
 
 int PresetListModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(rows_.size());
@@ -22,8 +30,11 @@ QVariant PresetListModel::data(const QModelIndex& index, int role) const {
     const PromptData& preset = prompts[place];
     switch (role) {
     case Qt::DisplayRole:
-    case Qt::ToolTipRole:
         return QString::fromStdString(preset.emoji + preset.name);
+    case Qt::ToolTipRole:
+        // A tool tip takes a text for markup where it looks like it, and shows all of it.
+        return Qt::convertFromPlainText(
+            QString::fromStdString(preset.emoji + preset.name).left(kLongestToolTip), Qt::WhiteSpaceNormal);
     case kEmojiRole:
         return QString::fromStdString(preset.emoji);
     case kNameRole:

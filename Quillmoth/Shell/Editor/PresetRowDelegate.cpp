@@ -16,12 +16,15 @@ namespace {
 constexpr int kRowHeight = 30;
 constexpr int kInset = 10;
 constexpr double kRadius = 6;
+// More than a row shows; measuring a longer text would only take time.
+constexpr int kLongestDrawn = 600;
 constexpr double kDraggedOpacity = 0.42;
 
 /// How wide the drawn text is.
 double drawElided(QPainter& painter, const QRectF& place, const QFont& font, const QString& text) {
     const QFontMetricsF metrics(font);
-    const QString line = metrics.elidedText(text.simplified(), Qt::ElideRight, place.width());
+    const QString line =
+        metrics.elidedText(text.left(kLongestDrawn).simplified(), Qt::ElideRight, place.width());
     painter.setFont(font);
     painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextDontClip, line);
     return metrics.horizontalAdvance(line);

@@ -324,6 +324,28 @@ TEST_F(EditorWindowTest, aDragEndsWhereTheRowsChangeOrTheReleaseWasLost) {
     EXPECT_EQ(list().draggedRow(), std::nullopt);
 }
 
+TEST_F(EditorWindowTest, textsOfAnyLengthAreShownAsTheyAreAndCanBeEdited) {
+    open({"c0"}, 0);
+    PromptData preset = namedPreset("c0");
+    preset.name = "<b>x</b>" + std::string(100000, 'a');
+    preset.prompt = std::string(100000, 'b');
+    model->_PromptM.get()->setPrompts({preset});
+    platform.runUntilIdle();
+    auto& name = control<QLineEdit>("Name");
+    name.end(false);
+    type(name, "y");
+    auto& prompt = control<QPlainTextEdit>("Prompt");
+    EXPECT_EQ(prompt.wordWrapMode(), QTextOption::WrapAnywhere)
+        << "other wrapping takes a second for each key";
+    prompt.moveCursor(QTextCursor::End);
+    type(prompt, "p");
+    EXPECT_TRUE(fileContent()[0].name == preset.name + "y");
+    EXPECT_TRUE(fileContent()[0].prompt == preset.prompt + "p");
+    const QString tip = list().model()->index(0, 0).data(Qt::ToolTipRole).toString();
+    EXPECT_TRUE(tip.startsWith("<p>🦉&lt;b&gt;")) << "no markup";
+    EXPECT_LT(tip.size(), 1000);
+}
+
 } // namespace
 
 } // namespace quillmoth
