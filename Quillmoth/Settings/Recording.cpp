@@ -11,7 +11,6 @@ namespace quillmoth {
 
 namespace {
 
-using KeyboardShortcuts::kFlagCommand;
 using KeyboardShortcuts::kFlagShift;
 using KeyboardShortcuts::ModifierFlags;
 using KeyboardShortcuts::Shortcut;
@@ -33,25 +32,33 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 5> kTexts{{
      "Most of the desktop’s shortcuts can be changed in its own settings, under “Keyboard”."},
 }};
 
-std::string asciiLowercased(std::string text) {
-    for (char& c : text) {
-        if (c >= 'A' && c <= 'Z')
-            c = static_cast<char>(c - 'A' + 'a');
-    }
-    return text;
+/// Lower case for a single ASCII capital; a name such as "F9" is no capital letter.
+std::string uncapitalized(const std::string& equivalent) {
+    const bool isCapital = equivalent.size() == 1 && equivalent[0] >= 'A' && equivalent[0] <= 'Z';
+    return isCapital ? std::string(1, static_cast<char>(equivalent[0] - 'A' + 'a')) : equivalent;
 }
 
-bool matches(const MainMenuItem& item, const Shortcut& shortcut, platform::KeyboardLayout& layout) {
+bool matches(const MainMenuItem& item, const std::string& key, ModifierFlags modifiers) {
     std::string equivalent = item.keyEquivalent;
     ModifierFlags mask = item.modifierMask;
-    if (shortcut.modifiers() & kFlagShift) {
-        if (std::string lower = asciiLowercased(equivalent); lower != equivalent) {
+    if (modifiers & kFlagShift) {
+        if (std::string lower = uncapitalized(equivalent); lower != equivalent) {
             equivalent = std::move(lower);
             mask |= kFlagShift;
         }
     }
-    const auto key = KeyboardShortcuts::keyCodeText(shortcut.carbonKeyCode, layout);
-    return key && *key == equivalent && mask == shortcut.modifiers();
+    return key == equivalent && mask == modifiers;
+}
+
+const MainMenuItem* itemWith(std::span<const MainMenuItem> menu, const std::string& key,
+                             ModifierFlags modifiers) {
+    for (const auto& item : menu) {
+        if (matches(item, key, modifiers))
+            return &item;
+        if (const auto* found = itemWith(item.submenu, key, modifiers))
+            return found;
+    }
+    return nullptr;
 }
 
 bool isTaken(const Shortcut& shortcut, const SystemCheck& isSystems) {
@@ -97,27 +104,9 @@ RecordingStep recordingStep(const RecorderKeyPress& press, std::span<const MainM
 
 const MainMenuItem* menuItemWithShortcut(std::span<const MainMenuItem> menu, const Shortcut& shortcut,
                                          platform::KeyboardLayout& layout) {
-    for (const auto& item : menu) {
-        if (matches(item, shortcut, layout))
-            return &item;
-        if (const auto* found = menuItemWithShortcut(item.submenu, shortcut, layout))
-            return found;
-    }
-    return nullptr;
-}
-
-std::vector<MainMenuItem> applicationMainMenu() {
-    const auto item = [](const char* title, const char* equivalent) {
-        return MainMenuItem{
-            .title = title, .keyEquivalent = equivalent, .modifierMask = kFlagCommand, .submenu = {}};
-    };
-    const auto menu = [](const char* title, std::vector<MainMenuItem> items) {
-        return MainMenuItem{
-            .title = title, .keyEquivalent = "", .modifierMask = 0, .submenu = std::move(items)};
-    };
-    return {menu("Quillmoth", {item("Close", "w"), item("Quit", "q")}),
-            menu("Edit", {item("Undo", "z"), item("Redo", "Z"), item("Cut", "x"), item("Copy", "c"),
-                          item("Paste", "v"), item("Select All", "a")})};
+    // Once for all items: the layout is read from the window system.
+    const auto key = KeyboardShortcuts::keyCodeText(shortcut.carbonKeyCode, layout);
+    return key ? itemWith(menu, *key, shortcut.modifiers()) : nullptr;
 }
 
 std::string recorderText(std::string_view key) {

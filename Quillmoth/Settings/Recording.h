@@ -72,9 +72,6 @@ using SystemCheck = std::function<bool(const KeyboardShortcuts::Shortcut&)>;
                                                        const KeyboardShortcuts::Shortcut& shortcut,
                                                        platform::KeyboardLayout& layout);
 
-/// What the program's windows answer to.
-[[nodiscard]] std::vector<MainMenuItem> applicationMainMenu();
-
 /// The recorder's texts by key; "keyboard_shortcut_used_by_menu_item" has "%@" where the title belongs.
 [[nodiscard]] std::string recorderText(std::string_view key);
 

@@ -3,6 +3,7 @@
 #include "Quillmoth/Shell/Editor/PresetListModel.h"
 #include "Quillmoth/Shell/Editor/PresetRowDelegate.h"
 #include "Quillmoth/Shell/Editor/SlimScrollBar.h"
+#include "Quillmoth/Shell/OwnKeys.h"
 #include "Quillmoth/Shell/Windows/WindowTheme.h"
 
 #include <QApplication>
@@ -84,8 +85,8 @@ void PresetListView::paintEvent(QPaintEvent* event) {
 }
 
 bool PresetListView::moveByKey(const QKeyEvent& event) {
-    const bool isUp = event.key() == Qt::Key_Up;
-    if (event.modifiers().testFlag(Qt::AltModifier) && (isUp || event.key() == Qt::Key_Down)) {
+    const bool isUp = isOwnKey(event, OwnKey::movePresetUp);
+    if (isUp || isOwnKey(event, OwnKey::movePresetDown)) {
         const int row = currentIndex().row();
         if (currentIndex().isValid() && (isUp ? row > 0 : row + 1 < rows_.rowCount()))
             callbacks_.move(row, isUp ? row - 1 : row + 2);

@@ -7,6 +7,7 @@
 #include "Quillmoth/Shell/Editor/PresetFields.h"
 #include "Quillmoth/Shell/Editor/PresetFileMenu.h"
 #include "Quillmoth/Shell/Editor/PresetForm.h"
+#include "Quillmoth/Shell/OwnKeys.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -42,7 +43,7 @@ PromptEditorWindow::PromptEditorWindow(std::shared_ptr<DataModel> model, const p
       mainQueue_(platform.mainQueue), title_(new ElidedTitle), undo_(new QPushButton("Undo Delete")),
       files_(new PresetFileMenu(view_.coreAppModel, platform,
                                 [this](std::size_t added) { showImported(added); })),
-      undoKey_(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Z), this)),
+      undoKey_(new QShortcut(ownKeySequence(OwnKey::undo), this)),
       sidebar_(new EditorSidebar(view_,
                                  {.changed = [this] { refresh(); }, .edit = [this] { form_->focusName(); }})),
       form_(new PresetForm(view_, [this] { refresh(); })), detail_(new QStackedWidget) {
@@ -98,7 +99,7 @@ QWidget* PromptEditorWindow::makeBody() {
 void PromptEditorWindow::makeShortcuts() {
     undoKey_->setAutoRepeat(false);
     connect(undoKey_, &QShortcut::activated, this, [this] { undoDelete(); });
-    connect(new QShortcut(QKeySequence(Qt::Key_F9), this), &QShortcut::activated, this,
+    connect(new QShortcut(ownKeySequence(OwnKey::toggleSidebar), this), &QShortcut::activated, this,
             [this] { toggleSidebar(); });
     for (QLineEdit* field : form_->findChildren<QLineEdit*>())
         field->installEventFilter(this);

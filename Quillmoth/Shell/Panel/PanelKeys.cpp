@@ -1,7 +1,10 @@
 #include "Quillmoth/Shell/Panel/PanelKeys.h"
 
+#include "Quillmoth/Shell/OwnKeys.h"
+
 #include <array>
 #include <string_view>
+#include <utility>
 
 namespace quillmoth {
 
@@ -9,31 +12,17 @@ namespace {
 
 using Key = FloatingViewController::Key;
 
-struct Equivalent {
-    int key;
-    Qt::KeyboardModifiers modifiers;
-    Key action;
-};
-
-constexpr Qt::KeyboardModifiers kControl = Qt::ControlModifier;
-constexpr Qt::KeyboardModifiers kControlShift = Qt::ControlModifier | Qt::ShiftModifier;
-
-// "+" needs Shift on many layouts and none on others.
-constexpr std::array kEquivalents{
-    Equivalent{Qt::Key_Return, kControl, Key::replaceSelection},
-    Equivalent{Qt::Key_Enter, kControl, Key::replaceSelection},
-    Equivalent{Qt::Key_R, kControl, Key::regenerate},
-    Equivalent{Qt::Key_Plus, kControl, Key::larger},
-    Equivalent{Qt::Key_Plus, kControlShift, Key::larger},
-    Equivalent{Qt::Key_Equal, kControl, Key::larger},
-    Equivalent{Qt::Key_Equal, kControlShift, Key::larger},
-    Equivalent{Qt::Key_Minus, kControl, Key::smaller},
-    Equivalent{Qt::Key_0, kControl, Key::defaultSize},
-    Equivalent{Qt::Key_Escape, Qt::NoModifier, Key::cancel},
-    Equivalent{Qt::Key_H, kControl, Key::history},
-    Equivalent{Qt::Key_M, kControl, Key::markdown},
-    Equivalent{Qt::Key_C, kControlShift, Key::copyAll},
-    Equivalent{Qt::Key_T, kControl, Key::onTop},
+constexpr std::pair<OwnKey, Key> kActions[] = {
+    {OwnKey::replaceSelection, Key::replaceSelection},
+    {OwnKey::regenerate, Key::regenerate},
+    {OwnKey::larger, Key::larger},
+    {OwnKey::smaller, Key::smaller},
+    {OwnKey::defaultSize, Key::defaultSize},
+    {OwnKey::cancel, Key::cancel},
+    {OwnKey::history, Key::history},
+    {OwnKey::markdown, Key::markdown},
+    {OwnKey::copyAll, Key::copyAll},
+    {OwnKey::onTop, Key::onTop},
 };
 
 /// Keys in a row of the keyboard, with the number of the first one: as evdev has it, and 8 more, as X and
@@ -69,10 +58,9 @@ std::unique_ptr<QKeyEvent> latinEquivalent(const QKeyEvent& event) {
 }
 
 std::optional<Key> panelKeyFor(const QKeyEvent& event) {
-    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
-    for (const Equivalent& each : kEquivalents)
-        if (each.key == event.key() && each.modifiers == modifiers)
-            return each.action;
+    for (const auto& [own, key] : kActions)
+        if (isOwnKey(event, own))
+            return key;
     return std::nullopt;
 }
 

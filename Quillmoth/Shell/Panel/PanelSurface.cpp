@@ -1,5 +1,6 @@
 #include "Quillmoth/Shell/Panel/PanelSurface.h"
 
+#include "Quillmoth/Shell/OwnKeys.h"
 #include "Quillmoth/Shell/Panel/PanelGeometry.h"
 #include "Quillmoth/Shell/Panel/PanelKeys.h"
 #include "Quillmoth/Shell/Panel/PanelTheme.h"
@@ -167,7 +168,7 @@ bool PanelSurface::eventFilter(QObject* watched, QEvent* event) {
 }
 
 bool PanelSurface::handleKey(const QKeyEvent& event) {
-    if (event.key() == Qt::Key_F10 && event.modifiers() == Qt::ShiftModifier) {
+    if (isOwnKey(event, OwnKey::contextMenu)) {
         openMenu();
         return true;
     }

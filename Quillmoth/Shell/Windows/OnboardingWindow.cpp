@@ -1,5 +1,6 @@
 #include "Quillmoth/Shell/Windows/OnboardingWindow.h"
 
+#include "Quillmoth/Shell/OwnKeys.h"
 #include "Quillmoth/Shell/SymbolCache.h"
 #include "Quillmoth/Shell/Windows/Controls.h"
 #include "Quillmoth/Shell/Windows/EmojiText.h"
@@ -223,7 +224,7 @@ OnboardingView::OnboardingView() : pages_(new QStackedWidget) {
     pages_->addWidget(makeSecondPage());
     auto* button = new RoundedRectangleButton(QStringLiteral("Continue"));
     connect(button, &QPushButton::clicked, this, [this] { continuePressed(); });
-    connect(new QShortcut(QKeySequence(Qt::Key_Return), this), &QShortcut::activated, button,
+    connect(new QShortcut(ownKeySequence(OwnKey::continueWelcome), this), &QShortcut::activated, button,
             [button] { button->click(); });
     auto* buttonRow = new QHBoxLayout;
     buttonRow->setContentsMargins(kContinuePadding, 0, kContinuePadding, 0);

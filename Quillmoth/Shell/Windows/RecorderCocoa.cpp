@@ -2,6 +2,7 @@
 
 #include "KeyboardShortcuts/ShortcutText.h"
 #include "Quillmoth/Shell/Windows/Controls.h"
+#include "Quillmoth/Shell/Windows/KeyFlags.h"
 #include "Quillmoth/Shell/Windows/WindowTheme.h"
 
 #include <QCoreApplication>
@@ -21,7 +22,6 @@ namespace quillmoth {
 
 namespace {
 
-using KeyboardShortcuts::ModifierFlags;
 using KeyboardShortcuts::Name;
 using KeyboardShortcuts::Shortcut;
 
@@ -38,21 +38,6 @@ struct Overloaded : Visitors... {
 };
 template<class... Visitors>
 Overloaded(Visitors...) -> Overloaded<Visitors...>;
-
-ModifierFlags flags(Qt::KeyboardModifiers modifiers) {
-    constexpr std::pair<Qt::KeyboardModifier, ModifierFlags> kTable[] = {
-        {Qt::ControlModifier, KeyboardShortcuts::kFlagCommand},
-        {Qt::AltModifier, KeyboardShortcuts::kFlagOption},
-        {Qt::ShiftModifier, KeyboardShortcuts::kFlagShift},
-        {Qt::MetaModifier, KeyboardShortcuts::kFlagControl},
-        {Qt::KeypadModifier, KeyboardShortcuts::kFlagNumericPad}};
-    ModifierFlags set = 0;
-    for (const auto& [modifier, flag] : kTable) {
-        if (modifiers & modifier)
-            set |= flag;
-    }
-    return set;
-}
 
 SpecialKey specialKey(int key) {
     if (key == Qt::Key_Tab)
@@ -258,7 +243,7 @@ bool RecorderCocoa::handleKey(const QKeyEvent& event) {
                services_.shortcuts.isSystems(shortcut);
     };
     carryOut(recordingStep({.keyCode = keyCode,
-                            .modifierFlags = flags(event.modifiers()),
+                            .modifierFlags = keyFlags(event.modifiers()),
                             .specialKey = specialKey(event.key())},
                            services_.mainMenu(), isSystems, services_.layout));
     return true;

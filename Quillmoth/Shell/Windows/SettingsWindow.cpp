@@ -2,6 +2,7 @@
 
 #include "Platform/Application.h"
 #include "Quillmoth/Settings/Recording.h"
+#include "Quillmoth/Shell/Windows/MainMenu.h"
 #include "Quillmoth/Shell/Windows/SettingView.h"
 
 #include <QApplication>
@@ -28,7 +29,7 @@ RecorderServices recorderServices(const platform::Platform& platform, KeyboardSh
             .layout = platform.keyboardLayout,
             .mainQueue = platform.mainQueue,
             .virtualKeyCode = hooks.virtualKeyCode,
-            .mainMenu = [] { return applicationMainMenu(); },
+            .mainMenu = [&layout = platform.keyboardLayout] { return applicationMainMenu(layout); },
             .alert =
                 [window](const QString& message, const QString& informativeText, std::function<void()> done) {
                     showAlert(window, true, message, informativeText, std::move(done));

@@ -1,5 +1,6 @@
 #include "Quillmoth/Shell/Windows/ShellWindow.h"
 
+#include "Quillmoth/Shell/OwnKeys.h"
 #include "Quillmoth/Shell/Windows/ColorScheme.h"
 #include "Quillmoth/Shell/Windows/FocusRing.h"
 #include "Quillmoth/Shell/Windows/WindowStyle.h"
@@ -22,9 +23,9 @@ namespace quillmoth {
 ShellWindow::ShellWindow(const QString& title, ColorScheme& colorScheme) : colorScheme_(colorScheme) {
     setWindowTitle(title);
     setFont(windowFont());
-    connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_W), this), &QShortcut::activated, this,
+    connect(new QShortcut(ownKeySequence(OwnKey::closeWindow), this), &QShortcut::activated, this,
             [this] { close(); });
-    connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q), this), &QShortcut::activated, this, [this] {
+    connect(new QShortcut(ownKeySequence(OwnKey::quit), this), &QShortcut::activated, this, [this] {
         if (onQuit)
             onQuit();
     });

@@ -85,9 +85,9 @@ TEST_F(SettingsDesktop, ARecordedShortcutOpensThePanelAndTheOneInForceCanBeRecor
 }
 
 TEST_F(SettingsDesktop, AShortcutThatAMenuTheDesktopOrAnotherProgramHasIsRefusedWithASheet) {
-    // A program that holds F9, which the desktop's settings do not tell.
-    constexpr xcb_keycode_t kF9 = KEY_F9 + 8;
-    xcb_grab_key(desktop().connection(), 0, desktop().rootWindow(), 0, kF9, XCB_GRAB_MODE_ASYNC,
+    // A program that holds F7, which the desktop's settings do not tell.
+    constexpr xcb_keycode_t kF7 = KEY_F7 + 8;
+    xcb_grab_key(desktop().connection(), 0, desktop().rootWindow(), 0, kF7, XCB_GRAB_MODE_ASYNC,
                  XCB_GRAB_MODE_ASYNC);
     xcb_flush(desktop().connection());
     start();
@@ -101,7 +101,8 @@ TEST_F(SettingsDesktop, AShortcutThatAMenuTheDesktopOrAnotherProgramHasIsRefused
     for (const auto& [keys, text] :
          {Case{{KEY_LEFTCTRL, KEY_Q}, "since the menu item “Quit” has it already"},
           Case{{KEY_LEFTCTRL, KEY_LEFTALT, KEY_LEFT}, "since your desktop uses it already"},
-          Case{{KEY_F9}, "since your desktop uses it already"}}) {
+          Case{{KEY_F9}, "since the menu item “Toggle Sidebar” has it already"},
+          Case{{KEY_F7}, "since your desktop uses it already"}}) {
         record();
         input().chord(keys);
         awaitSheet(text);
@@ -112,7 +113,7 @@ TEST_F(SettingsDesktop, AShortcutThatAMenuTheDesktopOrAnotherProgramHasIsRefused
         EXPECT_TRUE(isStored(49, kOption)) << defaults();
     }
     EXPECT_TRUE(isRunning());
-    xcb_ungrab_key(desktop().connection(), kF9, desktop().rootWindow(), 0);
+    xcb_ungrab_key(desktop().connection(), kF7, desktop().rootWindow(), 0);
     xcb_flush(desktop().connection());
 }
 

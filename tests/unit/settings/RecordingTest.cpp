@@ -29,7 +29,14 @@ struct RecordingRules : testing::Test {
         made.characters = {{0, "a"}, {12, "q"}, {6, "z"}};
         return made;
     }();
-    std::vector<MainMenuItem> menu = applicationMainMenu();
+    std::vector<MainMenuItem> menu = {
+        {"File", "", 0, {{"Quit", "q", kFlagCommand, {}}, {"Help", "F9", 0, {}}}},
+        {"Edit",
+         "",
+         0,
+         {{"Undo", "z", kFlagCommand, {}},
+          {"Redo", "Z", kFlagCommand, {}},
+          {"Context Menu", "F10", kFlagShift, {}}}}};
     std::vector<Shortcut> system = {Shortcut(111, 0), Shortcut(49, kCarbonControl)};
 };
 
@@ -59,6 +66,9 @@ TEST_F(RecordingRules, EachPressHasItsStep) {
         {"of the desktop", {49, kFlagControl, SpecialKey::none}, "system"},
         {"of the desktop but for shift", {49, kFlagControl | kFlagShift, SpecialKey::none}, "accept"},
         {"of the menu", {12, kFlagCommand, SpecialKey::none}, "menu"},
+        {"a function key of the menu", {101, 0, SpecialKey::function}, "menu"},
+        {"shift and a function key of the menu", {101, kFlagShift, SpecialKey::function}, "accept"},
+        {"a function key of the menu with shift", {109, kFlagShift, SpecialKey::function}, "menu"},
         {"of the menu but for option", {12, kFlagCommand | kFlagOption, SpecialKey::none}, "accept"},
         {"option space", {49, kFlagOption, SpecialKey::none}, "accept"},
     };

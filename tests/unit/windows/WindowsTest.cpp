@@ -1,11 +1,16 @@
 #include "Quillmoth/Settings/Recording.h"
+#include "Quillmoth/Shell/Editor/PromptEditorWindow.h"
+#include "Quillmoth/Shell/OwnKeys.h"
 #include "Quillmoth/Shell/Windows/Controls.h"
+#include "Quillmoth/Shell/Windows/KeyFlags.h"
+#include "Quillmoth/Shell/Windows/MainMenu.h"
 #include "tests/unit/windows/WindowFixture.h"
 
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QShortcut>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -143,6 +148,49 @@ TEST_F(Windows, AMenuItemsShortcutRaisesAnAlertAndDoesNotAct) {
     QApplication::setActiveWindow(settings.get());
     EXPECT_TRUE(recorder->isRecording());
     EXPECT_FALSE(stored());
+}
+
+TEST_F(Windows, NoKeyThatAWindowOrThePanelAnswersToBecomesTheHotKey) {
+    const std::pair<int, std::uint16_t> kNamed[] = {
+        {Qt::Key_Return, 36}, {Qt::Key_Enter, 76}, {Qt::Key_Escape, 53}, {Qt::Key_Up, 126},
+        {Qt::Key_Down, 125},  {Qt::Key_F9, 101},   {Qt::Key_F10, 109}};
+    std::map<int, std::uint16_t> positions(std::begin(kNamed), std::end(kNamed));
+    auto& characters = fakes.keyboardLayout.characters;
+    characters = {{76, "⌤"}};
+    for (const char c : std::string("abcdefghijklmnopqrstuvwxyz0123456789+-=")) {
+        const auto code = static_cast<std::uint16_t>(200 + c);
+        characters[code] = c;
+        positions[std::toupper(c)] = code;
+    }
+    std::vector<QKeySequence> keys;
+    for (const OwnKeyRow& row : ownKeys())
+        keys.emplace_back(row.keys);
+    for (const auto standard : {QKeySequence::Undo, QKeySequence::Redo, QKeySequence::Cut, QKeySequence::Copy,
+                                QKeySequence::Paste, QKeySequence::SelectAll}) {
+        const auto bindings = QKeySequence::keyBindings(standard);
+        EXPECT_TRUE(std::any_of(bindings.begin(), bindings.end(), [&](const auto& key) {
+            return std::count(keys.begin(), keys.end(), key);
+        })) << standard;
+    }
+    PromptEditorWindow editor(DataModel::create(fakes.platform()), fakes.platform(), colorScheme);
+    OnboardingWindow onboarding(colorScheme, [] {});
+    for (const QWidget* window : std::initializer_list<QWidget*>{settings.get(), &editor, &onboarding}) {
+        for (const auto* shortcut : window->findChildren<QShortcut*>())
+            keys.push_back(shortcut->key());
+    }
+    const auto menu = applicationMainMenu(fakes.keyboardLayout);
+    for (const QKeySequence& sequence : keys) {
+        const QKeyCombination combination = sequence[0];
+        const auto position = positions.find(combination.key());
+        ASSERT_NE(position, positions.end()) << sequence.toString().toStdString();
+        const bool isFunctionKey = combination.key() >= Qt::Key_F1 && combination.key() <= Qt::Key_F35;
+        const RecordingStep step = recordingStep(
+            {.keyCode = position->second,
+             .modifierFlags = keyFlags(combination.keyboardModifiers()),
+             .specialKey = isFunctionKey ? SpecialKey::function : SpecialKey::none},
+            menu, [](const Shortcut&) { return false; }, fakes.keyboardLayout);
+        EXPECT_FALSE(std::holds_alternative<RecordingAccepts>(step)) << sequence.toString().toStdString();
+    }
 }
 
 TEST_F(Windows, AnEmptiedKeyPutsTheModelBackAndTakesTheWarningAway) {
