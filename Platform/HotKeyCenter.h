@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace quillmoth::platform {
@@ -59,6 +60,9 @@ public:
                                                 std::uint32_t /*carbonModifiers*/) {
         return false;
     }
+
+    /// Why no hot key can be had on this desktop, and what to do instead; empty where one can.
+    [[nodiscard]] virtual std::string obstacle() const { return {}; }
 };
 
 } // namespace quillmoth::platform

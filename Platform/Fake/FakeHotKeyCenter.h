@@ -26,6 +26,8 @@ public:
 
     [[nodiscard]] std::vector<SymbolicHotKey> copySymbolicHotKeys() override { return symbolicHotKeys; }
 
+    [[nodiscard]] std::string obstacle() const override { return obstacleText; }
+
     /// Hands `event` to the handler; eventNotHandledErr where none is installed.
     OSStatus send(const HotKeyEvent* event);
 
@@ -34,6 +36,7 @@ public:
     OSStatus release(std::uint32_t keyCode, std::uint32_t carbonModifiers);
 
     bool hasTarget = true;
+    std::string obstacleText;
     OSStatus registerStatus = noErr;
     OSStatus unregisterStatus = noErr;
     OSStatus installStatus = noErr;

@@ -35,10 +35,12 @@ Finding compositor(const DesktopFacts& facts) {
 }
 
 Finding hotKey(const DesktopFacts& facts) {
+    if (!facts.hasXServer)
+        return {"Hot key",
+                (facts.hotKey.empty() ? "none; one" : facts.hotKey + ", which") + " needs an X server",
+                kBindToggle};
     if (facts.hotKey.empty())
         return {"Hot key", "none", std::string("record one in the settings, or ") + kBindToggle};
-    if (!facts.hasXServer)
-        return {"Hot key", facts.hotKey + ", which needs an X server", kBindToggle};
     const std::string holder = facts.windowManager.empty() ? "another program" : facts.windowManager;
     const std::string shared = facts.isHotKeyShared ? "; " + holder + " has it too" : "";
     if (!facts.isRunning)

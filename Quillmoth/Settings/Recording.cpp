@@ -70,7 +70,8 @@ bool isTaken(const Shortcut& shortcut, const SystemCheck& isSystems) {
 std::optional<RecordingStep> stepOfPlainKey(const RecorderKeyPress& press) {
     if (press.specialKey == SpecialKey::tab)
         return RecordingEndsAndMovesOn{};
-    if (press.keyCode == KeyboardShortcuts::Key::escape.rawValue)
+    // By what it does too: a session may tell no positions.
+    if (press.keyCode == KeyboardShortcuts::Key::escape.rawValue || press.specialKey == SpecialKey::escape)
         return RecordingEnds{};
     if (press.specialKey == SpecialKey::deleteBackward || press.specialKey == SpecialKey::deleteForward)
         return RecordingClears{};

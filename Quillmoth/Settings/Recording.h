@@ -14,7 +14,7 @@
 namespace quillmoth {
 
 /// Keys that a recorder knows by what they do rather than by position.
-enum class SpecialKey { none, tab, deleteBackward, deleteForward, function };
+enum class SpecialKey { none, tab, escape, deleteBackward, deleteForward, function };
 
 /// A press of a key while a shortcut is being recorded.
 struct RecorderKeyPress {

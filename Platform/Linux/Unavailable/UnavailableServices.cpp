@@ -5,9 +5,14 @@
 namespace quillmoth::platform {
 
 OSStatus UnavailableHotKeyCenter::registerEventHotKey(std::uint32_t, std::uint32_t, EventHotKeyID, Handle&) {
-    logLine("There is no X server to take a global hot key from. Bind \"quillmoth --toggle\" to a key in the "
-            "settings of the desktop.");
+    logLine(obstacle());
     return eventNotHandledErr;
+}
+
+std::string UnavailableHotKeyCenter::obstacle() const {
+    return "No hot key can be recorded: there is no X server to take one from. Bind “quillmoth --toggle” to "
+           "a key "
+           "in the desktop’s settings.";
 }
 
 std::shared_ptr<CGEventSource> UnavailableKeyboardEvents::createSource(std::uint32_t) {

@@ -21,6 +21,8 @@ public:
     OSStatus installEventHandler(Handler) override { return eventNotHandledErr; }
 
     [[nodiscard]] std::vector<SymbolicHotKey> copySymbolicHotKeys() override { return {}; }
+
+    [[nodiscard]] std::string obstacle() const override;
 };
 
 class UnavailableKeyboardEvents final : public KeyboardEvents {

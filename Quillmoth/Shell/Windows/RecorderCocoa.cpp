@@ -42,6 +42,8 @@ Overloaded(Visitors...) -> Overloaded<Visitors...>;
 SpecialKey specialKey(int key) {
     if (key == Qt::Key_Tab)
         return SpecialKey::tab;
+    if (key == Qt::Key_Escape)
+        return SpecialKey::escape;
     if (key == Qt::Key_Backspace)
         return SpecialKey::deleteBackward;
     if (key == Qt::Key_Delete)
@@ -214,12 +216,9 @@ bool RecorderCocoa::handle(QObject* receiver, QEvent& event) {
     if (widget == nullptr)
         return false;
     switch (event.type()) {
-    case QEvent::MouseButtonRelease: {
-        const QPoint position = mapFromGlobal(static_cast<QMouseEvent&>(event).globalPosition().toPoint());
-        if (!rect().adjusted(-kMargin, -kMargin, kMargin, kMargin).contains(position))
-            blur();
+    case QEvent::MouseButtonRelease:
+        handleRelease(static_cast<QMouseEvent&>(event));
         return false;
-    }
     case QEvent::ShortcutOverride:
         // No shortcut of the window's is to fire; the press itself follows.
         event.accept();
@@ -229,6 +228,14 @@ bool RecorderCocoa::handle(QObject* receiver, QEvent& event) {
     default:
         return false;
     }
+}
+
+void RecorderCocoa::handleRelease(const QMouseEvent& event) {
+    if (event.button() != Qt::LeftButton && event.button() != Qt::RightButton)
+        return;
+    const QPoint position = mapFromGlobal(event.globalPosition().toPoint());
+    if (!rect().adjusted(-kMargin, -kMargin, kMargin, kMargin).contains(position))
+        blur();
 }
 
 bool RecorderCocoa::handleKey(const QKeyEvent& event) {

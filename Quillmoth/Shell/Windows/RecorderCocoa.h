@@ -95,6 +95,7 @@ private:
     void describe();
     void textDidChange();
     bool handle(QObject* receiver, QEvent& event);
+    void handleRelease(const QMouseEvent& event);
     bool handleKey(const QKeyEvent& event);
     void carryOut(const RecordingStep& step);
     void refuse(const QString& message, const QString& informativeText);

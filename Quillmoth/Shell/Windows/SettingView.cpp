@@ -1,6 +1,7 @@
 #include "Quillmoth/Shell/Windows/SettingView.h"
 
 #include "Foundation/Log.h"
+#include "Platform/HotKeyCenter.h"
 #include "Platform/UserDefaults.h"
 #include "Platform/Workspace.h"
 #include "Quillmoth/Chat/ServiceAddresses.h"
@@ -117,6 +118,7 @@ SettingView::SettingView(const platform::Platform& platform, RecorderServices re
     column->setContentsMargins(kPadding, kPadding, kPadding, kPadding);
     column->setSpacing(kItemSpacing);
     column->addWidget(shortcut_);
+    addHotKeyObstacle(*column);
     column->addWidget(loginSwitch_);
     connectSwitch(*loginSwitch_, [this](bool on) {
         launchAtLogin_.setEnabled(on);
@@ -133,6 +135,16 @@ SettingView::SettingView(const platform::Platform& platform, RecorderServices re
     column->addStretch();
     defaultsChange_ = platform_.userDefaults.onChange([this] { showSettings(); });
     refresh();
+}
+
+void SettingView::addHotKeyObstacle(QVBoxLayout& column) {
+    const std::string obstacle = platform_.hotKeyCenter.obstacle();
+    if (obstacle.empty())
+        return;
+    auto* label = new ToneLabel(Tone::secondary, qt(obstacle));
+    // The command in it is to be copied.
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    column.addWidget(label);
 }
 
 void SettingView::connectSwitch(Switch& control, std::function<void(bool on)> change) {

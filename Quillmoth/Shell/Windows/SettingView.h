@@ -52,6 +52,8 @@ public:
     Updater& updater;
 
 private:
+    /// Says why no hot key can be recorded, where none can.
+    void addHotKeyObstacle(QVBoxLayout& column);
     void addKeyBlock(QVBoxLayout& column);
     void addKeyFields(QGridLayout& grid);
     void addVersionBlock(QVBoxLayout& column);

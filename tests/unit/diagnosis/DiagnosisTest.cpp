@@ -62,6 +62,8 @@ TEST(Diagnosis, EachFaultComesWithWhatToDoAboutIt) {
         {[](DesktopFacts& f) { f.hasXServer = false; }, "Session: x11, without an X server", "--toggle"},
         {[](DesktopFacts& f) { f.windowManager.clear(); }, "Window manager: none", "EWMH"},
         {[](DesktopFacts& f) { f.hotKey.clear(); }, "Hot key: none", "record one"},
+        {[](DesktopFacts& f) { f.hasXServer = !(f.hotKey = "").empty(); },
+         "Hot key: none; one needs an X server", "bind"},
         {[](DesktopFacts& f) { f.isRunning = false; }, "Quillmoth does not run", "start Quillmoth"},
         {[](DesktopFacts& f) { f.isHotKeyShared = true; }, "Openbox has it too", "record another"},
         {[](DesktopFacts& f) { f.answersAccessibility = false; }, "does not answer", "at-spi2-core"},

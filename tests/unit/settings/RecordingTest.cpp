@@ -52,6 +52,7 @@ TEST_F(RecordingRules, EachPressHasItsStep) {
         {"tab", {48, 0, SpecialKey::tab}, "move on"},
         {"shift tab", {48, kFlagShift, SpecialKey::tab}, "beep"},
         {"escape", {53, 0, SpecialKey::none}, "end"},
+        {"escape of no position", {std::nullopt, 0, SpecialKey::escape}, "end"},
         {"command escape", {53, kFlagCommand, SpecialKey::none}, "accept"},
         {"delete", {117, 0, SpecialKey::deleteForward}, "clear"},
         {"backspace with caps lock", {51, kNoise, SpecialKey::deleteBackward}, "clear"},

@@ -1,4 +1,5 @@
 // Writes pictures of every window of the program and its states, in light and dark, to be looked at.
+#include "Platform/Linux/Unavailable/UnavailableServices.h"
 #include "Quillmoth/Shell/Editor/EmojiPicker.h"
 #include "Quillmoth/Shell/Editor/PresetFileMenu.h"
 #include "Quillmoth/Shell/Editor/PromptEditorWindow.h"
@@ -101,6 +102,7 @@ void drawSettingsWithKey(const Album& album) {
     fixture.fakes.userDefaults.set("openapikey", std::string("sk-moth-0000000000000000000000000"));
     fixture.fakes.userDefaults.set("model", std::string("gpt-4"));
     fixture.fakes.userDefaults.set("updateFeedURL", std::string("https://feed.example/feed.json"));
+    fixture.fakes.hotKeyCenter.obstacleText = platform::UnavailableHotKeyCenter().obstacle();
     const auto window = fixture.makeSettings();
     showAll(*window);
     fixture.fakes.runUntilIdle();

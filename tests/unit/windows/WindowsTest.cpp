@@ -122,18 +122,31 @@ TEST_F(Windows, EscapeEndsRecordingAndTabMovesOn) {
     EXPECT_FALSE(recorder->isRecording());
     EXPECT_TRUE(settings->isVisible());
     recorder->setFocus();
+    press(Qt::Key_Escape, {}, 0);
+    EXPECT_FALSE(recorder->isRecording()) << "where no key has a position";
+    recorder->setFocus();
     press(Qt::Key_Tab, {}, 23);
     EXPECT_FALSE(recorder->isRecording());
     EXPECT_EQ(QApplication::focusWidget(), named<Switch>("Launch at login 😀"));
 }
 
-TEST_F(Windows, AClickEndsRecordingUnlessItIsWithinThreePixelsOfTheField) {
-    recorder->setFocus();
+TEST_F(Windows, ALeftOrRightClickEndsRecordingUnlessItIsWithinThreePixelsOfTheField) {
     QWidget* row = recorder->parentWidget();
-    QTest::mouseClick(row, Qt::LeftButton, {}, recorder->geometry().topLeft() - QPoint(3, -5));
-    EXPECT_TRUE(recorder->isRecording());
-    QTest::mouseClick(row, Qt::LeftButton, {}, recorder->geometry().topLeft() - QPoint(5, -5));
-    EXPECT_FALSE(recorder->isRecording());
+    const auto recordsAfter = [&](Qt::MouseButton button, int distance) {
+        recorder->setFocus();
+        QTest::mouseClick(row, button, {}, recorder->geometry().topLeft() - QPoint(distance, -5));
+        return recorder->isRecording();
+    };
+    EXPECT_TRUE(recordsAfter(Qt::LeftButton, 3));
+    EXPECT_FALSE(recordsAfter(Qt::LeftButton, 5));
+    EXPECT_FALSE(recordsAfter(Qt::RightButton, 5));
+    EXPECT_TRUE(recordsAfter(Qt::MiddleButton, 5));
+}
+
+TEST_F(Windows, WhereNoHotKeyCanBeHadTheSettingsSayWhyAndWhatToDoInstead) {
+    fakes.hotKeyCenter.obstacleText = "No X server. Bind “quillmoth --toggle”.";
+    open();
+    EXPECT_TRUE(shows("No X server. Bind “quillmoth --toggle”."));
 }
 
 TEST_F(Windows, AMenuItemsShortcutRaisesAnAlertAndDoesNotAct) {
