@@ -35,6 +35,22 @@ constexpr NamedKey kNamedKeys[] = {
     {Key::leftArrow, "\u2190", "Left"},
 };
 
+struct KeyWords {
+    Key key;
+    std::string_view words;
+};
+
+/// Keys that write nothing, whose symbols are the layout's.
+constexpr KeyWords kKeyWords[] = {{Key::keypadEnter, "Keypad Enter"}, {Key::keypadClear, "Num Lock"},
+                                  {Key::capsLock, "Caps Lock"},       {Key::mute, "Mute"},
+                                  {Key::volumeUp, "Volume Up"},       {Key::volumeDown, "Volume Down"}};
+
+/// Keys that write what others write too.
+constexpr Key kKeypadKeys[] = {Key::keypad0,      Key::keypad1,     Key::keypad2,      Key::keypad3,
+                               Key::keypad4,      Key::keypad5,     Key::keypad6,      Key::keypad7,
+                               Key::keypad8,      Key::keypad9,     Key::keypadEquals, Key::keypadDecimal,
+                               Key::keypadDivide, Key::keypadMinus, Key::keypadPlus,   Key::keypadMultiply};
+
 constexpr Key kFunctionKeys[] = {Key::f1,  Key::f2,  Key::f3,  Key::f4,  Key::f5,  Key::f6,  Key::f7,
                                  Key::f8,  Key::f9,  Key::f10, Key::f11, Key::f12, Key::f13, Key::f14,
                                  Key::f15, Key::f16, Key::f17, Key::f18, Key::f19, Key::f20};
@@ -52,10 +68,12 @@ constexpr ModifierWord kModifierWords[] = {
 
 constexpr std::string_view kReplacementCharacter = "\uFFFD";
 
-const NamedKey* namedKey(Key key) {
-    const auto* found = std::find_if(std::begin(kNamedKeys), std::end(kNamedKeys),
-                                     [&](const NamedKey& named) { return named.key == key; });
-    return found == std::end(kNamedKeys) ? nullptr : found;
+/// Null for a key that is not in the table.
+template<class Row, std::size_t count>
+const Row* rowOf(const Row (&table)[count], Key key) {
+    const auto* found =
+        std::find_if(std::begin(table), std::end(table), [&](const Row& row) { return row.key == key; });
+    return found == std::end(table) ? nullptr : found;
 }
 
 /// 1 for F1; none for another key.
@@ -76,7 +94,7 @@ std::string threeByteUTF8(char32_t character) {
 
 std::optional<std::string> keyCodeText(std::int64_t carbonKeyCode, platform::KeyboardLayout& layout) {
     const Key key(carbonKeyCode);
-    if (const auto* named = namedKey(key))
+    if (const auto* named = rowOf(kNamedKeys, key))
         return std::string(named->symbol);
     if (const auto number = functionKeyNumber(key))
         return 'F' + std::to_string(*number);
@@ -112,8 +130,12 @@ std::string spokenDescription(const Shortcut& shortcut, platform::KeyboardLayout
         if (shortcut.carbonModifiers & mask)
             (text += word) += '+';
     }
-    if (const auto* named = namedKey(shortcut.key()))
+    if (const auto* named = rowOf(kNamedKeys, shortcut.key()))
         return text += named->words;
+    if (const auto* other = rowOf(kKeyWords, shortcut.key()))
+        return text += other->words;
+    if (std::find(std::begin(kKeypadKeys), std::end(kKeypadKeys), shortcut.key()) != std::end(kKeypadKeys))
+        text += "Keypad ";
     const auto key = keyCodeText(shortcut.carbonKeyCode, layout);
     return text + (key ? uppercased(*key) : std::string(kReplacementCharacter));
 }

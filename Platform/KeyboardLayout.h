@@ -11,8 +11,8 @@ class KeyboardLayout {
 public:
     virtual ~KeyboardLayout() = default;
 
-    /// What the key at the virtual key code `keyCode` writes without modifiers, at most 4 UTF-16 units; none
-    /// where the layout is not known or gives nothing.
+    /// What the key at the virtual key code `keyCode` writes without modifiers, or the sign on its cap where
+    /// it writes nothing; at most 4 UTF-16 units. None where the layout is not known or gives nothing.
     [[nodiscard]] virtual std::optional<std::string> translate(std::uint16_t keyCode) = 0;
 };
 

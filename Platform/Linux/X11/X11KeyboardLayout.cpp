@@ -16,23 +16,35 @@ namespace {
 using Keymap = std::unique_ptr<xkb_keymap, void (*)(xkb_keymap*)>;
 using State = std::unique_ptr<xkb_state, void (*)(xkb_state*)>;
 
-struct DeadKey {
+struct KeyCap {
     xkb_keysym_t keysym;
     std::string_view text;
 };
 
 /// What a key cap shows where the key itself writes nothing.
-constexpr DeadKey kDeadKeys[] = {
-    {XKB_KEY_dead_grave, "`"},          {XKB_KEY_dead_acute, "\u00B4"},     {XKB_KEY_dead_circumflex, "^"},
-    {XKB_KEY_dead_tilde, "~"},          {XKB_KEY_dead_diaeresis, "\u00A8"}, {XKB_KEY_dead_cedilla, "\u00B8"},
-    {XKB_KEY_dead_abovering, "\u02DA"}, {XKB_KEY_dead_caron, "\u02C7"},     {XKB_KEY_dead_macron, "\u00AF"},
+constexpr KeyCap kKeyCaps[] = {
+    {XKB_KEY_dead_grave, "`"},
+    {XKB_KEY_dead_acute, "\u00B4"},
+    {XKB_KEY_dead_circumflex, "^"},
+    {XKB_KEY_dead_tilde, "~"},
+    {XKB_KEY_dead_diaeresis, "\u00A8"},
+    {XKB_KEY_dead_cedilla, "\u00B8"},
+    {XKB_KEY_dead_abovering, "\u02DA"},
+    {XKB_KEY_dead_caron, "\u02C7"},
+    {XKB_KEY_dead_macron, "\u00AF"},
+    {XKB_KEY_KP_Enter, "\u2324"},
+    {XKB_KEY_Num_Lock, "\u21ED"},
+    {XKB_KEY_Caps_Lock, "\u21EA"},
+    {XKB_KEY_XF86AudioMute, "\U0001F507"},
+    {XKB_KEY_XF86AudioLowerVolume, "\U0001F509"},
+    {XKB_KEY_XF86AudioRaiseVolume, "\U0001F50A"},
 };
 
 std::string keysymText(xkb_keysym_t keysym) {
-    const auto* dead = std::find_if(std::begin(kDeadKeys), std::end(kDeadKeys),
-                                    [&](const DeadKey& key) { return key.keysym == keysym; });
-    if (dead != std::end(kDeadKeys))
-        return std::string(dead->text);
+    const auto* cap = std::find_if(std::begin(kKeyCaps), std::end(kKeyCaps),
+                                   [&](const KeyCap& key) { return key.keysym == keysym; });
+    if (cap != std::end(kKeyCaps))
+        return std::string(cap->text);
     char buffer[8] = {};
     if (xkb_keysym_to_utf8(keysym, buffer, sizeof buffer) <= 1)
         return {};

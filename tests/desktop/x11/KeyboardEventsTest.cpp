@@ -160,7 +160,9 @@ TEST_F(KeyboardEventsTest, KeysAreNamedByTheLayoutInForce) {
     const Case cases[] = {
         {"us", 40, "k"}, {"us", 24, "="}, {"us", 82, "0"},          {"us", 105, std::nullopt},
         {"de", 6, "y"},  {"de", 41, "ö"}, {"de", 50, "^"},          {"ru,us", 40, "k"},
-        {"ru", 40, "л"}, {"fr", 12, "a"}, {"us", 63, std::nullopt}, {"us", 57, std::nullopt},
+        {"ru", 40, "л"}, {"fr", 12, "a"}, {"us", 63, std::nullopt}, {"us", 57, "⇪"},
+        {"us", 71, "⇭"}, {"us", 76, "⌤"}, {"us", 72, "🔊"},          {"us", 73, "🔉"},
+        {"us", 74, "🔇"},
     };
     for (const auto& [layouts, keyCode, expected] : cases) {
         ASSERT_EQ(runChild({"setxkbmap", layouts}, 5s).exitCode, 0);

@@ -44,7 +44,7 @@ TEST(Shortcut, ReadsItsStoredFormOrNothing) {
 
 TEST(ShortcutText, ShowsSymbolsInTheirFixedOrderAndTheKeyInUpperCase) {
     TableLayout layout;
-    layout.texts = {{40, "k"}, {1, "ß"}};
+    layout.texts = {{40, "k"}, {1, "ß"}, {76, "⌤"}, {72, "🔊"}, {82, "0"}};
     const std::tuple<Shortcut, const char*, const char*> cases[] = {
         {{Key::space, kFlagOption}, "⌥⎵", "Alt+Space"},
         {{Key::k, kFlagCommand | kFlagShift}, "⇧⌘K", "Ctrl+Shift+K"},
@@ -54,6 +54,10 @@ TEST(ShortcutText, ShowsSymbolsInTheirFixedOrderAndTheKeyInUpperCase) {
          "Ctrl+Alt+Shift+Super+F20"},
         {{Key::s, kFlagControl}, "⌃SS", "Super+SS"},
         {{Key::help, kFlagCommand}, "⌘?⃝", "Ctrl+Insert"},
+        {{Key::keypadEnter, kFlagCommand}, "⌘⌤", "Ctrl+Keypad Enter"},
+        {{Key::volumeUp, kFlagOption}, "⌥🔊", "Alt+Volume Up"},
+        {{Key::keypad0, kFlagCommand}, "⌘0", "Ctrl+Keypad 0"},
+        {{Key::keypadClear, kFlagOption}, "⌥\uFFFD", "Alt+Num Lock"},
         {{Key(200), kFlagOption}, "⌥\uFFFD", "Alt+\uFFFD"},
         {{Key(-1), kFlagOption}, "⌥\uFFFD", "Alt+\uFFFD"},
         {{Key(65536 + 40), kFlagOption}, "⌥\uFFFD", "Alt+\uFFFD"},
