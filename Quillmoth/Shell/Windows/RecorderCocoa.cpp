@@ -3,6 +3,7 @@
 #include "KeyboardShortcuts/ShortcutText.h"
 #include "Quillmoth/Shell/Windows/Controls.h"
 #include "Quillmoth/Shell/Windows/KeyFlags.h"
+#include "Quillmoth/Shell/Windows/ShortcutPainter.h"
 #include "Quillmoth/Shell/Windows/WindowTheme.h"
 
 #include <QCoreApplication>
@@ -315,7 +316,7 @@ void RecorderCocoa::paintEvent(QPaintEvent*) {
     const bool isEmpty = QLineEdit::text().isEmpty();
     painter.setFont(isEmpty ? windowFont() : font());
     painter.setPen(isEmpty ? theme.text2 : theme.text);
-    painter.drawText(rect(), Qt::AlignCenter, isEmpty ? prompt_ : QLineEdit::text());
+    drawShortcutText(painter, rect(), isEmpty ? prompt_ : QLineEdit::text());
 }
 
 } // namespace quillmoth

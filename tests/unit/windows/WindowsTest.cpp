@@ -4,12 +4,14 @@
 #include "Quillmoth/Shell/Windows/Controls.h"
 #include "Quillmoth/Shell/Windows/KeyFlags.h"
 #include "Quillmoth/Shell/Windows/MainMenu.h"
+#include "Quillmoth/Shell/Windows/ShortcutPainter.h"
 #include "tests/unit/windows/WindowFixture.h"
 
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPainter>
 #include <QShortcut>
 #include <QTest>
 
@@ -104,6 +106,32 @@ TEST_F(Windows, ANewWindowDoesNotRecordByItself) {
     settings->present();
     recorder = dynamic_cast<RecorderCocoa*>(field("Open Quillmoth Hotkey:"));
     EXPECT_EQ(recorder->focusPolicy(), Qt::NoFocus);
+}
+
+TEST_F(Windows, TheSpaceBarsSignIsDrawnOnTheBaseLineInTheTextsColourWhateverTheFontHas) {
+    for (const double scale : {1.0, 1.25, 1.5, 2.0}) {
+        QImage image(QSize(130, 28) * scale, QImage::Format_RGB32);
+        image.setDevicePixelRatio(scale);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        painter.setFont(recorder->font());
+        painter.setPen(Qt::red);
+        drawShortcutText(painter, QRectF(0, 0, 130, 28), "⎵");
+        QRect drawn;
+        for (int place = 0; place < image.width() * image.height(); ++place) {
+            const QPoint pixel(place % image.width(), place / image.width());
+            if (image.pixelColor(pixel) == Qt::white)
+                continue;
+            ASSERT_EQ(image.pixelColor(pixel), Qt::red) << scale;
+            drawn |= QRect(pixel, QSize(1, 1));
+        }
+        const QFontMetricsF metrics(recorder->font());
+        const double baseLine = 14 + (metrics.ascent() - metrics.descent()) / 2;
+        EXPECT_NEAR(drawn.bottom() + 1, baseLine * scale, 1) << scale;
+        EXPECT_NEAR(drawn.center().x(), 65 * scale, 1.5) << scale;
+        EXPECT_NEAR(drawn.width(), 9 * scale, 1.5) << scale;
+        EXPECT_EQ(image.pixelColor(drawn.center().x(), drawn.top()), Qt::white) << "it is open above";
+    }
 }
 
 TEST_F(Windows, BackspaceClearsAndGoesOnRecording) {
