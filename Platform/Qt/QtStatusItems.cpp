@@ -18,7 +18,8 @@ namespace quillmoth::platform {
 
 class QtStatusItems::Item {
 public:
-    Item(QIcon icon, QString description, std::vector<MenuItem> menu, std::function<void(QMenu&)> style)
+    Item(std::function<QIcon()> icon, QString description, std::vector<MenuItem> menu,
+         std::function<void(QMenu&)> style)
         : icon_(std::move(icon)), description_(std::move(description)), menu_(std::move(menu)),
           style_(std::move(style)) {
         menu_.setTitle(description_);
@@ -34,9 +35,14 @@ public:
         watcher_.waitForTray([this] { appear(); });
     }
 
+    void redrawSymbol() {
+        if (tray_)
+            tray_->setIcon(icon_());
+    }
+
 private:
     void appear() {
-        tray_ = std::make_unique<QSystemTrayIcon>(icon_);
+        tray_ = std::make_unique<QSystemTrayIcon>(icon_());
         tray_->setToolTip(description_);
         tray_->setContextMenu(&menu_);
         QObject::connect(tray_.get(), &QSystemTrayIcon::activated, tray_.get(), [this](auto reason) {
@@ -68,7 +74,7 @@ private:
 
     static constexpr int kGap = 4;
 
-    QIcon icon_;
+    std::function<QIcon()> icon_;
     QString description_;
     StatusMenu menu_;
     std::function<void(QMenu&)> style_;
@@ -76,7 +82,7 @@ private:
     std::unique_ptr<QSystemTrayIcon> tray_;
 };
 
-QtStatusItems::QtStatusItems(std::function<QColor()> colour) : colour_(std::move(colour)) {}
+QtStatusItems::QtStatusItems() = default;
 
 QtStatusItems::~QtStatusItems() = default;
 
@@ -89,14 +95,22 @@ void QtStatusItems::show(const std::string& symbol, const std::string& accessibi
                        });
 }
 
+void QtStatusItems::redrawSymbol() {
+    if (item_)
+        item_->redrawSymbol();
+}
+
 void QtStatusItems::makeItem(const std::string& symbol, const std::string& accessibilityDescription,
                              std::vector<MenuItem> menu) {
-    const QColor colour = colour_ ? colour_() : QGuiApplication::palette().color(QPalette::WindowText);
-    QIcon icon = tintedSymbol(symbol, colour);
-    if (icon.isNull())
-        fatalError("There is no symbol \"" + symbol + "\" for the tray.");
-    item_ = std::make_unique<Item>(std::move(icon), QString::fromStdString(accessibilityDescription),
-                                   std::move(menu), menuStyle_);
+    const auto icon = [this, symbol] {
+        const QColor colour = colour_ ? colour_() : QGuiApplication::palette().color(QPalette::WindowText);
+        QIcon drawn = tintedSymbol(symbol, colour);
+        if (drawn.isNull())
+            fatalError("There is no symbol \"" + symbol + "\" for the tray.");
+        return drawn;
+    };
+    item_ = std::make_unique<Item>(icon, QString::fromStdString(accessibilityDescription), std::move(menu),
+                                   menuStyle_);
 }
 
 } // namespace quillmoth::platform

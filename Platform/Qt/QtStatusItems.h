@@ -2,12 +2,12 @@
 
 #include "Platform/StatusItem.h"
 
+#include <QColor>
 #include <QObject>
 #include <functional>
 #include <memory>
 #include <utility>
 
-class QColor;
 class QMenu;
 
 namespace quillmoth::platform {
@@ -17,9 +17,14 @@ namespace quillmoth::platform {
 /// next turn of the event loop.
 class QtStatusItems final : public StatusItems {
 public:
-    /// `colour` gives the colour of the symbol, asked each time that the item appears.
-    explicit QtStatusItems(std::function<QColor()> colour = {});
+    QtStatusItems();
     ~QtStatusItems() override;
+
+    /// Asked each time that the symbol is drawn. Without it the symbol has the colour of the palette's text.
+    void setSymbolColour(std::function<QColor()> colour) { colour_ = std::move(colour); }
+
+    /// Draws the symbol anew, after a change of its colour.
+    void redrawSymbol();
 
     /// Called before each opening of the menu where this program draws it itself.
     void setMenuStyle(std::function<void(QMenu&)> style) { menuStyle_ = std::move(style); }

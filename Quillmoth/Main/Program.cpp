@@ -54,6 +54,8 @@ Program::Program()
     services_.application.setSettingsHandler([this] { windows_.showSettings(); });
     services_.workspace.setOwnURLHandler([this](const std::vector<std::string>& urls) { openURLs(urls); });
     services_.statusItems.setMenuStyle([this](QMenu& menu) { windows_.styleTrayMenu(menu); });
+    services_.statusItems.setSymbolColour([this] { return windows_.trayColour(); });
+    windows_.onTrayColourChange = [this] { services_.statusItems.redrawSymbol(); };
     services_.setConsentQuestion([this] {
         const auto display = qEnvironmentVariable("DISPLAY").toStdString();
         windows_.askForConsent(platform::programsToRestart(display), [this] { services_.consentGiven(); });

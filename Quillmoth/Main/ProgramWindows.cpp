@@ -25,11 +25,20 @@ ProgramWindows::~ProgramWindows() = default;
 
 ColorScheme& ProgramWindows::colorScheme() {
     if (!colorScheme_) {
-        // Every window comes here first. The panel shows no icon, and need not wait for its drawing.
-        QApplication::setWindowIcon(QIcon(":/symbols/quillmoth.svg"));
         colorScheme_ = std::make_unique<ColorScheme>();
+        schemeChange_ = colorScheme_->onChange([this] {
+            if (onTrayColourChange)
+                onTrayColourChange();
+        });
     }
     return *colorScheme_;
+}
+
+ColorScheme& ProgramWindows::windowColorScheme() {
+    // The panel shows no icon, and need not wait for its drawing.
+    if (!std::exchange(hasWindowIcon_, true))
+        QApplication::setWindowIcon(QIcon(":/symbols/quillmoth.svg"));
+    return colorScheme();
 }
 
 void ProgramWindows::prepare(ShellWindow& window) {
@@ -43,7 +52,7 @@ void ProgramWindows::migrateLoginItem() {
 void ProgramWindows::showSettings() {
     if (!settings_) {
         settings_ =
-            std::make_unique<SettingsWindow>(platform_, shortcuts_, loginItems_, colorScheme(), hooks_);
+            std::make_unique<SettingsWindow>(platform_, shortcuts_, loginItems_, windowColorScheme(), hooks_);
         prepare(*settings_);
     }
     settings_->present();
@@ -51,7 +60,7 @@ void ProgramWindows::showSettings() {
 
 void ProgramWindows::showOnboarding() {
     if (!onboarding_) {
-        onboarding_ = std::make_unique<OnboardingWindow>(colorScheme(), [this] { showSettings(); });
+        onboarding_ = std::make_unique<OnboardingWindow>(windowColorScheme(), [this] { showSettings(); });
         prepare(*onboarding_);
     }
     onboarding_->present();
@@ -59,7 +68,7 @@ void ProgramWindows::showOnboarding() {
 
 void ProgramWindows::showPromptEditor() {
     if (!promptEditor_) {
-        promptEditor_ = std::make_unique<PromptEditorWindow>(model_, platform_, colorScheme());
+        promptEditor_ = std::make_unique<PromptEditorWindow>(model_, platform_, windowColorScheme());
         prepare(*promptEditor_);
     }
     promptEditor_->present();
@@ -76,8 +85,12 @@ void ProgramWindows::styleTrayMenu(QMenu& menu) {
     menu.setMinimumWidth(kWidth);
 }
 
+QColor ProgramWindows::trayColour() {
+    return windowPalette(colorScheme().isDark()).color(QPalette::WindowText);
+}
+
 void ProgramWindows::askForConsent(const std::vector<std::string>& programs, std::function<void()> agreed) {
-    askForAccessibilityConsent(programs, colorScheme().isDark(), std::move(agreed));
+    askForAccessibilityConsent(programs, windowColorScheme().isDark(), std::move(agreed));
 }
 
 } // namespace quillmoth

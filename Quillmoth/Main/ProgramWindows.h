@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+class QColor;
 class QMenu;
 
 namespace quillmoth {
@@ -37,11 +38,17 @@ public:
     /// The same, with the preset that came last.
     void showNewestPreset();
     void styleTrayMenu(QMenu& menu);
+    /// The colour of the symbol in the tray.
+    [[nodiscard]] QColor trayColour();
+    /// Called after that has changed.
+    std::function<void()> onTrayColourChange;
     /// Asks whether accessibility may be switched on, naming the programs that have to be restarted then.
     void askForConsent(const std::vector<std::string>& programs, std::function<void()> agreed);
 
 private:
     [[nodiscard]] ColorScheme& colorScheme();
+    /// The same, for a window: the first one needs the program's icon.
+    [[nodiscard]] ColorScheme& windowColorScheme();
     /// Gives the window what all have in common.
     void prepare(ShellWindow& window);
 
@@ -51,6 +58,8 @@ private:
     SettingsHooks hooks_;
     platform::XDGLoginItems loginItems_;
     std::unique_ptr<ColorScheme> colorScheme_;
+    Subscription schemeChange_;
+    bool hasWindowIcon_ = false;
     std::unique_ptr<SettingsWindow> settings_;
     std::unique_ptr<OnboardingWindow> onboarding_;
     std::unique_ptr<PromptEditorWindow> promptEditor_;

@@ -1,10 +1,15 @@
 #include "tests/desktop/support/VisibleWindows.h"
 #include "tests/desktop/windows/ProgramDesktop.h"
 
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
 #include <fstream>
 #include <linux/input-event-codes.h>
 #include <map>
+#include <memory>
 #include <sstream>
+#include <xcb/xcb.h>
 
 namespace quillmoth::test {
 
@@ -32,6 +37,29 @@ protected:
         const ChildResult result = call(arguments);
         EXPECT_EQ(result.exitCode, 0) << result.output;
         eventually(arguments.front() + " works", condition);
+    }
+
+    ChildProcess startTray() {
+        ChildProcess tray({"trayer", "--edge", "bottom", "--align", "right", "--widthtype", "pixel",
+                           "--width", "40", "--heighttype", "pixel", "--height", "40"});
+        eventually("there is a tray", [] { return hasWindow("panel"); });
+        return tray;
+    }
+
+    /// Whether the colour, as 0xRRGGBB, is anywhere in the tray.
+    static bool trayHas(std::uint32_t colour) {
+        const auto bar = desktop().windows().geometry(desktop().windows().windowTitled("panel").value());
+        const auto cookie =
+            xcb_get_image(desktop().connection(), XCB_IMAGE_FORMAT_Z_PIXMAP, desktop().rootWindow(),
+                          static_cast<std::int16_t>(bar.x), static_cast<std::int16_t>(bar.y),
+                          static_cast<std::uint16_t>(bar.width), static_cast<std::uint16_t>(bar.height), ~0U);
+        const std::unique_ptr<xcb_get_image_reply_t, decltype(&std::free)> image(
+            xcb_get_image_reply(desktop().connection(), cookie, nullptr), &std::free);
+        if (!image)
+            return false;
+        const auto* pixels = reinterpret_cast<const std::uint32_t*>(xcb_get_image_data(image.get()));
+        return std::any_of(pixels, pixels + bar.width * bar.height,
+                           [&](std::uint32_t pixel) { return (pixel & 0xFFFFFF) == colour; });
     }
 
     /// The commands of the launcher entry's actions.
@@ -78,10 +106,26 @@ TEST_F(StartDesktop, TheFirstStartShowsTwoPagesThenTheSettingsAndNoLaterOneDoes)
     eventually("it begins at its first page", [&] { return shows("Welcome to"); });
 }
 
+TEST_F(StartDesktop, TheTraysSymbolFollowsTheDesktopBetweenLightAndDark) {
+    const ChildProcess tray = startTray();
+    start();
+    const auto prefers = [](const char* scheme) {
+        runChild({"dbus-send", "--session", "--type=signal", "/org/freedesktop/portal/desktop",
+                  "org.freedesktop.portal.Settings.SettingChanged", "string:org.freedesktop.appearance",
+                  "string:color-scheme", std::string("variant:uint32:") + scheme},
+                 5s);
+    };
+    constexpr std::uint32_t kInk = 0x1D1D22;
+    constexpr std::uint32_t kChalk = 0xF2F2F7;
+    eventually("the symbol is dark on a light desktop", [] { return trayHas(kInk) && !trayHas(kChalk); });
+    prefers("1");
+    eventually("it turns light", [] { return trayHas(kChalk) && !trayHas(kInk); });
+    prefers("2");
+    eventually("it turns dark", [] { return trayHas(kInk) && !trayHas(kChalk); });
+}
+
 TEST_F(StartDesktop, TheTrayItemOpensAMenuWhoseKeysWork) {
-    ChildProcess tray({"trayer", "--edge", "bottom", "--align", "right", "--widthtype", "pixel", "--width",
-                       "40", "--heighttype", "pixel", "--height", "40"});
-    eventually("there is a tray", [] { return hasWindow("panel"); });
+    const ChildProcess tray = startTray();
     start();
     EXPECT_EQ(output().find("shows no tray"), std::string::npos) << output();
     const auto menu = [&] { return visiblePopupOf(desktop(), static_cast<std::uint32_t>(process())); };
