@@ -18,6 +18,13 @@ constexpr int kOutside = BracketField::kOutside;
 constexpr double kRing = 2;
 constexpr int kRaised = -1;
 
+QString onOneLine(QString text) {
+    for (const QChar lineBreak :
+         {QChar(u'\n'), QChar(u'\r'), QChar(QChar::LineSeparator), QChar(QChar::ParagraphSeparator)})
+        text.replace(lineBreak, QLatin1Char(' '));
+    return text;
+}
+
 } // namespace
 
 class BracketField::Edit final : public PanelTextEdit {
@@ -29,12 +36,31 @@ public:
         setPalette(colors);
     }
 
+    /// Takes line breaks out that the last change has brought. True where there were any, and so one more
+    /// change has followed.
+    bool joinLines() {
+        const QString before = text();
+        if (!before.contains(QLatin1Char('\n')))
+            return false;
+        const int caret = textCursor().position();
+        QTextCursor cursor(document());
+        // One step back takes both changes back.
+        cursor.joinPreviousEditBlock();
+        cursor.select(QTextCursor::Document);
+        cursor.insertText(onOneLine(before));
+        cursor.endEditBlock();
+        cursor.setPosition(caret);
+        setTextCursor(cursor);
+        return true;
+    }
+
 protected:
     void keyPressEvent(QKeyEvent* event) override {
         const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-        if (!isReturn || (event->modifiers() & ~Qt::KeypadModifier))
+        const bool isPlain = !(event->modifiers() & ~Qt::KeypadModifier);
+        if (!isReturn)
             PanelTextEdit::keyPressEvent(event);
-        else if (field_.onReturn && !event->isAutoRepeat())
+        else if (isPlain && field_.onReturn && !event->isAutoRepeat())
             field_.onReturn();
     }
 
@@ -50,9 +76,7 @@ protected:
         field_.update();
     }
 
-    [[nodiscard]] QString pasted(const QString& text) const override {
-        return QString(text).replace(QLatin1Char('\n'), QLatin1Char(' '));
-    }
+    [[nodiscard]] QString pasted(const QString& text) const override { return onOneLine(text); }
 
     [[nodiscard]] int caretHeight() const override { return 18; }
 
@@ -68,16 +92,23 @@ private:
 
 BracketField::BracketField(std::int64_t id, const QString& text, QWidget* parent)
     : QWidget(parent), id_(id), edit_(new Edit(*this)) {
-    edit_->setText(text);
-    edit_->setAccessibleName(text);
+    setText(text);
+    edit_->setAccessibleName(onOneLine(text));
     edit_->onEdited = [this] {
-        if (onEdited)
+        // The change that joins them is told instead.
+        if (!edit_->joinLines() && onEdited)
             onEdited(edit_->text());
     };
 }
 
 PanelTextEdit& BracketField::edit() const {
     return *edit_;
+}
+
+void BracketField::setText(const QString& text) {
+    const QString line = onOneLine(text);
+    if (edit_->text() != line)
+        edit_->setText(line);
 }
 
 void BracketField::setCaretShown(bool shown) {

@@ -7,7 +7,8 @@
 
 namespace quillmoth {
 
-/// The field for one blank of the form: one line, with an edge.
+/// The field for one blank of the form, with an edge. It has one line: where a text comes with several, by
+/// whatever way, their breaks become blanks.
 class BracketField final : public QWidget {
 public:
     static constexpr int kHeight = 32;
@@ -19,6 +20,9 @@ public:
     [[nodiscard]] std::int64_t id() const { return id_; }
 
     [[nodiscard]] PanelTextEdit& edit() const;
+
+    /// Puts the caret behind the text, unless the field shows it already. Not told to `onEdited`.
+    void setText(const QString& text);
 
     void setCaretShown(bool shown);
 

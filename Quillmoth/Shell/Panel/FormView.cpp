@@ -72,11 +72,8 @@ void FormView::makeFields(const std::vector<ExtractedText>& pieces) {
 
 void FormView::updateFields(const std::vector<ExtractedText>& pieces) {
     const auto blanks = blanksOf(pieces);
-    for (std::size_t index = 0; index < fields_.size(); ++index) {
-        const QString text = QString::fromStdString(blanks[index]->text);
-        if (fields_[index]->edit().text() != text)
-            fields_[index]->edit().setText(text);
-    }
+    for (std::size_t index = 0; index < fields_.size(); ++index)
+        fields_[index]->setText(QString::fromStdString(blanks[index]->text));
 }
 
 void FormView::dismiss() {

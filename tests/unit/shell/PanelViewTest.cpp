@@ -1,7 +1,6 @@
-#include "tests/unit/shell/PanelFixture.h"
+#include "tests/unit/shell/PanelViewFixture.h"
 
 #include <QClipboard>
-#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QTest>
 
@@ -11,47 +10,7 @@ namespace quillmoth {
 
 namespace {
 
-class PanelViewTest : public testing::Test {
-protected:
-    PanelViewTest()
-        : panel({makePreset("📣", "Call to action", "A call to [whom] for [what]!", "nonContext"),
-                 makePreset("📧", "Write an email", "Write an email", "nonContext"),
-                 makePreset("💡", "Brainstorm ideas", "Ideas", "nonContext"),
-                 makePreset("🌐", "Translate", "Translate: {selected text}")}),
-          model(*panel.model), field(panel.view->commandArea().field()), list(panel.view->listArea()) {
-        panel.open();
-    }
-
-    void press(QWidget& widget, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier,
-               bool repeat = false) {
-        QKeyEvent event(QEvent::KeyPress, key, modifiers, QString(), repeat);
-        QApplication::sendEvent(&widget, &event);
-        panel.settle();
-    }
-
-    void type(QWidget& widget, const QString& text) {
-        QTest::keyClicks(&widget, text);
-        panel.settle();
-    }
-
-    void openForm() {
-        model._selectedIndex = 0;
-        press(field, Qt::Key_Return);
-    }
-
-    void converse(const std::string& answer) {
-        model._messages = {{"S", "system", "You're a helpful assistant!"},
-                           {"U", "user", "Why?"},
-                           {"A", "assistant", answer}};
-        model._responseValue = answer;
-        panel.settle();
-    }
-
-    PanelUnderTest panel;
-    DataModel& model;
-    CommandField& field;
-    ListArea& list;
-};
+using PanelViewTest = PanelViewFixture;
 
 TEST_F(PanelViewTest, WhatIsTypedBecomesTheCommandAndFiltersTheList) {
     EXPECT_EQ(list.presets().rowCount(), 4);
@@ -128,34 +87,6 @@ TEST_F(PanelViewTest, AHeldKeyDoesNotStepTwice) {
     type(field, QStringLiteral("x"));
     press(field, Qt::Key_Escape, Qt::NoModifier, true);
     EXPECT_EQ(*model._command, "x");
-}
-
-TEST_F(PanelViewTest, ReturnWalksTheFormFromTopToBottomAndSendsIt) {
-    openForm();
-    ASSERT_EQ(list.form().fields().size(), 2U);
-    PanelTextEdit& whom = list.form().fields()[0]->edit();
-    PanelTextEdit& what = list.form().fields()[1]->edit();
-    EXPECT_EQ(panel.surface().focusWidget(), &whom);
-    type(whom, QStringLiteral("writers"));
-    EXPECT_EQ(whom.text(), QStringLiteral("writers"));
-    press(whom, Qt::Key_Return);
-    EXPECT_EQ(panel.surface().focusWidget(), &what);
-    type(what, QStringLiteral("ink"));
-    press(what, Qt::Key_Return);
-    ASSERT_FALSE(model._messages->empty());
-    EXPECT_EQ(model._messages->back().content, "A call to writers for ink!");
-    panel.platform.mainQueue.advance(0.2);
-    panel.settle();
-    EXPECT_EQ(panel.surface().focusWidget(), &field);
-}
-
-TEST_F(PanelViewTest, BackLeavesTheForm) {
-    openForm();
-    EXPECT_TRUE(field.isHidden());
-    panel.view->commandArea().backButton().click();
-    panel.settle();
-    EXPECT_FALSE(field.isHidden());
-    EXPECT_TRUE(list.form().fields().empty());
 }
 
 TEST_F(PanelViewTest, ClicksReachTheRowUnderThePointer) {

@@ -1,0 +1,91 @@
+#include "tests/unit/shell/PanelViewFixture.h"
+
+#include <QClipboard>
+#include <QMimeData>
+
+namespace quillmoth {
+
+namespace {
+
+class PanelFormTest : public PanelViewFixture {
+protected:
+    void openForm() {
+        model._selectedIndex = 0;
+        press(field, Qt::Key_Return);
+    }
+};
+
+TEST_F(PanelFormTest, ReturnWalksTheFormFromTopToBottomAndSendsIt) {
+    openForm();
+    ASSERT_EQ(list.form().fields().size(), 2U);
+    PanelTextEdit& whom = list.form().fields()[0]->edit();
+    PanelTextEdit& what = list.form().fields()[1]->edit();
+    EXPECT_EQ(panel.surface().focusWidget(), &whom);
+    type(whom, QStringLiteral("writers"));
+    EXPECT_EQ(whom.text(), QStringLiteral("writers"));
+    press(whom, Qt::Key_Return);
+    EXPECT_EQ(panel.surface().focusWidget(), &what);
+    type(what, QStringLiteral("ink"));
+    press(what, Qt::Key_Return);
+    ASSERT_FALSE(model._messages->empty());
+    EXPECT_EQ(model._messages->back().content, "A call to writers for ink!");
+    panel.platform.mainQueue.advance(0.2);
+    panel.settle();
+    EXPECT_EQ(panel.surface().focusWidget(), &field);
+}
+
+TEST_F(PanelFormTest, BackLeavesTheForm) {
+    openForm();
+    EXPECT_TRUE(field.isHidden());
+    panel.view->commandArea().backButton().click();
+    panel.settle();
+    EXPECT_FALSE(field.isHidden());
+    EXPECT_TRUE(list.form().fields().empty());
+}
+
+TEST_F(PanelFormTest, ABlankHasOneLineWhateverComesIn) {
+    model._PromptM.get()->mutatePrompts([](auto& all) { all[0].prompt = "For [two\nlines]"; });
+    openForm();
+    PanelTextEdit& blank = list.form().fields()[0]->edit();
+    EXPECT_EQ(blank.text(), QStringLiteral("[two lines]"));
+
+    QMimeData lines;
+    lines.setText(QStringLiteral("a\r\nb\u2028c\u2029d"));
+    const std::vector<std::pair<QString, std::function<void()>>> ways{
+        {QString(), [&] { press(blank, Qt::Key_Return, Qt::ShiftModifier); }},
+        {QString(), [&] { press(blank, Qt::Key_Enter, Qt::ShiftModifier | Qt::KeypadModifier); }},
+        {QStringLiteral("a b c d"),
+         [&] {
+             QGuiApplication::clipboard()->setText(lines.text());
+             blank.paste();
+         }},
+        {QStringLiteral("a b c d"),
+         [&] {
+             QDragEnterEvent enter(QPoint(1, 1), Qt::CopyAction, &lines, Qt::LeftButton, {});
+             QApplication::sendEvent(blank.viewport(), &enter);
+             QDropEvent drop(QPointF(1, 1), Qt::CopyAction, &lines, Qt::LeftButton, {});
+             QApplication::sendEvent(blank.viewport(), &drop);
+         }},
+        {QStringLiteral("x y"),
+         [&] {
+             QInputMethodEvent commit;
+             commit.setCommitString(QStringLiteral("x\ny"));
+             QApplication::sendEvent(&blank, &commit);
+         }},
+    };
+    for (const auto& [expected, happen] : ways) {
+        blank.selectAll();
+        blank.textCursor().removeSelectedText();
+        happen();
+        EXPECT_EQ(blank.text(), expected);
+        EXPECT_EQ(model._extractedTexts.get()[1].text, expected.toStdString());
+        EXPECT_EQ(blank.textCursor().position(), expected.size());
+    }
+    blank.undo();
+    EXPECT_EQ(blank.text(), QString());
+    EXPECT_TRUE(model._messages->empty());
+}
+
+} // namespace
+
+} // namespace quillmoth
