@@ -47,6 +47,9 @@ bool FormView::refresh() {
         makeFields(pieces);
     else
         updateFields(pieces);
+    // The height is often that of the form before, and then no resizing follows.
+    if (isNew)
+        place();
     return isNew || heightForWidth(width()) != before;
 }
 
@@ -106,6 +109,10 @@ int FormView::heightForWidth(int width) const {
 }
 
 void FormView::resizeEvent(QResizeEvent*) {
+    place();
+}
+
+void FormView::place() {
     const int inside = width() - 2 * kSideInset;
     const int textHeight = text_->heightForWidth(inside);
     text_->setGeometry(kSideInset, kTop, inside, textHeight);

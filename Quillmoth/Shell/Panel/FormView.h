@@ -37,6 +37,7 @@ private:
     [[nodiscard]] bool isOfThisForm(const std::vector<ExtractedText>& pieces) const;
     void makeFields(const std::vector<ExtractedText>& pieces);
     void updateFields(const std::vector<ExtractedText>& pieces);
+    void place();
 
     std::shared_ptr<FloatingViewController> controller_;
     ChipText* text_;

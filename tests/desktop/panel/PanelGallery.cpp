@@ -234,6 +234,12 @@ void drawConversations(Gallery& gallery) {
     gallery.draw(QStringLiteral("history-empty"),
                  [](PanelUnderTest& panel) { panel.model->_openHistory = true; });
     gallery.draw(QStringLiteral("form"), openForm);
+    gallery.draw(QStringLiteral("form-second-opening"), [](PanelUnderTest& panel) {
+        openForm(panel);
+        panel.settle();
+        panel.controller->backClicked();
+        openForm(panel);
+    });
 }
 
 } // namespace

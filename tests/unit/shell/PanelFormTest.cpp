@@ -34,13 +34,22 @@ TEST_F(PanelFormTest, ReturnWalksTheFormFromTopToBottomAndSendsIt) {
     EXPECT_EQ(panel.surface().focusWidget(), &field);
 }
 
-TEST_F(PanelFormTest, BackLeavesTheForm) {
+TEST_F(PanelFormTest, BackLeavesTheFormAndItsNextOpeningLooksTheSame) {
+    const auto places = [&] {
+        std::vector<QRect> all;
+        for (const BracketField* blank : list.form().fields())
+            all.push_back(blank->geometry());
+        return all;
+    };
     openForm();
     EXPECT_TRUE(field.isHidden());
+    const auto first = places();
     panel.view->commandArea().backButton().click();
     panel.settle();
     EXPECT_FALSE(field.isHidden());
     EXPECT_TRUE(list.form().fields().empty());
+    openForm();
+    EXPECT_EQ(places(), first);
 }
 
 TEST_F(PanelFormTest, ABlankHasOneLineWhateverComesIn) {
