@@ -134,6 +134,10 @@ void FloatingView::showEvent(QShowEvent* event) {
     if (!std::exchange(appeared_, true))
         controller_->viewAppeared();
     refresh();
+    // What is typed next takes the place of what was left in the field; a blank stands for a question on its
+    // way.
+    if (!event->spontaneous() && !command_->field().text().trimmed().isEmpty())
+        command_->field().selectEverything();
 }
 
 void FloatingView::setPanelActive(bool active) {
@@ -186,7 +190,7 @@ void FloatingView::typeIntoField(const QKeyEvent& event) {
 bool FloatingView::handleKey(QObject* watched, const QKeyEvent& event) {
     if (event.matches(QKeySequence::Copy))
         return copySelection(watched);
-    if (scrollByKey(event))
+    if (scrollByKey(event) || moveInRows(watched, event))
         return true;
     const auto key = panelKeyFor(event);
     if (!key)
@@ -215,6 +219,19 @@ bool FloatingView::scrollByKey(const QKeyEvent& event) {
     if ((!down && event.key() != Qt::Key_PageUp) || event.modifiers() != Qt::NoModifier)
         return false;
     list_->scrollView().scrollByPages(down ? 1 : -1);
+    return true;
+}
+
+/// The arrows belong to the rows, wherever the Tab key has led; the field takes the Return that follows.
+bool FloatingView::moveInRows(const QObject* watched, const QKeyEvent& event) {
+    using Command = FloatingViewController::FieldCommand;
+    const bool down = event.key() == Qt::Key_Down;
+    const bool isPlain = !(event.modifiers() & ~Qt::KeypadModifier);
+    if ((!down && event.key() != Qt::Key_Up) || !isPlain || watched == &command_->field() ||
+        !list_->showsRows())
+        return false;
+    focusCommandField();
+    controller_->fieldCommand(down ? Command::moveDown : Command::moveUp, false);
     return true;
 }
 
@@ -264,15 +281,7 @@ void FloatingView::followFocusField() {
 }
 
 void FloatingView::announceChanges() {
-    const bool loading = controller_->model()._isLoading;
-    const std::string& error = controller_->model()._error;
-    if (error != spokenError_ && !error.empty())
-        spoken_.announce(QString::fromStdString(error));
-    else if (loading != spokenLoading_)
-        spoken_.announce(loading ? QStringLiteral("Waiting for the answer")
-                                 : QStringLiteral("Answer finished"));
-    spokenError_ = error;
-    spokenLoading_ = loading;
+    spoken_.follow(controller_->model()._isLoading, controller_->model()._error);
 }
 
 std::unique_ptr<FloatingView> makeFloatingView(std::shared_ptr<FloatingViewController> controller,

@@ -56,6 +56,7 @@ private:
     bool handleKey(QObject* watched, const QKeyEvent& event);
     bool copySelection(QObject* watched);
     bool scrollByKey(const QKeyEvent& event);
+    bool moveInRows(const QObject* watched, const QKeyEvent& event);
     void typeIntoField(const QKeyEvent& event);
     void focusMoved(QWidget& widget, Qt::FocusReason reason);
     void focusCommandField();
@@ -75,8 +76,6 @@ private:
     bool active_ = true;
     int refreshCount_ = 0;
     int placedCommandHeight_ = 0;
-    bool spokenLoading_ = false;
-    std::string spokenError_;
     Subscription updates_;
     Subscription fieldFocus_;
     Subscription presetScroll_;

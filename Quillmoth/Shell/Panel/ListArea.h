@@ -23,6 +23,9 @@ public:
 
     void revealHistory(std::int64_t index) { wantedHistory_ = index; }
 
+    /// Whether presets or stored conversations are to be chosen from.
+    [[nodiscard]] bool showsRows() const { return !presets_->isHidden() || !history_->isHidden(); }
+
     [[nodiscard]] QString selectedText() const;
     void clearSelection();
 

@@ -20,8 +20,16 @@ SpokenMessage::SpokenMessage(const QString& text, QWidget* parent) : QWidget(par
     QTimer::singleShot(kLife, this, [this] { deleteLater(); });
 }
 
+void SpokenStatus::follow(bool isLoading, const std::string& error) {
+    if (error != error_ && !error.empty())
+        announce(QString::fromStdString(error));
+    else if (isLoading != isLoading_)
+        announce(isLoading ? QStringLiteral("Waiting for the answer") : QStringLiteral("Answer finished"));
+    error_ = error;
+    isLoading_ = isLoading;
+}
+
 void SpokenStatus::announce(const QString& text) {
-    ++announcements_;
     // Coming up is what makes it heard.
     (new SpokenMessage(text, &parent_))->show();
 }

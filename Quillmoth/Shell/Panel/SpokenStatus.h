@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+#include <string>
+
 namespace quillmoth {
 
 /// What is said to a screen reader once: an element that is not seen, and that goes by itself.
@@ -16,13 +18,15 @@ class SpokenStatus final {
 public:
     explicit SpokenStatus(QWidget& parent) : parent_(parent) {}
 
-    void announce(const QString& text);
-
-    [[nodiscard]] int announcements() const { return announcements_; }
+    /// Tells a new error, or else that an answer is waited for or finished.
+    void follow(bool isLoading, const std::string& error);
 
 private:
+    void announce(const QString& text);
+
     QWidget& parent_;
-    int announcements_ = 0;
+    bool isLoading_ = false;
+    std::string error_;
 };
 
 } // namespace quillmoth

@@ -32,6 +32,42 @@ TEST_F(PanelViewTest, ArrowsMoveTheSelectionAndTheCaret) {
     EXPECT_LE(field.textCursor().position(), 3);
 }
 
+TEST_F(PanelViewTest, ArrowsInTheBarMoveTheSelectionAndReturnRunsIt) {
+    QWidget& bar = panel.view->bottomBar().widgetFor(BottomBar::Item::history);
+    for (const int key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Up, Qt::Key_Down}) {
+        bar.setFocus();
+        press(bar, key);
+    }
+    EXPECT_EQ(model._selectedIndex, 1);
+    ASSERT_EQ(panel.surface().focusWidget(), &field);
+    press(field, Qt::Key_Return);
+    ASSERT_EQ(model._messages->size(), 2U);
+    EXPECT_EQ(model._messages->back().content, "Write an email");
+
+    model._openHistory = true;
+    model._oldMessages = {{.topic = "A", .message = {}, .created = 0},
+                          {.topic = "B", .message = {}, .created = 0}};
+    panel.settle();
+    press(bar, Qt::Key_Down);
+    EXPECT_EQ(model._keyHistorySelected, 1);
+}
+
+TEST_F(PanelViewTest, ATextLeftInTheFieldIsSelectedWhenThePanelOpensAgain) {
+    type(field, QStringLiteral("ema"));
+    panel.panel().close();
+    panel.open();
+    EXPECT_EQ(field.textCursor().selectedText(), QStringLiteral("ema"));
+    type(field, QStringLiteral("c"));
+    EXPECT_EQ(*model._command, "c");
+    field.undo();
+    EXPECT_EQ(field.text(), QStringLiteral("ema"));
+    // The blank that stands in the field while an answer is waited for.
+    panel.panel().close();
+    model._command = std::string(" ");
+    panel.open();
+    EXPECT_FALSE(field.textCursor().hasSelection());
+}
+
 TEST_F(PanelViewTest, ShiftReturnAddsALineAndReturnRuns) {
     type(field, QStringLiteral("a"));
     press(field, Qt::Key_Return, Qt::ShiftModifier);
