@@ -31,7 +31,10 @@ FloatingViewController::FloatingViewController(std::shared_ptr<DataModel> model,
 
 void FloatingViewController::observe() {
     const auto changed = [this](std::string_view) { scheduleUpdate(); };
-    modelSubscription_ = model_->objectWillChange(changed);
+    modelSubscription_ = model_->objectWillChange([this](std::string_view field) {
+        listRewritten_ = listRewritten_ || field == model_->_filteredData.name();
+        scheduleUpdate();
+    });
     promptsSubscription_ = model_->_PromptM.get()->objectWillChange(changed);
     ownSubscription_ = objectWillChange(changed);
 }
@@ -58,8 +61,7 @@ void FloatingViewController::update() {
         .keyHistorySelected = model_->_keyHistorySelected,
     };
     const Seen before = std::exchange(seen_, now);
-    if (now.command != before.command)
-        commandChanged(now.command);
+    followCommand(before);
     if (!now.isLoading && before.isLoading)
         model_->_didFocus = true;
     if (now.nonContextPrompt != before.nonContextPrompt)
@@ -72,6 +74,18 @@ void FloatingViewController::update() {
         scrollToHistory_.emit(now.keyHistorySelected);
     serveFocusRequest();
     updated_.emit();
+}
+
+/// A capture, or a change of the presets, lists all of them again, whatever is in the field. Leaving the form
+/// does so too, and there all of them are wanted.
+void FloatingViewController::followCommand(const Seen& before) {
+    const bool isNewList = std::exchange(listRewritten_, false) && !seen_.command.empty() &&
+                           seen_.nonContextPrompt == before.nonContextPrompt;
+    if (seen_.command == before.command && !isNewList)
+        return;
+    commandChanged(seen_.command);
+    // The list that this has made is not another one.
+    listRewritten_ = false;
 }
 
 void FloatingViewController::commandChanged(const std::string& value) {

@@ -139,6 +139,7 @@ private:
 
     void observe();
     void scheduleUpdate();
+    void followCommand(const Seen& before);
     void commandChanged(const std::string& value);
     void formToggled(bool shown);
     void pinPanel(bool pinned);
@@ -155,6 +156,7 @@ private:
     platform::Platform platform_;
     Seen seen_;
     bool updateScheduled_ = false;
+    bool listRewritten_ = false;
     Signal<> updated_;
     Signal<> fieldFocus_;
     Signal<std::int64_t> scrollToPreset_;

@@ -62,6 +62,23 @@ TEST_F(FloatingViewControllerTest, a_command_written_by_the_model_is_followed_at
     EXPECT_EQ(*model->_filteredData, (Rows{2, 3}));
 }
 
+TEST_F(FloatingViewControllerTest, a_list_made_by_a_capture_or_an_edit_follows_the_command) {
+    for (const char* command : {"ca", ":ca"}) {
+        view->commandEdited("");
+        view->commandEdited(command);
+        const Rows rows = *model->_filteredData;
+        model->captureContext();
+        settle();
+        EXPECT_EQ(*model->_filteredData, rows);
+        view->fieldCommand(FieldCommand::moveDown, false);
+        EXPECT_EQ(model->_selectedIndex, rows.front());
+        model->refreshList();
+        settle();
+        EXPECT_EQ(*model->_filteredData, rows);
+        EXPECT_EQ(model->_selectedIndex, -1);
+    }
+}
+
 TEST_F(FloatingViewControllerTest, keys_of_the_field_act_and_are_consumed_as_told) {
     EXPECT_EQ(view->fieldCommand(FieldCommand::moveDown, false), FieldAnswer::notConsumed);
     EXPECT_EQ(model->_selectedIndex, 2);
