@@ -48,8 +48,15 @@ public:
         }
     }
 
+    std::function<void()> onMoved;
+
 protected:
     void resizeEvent(QResizeEvent*) override { place(); }
+
+    void moveEvent(QMoveEvent*) override {
+        if (onMoved)
+            onMoved();
+    }
 
 private:
     std::vector<Item> items_;
@@ -90,6 +97,7 @@ void ListArea::wireSelections() {
     };
     conversation_->onHeightChanged = [this] { refreshConversation(true); };
     scroll_->onScrolled = [this] { prepareToShow(); };
+    stack_->onMoved = [this] { followPointer(); };
 }
 
 void ListArea::resizeEvent(QResizeEvent*) {
@@ -107,6 +115,12 @@ void ListArea::refresh() {
     if (contentChanged)
         scroll_->scrollTo(0);
     revealWanted();
+    followPointer();
+}
+
+void ListArea::followPointer() {
+    presets_->followPointer();
+    history_->followPointer();
 }
 
 bool ListArea::refreshTexts() {

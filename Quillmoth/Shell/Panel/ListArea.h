@@ -55,6 +55,7 @@ private:
     void refreshContent(bool relayout);
     void refreshConversation(bool relayout);
     void prepareToShow();
+    void followPointer();
     void revealWanted();
     void revealRow(const RowList& list, int position);
 

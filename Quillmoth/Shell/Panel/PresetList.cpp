@@ -67,7 +67,7 @@ void PresetList::doubleClicked(int position) {
 
 void PresetList::entered(int position) {
     // The row of the typed command is marked by itself while no other has been hovered.
-    if (position > 0)
+    if (position > 0 && controller_->model()._hoverIndex != indexAt(position))
         controller_->presetRowEntered(indexAt(position));
 }
 
@@ -109,7 +109,8 @@ void HistoryList::doubleClicked(int position) {
 }
 
 void HistoryList::entered(int position) {
-    controller_->historyRowEntered(position);
+    if (controller_->model()._keyHistoryHover != position)
+        controller_->historyRowEntered(position);
 }
 
 } // namespace quillmoth

@@ -146,19 +146,23 @@ void RowList::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void RowList::mouseMoveEvent(QMouseEvent* event) {
-    const int position = rowAt(event->position().toPoint().y());
-    if (position != pointedRow_ && position >= 0)
-        entered(position);
-    pointedRow_ = position;
+    pointer_ = mapToGlobal(event->position().toPoint());
+    followPointer();
     event->ignore();
 }
 
+void RowList::followPointer() {
+    const int position = pointer_ ? rowAt(mapFromGlobal(*pointer_).y()) : -1;
+    if (position >= 0)
+        entered(position);
+}
+
 void RowList::leaveEvent(QEvent*) {
-    pointedRow_ = -1;
+    pointer_.reset();
 }
 
 void RowList::hideEvent(QHideEvent*) {
-    pointedRow_ = -1;
+    pointer_.reset();
 }
 
 } // namespace quillmoth

@@ -5,6 +5,8 @@
 #include <QString>
 #include <QWidget>
 
+#include <optional>
+
 namespace quillmoth {
 
 /// A list of equally high rows, each a pictograph and a name. One widget, which asks for and paints only the
@@ -30,12 +32,15 @@ public:
     [[nodiscard]] virtual int selectedPosition() const = 0;
     virtual void clicked(int position) = 0;
     virtual void doubleClicked(int position) = 0;
+    /// The pointer is on a row: at each of its moves, and when another row has come beneath it.
     virtual void entered(int position) = 0;
 
     void setFontSize(double pixelSize);
 
     /// Paints again, and tells a screen reader where the selection has moved.
     void refresh();
+    /// To be called when the rows, or the list itself, may have moved beneath the pointer.
+    void followPointer();
 
     [[nodiscard]] int heightForWidth(int width) const override;
     [[nodiscard]] QRect rowRect(int position) const;
@@ -60,7 +65,8 @@ private:
 
     double fontSize_ = 16;
     int paintedRows_ = 0;
-    int pointedRow_ = -1;
+    /// Where the pointer has last moved over the list, on the screen.
+    std::optional<QPoint> pointer_;
     int spokenRow_ = -1;
 };
 

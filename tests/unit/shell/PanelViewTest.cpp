@@ -10,7 +10,15 @@ namespace quillmoth {
 
 namespace {
 
-using PanelViewTest = PanelViewFixture;
+class PanelViewTest : public PanelViewFixture {
+protected:
+    void pointAt(RowList& rows, int position) {
+        const QPointF place = rows.rowRect(position).center();
+        QMouseEvent move(QEvent::MouseMove, place, rows.mapToGlobal(place), Qt::NoButton, Qt::NoButton, {});
+        QApplication::sendEvent(&rows, &move);
+        panel.settle();
+    }
+};
 
 TEST_F(PanelViewTest, WhatIsTypedBecomesTheCommandAndFiltersTheList) {
     EXPECT_EQ(list.presets().rowCount(), 4);
@@ -132,13 +140,33 @@ TEST_F(PanelViewTest, ClicksReachTheRowUnderThePointer) {
     EXPECT_EQ(model._selectedIndex, 1);
     const QPoint between(third.x(), presets.rowRect(2).bottom() + 1);
     EXPECT_EQ(presets.rowAt(between.y()), -1);
-    QTest::mouseMove(&presets, presets.rowRect(3).center());
-    QMouseEvent move(QEvent::MouseMove, presets.rowRect(3).center(), presets.rowRect(3).center(),
-                     Qt::NoButton, Qt::NoButton, {});
-    QApplication::sendEvent(&presets, &move);
+    pointAt(presets, 3);
     EXPECT_EQ(model._hoverIndex, 2);
     QTest::mouseDClick(&presets, Qt::LeftButton, {}, third);
     EXPECT_EQ(model._messages->back().content, "Write an email");
+}
+
+TEST_F(PanelViewTest, TheRowThatComesBeneathThePointerIsMarked) {
+    pointAt(list.presets(), 1);
+    EXPECT_EQ(model._hoverIndex, 0);
+    type(field, QStringLiteral("ema"));
+    EXPECT_EQ(model._hoverIndex, 1);
+    type(field, QStringLiteral("z"));
+    EXPECT_EQ(model._hoverIndex, -1);
+    pointAt(list.presets(), 0);
+    EXPECT_EQ(model._hoverIndex, -1);
+
+    model._openHistory = true;
+    model._oldMessages = std::vector<oldMessagesStruct>(50, {.topic = "A", .message = {}, .created = 0});
+    panel.settle();
+    pointAt(list.history(), 2);
+    EXPECT_EQ(model._keyHistoryHover, 2);
+    list.scrollView().scrollTo(3 * list.history().rowRect(1).top());
+    EXPECT_EQ(model._keyHistoryHover, 5);
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(&list.history(), &leave);
+    list.scrollView().scrollTo(0);
+    EXPECT_EQ(model._keyHistoryHover, 5);
 }
 
 TEST_F(PanelViewTest, TheFieldGrowsToItsLimitAndThePanelWithIt) {
