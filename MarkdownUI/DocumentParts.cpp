@@ -76,7 +76,7 @@ private:
             PartInfo part{
                 .kind = PartInfo::Kind::image, .text = image->alt, .place = unit_, .index = index++};
             if (image->destination)
-                part.destination = resolveURL(*image->destination, state_.options().baseURL).value_or("");
+                part.destination = resolveLink(*image->destination, state_.options().baseURL).value_or("");
             parts_.push_back(std::move(part));
         }
         return index;

@@ -111,7 +111,7 @@ std::vector<LinkInfo> linksOfBlock(const DocumentState& state, std::size_t block
     const IsImageLoaded isLoaded = state.imageQuestion();
     std::string text;
     forEachLink(*values, isLoaded, [&](std::size_t begin, std::size_t end, const std::string& destination) {
-        const auto url = resolveURL(destination, state.options().baseURL);
+        const auto url = resolveLink(destination, state.options().baseURL);
         if (!url)
             return;
         if (text.empty())

@@ -17,7 +17,7 @@ ImageItem imageItem(const LayoutContext& context, const Inline::Image& image, co
     item.source = context.imageURL(image.source.value_or(std::string()));
     item.alt = image.alt;
     if (image.destination)
-        item.destination = resolveURL(*image.destination, context.options.baseURL).value_or(std::string());
+        item.destination = resolveLink(*image.destination, context.options.baseURL).value_or(std::string());
     const ImageStatus status = item.source.empty() ? ImageStatus{} : context.images.imageStatus(item.source);
     if (status.state == ImageState::success) {
         const double scale = std::min(1.0, width / std::max(status.naturalSize.width, 1.0));

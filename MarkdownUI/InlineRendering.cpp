@@ -44,7 +44,7 @@ private:
 
     void renderKind(const inlines::Link& link, const SharedAttributes& bag) {
         AttributeContainer inner = collecting(environment_.link, bag);
-        inner.link = resolveURL(link.destination, environment_.baseURL);
+        inner.link = resolveLink(link.destination, environment_.baseURL);
         renderChildren(link.children, std::move(inner));
     }
 

@@ -27,7 +27,7 @@ struct InlineEnvironment {
 };
 
 /// One inline as text in the style of `attributes`. Images inside give nothing; a link whose destination is
-/// no URL gives plain text. Fonts are not realized yet.
+/// no URL, or a relative one without a base, gives plain text. Fonts are not realized yet.
 [[nodiscard]] AttributedText inlineToAttributed(const Inline& value, const InlineEnvironment& environment,
                                                 const AttributeContainer& attributes);
 

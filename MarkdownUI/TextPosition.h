@@ -31,13 +31,12 @@ struct PartInfo {
     enum class Kind : std::uint8_t { heading, link, image, copyButton };
 
     Kind kind = Kind::heading;
-    int level = 0;      ///< of a heading
-    TextRange range{};  ///< of a heading or link
-    std::string text{}; ///< of a heading or link; what an image shows
-    /// Of a link, or of an image that is one: absolute URL, or as written where there is no base.
-    std::string destination{};
-    std::size_t place = 0; ///< copy button: its code block; image: the unit that holds it
-    std::size_t index = 0; ///< image: which one of its unit
+    int level = 0;             ///< of a heading
+    TextRange range{};         ///< of a heading or link
+    std::string text{};        ///< of a heading or link; what an image shows
+    std::string destination{}; ///< of a link, or of an image that is one: absolute URL
+    std::size_t place = 0;     ///< copy button: its code block; image: the unit that holds it
+    std::size_t index = 0;     ///< image: which one of its unit
 
     /// True where it can be pressed.
     [[nodiscard]] bool acts() const { return kind == Kind::copyButton || !destination.empty(); }
@@ -55,7 +54,7 @@ struct HeadingInfo {
 
 struct LinkInfo {
     TextRange range;
-    std::string destination{}; ///< absolute URL, or as written where there is no base
+    std::string destination{}; ///< absolute URL
     std::string text;
 
     bool operator==(const LinkInfo&) const = default;

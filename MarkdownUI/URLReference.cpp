@@ -23,15 +23,16 @@ bool isPlain(char c) {
     return isLetter(c) || isDigit(c) || std::string_view("-._~!$&'()*+,;=").find(c) != std::string_view::npos;
 }
 
-/// `text` with characters beyond ASCII percent-encoded; nothing where another one is neither plain nor in
-/// `allowed` nor part of a percent-encoding.
-std::optional<std::string> encoded(std::string_view text, std::string_view allowed) {
+/// `text` with characters beyond ASCII, and those in `tolerated`, percent-encoded; nothing where another one
+/// is neither plain nor in `allowed` nor part of a percent-encoding.
+std::optional<std::string> encoded(std::string_view text, std::string_view allowed,
+                                   std::string_view tolerated) {
     constexpr std::string_view kHex = "0123456789ABCDEF";
     std::string result;
     result.reserve(text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {
         const auto byte = static_cast<unsigned char>(text[i]);
-        if (byte >= 0x80) {
+        if (byte >= 0x80 || tolerated.find(text[i]) != std::string_view::npos) {
             result += {'%', kHex[byte >> 4], kHex[byte & 0xF]};
         } else if (text[i] == '%') {
             if (i + 2 >= text.size() || !isHexDigit(text[i + 1]) || !isHexDigit(text[i + 2]))
@@ -88,9 +89,9 @@ std::optional<std::string_view> cutScheme(std::string_view& text) {
 
 /// Sets `target` to the encoded `part`, if there is one; false where it cannot be.
 bool assign(std::optional<std::string>& target, std::optional<std::string_view> part,
-            std::string_view allowed) {
+            std::string_view allowed, std::string_view tolerated) {
     if (part)
-        target = encoded(*part, allowed);
+        target = encoded(*part, allowed, tolerated);
     return !part || target;
 }
 
@@ -135,14 +136,14 @@ std::optional<URLReference> URLReference::parse(std::string_view text) {
         const std::size_t end = std::min(text.find('/'), text.size());
         const std::string_view authority = text.substr(0, end);
         text.remove_prefix(end);
-        if (!isHostAndPort(authority) || !assign(result.authority, authority, ":@[]"))
+        if (!isHostAndPort(authority) || !assign(result.authority, authority, ":@[]", {}))
             return std::nullopt;
     } else if (!result.scheme && text.substr(0, text.find('/')).find(':') != std::string_view::npos) {
         return std::nullopt; // the first segment of a relative path has no colon
     }
     std::optional<std::string> path;
-    if (!assign(path, text, ":@/") || !assign(result.query, query, ":@/?[]") ||
-        !assign(result.fragment, fragment, ":@/?[]"))
+    if (!assign(path, text, ":@/", "{}|^[]") || !assign(result.query, query, ":@/?[]", "{}|^") ||
+        !assign(result.fragment, fragment, ":@/?[]", "{}|^"))
         return std::nullopt;
     result.path = std::move(*path);
     return result;
@@ -188,6 +189,12 @@ std::optional<std::string> resolveURL(std::string_view text, std::string_view ba
         return std::nullopt;
     const auto baseReference = URLReference::parse(base);
     return (baseReference ? reference->resolvedAgainst(*baseReference) : *reference).text();
+}
+
+std::optional<std::string> resolveLink(std::string_view destination, std::string_view base) {
+    auto url = resolveURL(destination, base);
+    std::string_view rest = url ? std::string_view(*url) : std::string_view();
+    return cutScheme(rest) ? url : std::nullopt;
 }
 
 } // namespace quillmoth::markdown

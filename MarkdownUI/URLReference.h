@@ -7,7 +7,8 @@
 namespace quillmoth::markdown {
 
 /// A URL or relative reference in its five components (RFC 3986, appendix B). Characters beyond ASCII are
-/// accepted and percent-encoded.
+/// accepted and percent-encoded, and so are braces, brackets, "|" and "^" behind the host, which browsers
+/// take.
 struct URLReference {
     std::optional<std::string> scheme;
     std::optional<std::string> authority;
@@ -28,5 +29,9 @@ struct URLReference {
 
 /// `text` as a URL relative to `base` (empty for none); nothing if it does not parse.
 [[nodiscard]] std::optional<std::string> resolveURL(std::string_view text, std::string_view base);
+
+/// The absolute URL that a link leads to; nothing where there is none: a link that nothing can open is no
+/// link.
+[[nodiscard]] std::optional<std::string> resolveLink(std::string_view destination, std::string_view base);
 
 } // namespace quillmoth::markdown

@@ -7,7 +7,7 @@ namespace {
 
 TEST(URLReference, what_is_no_URL_is_refused) {
     for (const char* text : {"", "a b", "http://exa mple.org", "%", "a%2", "a%zz", "<a>", "http://h:port/",
-                             "1a:b", "http://[::1/", "a\"b", "a\\b", "^"})
+                             "1a:b", "http://[::1/", "a\"b", "a\\b", "http://a^b/", "http://{a}/"})
         EXPECT_FALSE(URLReference::parse(text)) << text;
 }
 
@@ -42,6 +42,8 @@ TEST(URLReference, references_are_resolved_against_their_base) {
         {"g?y/../x", "http://a/b/c/g?y/../x"},
         {"mailto:a@b.c", "mailto:a@b.c"},
         {"\xC3\xA4", "http://a/b/c/%C3%A4"},
+        // What people write though it is to be encoded.
+        {"/{id}|[1]^2?a=[{1|2}]^#[^x]", "http://a/%7Bid%7D%7C%5B1%5D%5E2?a=[%7B1%7C2%7D]%5E#[%5Ex]"},
     };
     for (const auto& [text, expected] : cases)
         EXPECT_EQ(resolveURL(text, kBase), expected) << text;

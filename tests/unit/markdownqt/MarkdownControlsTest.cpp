@@ -72,7 +72,7 @@ protected:
 const std::string kControls =
     "# [Title](https://t.org)\n\nSee [one](https://one.org) and *[two](https://two.org)*.\n\n"
     "```\ncode\n```\n\n[![picture](x.png)](https://p.org)\n\n![no link](y.png)\n\n"
-    "| [cell](https://c.org) |\n|---|\n| [bad](<a b>) |\n";
+    "| [cell](https://c.org) |\n|---|\n| [bad](<a b>) [relative](page.html) [![nor this](x.png)](#top) |\n";
 
 } // namespace
 
