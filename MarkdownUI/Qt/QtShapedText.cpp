@@ -16,12 +16,13 @@ namespace {
 
 constexpr double kNoWrapWidth = 1e7; // QTextLine keeps widths in 26.6 fixed point
 
-QTextOption optionOf(const TextOptions& options) {
+QTextOption optionOf(const TextOptions& options, double tabWidth) {
     QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute);
     option.setTextDirection(options.direction == TextDirection::rightToLeft ? Qt::RightToLeft
                                                                             : Qt::LeftToRight);
     option.setWrapMode(std::isinf(options.width) ? QTextOption::NoWrap
                                                  : QTextOption::WrapAtWordBoundaryOrAnywhere);
+    option.setTabStopDistance(tabWidth);
     return option;
 }
 
@@ -79,7 +80,7 @@ QtShapedText::QtShapedText(Input input, const LineHeight& heightOf)
     isOneDirection_ =
         input.options.direction == TextDirection::leftToRight && !hasRightToLeft(input.layoutText);
     layout_.setFormats(input.formats);
-    layout_.setTextOption(optionOf(input.options));
+    layout_.setTextOption(optionOf(input.options, input.tabWidth));
     layout_.setCacheEnabled(true); // or each paint shapes again
     layOut(input.options, heightOf);
 }

@@ -28,6 +28,7 @@ public:
         QFont font;
         QList<QTextLayout::FormatRange> formats;
         TextOptions options;
+        double tabWidth = 0; ///< pixels from one tab stop to the next
     };
 
     QtShapedText(Input input, const LineHeight& heightOf);

@@ -15,6 +15,7 @@ namespace quillmoth::markdown {
 namespace {
 
 constexpr char16_t kAttachment = 0xFFFC;
+constexpr double kTabCharacters = 4;
 constexpr char16_t kStandIn = 0x4E00; // lines may break before and behind it, as around an image
 
 const Font& fontOf(const AttributeContainer& attributes) {
@@ -60,6 +61,7 @@ std::unique_ptr<ShapedText> QtTextEngine::shape(const AttributedText& text, cons
     input.font = fonts_.fontOf(base);
     input.formats = formatsOf(text, base, input.text, input.layoutText);
     input.options = options;
+    input.tabWidth = kTabCharacters * metricsOf(base).averageAdvance;
     auto shaped = std::make_unique<QtShapedText>(
         std::move(input), [&](std::size_t begin, std::size_t end) { return heightOf(text, begin, end); });
     linesShaped_ += shaped->lines().size();

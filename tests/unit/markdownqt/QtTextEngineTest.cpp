@@ -72,6 +72,18 @@ TEST(QtTextEngine, WrapsAtTheWidthAndSpacesLinesEvenly) {
     }
 }
 
+TEST(QtTextEngine, ATabIsAsWideAsFourCharactersOfItsFont) {
+    QtTextEngine engine(MarkdownPalette::panel());
+    for (const double size : {12.0, 40.0}) {
+        AttributeContainer code;
+        code.font = Font{.size = size, .isMonospaced = true};
+        const AttributedText text("\ta\tb", code);
+        const auto shaped = engine.shape(text, {});
+        EXPECT_NEAR(shaped->caretX(0, 1), 4 * engine.metricsOf(*code.font).averageAdvance, 0.1);
+        EXPECT_NEAR(shaped->caretX(0, 3), 2 * shaped->caretX(0, 1), 0.1);
+    }
+}
+
 TEST(QtTextEngine, SelectsEachDirectionOfMixedTextOnItsOwn) {
     QtTextEngine engine(MarkdownPalette::panel());
     const AttributedText text = plain("abc \u05D0\u05D1\u05D2 def");
