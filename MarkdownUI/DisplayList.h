@@ -32,6 +32,7 @@ struct RectangleItem {
     Rect frame;
     Color color = SemanticColor::text;
     double trailingRadius = 0; ///< of the two right corners
+    bool isOverlay = false;    ///< over the text before it; all others are below all text
 };
 
 /// A named symbol of the system, tinted.

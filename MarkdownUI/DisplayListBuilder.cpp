@@ -95,7 +95,7 @@ private:
             addBox(unit, Part::content, region.offset);
         endRegion(place);
         const Rect bar{region.frame.x, region.frame.y, kSideBarWidth, region.frame.height};
-        list_.push_back(RectangleItem{bar, SemanticColor::gray});
+        list_.push_back(RectangleItem{.frame = bar, .color = SemanticColor::gray, .isOverlay = true});
         const ButtonItem button = copyButton(state_, codeBlock);
         if (isInSight(button.frame))
             list_.push_back(button);

@@ -138,7 +138,7 @@ void DisplayListPainter::paint(QPainter& painter, const DisplayList& list, const
     painter.restore();
 }
 
-/// All of them, below everything else; those of a scroll region clipped to it.
+/// All but overlays, below everything else; those of a scroll region clipped to it.
 void DisplayListPainter::paintRectangles(QPainter& painter, const DisplayList& list) {
     std::size_t regionEnd = 0;
     for (std::size_t index = 0; index < list.size(); ++index) {
@@ -147,7 +147,9 @@ void DisplayListPainter::paintRectangles(QPainter& painter, const DisplayList& l
             regionEnd = 0;
         }
         if (const auto* rectangle = std::get_if<RectangleItem>(&list[index])) {
-            paintRectangle(painter, *rectangle);
+            if (!rectangle->isOverlay) {
+                paintRectangle(painter, *rectangle);
+            }
         } else if (const auto* region = std::get_if<ScrollRegionItem>(&list[index])) {
             painter.save();
             painter.setClipRect(qt(region->frame), Qt::IntersectClip);
@@ -165,6 +167,10 @@ void DisplayListPainter::paintRange(QPainter& painter, const DisplayList& list, 
         const DisplayItem& item = list[index];
         if (const auto* text = std::get_if<TextLineItem>(&item)) {
             paintText(painter, *text, state, isCode);
+        } else if (const auto* rectangle = std::get_if<RectangleItem>(&item)) {
+            if (rectangle->isOverlay) {
+                paintRectangle(painter, *rectangle);
+            }
         } else if (const auto* symbol = std::get_if<SymbolItem>(&item)) {
             symbols_.draw(painter, QString::fromStdString(symbol->name), qt(symbol->frame),
                           palette_.resolve(symbol->color));

@@ -200,6 +200,10 @@ TEST_F(MarkdownControlsTest, AMegabyteLineOfCodeIsSelectedAndScrolled) {
     const QImage before = picture();
     item.clearSelection();
     EXPECT_NE(picture(), before) << "the fill stands where the text does";
+    for (double y = region.y + 1; y < region.bottom() - 1; ++y) {
+        EXPECT_EQ(before.pixelColor(QPointF(region.x + 2, y).toPoint()), services.palette.gray)
+            << "code passes below the side bar";
+    }
 }
 
 } // namespace quillmoth::markdown
