@@ -22,6 +22,10 @@ Font copyButtonFont() {
     return {.size = 12, .weight = FontProperties::Weight::medium};
 }
 
+std::string copyButtonLabel(const DocumentState& state, std::size_t codeBlock) {
+    return state.justCopied[codeBlock] ? kCopiedLabel : kCopyLabel;
+}
+
 ButtonItem copyButton(DocumentState& state, std::size_t codeBlock) {
     const Rect block = scrollRegionOf(state, state.flow().codeBlocks[codeBlock]).frame;
     const Size label = state.copyLabelSize();
@@ -36,7 +40,7 @@ ButtonItem copyButton(DocumentState& state, std::size_t codeBlock) {
     button.font = copyButtonFont();
     button.isDone = state.justCopied[codeBlock];
     button.symbol = button.isDone ? "checkmark" : "doc.on.doc";
-    button.label = button.isDone ? kCopiedLabel : kCopyLabel;
+    button.label = copyButtonLabel(state, codeBlock);
     button.codeBlock = codeBlock;
     return button;
 }

@@ -188,6 +188,10 @@ void DocumentLayout::setJustCopied(std::size_t codeBlock, bool justCopied) {
         state_->justCopied[codeBlock] = justCopied;
 }
 
+std::string DocumentLayout::copyButtonLabel(std::size_t codeBlock) const {
+    return markdown::copyButtonLabel(*state_, codeBlock);
+}
+
 std::size_t DocumentLayout::groupOfCodeBlock(std::size_t codeBlock) const {
     return state_->flow().codeBlocks[codeBlock];
 }

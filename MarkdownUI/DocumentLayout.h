@@ -102,6 +102,8 @@ public:
     /// What its copy button copies.
     [[nodiscard]] std::string codeBlockText(std::size_t codeBlock) const;
     void setJustCopied(std::size_t codeBlock, bool justCopied);
+    /// What its copy button says now.
+    [[nodiscard]] std::string copyButtonLabel(std::size_t codeBlock) const;
     /// What its scroll region is called.
     [[nodiscard]] std::size_t groupOfCodeBlock(std::size_t codeBlock) const;
 

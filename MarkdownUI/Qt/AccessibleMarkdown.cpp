@@ -8,6 +8,16 @@
 
 namespace quillmoth::markdown {
 
+namespace {
+
+void announce(QWidget& widget, std::size_t part, QAccessible::Event what) {
+    QAccessibleEvent event(&widget, what);
+    event.setChild(static_cast<int>(part));
+    QAccessible::updateAccessibility(&event);
+}
+
+} // namespace
+
 AccessibleMarkdownText::AccessibleMarkdownText(MarkdownItem& item, Origin origin)
     : item_(item), origin_(std::move(origin)) {}
 
@@ -130,12 +140,19 @@ QString AccessibleMarkdownText::attributes(int offset, int* startOffset, int* en
 }
 
 void announceFocusedPart(QWidget& widget, const MarkdownItem& item) {
-    if (!QAccessible::isActive() || !item.focusedPart()) {
-        return;
+    if (item.focusedPart()) {
+        announce(widget, *item.focusedPart(), QAccessible::Focus);
     }
-    QAccessibleEvent event(&widget, QAccessible::Focus);
-    event.setChild(static_cast<int>(*item.focusedPart()));
-    QAccessible::updateAccessibility(&event);
+}
+
+void announceCopyButton(QWidget& widget, const MarkdownItem& item, std::size_t codeBlock) {
+    const auto& parts = item.parts();
+    const auto button = std::find_if(parts.begin(), parts.end(), [codeBlock](const PartInfo& part) {
+        return part.kind == PartInfo::Kind::copyButton && part.place == codeBlock;
+    });
+    if (button != parts.end()) {
+        announce(widget, static_cast<std::size_t>(button - parts.begin()), QAccessible::NameChanged);
+    }
 }
 
 void installAccessibleMarkdown() {

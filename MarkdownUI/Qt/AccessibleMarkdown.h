@@ -60,4 +60,7 @@ void installAccessibleMarkdown();
 /// AccessibleDocument.
 void announceFocusedPart(QWidget& widget, const MarkdownItem& item);
 
+/// The same of another name of the copy button of a code block.
+void announceCopyButton(QWidget& widget, const MarkdownItem& item, std::size_t codeBlock);
+
 } // namespace quillmoth::markdown

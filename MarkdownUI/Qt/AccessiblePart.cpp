@@ -30,9 +30,10 @@ QAccessible::Role AccessiblePart::role() const {
 
 QString AccessiblePart::text(QAccessible::Text kind) const {
     const PartInfo& part = info();
-    const bool isButton = part.kind == PartInfo::Kind::copyButton;
     if (kind == QAccessible::Name) {
-        return isButton ? QStringLiteral("Copy code") : QString::fromStdString(part.text);
+        return QString::fromStdString(part.kind == PartInfo::Kind::copyButton
+                                          ? document_.item().content().document()->copyButtonLabel(part.place)
+                                          : part.text);
     }
     if (kind == QAccessible::Description) {
         return part.kind == PartInfo::Kind::heading ? QStringLiteral("Level %1").arg(part.level)

@@ -127,14 +127,18 @@ void CodeControls::release(DocumentLayout& document, Point point) {
 
 void CodeControls::copy(DocumentLayout& document, std::size_t codeBlock) {
     host_.copyText(QString::fromStdString(document.codeBlockText(codeBlock)));
-    document.setJustCopied(codeBlock, true);
-    changed();
+    setJustCopied(document, codeBlock, true);
     host_.callAfter(kCopiedFor, [this, &document, codeBlock, alive = std::weak_ptr<void>(alive_)] {
         if (!alive.expired() && codeBlock < document.codeBlockCount()) {
-            document.setJustCopied(codeBlock, false);
-            changed();
+            setJustCopied(document, codeBlock, false);
         }
     });
+}
+
+void CodeControls::setJustCopied(DocumentLayout& document, std::size_t codeBlock, bool justCopied) {
+    document.setJustCopied(codeBlock, justCopied);
+    host_.copyButtonRenamed(codeBlock);
+    changed();
 }
 
 bool CodeControls::scroll(DocumentLayout& document, std::size_t group, double distance) {

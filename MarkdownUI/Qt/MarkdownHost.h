@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <chrono>
+#include <cstddef>
 #include <functional>
 
 namespace quillmoth::markdown {
@@ -23,6 +24,9 @@ public:
 
     /// Replaces what is on the clipboard.
     virtual void copyText(const QString& text) = 0;
+
+    /// The copy button of a code block says another thing now: told to assistive technology.
+    virtual void copyButtonRenamed(std::size_t codeBlock) = 0;
 
     /// Calls `work` once after `delay`, on the main thread; it may have become void by then.
     virtual void callAfter(std::chrono::milliseconds delay, std::function<void()> work) = 0;

@@ -334,6 +334,10 @@ void MarkdownView::copyText(const QString& text) {
     }
 }
 
+void MarkdownView::copyButtonRenamed(std::size_t codeBlock) {
+    announceCopyButton(*this, item_, codeBlock);
+}
+
 void MarkdownView::callAfter(std::chrono::milliseconds delay, std::function<void()> work) {
     QTimer::singleShot(delay, this, std::move(work));
 }

@@ -59,6 +59,7 @@ private:
     void itemResized() override;
     void openLink(const QString& url) override;
     void copyText(const QString& text) override;
+    void copyButtonRenamed(std::size_t codeBlock) override;
     void callAfter(std::chrono::milliseconds delay, std::function<void()> work) override;
 
     void press(QMouseEvent* event);

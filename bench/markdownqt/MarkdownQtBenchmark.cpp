@@ -75,6 +75,8 @@ public:
 
     void copyText(const QString& /*text*/) override {}
 
+    void copyButtonRenamed(std::size_t /*codeBlock*/) override {}
+
     void callAfter(std::chrono::milliseconds /*delay*/, std::function<void()> /*work*/) override {}
 };
 

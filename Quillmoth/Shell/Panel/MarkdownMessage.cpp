@@ -215,6 +215,10 @@ void MarkdownMessage::copyText(const QString& text) {
     QGuiApplication::clipboard()->setText(text);
 }
 
+void MarkdownMessage::copyButtonRenamed(std::size_t codeBlock) {
+    markdown::announceCopyButton(*this, item_, codeBlock);
+}
+
 void MarkdownMessage::callAfter(std::chrono::milliseconds delay, std::function<void()> work) {
     QTimer::singleShot(delay, this, std::move(work));
 }

@@ -44,8 +44,10 @@ TEST(AccessibleMarkdown, AViewIsOneDocumentWithHeadingsLinksAndButtons) {
     accessible->child(1)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     EXPECT_EQ(opened, "https://example.org");
     EXPECT_EQ(accessible->child(2)->role(), QAccessible::PushButton);
+    EXPECT_EQ(accessible->child(2)->text(QAccessible::Name), "Copy code");
     accessible->child(2)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
     EXPECT_EQ(copied, "code");
+    EXPECT_EQ(accessible->child(2)->text(QAccessible::Name), "Copied") << "as the button shows";
 
     view.setMarkdown("plain");
     EXPECT_EQ(accessible->childCount(), 0);

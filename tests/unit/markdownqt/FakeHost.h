@@ -23,6 +23,8 @@ public:
 
     void copyText(const QString& text) override { copied.append(text); }
 
+    void copyButtonRenamed(std::size_t codeBlock) override { renamed.push_back(codeBlock); }
+
     void callAfter(std::chrono::milliseconds delay, std::function<void()> work) override {
         pending_.emplace_back(now_ + delay, std::move(work));
     }
@@ -40,6 +42,7 @@ public:
 
     QStringList opened;
     QStringList copied;
+    std::vector<std::size_t> renamed;
     int changes = 0;
     int resizes = 0;
 

@@ -135,9 +135,11 @@ TEST_F(MarkdownItemTest, SaysCopiedForTwoSecondsAfterEachPress) {
     click(button);
     EXPECT_EQ(host.copied, QStringList{"let x = 1"});
     EXPECT_TRUE(isCopied(0));
+    EXPECT_EQ(host.renamed.size(), 1U);
     host.advance(1500ms);
     click(button);
     host.advance(500ms);
+    EXPECT_EQ(host.renamed.size(), 3U);
     EXPECT_FALSE(isCopied(0)) << "the first reset comes on its own time";
     host.advance(1500ms);
     EXPECT_FALSE(isCopied(0));
