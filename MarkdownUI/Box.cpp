@@ -25,6 +25,14 @@ double estimatedTextHeight(const LayoutContext& context, const FlowUnit& unit, d
     return lines * (metrics.ascent + metrics.descent) + (lines - 1) * unit.lineSpacing;
 }
 
+/// The border of a character at or behind `offset`. The parts of a text are made without its images, which
+/// move the characters.
+std::size_t atCharacter(std::string_view text, std::size_t offset) {
+    while (offset < text.size() && (static_cast<unsigned char>(text[offset]) & 0xC0) == 0x80)
+        ++offset;
+    return std::min(offset, text.size());
+}
+
 bool isFirstOfGroup(const LayoutContext& context, const FlowUnit& unit) {
     return &unit == &context.flow.units[context.flow.groups[unit.group].firstUnit];
 }
@@ -145,12 +153,12 @@ void addText(const LayoutContext& context, const FlowUnit& unit, GroupState& gro
     }
     if (!group.text)
         group.text = wholeText(context, unit, frame.width);
-    const std::size_t length = group.text->text().size();
+    const std::string& text = group.text->text();
     const bool isLast = isLastOfGroup(context, unit);
-    const std::size_t begin = std::min<std::size_t>(unit.textBegin, length);
-    const std::size_t end = isLast ? length : std::min<std::size_t>(unit.textEnd, length);
+    const std::size_t begin = atCharacter(text, unit.textBegin);
+    const std::size_t end = isLast ? text.size() : atCharacter(text, unit.textEnd);
     // A line feed at the end of a part would make one more line.
-    const bool hasFeed = !isLast && end > begin && group.text->text()[end - 1] == '\n';
+    const bool hasFeed = !isLast && end > begin && text[end - 1] == '\n';
     const Size size = addFragment(context, group.text->substring(begin, end - (hasFeed ? 1 : 0)), options,
                                   origin, unit.firstTextBlock, box);
     box.fragments.back().textOffset = begin;

@@ -238,7 +238,8 @@ private:
     }
 
     void addLongText(const FlowUnit& prototype, const FlowContext& context) {
-        // Images of the text are not counted on: their characters only move the ends of the parts.
+        // Images of the text are not counted on: their characters only move the ends of the parts, which are
+        // put between characters again where they are laid out.
         const std::string text = prototype.inlines != nullptr ? plainTextOf(*prototype.inlines, {})
                                                               : std::string(prototype.verbatim);
         const std::uint32_t group = addGroup();

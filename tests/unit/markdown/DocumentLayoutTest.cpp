@@ -127,6 +127,29 @@ TEST_F(DocumentLayoutTest, a_long_paragraph_in_parts_has_the_lines_of_one) {
     EXPECT_NEAR(bottom, shaped->lines().back().top + shaped->lines().back().height(), 0.01);
 }
 
+TEST_F(DocumentLayoutTest, a_long_paragraph_with_an_image_is_cut_between_characters) {
+    images.sizes["http://x"] = {20, 20};
+    for (const char* word : {"\xD0\xB6", "\xD0\xB6\xD0\xB6 "}) {
+        std::string words = "![i](http://x)";
+        while (words.size() < 40000)
+            words += word;
+        set(words);
+        layout.ensureLaidOut(1e9);
+        for (const DisplayItem& item : layout.displayList({0, 0, 400, 1e9})) {
+            const std::string& part = std::get<TextLineItem>(item).text->text();
+            EXPECT_NE(part.front() & 0xC0, 0x80);
+            EXPECT_NE(part.back(), '\xD0');
+        }
+        const std::string text = layout.textOfBlock(0);
+        for (std::size_t offset = 8180; offset < 8210; ++offset) {
+            if ((text[offset] & 0xC0) == 0x80)
+                continue;
+            const Rect caret = layout.caretRectangle({0, offset});
+            EXPECT_EQ(layout.positionAt({caret.x, caret.y + 1}), (TextPosition{0, offset}));
+        }
+    }
+}
+
 TEST_F(DocumentLayoutTest, the_copy_button_tells_that_it_was_pressed) {
     set("text\n\n```\nfirst\n```\n\n    second\n");
     layout.ensureLaidOut(1000);
