@@ -66,7 +66,8 @@ void MarkdownMessage::setFontSize(double pixelSize) {
 
 int MarkdownMessage::heightForWidth(int width) const {
     item_.setWidth(width);
-    return qCeil(item_.height());
+    toldHeight_ = qCeil(item_.height());
+    return toldHeight_;
 }
 
 double MarkdownMessage::firstLineMiddle() const {
@@ -74,7 +75,15 @@ double MarkdownMessage::firstLineMiddle() const {
 }
 
 int MarkdownMessage::prepareToShow(int top, int bottom) {
-    return qRound(item_.ensureLaidOut(top, bottom));
+    return qRound(layOut(top, bottom));
+}
+
+/// What is not laid out has an estimated height, and so has an image that has come.
+double MarkdownMessage::layOut(double top, double bottom) {
+    const double moved = item_.ensureLaidOut(top, bottom);
+    if (qCeil(item_.height()) != toldHeight_)
+        itemResized();
+    return moved;
 }
 
 QString MarkdownMessage::selectedText() const {
@@ -88,7 +97,7 @@ void MarkdownMessage::clearSelection() {
 void MarkdownMessage::paintEvent(QPaintEvent* event) {
     const QRectF exposed = event->rect();
     item_.setWidth(width());
-    item_.ensureLaidOut(exposed.top(), exposed.bottom());
+    layOut(exposed.top(), exposed.bottom());
     QPainter painter(this);
     item_.paint(painter, exposed, {0, 0});
     if (!hasFocus() || item_.focusedPart())

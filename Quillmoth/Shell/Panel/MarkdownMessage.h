@@ -53,6 +53,7 @@ private:
     void copyButtonRenamed(std::size_t codeBlock) override;
     void callAfter(std::chrono::milliseconds delay, std::function<void()> work) override;
 
+    double layOut(double top, double bottom);
     void press(QMouseEvent* event);
     bool focusNextControl(bool isNext);
 
@@ -61,6 +62,7 @@ private:
     // Asking for a height sets the width; the text is the same.
     mutable markdown::MarkdownItem item_;
     std::string text_;
+    mutable int toldHeight_ = 0;
     bool resizeTold_ = false;
 };
 
