@@ -30,8 +30,8 @@ void DocumentLayout::setCodeSyntaxHighlighter(const CodeSyntaxHighlighter* highl
     state_->setHighlighter(highlighter);
 }
 
-void DocumentLayout::imagesChanged() {
-    state_->imagesChanged();
+void DocumentLayout::imagesChanged(std::span<TextRange> kept) {
+    state_->imagesChanged(kept);
 }
 
 const LayoutOptions& DocumentLayout::options() const {

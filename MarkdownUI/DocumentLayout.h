@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,8 +36,10 @@ public:
     void setOptions(LayoutOptions options);
     /// Null for no colours. Owned by the caller; call again when its colours have changed.
     void setCodeSyntaxHighlighter(const CodeSyntaxHighlighter* highlighter);
-    /// Sizes of images have become known: what holds images is laid out again.
-    void imagesChanged();
+    /// Images have arrived, or are to be asked for again: what holds images is laid out again. An image in a
+    /// text moves what is behind it: the ranges in `kept` are moved along, and hold the images that have come
+    /// at their ends.
+    void imagesChanged(std::span<TextRange> kept = {});
 
     [[nodiscard]] const LayoutOptions& options() const;
     [[nodiscard]] const MarkdownContent& content() const;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "MarkdownUI/CodeBlockGeometry.h"
+#include "MarkdownUI/DocumentText.h"
 #include "MarkdownUI/SchemeImages.h"
 
 namespace quillmoth::markdown {
@@ -22,13 +23,14 @@ AttributeContainer rootAttributes(const Theme& theme, double fontSize) {
 } // namespace
 
 DocumentState::DocumentState(TextEngine& engine, ImageSource& images, const Theme& theme)
-    : engine_(engine), images_(images), theme_(theme), measure_(engine) {
+    : engine_(engine), source_(images), images_(images), theme_(theme), measure_(engine) {
     rebuildFlow();
 }
 
 void DocumentState::setContent(MarkdownContent content) {
     content_ = std::move(content);
     withoutSchemeImages_.reset();
+    images_.forget();
     rebuildFlow();
 }
 
@@ -53,7 +55,11 @@ void DocumentState::setHighlighter(const CodeSyntaxHighlighter* highlighter) {
     }
 }
 
-void DocumentState::imagesChanged() {
+void DocumentState::imagesChanged(std::span<TextRange> kept) {
+    const IsImageLoaded after = questionOf(source_);
+    for (TextRange& range : kept)
+        range = movedRange(*this, range, after);
+    images_.takeNotice();
     // The heights of what is not in sight are best kept: they are nearly right.
     documentText.reset();
     for (std::size_t unit = liveBegin_; unit < liveEnd_; ++unit)
@@ -104,10 +110,10 @@ LayoutContext DocumentState::context() const {
     return {engine_, images_, theme_, options_, flow_, environment_, highlighter_};
 }
 
-IsImageLoaded DocumentState::imageQuestion() const {
-    return [this](const std::string& source) {
+IsImageLoaded DocumentState::questionOf(ImageSource& images) const {
+    return [this, &images](const std::string& source) {
         const std::string url = context().imageURL(source);
-        return !url.empty() && images_.imageStatus(url).state == ImageState::success;
+        return !url.empty() && images.imageStatus(url).state == ImageState::success;
     };
 }
 

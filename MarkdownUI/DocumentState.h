@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -9,6 +10,7 @@
 #include "MarkdownUI/HeightIndex.h"
 #include "MarkdownUI/MarkdownContent.h"
 #include "MarkdownUI/PlainText.h"
+#include "MarkdownUI/SteadyImages.h"
 #include "MarkdownUI/TextPosition.h"
 
 namespace quillmoth::markdown {
@@ -21,7 +23,8 @@ public:
     void setContent(MarkdownContent content);
     void setOptions(LayoutOptions options);
     void setHighlighter(const CodeSyntaxHighlighter* highlighter);
-    void imagesChanged();
+    /// See DocumentLayout.
+    void imagesChanged(std::span<TextRange> kept);
 
     /// See DocumentLayout.
     double ensureLaidOut(double top, double bottom);
@@ -50,7 +53,8 @@ public:
     [[nodiscard]] const GroupState& group(std::size_t index) const { return groups_[index]; }
 
     [[nodiscard]] LayoutContext context() const;
-    [[nodiscard]] IsImageLoaded imageQuestion() const;
+
+    [[nodiscard]] IsImageLoaded imageQuestion() const { return questionOf(images_); }
 
     [[nodiscard]] bool isHeightExact() const { return exactCount_ == flow_.units.size(); }
 
@@ -69,6 +73,7 @@ public:
     std::vector<std::size_t> documentBlockStarts;
 
 private:
+    [[nodiscard]] IsImageLoaded questionOf(ImageSource& images) const;
     void rebuildFlow();
     void forgetLayout();
     void layOut(std::size_t unit);
@@ -77,7 +82,8 @@ private:
     void dropGroupTexts(std::size_t firstUnit, std::size_t endUnit);
 
     TextEngine& engine_;
-    ImageSource& images_;
+    ImageSource& source_;
+    mutable SteadyImages images_; ///< asking for one changes it
     const Theme& theme_;
     const CodeSyntaxHighlighter* highlighter_ = nullptr;
     MarkdownContent content_;

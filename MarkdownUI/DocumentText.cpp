@@ -90,6 +90,18 @@ std::string plainText(const DocumentState& state, const TextRange& range) {
     return replacingAll(result, kObjectReplacement, "");
 }
 
+TextRange movedRange(const DocumentState& state, const TextRange& range, const IsImageLoaded& after) {
+    const auto moved = [&](const TextPosition& position, bool isBehind) {
+        const Inlines* values =
+            position.block < state.flow().textBlockCount ? inlinesOf(state, position.block) : nullptr;
+        return values == nullptr
+                   ? position
+                   : TextPosition{position.block, movedOffset(*values, position.offset, isBehind,
+                                                              state.imageQuestion(), after)};
+    };
+    return {moved(range.begin, false), moved(range.end, !range.empty())};
+}
+
 void ensureDocumentText(DocumentState& state) {
     if (state.documentText)
         return;

@@ -18,6 +18,10 @@ namespace quillmoth::markdown {
 [[nodiscard]] TextRange wholeRange(const DocumentState& state);
 [[nodiscard]] std::string plainText(const DocumentState& state, const TextRange& range);
 
+/// Where `range` goes when the images of `after` are loaded. Those that come at its ends are inside.
+[[nodiscard]] TextRange movedRange(const DocumentState& state, const TextRange& range,
+                                   const IsImageLoaded& after);
+
 /// Fills `documentText` and `documentBlockStarts`.
 void ensureDocumentText(DocumentState& state);
 

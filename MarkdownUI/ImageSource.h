@@ -22,7 +22,8 @@ public:
     virtual ~ImageSource() = default;
 
     /// What is known of the image with that absolute URL. Asks for it where it is new; never waits. When an
-    /// image arrives, the owner of the layout calls DocumentLayout::imagesChanged.
+    /// image arrives, the owner of the layout calls DocumentLayout::imagesChanged; what has arrived does not go
+    /// again.
     [[nodiscard]] virtual ImageStatus imageStatus(const std::string& url) = 0;
 };
 

@@ -39,14 +39,17 @@ struct TextCollector {
             (*visitLink)(begin, text.size(), link->destination);
     }
 
+    void addTopLevel(const Inline& value, const IsImageLoaded& isLoaded) {
+        const auto* image = value.get<inlines::Image>();
+        if (image == nullptr)
+            add(value);
+        else if (isLoaded && isLoaded(image->source))
+            text += kObjectReplacement;
+    }
+
     void addTopLevel(const Inlines& values, const IsImageLoaded& isLoaded) {
-        for (const Inline& value : values) {
-            const auto* image = value.get<inlines::Image>();
-            if (image == nullptr)
-                add(value);
-            else if (isLoaded && isLoaded(image->source))
-                text += kObjectReplacement;
-        }
+        for (const Inline& value : values)
+            addTopLevel(value, isLoaded);
     }
 };
 
@@ -70,6 +73,22 @@ std::string plainTextOf(const Inlines& values, const IsImageLoaded& isLoaded) {
     TextCollector collector;
     collector.addTopLevel(values, isLoaded);
     return std::move(collector.text);
+}
+
+std::size_t movedOffset(const Inlines& values, std::size_t offset, bool isBehind, const IsImageLoaded& before,
+                        const IsImageLoaded& after) {
+    TextCollector passed;
+    std::size_t moved = offset;
+    for (const Inline& value : values) {
+        if (passed.text.size() > offset || (passed.text.size() == offset && !isBehind))
+            break;
+        const auto* image = value.get<inlines::Image>();
+        if (image != nullptr && !before(image->source) && after(image->source))
+            moved += kObjectReplacement.size();
+        else
+            passed.addTopLevel(value, before);
+    }
+    return moved;
 }
 
 void forEachLink(const Inlines& values, const IsImageLoaded& isLoaded, const VisitLink& visit) {

@@ -91,6 +91,13 @@ void ItemSelection::extend(ItemContent& content, CaretMove move) {
     range_ = {std::min(anchor, caret_), std::max(anchor, caret_)};
 }
 
+void ItemSelection::setRanges(const std::array<TextRange, 2>& ranges) {
+    const bool isAtBegin = caret_ == range_.begin;
+    range_ = ranges[0];
+    anchor_ = ranges[1];
+    caret_ = isAtBegin ? range_.begin : range_.end;
+}
+
 TextPosition ItemSelection::moved(ItemContent& content, CaretMove move) {
     switch (move) {
     case CaretMove::previousCharacter:

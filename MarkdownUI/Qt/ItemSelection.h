@@ -3,6 +3,7 @@
 #include "MarkdownUI/Qt/ItemContent.h"
 #include "MarkdownUI/TextPosition.h"
 
+#include <array>
 #include <cstdint>
 #include <optional>
 
@@ -43,6 +44,11 @@ public:
     void extendTo(const ItemContent& content, TextPosition position);
     /// The same, by a key. The caret keeps its column over several moves up or down.
     void extend(ItemContent& content, CaretMove move);
+
+    /// The ranges that hold it, for a change of the text that moves them, and back again.
+    [[nodiscard]] std::array<TextRange, 2> ranges() const { return {range_, anchor_}; }
+
+    void setRanges(const std::array<TextRange, 2>& ranges);
 
 private:
     [[nodiscard]] TextPosition moved(ItemContent& content, CaretMove move);

@@ -32,12 +32,7 @@ MarkdownItem::MarkdownItem(MarkdownServices& services, MarkdownHost& host)
     auto plain = std::make_unique<PlainContent>(services_.engine, std::string());
     plain_ = plain.get();
     content_ = std::move(plain);
-    imageSubscription_ = services_.images.onChange([this] {
-        if (document_ != nullptr) {
-            document_->document()->imagesChanged();
-            contentChanged();
-        }
-    });
+    imageSubscription_ = services_.images.onChange([this] { imagesChanged(); });
 }
 
 MarkdownItem::~MarkdownItem() {

@@ -103,7 +103,8 @@ public:
     /// Headings, links, images and copy buttons in reading order; none in text without markup.
     [[nodiscard]] const std::vector<PartInfo>& parts() const;
 
-    /// The part that has the focus; it holds until the next change of the content.
+    /// The part that has the focus; it holds until the next change of the content; an image
+    /// that arrives is none.
     [[nodiscard]] std::optional<std::size_t> focusedPart() const { return focusedPart_; }
 
     /// As a press on the part would.
@@ -123,6 +124,7 @@ public:
 private:
     void replaceContent(std::unique_ptr<ItemContent> content);
     void contentChanged();
+    void imagesChanged();
     void applyOptions();
     void updateLink(const QPointF& point);
     [[nodiscard]] const PartInfo* linkPartAt(Point point);

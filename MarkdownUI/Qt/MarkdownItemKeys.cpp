@@ -168,6 +168,20 @@ std::optional<QRectF> MarkdownItem::focusedFrame() {
     return frame;
 }
 
+/// The parts are the same ones: that which has the focus keeps it.
+void MarkdownItem::imagesChanged() {
+    if (document_ == nullptr) {
+        return;
+    }
+    auto kept = selection_.ranges();
+    document_->document()->imagesChanged(kept);
+    selection_.setRanges(kept);
+    parts_.reset();
+    hoveredLink_.reset();
+    host_.itemResized();
+    host_.itemChanged({});
+}
+
 void MarkdownItem::addActions(QMenu& menu, const QPointF& point) {
     const auto add = [&menu](const QString& text, QKeySequence::StandardKey key, bool isEnabled) {
         QAction* action = menu.addAction(text);

@@ -1,0 +1,106 @@
+#include "MarkdownUI/Qt/MarkdownItem.h"
+
+#include "FakeHost.h"
+
+#include <gtest/gtest.h>
+
+#include <QBuffer>
+#include <QCoreApplication>
+#include <QImage>
+#include <QKeyEvent>
+
+#include <string>
+
+namespace quillmoth::markdown {
+
+namespace {
+
+constexpr double kWidth = 400;
+constexpr double kHeight = 300;
+
+QByteArray picture() {
+    QImage image(30, 20, QImage::Format_RGB32);
+    image.fill(Qt::red);
+    QByteArray data;
+    QBuffer buffer(&data);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    return data;
+}
+
+/// An item whose images are answered by hand.
+class ArrivingImagesTest : public ::testing::Test {
+protected:
+    void show(MarkdownItem& shown, const std::string& markdown) {
+        shown.setWidth(kWidth);
+        shown.setMarkdown(markdown);
+        (void)shown.displayList({0, 0, kWidth, kHeight});
+    }
+
+    /// Answers all that were asked for, and takes in what follows. Gives how many they were.
+    std::size_t answer(const QByteArray& data) {
+        const auto calls = std::exchange(asked_, {});
+        for (const auto& finished : calls) {
+            finished(data);
+        }
+        while (services.images.loadingCount() > 0) {
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        }
+        return calls.size();
+    }
+
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        item.keyPress(QKeyEvent(QEvent::KeyPress, key, modifiers));
+    }
+
+    MarkdownServices services{
+        MarkdownPalette::panel(), nullptr,
+        [this](const QString& /*url*/, auto finished) { asked_.push_back(std::move(finished)); }};
+    FakeHost host;
+    MarkdownItem item{services, host};
+
+private:
+    std::vector<std::function<void(QByteArray)>> asked_;
+};
+
+} // namespace
+
+TEST_F(ArrivingImagesTest, KeepTheSelectionAndTheFocus) {
+    for (const std::string tabs : {"1", "2"}) { // the link, then the button
+        show(item, "![a](http://x/" + tabs + ") “é” ![b](http://x/b" + tabs +
+                       ") [one](http://one) and more\n\n```\ncode\n```\n");
+        const std::size_t focused = std::stoul(tabs) - 1;
+        for (std::size_t part = 0; part <= focused; ++part) {
+            ASSERT_TRUE(item.focusNextControl(true));
+        }
+        const std::string text = item.content().textOfBlock(0);
+        item.select({{0, text.find("“")}, {0, text.find(" and")}});
+        const QString selected = item.selectedText();
+        const std::size_t version = item.version();
+        EXPECT_EQ(answer(picture()), 2U);
+        EXPECT_EQ(item.selectedText(), selected);
+        EXPECT_EQ(item.selection().end, (TextPosition{0, item.content().textOfBlock(0).find(" and")}));
+        press(Qt::Key_Right, Qt::ShiftModifier);
+        EXPECT_EQ(item.selectedText(), selected + ' ') << "the end is still the one that moves";
+        EXPECT_EQ(item.focusedPart(), focused);
+        EXPECT_EQ(item.version(), version) << "or assistive technology loses its place";
+        press(Qt::Key_Return);
+    }
+    EXPECT_EQ(host.opened, QStringList{"http://one"});
+    EXPECT_EQ(host.copied, QStringList{"code"});
+}
+
+TEST_F(ArrivingImagesTest, StandInAWholeSelectionAndBehindACaret) {
+    show(item, "![a](http://x/a)text![b](http://x/b)");
+    item.selectAll();
+    answer(picture());
+    EXPECT_EQ(item.selection(), item.content().wholeRange());
+    EXPECT_EQ(item.content().textOfBlock(0).size(), 10U);
+
+    show(item, "text![c](http://x/c)");
+    item.select({{0, 4}, {0, 4}});
+    answer(picture());
+    EXPECT_EQ(item.selection(), (TextRange{{0, 4}, {0, 4}}));
+}
+
+} // namespace quillmoth::markdown
