@@ -34,6 +34,10 @@ void DocumentLayout::imagesChanged(std::span<TextRange> kept) {
     state_->imagesChanged(kept);
 }
 
+bool DocumentLayout::isMissingImages() const {
+    return state_->isMissingImages();
+}
+
 const LayoutOptions& DocumentLayout::options() const {
     return state_->options();
 }

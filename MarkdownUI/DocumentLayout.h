@@ -40,6 +40,8 @@ public:
     /// text moves what is behind it: the ranges in `kept` are moved along, and hold the images that have come
     /// at their ends.
     void imagesChanged(std::span<TextRange> kept = {});
+    /// True where an image was asked for that is not there.
+    [[nodiscard]] bool isMissingImages() const;
 
     [[nodiscard]] const LayoutOptions& options() const;
     [[nodiscard]] const MarkdownContent& content() const;

@@ -56,6 +56,8 @@ public:
 
     [[nodiscard]] IsImageLoaded imageQuestion() const { return questionOf(images_); }
 
+    [[nodiscard]] bool isMissingImages() const { return images_.isMissingAny(); }
+
     [[nodiscard]] bool isHeightExact() const { return exactCount_ == flow_.units.size(); }
 
     [[nodiscard]] double usedWidth() const { return usedWidth_; }

@@ -22,6 +22,9 @@ public:
         return status;
     }
 
+    /// True where one was asked for that had not arrived by then.
+    [[nodiscard]] bool isMissingAny() const { return !missing_.empty(); }
+
     /// Of those that have arrived.
     void takeNotice() {
         std::erase_if(missing_, [this](const std::string& url) {

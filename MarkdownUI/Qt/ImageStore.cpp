@@ -84,22 +84,28 @@ private:
     ImageStore* store_; ///< main thread only
 };
 
-ImageStore::ImageStore(ImageLoader loader)
-    : loader_(std::move(loader)), inbox_(std::make_shared<Inbox>(this)) {}
+ImageStore::ImageStore(ImageLoader loader, ImageClock clock)
+    : loader_(std::move(loader)), clock_(std::move(clock)), inbox_(std::make_shared<Inbox>(this)) {}
 
 ImageStore::~ImageStore() {
     inbox_->detach();
 }
 
 ImageStatus ImageStore::imageStatus(const std::string& url) {
-    const auto known = entries_.find(url);
-    if (known != entries_.end()) {
-        return known->second.status;
+    Entry& entry = entries_[url];
+    if (isToLoad(url, entry)) {
+        entry.status.state = ImageState::loading;
+        ++loadingCount_;
+        load(url);
     }
-    entries_[url].status.state = ImageState::loading;
-    ++loadingCount_;
-    load(url);
-    return {ImageState::loading, {}};
+    return entry.status;
+}
+
+bool ImageStore::isToLoad(const std::string& url, const Entry& entry) const {
+    if (entry.status.state == ImageState::failure) {
+        return clock_() - entry.failedAt >= kRetryPause && !isDataURL(url); // such a one cannot become better
+    }
+    return entry.status.state == ImageState::notRequested;
 }
 
 void ImageStore::load(const std::string& url) {
@@ -121,11 +127,12 @@ void ImageStore::arrived(const std::string& url, QImage image) {
     --loadingCount_;
     if (image.isNull()) {
         entry.status = {ImageState::failure, {}};
-    } else {
-        const QSizeF size = image.deviceIndependentSize();
-        entry.status = {ImageState::success, {size.width(), size.height()}};
-        entry.image = std::move(image);
+        entry.failedAt = clock_();
+        return;
     }
+    const QSizeF size = image.deviceIndependentSize();
+    entry.status = {ImageState::success, {size.width(), size.height()}};
+    entry.image = std::move(image);
     notify();
 }
 

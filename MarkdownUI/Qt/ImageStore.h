@@ -7,6 +7,7 @@
 #include <QPixmap>
 #include <QString>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <string>
@@ -22,12 +23,17 @@ namespace quillmoth::markdown {
 /// data where that failed.
 using ImageLoader = std::function<void(const QString& url, std::function<void(QByteArray)> finished)>;
 
+using ImageClock = std::function<std::chrono::steady_clock::time_point()>;
+
 /// The images of all documents of a window, by URL. "data:" URLs are read in place, all others through the
-/// loader. Decoding happens on a pool thread. What fails stays a clear area. Main thread.
+/// loader. Decoding happens on a pool thread. What fails stays a clear area; who asks for it
+/// `kRetryPause` or more after the failure has it loaded again. Main thread.
 class ImageStore : public ImageSource {
 public:
+    static constexpr std::chrono::seconds kRetryPause{3};
+
     /// Without a loader only "data:" URLs give images.
-    explicit ImageStore(ImageLoader loader = {});
+    explicit ImageStore(ImageLoader loader = {}, ImageClock clock = std::chrono::steady_clock::now);
     ~ImageStore() override;
     ImageStore(const ImageStore&) = delete;
     ImageStore& operator=(const ImageStore&) = delete;
@@ -37,7 +43,8 @@ public:
     /// Nothing where the image is not there.
     void draw(QPainter& painter, const std::string& url, const QRectF& frame);
 
-    /// Called on the main thread when an image has arrived or failed, until the token is gone.
+    /// Called on the main thread when an image has arrived, until the token is gone. One that fails looks as
+    /// it did before.
     [[nodiscard]] std::shared_ptr<void> onChange(std::function<void()> changed);
 
     /// How many are still being loaded.
@@ -46,17 +53,20 @@ public:
 private:
     struct Entry {
         ImageStatus status;
+        std::chrono::steady_clock::time_point failedAt;
         QImage image;
         QPixmap scaled; ///< for the last size that it was drawn at
     };
 
     class Inbox; ///< outlives the store where a load does
 
+    [[nodiscard]] bool isToLoad(const std::string& url, const Entry& entry) const;
     void load(const std::string& url);
     void arrived(const std::string& url, QImage image);
     void notify();
 
     ImageLoader loader_;
+    ImageClock clock_;
     std::shared_ptr<Inbox> inbox_;
     std::unordered_map<std::string, Entry> entries_;
     std::vector<std::weak_ptr<std::function<void()>>> listeners_;

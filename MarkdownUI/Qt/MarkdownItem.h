@@ -42,6 +42,9 @@ public:
     /// To text without markup: costs the same however long the text is.
     void appendPlainText(std::string_view piece);
 
+    /// Asks again for images that failed, for when the item is seen again.
+    void retryImages();
+
     void setWidth(double width);
     void setFontSize(double size);
     void setAlignment(TextAlignment alignment);
@@ -103,8 +106,8 @@ public:
     /// Headings, links, images and copy buttons in reading order; none in text without markup.
     [[nodiscard]] const std::vector<PartInfo>& parts() const;
 
-    /// The part that has the focus; it holds until the next change of the content; an image
-    /// that arrives is none.
+    /// The part that has the focus; it holds until the next change of the content. An image that
+    /// arrives is none.
     [[nodiscard]] std::optional<std::size_t> focusedPart() const { return focusedPart_; }
 
     /// As a press on the part would.

@@ -182,6 +182,12 @@ void MarkdownItem::imagesChanged() {
     host_.itemChanged({});
 }
 
+void MarkdownItem::retryImages() {
+    if (document_ != nullptr && document_->document()->isMissingImages()) {
+        imagesChanged();
+    }
+}
+
 void MarkdownItem::addActions(QMenu& menu, const QPointF& point) {
     const auto add = [&menu](const QString& text, QKeySequence::StandardKey key, bool isEnabled) {
         QAction* action = menu.addAction(text);

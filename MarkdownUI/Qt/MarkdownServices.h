@@ -16,8 +16,9 @@ struct MarkdownServices {
     /// `codeHighlighter` may be null, for code without colours; it outlives the services.
     explicit MarkdownServices(const MarkdownPalette& colors,
                               const CodeSyntaxHighlighter* codeHighlighter = nullptr, ImageLoader loader = {},
-                              FontCache fonts = FontCache())
-        : palette(colors), engine(palette, std::move(fonts)), images(std::move(loader)),
+                              FontCache fonts = FontCache(),
+                              ImageClock clock = std::chrono::steady_clock::now)
+        : palette(colors), engine(palette, std::move(fonts)), images(std::move(loader), std::move(clock)),
           highlighter(codeHighlighter), painter(palette, engine.fonts(), images, symbols) {}
 
     MarkdownServices(const MarkdownServices&) = delete;

@@ -94,6 +94,11 @@ void MarkdownMessage::clearSelection() {
     item_.clearSelection();
 }
 
+void MarkdownMessage::showEvent(QShowEvent* event) {
+    MessageContent::showEvent(event);
+    item_.retryImages();
+}
+
 void MarkdownMessage::paintEvent(QPaintEvent* event) {
     const QRectF exposed = event->rect();
     item_.setWidth(width());

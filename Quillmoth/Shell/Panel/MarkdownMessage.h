@@ -32,6 +32,7 @@ public:
     [[nodiscard]] markdown::MarkdownItem& item() { return item_; }
 
 protected:
+    void showEvent(QShowEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     bool focusNextPrevChild(bool isNext) override;
     void focusInEvent(QFocusEvent* event) override;

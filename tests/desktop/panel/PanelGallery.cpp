@@ -1,6 +1,7 @@
 // Draws every state of the panel into PNG files, at the scale of QT_SCALE_FACTOR. Needs no display.
 // Usage: panel-gallery --output FOLDER
 
+#include "LampPicture.h"
 #include "Quillmoth/Highlighting/SplashCodeSyntaxHighlighter.h"
 #include "Quillmoth/Shell/Panel/MarkdownMessage.h"
 #include "tests/unit/shell/PanelFixture.h"
@@ -242,6 +243,34 @@ void drawConversations(Gallery& gallery) {
     });
 }
 
+/// An answer with an image that cannot be had at first, before and after the conversation is opened again.
+/// Gives the pictures that could not be written.
+int drawImageAtSecondTry(const QString& folder) {
+    std::chrono::steady_clock::time_point now;
+    bool isServerUp = false;
+    markdown::MarkdownServices services(
+        markdown::MarkdownPalette::panel(), nullptr,
+        [&isServerUp](const QString&, const auto& finished) {
+            finished(isServerUp ? lampPicture() : QByteArray());
+        },
+        markdown::FontCache(), [&now] { return now; });
+    Gallery gallery(folder, markdownMessages(services, {}));
+    const auto openConversation = [&services](PanelUnderTest& panel) {
+        converse(panel, "Draw the way of a moth around a lamp.",
+                 "Here it is:\n\n![The way of a moth](https://example.org/moth.png)\n\nEach turn is *closer* "
+                 "than the one before.");
+        panel.settle();
+        panel.surface().grab();
+        while (services.images.loadingCount() > 0)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    };
+    gallery.draw(QStringLiteral("image-failed"), openConversation);
+    now += markdown::ImageStore::kRetryPause;
+    isServerUp = true;
+    gallery.draw(QStringLiteral("image-at-second-try"), openConversation);
+    return gallery.failures();
+}
+
 } // namespace
 
 } // namespace quillmoth
@@ -288,5 +317,6 @@ int main(int argumentCount, char** arguments) {
     quillmoth::Gallery gallery(*folder, quillmoth::markdownMessages(services, {}));
     quillmoth::drawLists(gallery);
     quillmoth::drawConversations(gallery);
-    return gallery.failures() == 0 ? 0 : 1;
+    const int failures = gallery.failures() + quillmoth::drawImageAtSecondTry(*folder);
+    return failures == 0 ? 0 : 1;
 }

@@ -9,11 +9,14 @@
 #include <QImage>
 #include <QKeyEvent>
 
+#include <chrono>
 #include <string>
 
 namespace quillmoth::markdown {
 
 namespace {
+
+using namespace std::chrono_literals;
 
 constexpr double kWidth = 400;
 constexpr double kHeight = 300;
@@ -53,9 +56,11 @@ protected:
         item.keyPress(QKeyEvent(QEvent::KeyPress, key, modifiers));
     }
 
+    std::chrono::steady_clock::time_point now;
     MarkdownServices services{
         MarkdownPalette::panel(), nullptr,
-        [this](const QString& /*url*/, auto finished) { asked_.push_back(std::move(finished)); }};
+        [this](const QString& /*url*/, auto finished) { asked_.push_back(std::move(finished)); }, FontCache(),
+        [this] { return now; }};
     FakeHost host;
     MarkdownItem item{services, host};
 
@@ -101,6 +106,33 @@ TEST_F(ArrivingImagesTest, StandInAWholeSelectionAndBehindACaret) {
     item.select({{0, 4}, {0, 4}});
     answer(picture());
     EXPECT_EQ(item.selection(), (TextRange{{0, 4}, {0, 4}}));
+}
+
+TEST_F(ArrivingImagesTest, AreAskedForAgainByALaterUseButNotByEachPaint) {
+    const std::string text = "![a](http://x/a)\n\nin ![b](http://x/b) text ![bad](data:image/png,zzz)";
+    const auto askedAgain = [&] { return answer({}); };
+    show(item, text);
+    EXPECT_EQ(askedAgain(), 2U);
+    now += ImageStore::kRetryPause - 1ms;
+    show(item, text);
+    EXPECT_EQ(askedAgain(), 0U);
+    now += 1ms;
+    show(item, text);
+    EXPECT_EQ(askedAgain(), 2U) << "for another answer";
+    now += ImageStore::kRetryPause;
+    (void)item.displayList({0, 0, kWidth, kHeight});
+    EXPECT_EQ(askedAgain(), 0U) << "for a paint";
+    item.retryImages();
+    item.retryImages();
+    (void)item.displayList({0, 0, kWidth, kHeight});
+    EXPECT_EQ(askedAgain(), 2U) << "where it is shown again";
+    now += ImageStore::kRetryPause;
+    item.setWidth(kWidth + 1);
+    (void)item.displayList({0, 0, kWidth, kHeight});
+    const int resizes = host.resizes;
+    EXPECT_EQ(answer(picture()), 2U) << "for another layout";
+    EXPECT_GT(host.resizes, resizes);
+    EXPECT_EQ(item.content().textOfBlock(0), "in \uFFFC text ");
 }
 
 } // namespace quillmoth::markdown
