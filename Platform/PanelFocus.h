@@ -14,7 +14,8 @@ public:
     using WindowIdentifier = std::uint64_t;
 
     enum class Turn {
-        /// The pointer was pressed outside of this program's windows.
+        /// The pointer was pressed outside of the window and of what it has opened; another window of this
+        /// program is outside too.
         pressedElsewhere,
         /// Another window has become the active one.
         activatedElsewhere,

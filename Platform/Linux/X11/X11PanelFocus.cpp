@@ -2,6 +2,7 @@
 
 #include "Foundation/FatalError.h"
 #include "Platform/Linux/X11/X11Reply.h"
+#include "Platform/Linux/X11/X11Windows.h"
 
 #include <QGuiApplication>
 #include <algorithm>
@@ -47,14 +48,13 @@ bool canBeDesktopKeyAlone(xcb_keycode_t keycode) {
 
 X11PanelFocus::X11PanelFocus(X11Connection& connection, X11HotKeyCenter& hotKeys)
     : connection_(connection), hotKeys_(hotKeys), probe_(connection), toolkit_(toolkitConnection()),
-      watch_(connection, xcb_get_setup(toolkit_)->resource_id_base, xcb_get_setup(toolkit_)->resource_id_mask,
-             {.pressedOutside = [this](xcb_timestamp_t time) { handlePressOutside(time); },
-              .pressedInside =
-                  [this] {
-                      if (!isHeld())
-                          acquire(window_);
-                  },
-              .activatedElsewhere = [this] { turn(Turn::activatedElsewhere); }}),
+      watch_(connection, {.pressedOutside = [this](xcb_timestamp_t time) { handlePressOutside(time); },
+                          .pressedInside =
+                              [this] {
+                                  if (!isHeld())
+                                      acquire(window_);
+                              },
+                          .activatedElsewhere = [this] { turn(Turn::activatedElsewhere); }}),
       lockWatch_([this] {
           if (window_)
               turn(Turn::sessionLocked);
@@ -90,7 +90,7 @@ void X11PanelFocus::acquire(WindowIdentifier window) {
         return;
     giveUp();
     window_ = static_cast<xcb_window_t>(window);
-    watch_.start();
+    watch_.start(window_);
     drain_.stop();
     attempts_ = 0;
     tryToGrab();
@@ -230,7 +230,7 @@ bool X11PanelFocus::nativeEventFilter(const QByteArray& eventType, void* message
     const auto type = event.response_type & 0x7F;
     const auto& press = reinterpret_cast<const xcb_input_button_press_event_t&>(event);
     if (type == XCB_GE_GENERIC && press.extension == connection_.inputOpcode() &&
-        press.event_type == XCB_INPUT_BUTTON_PRESS)
+        press.event_type == XCB_INPUT_BUTTON_PRESS && belongsTo(connection_, press.event, window_))
         handleOwnPress(press.time);
     if (means_ == Means::none)
         return false;

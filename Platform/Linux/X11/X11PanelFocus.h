@@ -78,7 +78,7 @@ private:
     Means means_ = Means::none;
     xcb_window_t formerFocus_ = 0;
     int attempts_ = 0;
-    /// Of the last press of the pointer in the toolkit's windows.
+    /// Of the last press of the pointer in the window, as the toolkit tells it.
     xcb_timestamp_t ownPressTime_ = 0;
     /// Of one that seems to have been elsewhere.
     std::optional<xcb_timestamp_t> outsidePressTime_;

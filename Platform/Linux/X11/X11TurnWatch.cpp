@@ -17,11 +17,11 @@ bool isWheel(std::uint32_t button) {
 
 } // namespace
 
-X11TurnWatch::X11TurnWatch(X11Connection& connection, std::uint32_t ownBase, std::uint32_t ownMask,
-                           Callbacks callbacks)
-    : connection_(connection), ownBase_(ownBase), ownMask_(ownMask), callbacks_(std::move(callbacks)) {}
+X11TurnWatch::X11TurnWatch(X11Connection& connection, Callbacks callbacks)
+    : connection_(connection), callbacks_(std::move(callbacks)) {}
 
-void X11TurnWatch::start() {
+void X11TurnWatch::start(xcb_window_t window) {
+    window_ = window;
     if (events_)
         return;
     activeWindow_ = activeWindow(connection_);
@@ -53,7 +53,8 @@ void X11TurnWatch::handle(const xcb_generic_event_t& event) {
 
 void X11TurnWatch::handlePress(xcb_timestamp_t time) {
     const auto windows = windowsUnderPointer(connection_);
-    if (std::any_of(windows.begin(), windows.end(), [this](auto window) { return isOwn(window); }))
+    if (std::any_of(windows.begin(), windows.end(),
+                    [this](auto window) { return belongsTo(connection_, window, window_); }))
         callbacks_.pressedInside();
     else if (std::none_of(windows.begin(), windows.end(),
                           [this](auto window) { return belongsToInputMethod(connection_, window); }))
@@ -63,9 +64,9 @@ void X11TurnWatch::handlePress(xcb_timestamp_t time) {
 void X11TurnWatch::handleActiveWindow() {
     const auto window = activeWindow(connection_);
     // None is a moment between two windows, or a desktop without any.
-    if (window == 0 || window == std::exchange(activeWindow_, window) || isOwn(window))
-        return;
-    callbacks_.activatedElsewhere();
+    if (window != 0 && window != std::exchange(activeWindow_, window) &&
+        !belongsTo(connection_, window, window_))
+        callbacks_.activatedElsewhere();
 }
 
 } // namespace quillmoth::platform

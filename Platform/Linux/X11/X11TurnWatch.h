@@ -7,8 +7,10 @@
 
 namespace quillmoth::platform {
 
-/// Watches what the user does around a window of this program: presses of the pointer anywhere, and changes
-/// of the active window. Tells nothing, and costs nothing, while it is not started. Main thread.
+/// Watches what the user does around one window of this program: presses of the pointer anywhere, and changes
+/// of the active window. What opens on behalf of the window counts as the window; every other one of this
+/// program is as foreign as those of others. Tells nothing, and costs nothing, while it is not started. Main
+/// thread.
 class X11TurnWatch {
 public:
     struct Callbacks {
@@ -19,25 +21,20 @@ public:
         std::function<void()> activatedElsewhere;
     };
 
-    /// A window is our own when its number is within the toolkit's range: `ownBase` and `ownMask` as in the
-    /// setup of the toolkit's connection. `connection` outlives the object.
-    X11TurnWatch(X11Connection& connection, std::uint32_t ownBase, std::uint32_t ownMask,
-                 Callbacks callbacks);
+    /// `connection` outlives the object.
+    X11TurnWatch(X11Connection& connection, Callbacks callbacks);
 
-    void start();
+    void start(xcb_window_t window);
     void stop();
 
 private:
-    [[nodiscard]] bool isOwn(xcb_window_t window) const { return (window & ~ownMask_) == ownBase_; }
-
     void handle(const xcb_generic_event_t& event);
     void handlePress(xcb_timestamp_t time);
     void handleActiveWindow();
 
     X11Connection& connection_;
-    std::uint32_t ownBase_;
-    std::uint32_t ownMask_;
     Callbacks callbacks_;
+    xcb_window_t window_ = 0;
     xcb_window_t activeWindow_ = 0;
     Subscription events_;
 };

@@ -64,6 +64,18 @@ std::vector<xcb_window_t> windowsUnderPointer(X11Connection& connection) {
     return chain;
 }
 
+bool belongsTo(X11Connection& connection, xcb_window_t window, xcb_window_t owner) {
+    // A menu of a menu of a dialog; no more, for windows can name each other in a circle.
+    constexpr int kMostSteps = 8;
+    for (int step = 0; window != 0 && step < kMostSteps; ++step) {
+        if (window == owner)
+            return true;
+        const auto next = connection.numbers(window, "WM_TRANSIENT_FOR");
+        window = next.empty() ? 0 : next.front();
+    }
+    return false;
+}
+
 bool belongsToInputMethod(X11Connection& connection, xcb_window_t window) {
     // Two names, each ended by a zero byte.
     const auto names = lowercased(connection.bytes(window, "WM_CLASS"));

@@ -25,6 +25,10 @@ namespace quillmoth::platform {
 /// The windows under the pointer, from a child of the root window inwards.
 [[nodiscard]] std::vector<xcb_window_t> windowsUnderPointer(X11Connection& connection);
 
+/// Whether `window` is `owner`, or has been opened on its behalf (WM_TRANSIENT_FOR), as menus, pop-ups and
+/// dialogs are.
+[[nodiscard]] bool belongsTo(X11Connection& connection, xcb_window_t window, xcb_window_t owner);
+
 /// True for the candidate windows of input methods and for keyboards on the screen: they write into the
 /// window that has the keyboard.
 [[nodiscard]] bool belongsToInputMethod(X11Connection& connection, xcb_window_t window);

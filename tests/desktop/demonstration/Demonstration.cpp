@@ -47,7 +47,8 @@ int demonstrate(const DemonstrationOptions& options) {
         "The program starts and finds its presets",
         [&] { return !desktop.document("QuillmothPrompts.json").empty(); },
         [&] { return desktop.programOutput(); });
-    for (const auto part : {showSelectionToAnswer, showForm, showTypedCommand, showHistory}) {
+    for (const auto part :
+         {showSelectionToAnswer, showForm, showTypedCommand, showHistory, showBesideSettings}) {
         if (!part(desktop))
             break;
     }

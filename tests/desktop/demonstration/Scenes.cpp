@@ -18,6 +18,10 @@ constexpr const char* kTypedTopic = "⌨️ How the panel takes the keyboard";
 // For pictures only: no check depends on it.
 constexpr std::chrono::milliseconds kPaintTime(100);
 
+bool hasKeyboard(const DemonstrationDesktop& desktop) {
+    return desktop.panelContents().find("\"Command\" focused") != std::string::npos;
+}
+
 bool openPanel(DemonstrationDesktop& desktop, const std::string& what) {
     desktop.input().pressKey(KEY_LEFTALT);
     desktop.input().pressKey(KEY_SPACE);
@@ -26,7 +30,7 @@ bool openPanel(DemonstrationDesktop& desktop, const std::string& what) {
         what, [&] { return desktop.isPanelVisible(); }, [&] { return desktop.programOutput(); });
     desktop.input().releaseKey(KEY_LEFTALT);
     // The keyboard arrives a moment behind the picture; no hand is quicker, but these are no hands.
-    waitFor([&] { return desktop.panelContents().find("\"Command\" focused") != std::string::npos; });
+    waitFor([&] { return hasKeyboard(desktop); });
     return shown;
 }
 
@@ -35,6 +39,21 @@ bool awaitAnswer(DemonstrationDesktop& desktop, const std::string& what) {
     return desktop.check(
         what, [&] { return desktop.panelShows("New chat"); }, [&] { return desktop.panelContents(); },
         std::chrono::seconds(20));
+}
+
+/// Into the settings at the left, with the panel moved to their right.
+void arrangeBeside(DemonstrationDesktop& desktop, std::uint32_t settings) {
+    runChild({"xdotool", "windowmove", std::to_string(settings), "20", "30"}, std::chrono::seconds(5));
+    const DesktopRectangle panel = desktop.desktop().windows().geometry(desktop.panelWindow());
+    DesktopInput& input = desktop.input();
+    // An empty part of the bar.
+    const int x = panel.x + 150;
+    const int y = panel.y + panel.height - 20;
+    input.movePointer(x, y);
+    input.pressButton(1);
+    for (const int by : {150, 300, 1250 - panel.x - panel.width})
+        input.movePointer(x + by, y);
+    input.releaseButton(1);
 }
 
 bool closeConversationAndPanel(DemonstrationDesktop& desktop, const std::string& topic) {
@@ -187,6 +206,56 @@ bool showHistory(DemonstrationDesktop& desktop) {
         [&] { return desktop.panelContents(); });
     desktop.takePicture("history-reopened");
     return closeConversationAndPanel(desktop, kAgendaTopic) && reopened;
+}
+
+bool showBesideSettings(DemonstrationDesktop& desktop) {
+    DesktopInput& input = desktop.input();
+    DesktopWindows& windows = desktop.desktop().windows();
+    runChild({desktop.options().program, "--settings"}, std::chrono::seconds(5));
+    std::uint32_t settings = 0;
+    const auto isActive = [&] {
+        settings = windows.windowTitled("Settings").value_or(0);
+        return settings != 0 && windows.activeWindow() == settings;
+    };
+    if (!desktop.check("quillmoth --settings opens the settings", isActive) ||
+        !openPanel(desktop, "The hot key opens the panel over the settings"))
+        return false;
+    arrangeBeside(desktop, settings);
+    const auto clickSettings = [&] {
+        const DesktopRectangle place = windows.geometry(settings);
+        input.click(place.x + 12, place.y + place.height / 2);
+    };
+    clickSettings();
+    desktop.check("A click into the settings closes the panel", [&] { return !desktop.isPanelVisible(); });
+    if (!openPanel(desktop, "The hot key opens the panel beside the settings"))
+        return false;
+    input.chord({KEY_LEFTCTRL, KEY_T});
+    clickSettings();
+    desktop.check(
+        "A click into the settings leaves a panel that is on top there, without the keyboard",
+        [&] { return desktop.isPanelVisible() && isActive() && !hasKeyboard(desktop); },
+        [&] { return desktop.panelContents(); });
+    input.type("email");
+    letPass(kPaintTime);
+    desktop.takePicture("beside-settings");
+    const DesktopRectangle panel = windows.geometry(desktop.panelWindow());
+    input.click(panel.x + 150, panel.y + panel.height - 20);
+    desktop.check("A click into the panel gives it the keyboard again", [&] { return hasKeyboard(desktop); });
+    const auto isNarrowed = [&] {
+        return desktop.panelShows("Write an email") && !desktop.panelShows("Plan my week");
+    };
+    const bool wasNarrowed = isNarrowed();
+    input.type("email");
+    desktop.check(
+        "Only what is typed then comes to it", [&] { return !wasNarrowed && isNarrowed(); },
+        [&] { return desktop.panelContents(); });
+    for (int press = 0; press < 4 && desktop.isPanelVisible(); ++press) {
+        input.tapKey(KEY_ESC);
+        waitFor([&] { return !desktop.isPanelVisible(); }, std::chrono::milliseconds(300));
+    }
+    desktop.check("Escape closes the panel", [&] { return !desktop.isPanelVisible(); });
+    input.chord({KEY_LEFTCTRL, KEY_W});
+    return desktop.check("Ctrl+W closes the settings", [&] { return !windows.windowTitled("Settings"); });
 }
 
 } // namespace quillmoth::test

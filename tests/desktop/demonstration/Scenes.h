@@ -18,5 +18,6 @@ bool showSelectionToAnswer(DemonstrationDesktop& desktop);
 bool showForm(DemonstrationDesktop& desktop);
 bool showTypedCommand(DemonstrationDesktop& desktop);
 bool showHistory(DemonstrationDesktop& desktop);
+bool showBesideSettings(DemonstrationDesktop& desktop);
 
 } // namespace quillmoth::test

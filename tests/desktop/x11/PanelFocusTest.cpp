@@ -12,12 +12,13 @@ namespace {
 using namespace std::chrono_literals;
 using Turn = platform::PanelFocus::Turn;
 
-/// As the program's own panel: never managed, never activated, and it notes what is typed into it.
-class Panel : public QRasterWindow {
+/// A window of this program that notes what is typed into it.
+class OwnWindow : public QRasterWindow {
 public:
-    Panel() {
-        setFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::BypassWindowManagerHint | Qt::WindowStaysOnTopHint);
-        setGeometry(700, 300, 200, 100);
+    OwnWindow(Qt::WindowFlags flags, QRect place, QWindow* transientParent = nullptr) {
+        setFlags(flags);
+        setGeometry(place);
+        setTransientParent(transientParent);
         show();
     }
 
@@ -26,6 +27,8 @@ public:
 protected:
     void keyPressEvent(QKeyEvent* event) override { typed += event->text().toStdString(); }
 };
+
+constexpr auto kUnmanaged = Qt::FramelessWindowHint | Qt::BypassWindowManagerHint | Qt::WindowStaysOnTopHint;
 
 class PanelFocusTest : public X11Session {
 protected:
@@ -64,7 +67,8 @@ protected:
         return holdsWithin(1s, [&] { return seen == expected; });
     }
 
-    Panel panel;
+    /// As the program's own panel: never managed, never activated.
+    OwnWindow panel{Qt::Tool | kUnmanaged, {700, 300, 200, 100}};
     std::unique_ptr<ChildProcess> terminal;
     std::uint32_t front = 0;
     std::vector<Turn> seen;
@@ -104,6 +108,38 @@ TEST_F(PanelFocusTest, AnOutsidePressGivesTheKeysBackAndAnInsideOneTakesThemAgai
     EXPECT_TRUE(holdsWithin(1s, [] { return focus().isHeld(); }));
     EXPECT_TRUE(types("again"));
     EXPECT_EQ(desktop().windows().activeWindow(), front);
+}
+
+TEST_F(PanelFocusTest, AnotherWindowOfTheProgramIsElsewhereAndAPopUpOfThePanelIsNot) {
+    OwnWindow settings(Qt::Window, {100, 500, 200, 100});
+    const auto isActive = [&] { return desktop().windows().activeWindow() == settings.winId(); };
+    ASSERT_TRUE(holdsWithin(2s, isActive));
+    const OwnWindow popUp(Qt::ToolTip | kUnmanaged, {700, 420, 200, 50}, &panel);
+    for (int round = 0; round < 2; ++round) {
+        acquire();
+        EXPECT_TRUE(types("panel")) << "over the other window";
+        input().click(750, 440);
+        letPass(100ms);
+        EXPECT_EQ(seen, std::vector<Turn>());
+        input().click(150, 550);
+        EXPECT_TRUE(sees({Turn::pressedElsewhere}));
+        EXPECT_FALSE(focus().isHeld());
+        input().type("s");
+        EXPECT_TRUE(holdsWithin(1s, [&] { return settings.typed == "s"; })) << settings.typed;
+        input().click(750, 350);
+        EXPECT_TRUE(holdsWithin(1s, [] { return focus().isHeld(); }));
+        EXPECT_TRUE(types("again"));
+        EXPECT_EQ(std::exchange(settings.typed, {}), "s");
+        EXPECT_TRUE(isActive());
+        focus().release();
+        seen.clear();
+    }
+    desktop().windows().activate(front);
+    ASSERT_TRUE(holdsWithin(2s, [&] { return desktop().windows().activeWindow() == front; }));
+    acquire();
+    desktop().windows().activate(static_cast<std::uint32_t>(settings.winId()));
+    EXPECT_TRUE(sees({Turn::activatedElsewhere}));
+    EXPECT_FALSE(focus().isHeld());
 }
 
 TEST_F(PanelFocusTest, ANewActiveWindowIsToldButNothingAfterRelease) {
