@@ -214,7 +214,13 @@ void X11HotKeyCenter::handleGrabOf(xcb_keycode_t keycode) {
 
 void X11HotKeyCenter::startGrabbingAgain() {
     grabStep_ = 0;
-    modifiers_ = X11Modifiers(*connection_);
+    const X11Modifiers current(*connection_);
+    // A grab with the former Num Lock is known by that alone. The end of a hold gives up all there are.
+    if (!hold_.hasAllKeys()) {
+        for (const auto& [handle, registration] : registrations_)
+            ungrabKey(*connection_, registration.keycode, variants(registration));
+    }
+    modifiers_ = current;
     grabInSteps();
 }
 

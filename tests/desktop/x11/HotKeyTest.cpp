@@ -1,3 +1,4 @@
+#include "Platform/Linux/X11/X11PassiveGrab.h"
 #include "tests/desktop/x11/X11Session.h"
 
 #include <linux/input-event-codes.h>
@@ -137,6 +138,23 @@ TEST_F(HotKeyTest, LocksDoNotMatterAndOtherModifiersDo) {
     EXPECT_EQ(log, "");
     input().tapKey(KEY_CAPSLOCK);
     input().tapKey(KEY_NUMLOCK);
+}
+
+TEST_F(HotKeyTest, WhereNumLockMovesToAnotherModifierTheFormerOneIsGivenBack) {
+    ASSERT_EQ(add(kF12, kShift), platform::noErr);
+    auto rival = platform::X11Connection::open();
+    ASSERT_TRUE(rival);
+    const auto isFree = [&](std::uint32_t lock) {
+        const std::uint32_t variant[] = {XCB_MOD_MASK_SHIFT | lock};
+        const bool granted = platform::grabKey(**rival, KEY_F12 + 8, variant);
+        platform::ungrabKey(**rival, KEY_F12 + 8, variant);
+        return granted;
+    };
+    EXPECT_FALSE(isFree(XCB_MOD_MASK_2));
+    ASSERT_EQ(runChild({"xmodmap", "-e", "remove mod2 = Num_Lock", "-e", "add mod3 = Num_Lock"}, 5s).exitCode,
+              0);
+    EXPECT_TRUE(holdsWithin(2s, [&] { return isFree(XCB_MOD_MASK_2) && !isFree(XCB_MOD_MASK_3); }));
+    setLayout("us");
 }
 
 TEST_F(HotKeyTest, AHeldKeyIsOnePressAndItsReleaseNeedsNoModifier) {
