@@ -12,6 +12,11 @@ namespace quillmoth {
 namespace {
 
 std::string frameKey(std::string_view name) {
+    return "panelFrame " + std::string(name);
+}
+
+/// Under which earlier versions kept it.
+std::string formerFrameKey(std::string_view name) {
     return "NSWindow Frame " + std::string(name);
 }
 
@@ -62,7 +67,9 @@ void QtPanelWindow::center() {
 }
 
 bool QtPanelWindow::setFrameUsingName(std::string_view name) {
-    const auto saved = services_.defaults.string(frameKey(name));
+    auto saved = services_.defaults.string(frameKey(name));
+    if (!saved)
+        saved = services_.defaults.string(formerFrameKey(name));
     const auto frame = saved ? readFrame(*saved) : std::nullopt;
     if (!frame)
         return false;
@@ -72,6 +79,9 @@ bool QtPanelWindow::setFrameUsingName(std::string_view name) {
 
 void QtPanelWindow::saveFrameUsingName(std::string_view name) {
     services_.defaults.set(frameKey(name), writeFrame(surface_->frame()));
+    // Only where there is one: each change of the settings writes their file.
+    if (services_.defaults.object(formerFrameKey(name)))
+        services_.defaults.remove(formerFrameKey(name));
 }
 
 void QtPanelWindow::orderFront() {

@@ -53,10 +53,15 @@ TEST_F(PanelWindowTest, AnIdlePanelStaysInactive) {
 }
 
 TEST_F(PanelWindowTest, TheFrameIsKeptUnderItsName) {
+    auto& defaults = panel.platform.userDefaults;
     EXPECT_EQ(panel.surface().size(), QSize(612, 410));
+    defaults.set("NSWindow Frame savedFrame", std::string("30 40 620 415"));
+    panel.panel().setFrameUsingName("savedFrame");
+    EXPECT_EQ(panel.surface().geometry(), QRect(30, 40, 620, 415)) << "an earlier version's";
     panel.surface().setFrame(QRect(40, 50, 640, 420));
     panel.panel().saveFrameUsingName("savedFrame");
-    EXPECT_EQ(panel.platform.userDefaults.string("NSWindow Frame savedFrame"), "40 50 640 420");
+    EXPECT_EQ(defaults.string("panelFrame savedFrame"), "40 50 640 420");
+    EXPECT_EQ(defaults.object("NSWindow Frame savedFrame"), std::nullopt);
     panel.surface().setFrame(QRect(0, 0, 612, 410));
     panel.panel().setFrameUsingName("savedFrame");
     EXPECT_EQ(panel.surface().geometry(), QRect(40, 50, 640, 420));
