@@ -29,12 +29,15 @@ public:
         return frontmost;
     }
 
+    [[nodiscard]] std::optional<std::string> selectionInFrontTerminal() override { return terminalSelection; }
+
     bool openURL(const std::string& url) override {
         openedURLs.push_back(url);
         return takesURLs;
     }
 
     std::optional<std::int64_t> frontmost;
+    std::optional<std::string> terminalSelection;
     bool takesURLs = true;
     std::vector<std::string> openedURLs;
 };

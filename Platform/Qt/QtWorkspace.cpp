@@ -10,8 +10,9 @@
 
 namespace quillmoth::platform {
 
-QtWorkspace::QtWorkspace(MainQueue& mainQueue, FrontProcess frontProcess)
-    : mainQueue_(mainQueue), frontProcess_(std::move(frontProcess)) {}
+QtWorkspace::QtWorkspace(MainQueue& mainQueue, FrontProcess frontProcess, TerminalSelection terminalSelection)
+    : mainQueue_(mainQueue), frontProcess_(std::move(frontProcess)),
+      terminalSelection_(std::move(terminalSelection)) {}
 
 void QtWorkspace::setOwnURLHandler(URLHandler handler) {
     ownURLHandler_ = std::move(handler);
@@ -20,6 +21,10 @@ void QtWorkspace::setOwnURLHandler(URLHandler handler) {
 std::optional<std::int64_t> QtWorkspace::frontmostApplicationProcessIdentifier() {
     const auto process = frontProcess_ ? frontProcess_() : std::nullopt;
     return process == QCoreApplication::applicationPid() ? std::nullopt : process;
+}
+
+std::optional<std::string> QtWorkspace::selectionInFrontTerminal() {
+    return terminalSelection_ ? terminalSelection_() : std::nullopt;
 }
 
 bool QtWorkspace::openURL(const std::string& url) {

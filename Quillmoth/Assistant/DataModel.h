@@ -141,6 +141,7 @@ private:
     void appendMessage(std::string role, std::string content);
     void refreshListOfClass(bool context);
     void selectedTextRead(const std::string& text);
+    void takeSelection(const std::string& text);
     void readMarkedText(const platform::AXUIElementRef& focused);
     void cancelRequest();
     void closeStoredConversation();

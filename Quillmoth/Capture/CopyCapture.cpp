@@ -5,6 +5,7 @@
 #include "Platform/KeyboardEvents.h"
 #include "Platform/MainQueue.h"
 #include "Platform/Pasteboard.h"
+#include "Platform/Workspace.h"
 #include "Quillmoth/Assistant/DataModel.h"
 #include "Quillmoth/Capture/CaptureTexts.h"
 
@@ -31,6 +32,9 @@ void postCopy(platform::KeyboardEvents& events) {
 } // namespace
 
 void DataModel::copyCapture() {
+    // There the key would interrupt what runs.
+    if (const auto selected = platform_.workspace.selectionInFrontTerminal())
+        return takeSelection(*selected);
     platform::Pasteboard& pasteboard = platform_.pasteboard;
     const std::optional<std::string> saved = pasteboard.string();
     pasteboard.clearContents();
@@ -44,8 +48,14 @@ void DataModel::finishCopyCapture(const std::optional<std::string>& saved) {
     const std::string fresh = pasteboard.string().value_or(std::string());
     if (saved && canonicallyEqual(*saved, fresh))
         return;
-    _selectedValue = fresh;
-    if (!fresh.empty()) {
+    takeSelection(fresh);
+    pasteboard.clearContents();
+    pasteboard.setString(saved.value_or(std::string()));
+}
+
+void DataModel::takeSelection(const std::string& text) {
+    _selectedValue = text;
+    if (!text.empty()) {
         _isContext = true;
         refreshContextList();
         _status = std::string(kContextFound);
@@ -54,8 +64,6 @@ void DataModel::finishCopyCapture(const std::optional<std::string>& saved) {
         _isContext = false;
         refreshNonContextList();
     }
-    pasteboard.clearContents();
-    pasteboard.setString(saved.value_or(std::string()));
 }
 
 } // namespace quillmoth

@@ -44,7 +44,9 @@ std::unique_ptr<platform::HotKeyCenter> makeHotKeys(platform::X11BackEnd& x11) {
 DesktopServices::DesktopServices()
     : userDefaults(platform::defaultsFilePath(), diskSync), x11_(makeX11()),
       desktopHotKeys_(x11_ ? makeHotKeys(*x11_) : nullptr),
-      workspace(mainQueue, [this] { return frontProcess(); }), accessibility(accessibilityHooks()) {
+      workspace(
+          mainQueue, [this] { return frontProcess(); }, [this] { return terminalSelection(); }),
+      accessibility(accessibilityHooks()) {
     // The first question to it comes soon; it connects meanwhile.
     accessibility.start();
     if (!x11_)
@@ -58,6 +60,15 @@ DesktopServices::~DesktopServices() = default;
 std::optional<std::int64_t> DesktopServices::frontProcess() const {
     const auto process = x11_ ? x11_->frontApplication().processIdentifier() : std::nullopt;
     return process.value_or(kDesktopProcess);
+}
+
+std::optional<std::string> DesktopServices::terminalSelection() {
+    if (!x11_)
+        return std::nullopt;
+    return x11_->frontApplication().terminalSelection([this](std::int64_t process) {
+        const platform::FieldReport field = accessibility.reportField(process);
+        return field.hasFocus && !field.isTerminal;
+    });
 }
 
 platform::AtSpiHooks DesktopServices::accessibilityHooks() {

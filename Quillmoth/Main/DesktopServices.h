@@ -78,6 +78,7 @@ public:
 
 private:
     [[nodiscard]] std::optional<std::int64_t> frontProcess() const;
+    [[nodiscard]] std::optional<std::string> terminalSelection();
     [[nodiscard]] platform::AtSpiHooks accessibilityHooks();
     bool paste(const std::string& text, std::int64_t process, std::chrono::steady_clock::time_point deadline);
 

@@ -13,6 +13,7 @@ struct FieldReport {
     bool hasFocus = false;
     bool hasText = false;
     bool isSecret = false;
+    bool isTerminal = false;
     bool isEditable = false;
     /// Its text can be changed piecewise.
     bool takesEdits = false;

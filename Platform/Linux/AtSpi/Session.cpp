@@ -88,7 +88,9 @@ FieldReport Session::report(const Request& request, std::int64_t process) {
         report.toolkit = name ? g_variant_get_string(name.get(), nullptr) : "";
         report.hasText = interfaces && interfaces->text;
         report.takesEdits = interfaces && interfaces->editableText;
-        report.isSecret = roleOf(operation, focus.object) == ATSPI_ROLE_PASSWORD_TEXT;
+        const auto role = roleOf(operation, focus.object);
+        report.isSecret = role == ATSPI_ROLE_PASSWORD_TEXT;
+        report.isTerminal = role == ATSPI_ROLE_TERMINAL;
         report.isEditable =
             states && states->has(ATSPI_STATE_EDITABLE) && !states->has(ATSPI_STATE_READ_ONLY);
         return kAXErrorSuccess;

@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/X11/X11Reply.h"
 #include "Platform/Linux/X11/X11Selection.h"
+#include "Platform/Linux/X11/X11Terminals.h"
 #include "Platform/Linux/X11/X11Windows.h"
 
 #include <unistd.h>
@@ -31,6 +32,14 @@ std::optional<std::string> X11FrontApplication::primarySelectionOf(std::int64_t 
     if (clientProcessIdentifier(connection_, reply->owner) != processIdentifier)
         return std::nullopt;
     return selectionText(XCB_ATOM_PRIMARY, kDeadline);
+}
+
+std::optional<std::string>
+X11FrontApplication::terminalSelection(const std::function<bool(std::int64_t process)>& hasOtherFocus) const {
+    const auto terminal = terminalInFront(connection_, hasOtherFocus);
+    if (!terminal)
+        return std::nullopt;
+    return primarySelectionOf(*terminal).value_or(std::string());
 }
 
 } // namespace quillmoth::platform

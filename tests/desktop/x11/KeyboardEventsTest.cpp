@@ -1,3 +1,4 @@
+#include "Platform/Linux/X11/X11Terminals.h"
 #include "tests/desktop/x11/X11Session.h"
 
 #include <QRasterWindow>
@@ -186,6 +187,42 @@ TEST_F(KeyboardEventsTest, TheFrontTerminalsSelectionIsReadAndNobodyElses) {
         return front.primarySelectionOf(*process) == "pr\u00e9cis\n";
     })) << front.primarySelectionOf(*process).value_or("nothing");
     EXPECT_EQ(front.primarySelectionOf(*process + 1), std::nullopt);
+}
+
+TEST_F(KeyboardEventsTest, TerminalsAreToldByTheirNamesAndByWhatTheyHold) {
+    struct Case {
+        std::string name;
+        bool isTerminal;
+    };
+
+    const Case names[] = {{"XTerm", true},           {"st-256color", true},
+                          {"Gnome-terminal", true},  {"org.gnome.Console", true},
+                          {"URxvt", true},           {"org.wezfurlong.wezterm", true},
+                          {"x-terminal-emul", true}, {"foot", true},
+                          {"firefox", false},        {"steam", false},
+                          {"Mousepad", false},       {"", false}};
+    for (const auto& [name, isTerminal] : names)
+        EXPECT_EQ(platform::isTerminalName(name), isTerminal) << name;
+
+    auto connection = platform::X11Connection::open();
+    ASSERT_TRUE(connection);
+    bool hasOtherFocus = false;
+    const auto inFront = [&] {
+        return platform::terminalInFront(**connection, [&](std::int64_t) { return hasOtherFocus; });
+    };
+    const std::string renamed = desktop().temporaryDirectory() + "/renamed";
+    ASSERT_EQ(runChild({"sh", "-c", "cp \"$(command -v xterm)\" " + renamed}, 5s).exitCode, 0);
+    for (const std::string& program : {std::string("xterm"), renamed}) {
+        ChildProcess terminal(
+            {program, "-class", "Other", "-name", "other", "-T", program, "-e", "sleep", "60"});
+        EXPECT_TRUE(holdsWithin(5s, [&] { return inFront() == terminal.processIdentifier(); })) << program;
+        hasOtherFocus = true;
+        EXPECT_EQ(inFront().has_value(), program == "xterm") << "another field beside the terminal";
+        hasOtherFocus = false;
+    }
+    Witness witness;
+    ASSERT_TRUE(holdsWithin(2s, [&] { return desktop().windows().inputFocus() == witness.window(); }));
+    EXPECT_EQ(inFront(), std::nullopt);
 }
 
 TEST_F(KeyboardEventsTest, ACompositorIsNoticed) {

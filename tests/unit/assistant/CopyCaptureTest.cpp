@@ -74,6 +74,21 @@ TEST_F(CopyCaptureTest, a_clipboard_without_text_comes_back_with_an_empty_one) {
     EXPECT_EQ(platform.pasteboard.contents, "");
 }
 
+TEST_F(CopyCaptureTest, over_a_terminal_its_selection_is_taken_at_once_and_nothing_is_copied) {
+    platform.pasteboard.contents = "saved";
+    for (const std::string selected : {"saved", ""}) {
+        platform.workspace.terminalSelection = selected;
+        model->captureContext();
+        EXPECT_EQ(*model->_selectedValue, selected);
+        EXPECT_EQ(model->_isContext, !selected.empty());
+        EXPECT_EQ(*model->_status,
+                  selected.empty() ? "No selection" : "Context found press esc to remove context");
+    }
+    platform.mainQueue.advance(1);
+    EXPECT_TRUE(platform.keyboardEvents.posts.empty());
+    EXPECT_TRUE(platform.pasteboard.calls.empty());
+}
+
 TEST_F(CopyCaptureTest, events_that_cannot_be_made_are_a_fatal_fault) {
     platform.keyboardEvents.failsToMakeEvents = true;
     EXPECT_THROW(model->captureContext(), FatalFault);
