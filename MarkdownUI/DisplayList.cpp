@@ -23,7 +23,7 @@ std::string rectText(const Rect& rect) {
            numberText(rect.height) + ")";
 }
 
-std::string quoted(std::string_view text) {
+std::string inQuotes(std::string_view text) {
     std::string result = "\"";
     for (const char c : text) {
         if (c == '\n')
@@ -67,7 +67,7 @@ std::string describe(const AttributeContainer& attributes) {
         appendWord(words, "link=" + *attributes.link);
     if (attributes.attachment)
         appendWord(words,
-                   "image=" + attributes.attachment->source + " alt=" + quoted(attributes.attachment->alt));
+                   "image=" + attributes.attachment->source + " alt=" + inQuotes(attributes.attachment->alt));
     return words;
 }
 
@@ -77,7 +77,7 @@ std::string describe(const TextLineItem& item) {
     const TextLine& line = item.shaped->lines()[item.line];
     const AttributedText text = item.text->substring(line.begin, line.end);
     for (const AttributedText::Run& run : text.runs())
-        result += " " + quoted(text.textOf(run)) + " [" + describe(run.attributes) + "]";
+        result += " " + inQuotes(text.textOf(run)) + " [" + describe(run.attributes) + "]";
     return result;
 }
 
@@ -91,12 +91,12 @@ std::string describe(const SymbolItem& item) {
 }
 
 std::string describe(const ImageItem& item) {
-    return "image " + rectText(item.frame) + " " + quoted(item.source) + " alt " + quoted(item.alt) +
-           (item.destination.empty() ? "" : " opens " + quoted(item.destination));
+    return "image " + rectText(item.frame) + " " + inQuotes(item.source) + " alt " + inQuotes(item.alt) +
+           (item.destination.empty() ? "" : " opens " + inQuotes(item.destination));
 }
 
 std::string describe(const ButtonItem& item) {
-    return "button " + rectText(item.frame) + " " + item.symbol + " " + quoted(item.label);
+    return "button " + rectText(item.frame) + " " + item.symbol + " " + inQuotes(item.label);
 }
 
 std::string describe(const ScrollRegionItem& item) {

@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 
 #include <string>
+#include <utility>
 
 // The header wraps some functions in checking macros; here they are plain names.
 #undef curl_easy_setopt
@@ -34,7 +35,9 @@ private:
 };
 
 Error notUsable(const std::string& detail) {
-    return {"The network library " + std::string(kFileName) + " cannot be used: " + detail + "."};
+    std::string text = "The network library ";
+    text.append(kFileName).append(" cannot be used: ").append(detail).append(".");
+    return {std::move(text)};
 }
 
 void loadFunctions(Loader& loader, CurlLibrary& curl) {

@@ -27,6 +27,15 @@ QList<QRect> availableScreens() {
     return screens;
 }
 
+/// Newer releases of the toolkit advise against this. What they advise instead asks the X server for the
+/// input focus, which has to stay with the program in front.
+void tellActive(QWidget& window) {
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    QApplication::setActiveWindow(&window);
+    QT_WARNING_POP
+}
+
 } // namespace
 
 QtPanelWindows::QtPanelWindows(QtPanelServices services, ContentFactory makeContent)
@@ -106,7 +115,7 @@ void QtPanelWindow::makeKeyWindow() {
     // The toolkit learns a moment after a closing that the window has lost the keyboard. Where it comes back
     // before that, the toolkit sees no change; but hiding has taken the focus from the widgets.
     if (QGuiApplication::focusWindow() == surface_->windowHandle())
-        QApplication::setActiveWindow(surface_.get());
+        tellActive(*surface_);
 }
 
 void QtPanelWindow::close() {

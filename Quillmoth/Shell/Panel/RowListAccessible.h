@@ -3,6 +3,7 @@
 #include "Quillmoth/Shell/Panel/RowList.h"
 
 #include <QAccessibleWidget>
+#include <QPointer>
 
 #include <map>
 

@@ -35,8 +35,13 @@ protected:
         settings = makeSettings();
         settings->present();
         fakes.runUntilIdle();
-        QApplication::setActiveWindow(settings.get());
+        activate();
         recorder = dynamic_cast<RecorderCocoa*>(field("Open Quillmoth Hotkey:"));
+    }
+
+    void activate() {
+        settings->activateWindow();
+        QApplication::processEvents();
     }
 
     template<class Widget>
@@ -185,8 +190,7 @@ TEST_F(Windows, AMenuItemsShortcutRaisesAnAlertAndDoesNotAct) {
     EXPECT_TRUE(alert()->text().contains("“Quit”"));
     EXPECT_FALSE(recorder->isRecording());
     alert()->accept();
-    QApplication::processEvents();
-    QApplication::setActiveWindow(settings.get());
+    activate();
     EXPECT_TRUE(recorder->isRecording());
     EXPECT_FALSE(stored());
 }
