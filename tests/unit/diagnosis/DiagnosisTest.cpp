@@ -74,6 +74,7 @@ TEST(Diagnosis, EachFaultComesWithWhatToDoAboutIt) {
          "restart it"},
         {[](DesktopFacts& f) { f.front->isEditable = false; }, "nothing there can be edited", "Ctrl+Shift+C"},
         {[](DesktopFacts& f) { f.clipboard.answers = false; }, "its owner does not answer", "copy something"},
+        {[](DesktopFacts& f) { f.clipboard = {}; }, "empty; no clipboard manager", "install"},
         {[](DesktopFacts& f) { f.clipboard.hasManager = false; }, "no clipboard manager", "install"},
         {[](DesktopFacts& f) { f.hasTray = false; }, "Tray: none", "--settings"},
     };
