@@ -18,8 +18,35 @@ constexpr int kSideInset = 10;
 // Qt sets a line of fixed height a little lower than in its middle.
 constexpr int kTopInset = 4;
 constexpr int kBottomInset = 6;
-// So long a text is higher than any limit, whatever it holds; measuring it would take long.
-constexpr int kSurelyTooLong = 4000;
+// A longer text is mostly higher than the limit, and to lay all of it out takes long.
+constexpr int kLongText = 4000;
+// From about what fills the highest field to where the field's own layout, made anyway, is as quick to ask.
+constexpr qsizetype kFirstMeasured = 1000;
+constexpr qsizetype kLastMeasured = 64000;
+constexpr QTextOption::WrapMode kWrapMode = QTextOption::WrapAtWordBoundaryOrAnywhere;
+
+/// How many lines a paragraph has, or `enough` where it has more, or fewer of a text that is very long for
+/// its lines. Lays out little more than these.
+int linesOf(const QString& paragraph, const QFont& font, double width, int enough) {
+    for (qsizetype length = kFirstMeasured;; length *= 2) {
+        const bool isWhole = length >= paragraph.size();
+        QTextLayout layout(paragraph.left(length), font);
+        QTextOption wrapping;
+        wrapping.setWrapMode(kWrapMode);
+        layout.setTextOption(wrapping);
+        int count = 0;
+        layout.beginLayout();
+        for (QTextLine line = layout.createLine(); line.isValid() && count <= enough;
+             line = layout.createLine()) {
+            line.setLineWidth(width);
+            ++count;
+        }
+        layout.endLayout();
+        // What has been cut off may change the last line.
+        if (isWhole || count > enough || length >= kLastMeasured)
+            return qMin(count, enough);
+    }
+}
 
 FloatingViewController::FieldCommand commandOf(const QKeyEvent& event) {
     using Command = FloatingViewController::FieldCommand;
@@ -52,7 +79,7 @@ CommandField::CommandField(std::shared_ptr<FloatingViewController> controller, Q
     : PanelTextEdit(panelFont(kFontSize), panel::kCommandLine, parent), controller_(std::move(controller)) {
     setLeadingInset(0);
     setLineWrapMode(WidgetWidth);
-    setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    setWordWrapMode(kWrapMode);
     setAccessibleName(QStringLiteral("Command"));
     onEdited = [this] { controller_->commandEdited(text().toStdString()); };
 }
@@ -64,13 +91,24 @@ void CommandField::setLeadingInset(int inset) {
 
 int CommandField::heightFor(int width, int limit) const {
     const int chrome = kTopInset + kBottomInset;
-    if (document()->characterCount() > kSurelyTooLong ||
-        document()->blockCount() * panel::kCommandLine + chrome > limit)
-        return limit + 1;
     const int textWidth = width - 2 * (kSideInset - kCaretRoom) - leadingInset_;
+    if (hasMoreLines((limit - chrome) / panel::kCommandLine, textWidth - 2 * kCaretRoom))
+        return limit + 1;
     if (document()->textWidth() != textWidth)
         document()->setTextWidth(textWidth);
     return qCeil(document()->size().height()) + chrome;
+}
+
+/// Lays out no more of the text than it takes. Where only the whole layout can tell it is false too.
+bool CommandField::hasMoreLines(int lines, double width) const {
+    if (document()->blockCount() > lines)
+        return true;
+    if (document()->characterCount() <= kLongText)
+        return false;
+    int left = lines + 1;
+    for (QTextBlock block = document()->begin(); block.isValid() && left > 0; block = block.next())
+        left -= linesOf(block.text(), font(), width, left);
+    return left == 0;
 }
 
 QString CommandField::placeholder() const {

@@ -25,6 +25,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    [[nodiscard]] bool hasMoreLines(int lines, double width) const;
     [[nodiscard]] QString placeholder() const;
 
     std::shared_ptr<FloatingViewController> controller_;

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <set>
+
 namespace quillmoth {
 
 namespace {
@@ -185,6 +187,21 @@ TEST_F(PanelViewTest, TheFieldGrowsToItsLimitAndThePanelWithIt) {
     model._command = std::string();
     panel.settle();
     EXPECT_EQ(panel.surface().height(), before);
+}
+
+TEST_F(PanelViewTest, TheFieldIsAsHighAsALongTextUpToItsLimit) {
+    std::set<int> heights;
+    for (const std::string& text : {std::string(4500, 'i'), "first\n" + std::string(4500, 'W')}) {
+        model._command = text;
+        for (const int width : {612, 1500, 2500, 4000, 8000}) {
+            panel.surface().setFrame(QRect(0, 0, width, 500));
+            panel.settle();
+            const int height = panel.view->commandArea().height();
+            EXPECT_EQ(height, qMin(300, qCeil(field.document()->size().height()) + 10)) << width;
+            heights.insert(height);
+        }
+    }
+    EXPECT_GT(heights.size(), 4U);
 }
 
 TEST_F(PanelViewTest, AStreamedAnswerCostsItsLastLinesAndNoNewContent) {
