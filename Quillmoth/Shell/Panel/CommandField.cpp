@@ -4,6 +4,7 @@
 
 #include <QAbstractTextDocumentLayout>
 #include <QKeyEvent>
+#include <QMimeData>
 #include <QPainter>
 #include <QTextBlock>
 #include <QTextDocument>
@@ -23,16 +24,28 @@ constexpr int kLongText = 4000;
 // From about what fills the highest field to where the field's own layout, made anyway, is as quick to ask.
 constexpr qsizetype kFirstMeasured = 1000;
 constexpr qsizetype kLastMeasured = 64000;
-constexpr QTextOption::WrapMode kWrapMode = QTextOption::WrapAtWordBoundaryOrAnywhere;
+// The toolkit looks for the end of a longer word anew at each of its lines.
+constexpr int kLongestWord = 10000;
+
+QTextOption::WrapMode wrapModeFor(const QString& text) {
+    int length = 0;
+    for (const QChar character : text) {
+        length = character.isSpace() ? 0 : length + 1;
+        if (length > kLongestWord)
+            return QTextOption::WrapAnywhere;
+    }
+    return QTextOption::WrapAtWordBoundaryOrAnywhere;
+}
 
 /// How many lines a paragraph has, or `enough` where it has more, or fewer of a text that is very long for
 /// its lines. Lays out little more than these.
-int linesOf(const QString& paragraph, const QFont& font, double width, int enough) {
+int linesOf(const QString& paragraph, const QFont& font, QTextOption::WrapMode mode, double width,
+            int enough) {
     for (qsizetype length = kFirstMeasured;; length *= 2) {
         const bool isWhole = length >= paragraph.size();
         QTextLayout layout(paragraph.left(length), font);
         QTextOption wrapping;
-        wrapping.setWrapMode(kWrapMode);
+        wrapping.setWrapMode(mode);
         layout.setTextOption(wrapping);
         int count = 0;
         layout.beginLayout();
@@ -79,7 +92,6 @@ CommandField::CommandField(std::shared_ptr<FloatingViewController> controller, Q
     : PanelTextEdit(panelFont(kFontSize), panel::kCommandLine, parent), controller_(std::move(controller)) {
     setLeadingInset(0);
     setLineWrapMode(WidgetWidth);
-    setWordWrapMode(kWrapMode);
     setAccessibleName(QStringLiteral("Command"));
     onEdited = [this] { controller_->commandEdited(text().toStdString()); };
 }
@@ -107,7 +119,7 @@ bool CommandField::hasMoreLines(int lines, double width) const {
         return false;
     int left = lines + 1;
     for (QTextBlock block = document()->begin(); block.isValid() && left > 0; block = block.next())
-        left -= linesOf(block.text(), font(), width, left);
+        left -= linesOf(block.text(), font(), wordWrapMode(), width, left);
     return left == 0;
 }
 
@@ -118,12 +130,24 @@ QString CommandField::placeholder() const {
 
 void CommandField::refresh() {
     const QString current = QString::fromStdString(controller_->model()._command);
+    wrapAsFits(current);
     if (current != text())
         setText(current);
     if (accessibleDescription() != placeholder()) {
         setAccessibleDescription(placeholder());
         viewport()->update();
     }
+}
+
+void CommandField::insertFromMimeData(const QMimeData* source) {
+    // Before it is laid out for the first time.
+    wrapAsFits(source->text());
+    PanelTextEdit::insertFromMimeData(source);
+}
+
+void CommandField::wrapAsFits(const QString& text) {
+    if (const auto mode = wrapModeFor(text); mode != wordWrapMode())
+        setWordWrapMode(mode);
 }
 
 void CommandField::keyPressEvent(QKeyEvent* event) {

@@ -23,10 +23,12 @@ public:
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void insertFromMimeData(const QMimeData* source) override;
 
 private:
     [[nodiscard]] bool hasMoreLines(int lines, double width) const;
     [[nodiscard]] QString placeholder() const;
+    void wrapAsFits(const QString& text);
 
     std::shared_ptr<FloatingViewController> controller_;
     int leadingInset_ = 0;

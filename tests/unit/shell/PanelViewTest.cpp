@@ -1,6 +1,7 @@
 #include "tests/unit/shell/PanelViewFixture.h"
 
 #include <QClipboard>
+#include <QElapsedTimer>
 #include <QMouseEvent>
 #include <QTest>
 
@@ -202,6 +203,20 @@ TEST_F(PanelViewTest, TheFieldIsAsHighAsALongTextUpToItsLimit) {
         }
     }
     EXPECT_GT(heights.size(), 4U);
+}
+
+TEST_F(PanelViewTest, APasteWithoutBlanksIsAboutAsFastAsWords) {
+    const auto pasting = [&](const QString& text) {
+        QGuiApplication::clipboard()->setText(text.repeated(100000 / text.size()));
+        QElapsedTimer time;
+        time.start();
+        field.selectAll();
+        field.paste();
+        panel.settle();
+        return time.elapsed();
+    };
+    const auto words = pasting(QStringLiteral("ten words "));
+    EXPECT_LT(pasting(QStringLiteral("tenletters")), 4 * words);
 }
 
 TEST_F(PanelViewTest, AStreamedAnswerCostsItsLastLinesAndNoNewContent) {
