@@ -58,7 +58,7 @@ protected:
         if (!image)
             return false;
         const auto* pixels = reinterpret_cast<const std::uint32_t*>(xcb_get_image_data(image.get()));
-        return std::any_of(pixels, pixels + bar.width * bar.height,
+        return std::any_of(pixels, pixels + xcb_get_image_data_length(image.get()) / 4,
                            [&](std::uint32_t pixel) { return (pixel & 0xFFFFFF) == colour; });
     }
 
