@@ -1,5 +1,6 @@
 #include "Platform/Qt/QtWorkspace.h"
 
+#include "Foundation/OwnURL.h"
 #include "Platform/MainQueue.h"
 
 #include <QCoreApplication>
@@ -31,11 +32,12 @@ bool QtWorkspace::openURL(const std::string& url) {
     const QUrl parsed(QString::fromStdString(url), QUrl::TolerantMode);
     if (!parsed.isValid() || parsed.isRelative())
         return false;
-    if (parsed.scheme() != QLatin1String("quillmoth"))
+    auto own = ownURL(url);
+    if (!own)
         return QDesktopServices::openUrl(parsed);
     if (!ownURLHandler_)
         return false;
-    mainQueue_.async([handler = ownURLHandler_, url] { handler({url}); });
+    mainQueue_.async([handler = ownURLHandler_, own = std::move(*own)] { handler({own}); });
     return true;
 }
 

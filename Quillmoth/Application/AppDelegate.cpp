@@ -2,6 +2,7 @@
 
 #include "Foundation/FatalError.h"
 #include "Foundation/Log.h"
+#include "Foundation/OwnURL.h"
 #include "Platform/Accessibility.h"
 #include "Platform/Application.h"
 #include "Platform/StatusItem.h"
@@ -89,7 +90,7 @@ std::string AppDelegate::routeName(Route route) {
 }
 
 void AppDelegate::openRoute(Route route) {
-    platform_.workspace.openURL(std::string(kScheme) + "://" + routeName(route));
+    platform_.workspace.openURL(std::string(kOwnScheme) + "://" + routeName(route));
 }
 
 void AppDelegate::didTapOne() {
@@ -107,7 +108,7 @@ void AppDelegate::didTapThree() {
 
 void AppDelegate::handleOpenURL(const std::vector<std::string>& urls) {
     for (const std::string& url : urls) {
-        if (urlScheme(url) != kScheme)
+        if (urlScheme(url) != kOwnScheme)
             continue;
         logLine("RUNNING URL SCHME");
         const auto items = urlQueryItems(url);

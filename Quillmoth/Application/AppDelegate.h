@@ -18,8 +18,6 @@ class AppDelegate {
 public:
     enum class Route { onboardingView = 0, promptEditor = 1 };
 
-    static constexpr std::string_view kScheme = "quillmoth";
-
     /// What stands behind "quillmoth://" in the route's URL.
     [[nodiscard]] static std::string routeName(Route route);
 
@@ -32,8 +30,9 @@ public:
 
     void finishLaunching();
 
-    /// Imports the presets that the URLs carry in a query item "data". A text there that is no preset is a
-    /// fatal fault; URLs of other schemes, or without that item, have no effect here.
+    /// Takes URLs as ownURL() gives them. Imports the presets that the URLs carry in a query item "data". A
+    /// text there that is no preset is a fatal fault; URLs of other schemes, or without that item, have no
+    /// effect here.
     void handleOpenURL(const std::vector<std::string>& urls);
 
     /// The reaction to the hot key: captures the context, then opens or closes the panel.

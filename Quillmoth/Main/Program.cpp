@@ -1,5 +1,6 @@
 #include "Quillmoth/Main/Program.h"
 
+#include "Foundation/OwnURL.h"
 #include "Platform/Linux/AtSpi/RestartNeeds.h"
 #include "Quillmoth/Shell/Panel/FloatingView.h"
 #include "Quillmoth/Shell/Panel/MarkdownMessage.h"
@@ -96,7 +97,7 @@ void Program::openURLs(const std::vector<std::string>& urls) {
 }
 
 void Program::openRoute(const std::string& url) {
-    const std::string prefix = std::string(AppDelegate::kScheme) + "://";
+    const std::string prefix = std::string(kOwnScheme) + "://";
     if (!url.starts_with(prefix))
         return;
     const std::string route =

@@ -1,8 +1,11 @@
 #include "Platform/Linux/Desktop/CommandLine.h"
 
+#include "Foundation/OwnURL.h"
+
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <utility>
 
 namespace quillmoth::platform {
 
@@ -47,15 +50,6 @@ URLs:
 Exit codes: 0 done, 1 failed, 2 wrong use.
 )";
 
-/// RFC 3986, 3.1: a scheme compares without regard to case.
-bool hasOwnScheme(std::string_view text) {
-    constexpr std::string_view kScheme = "quillmoth:";
-    const auto lowerCase = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-    return text.size() > kScheme.size() &&
-           std::equal(kScheme.begin(), kScheme.end(), text.begin(),
-                      [&](char expected, char given) { return expected == lowerCase(given); });
-}
-
 std::string quoted(std::string_view text) {
     return '"' + std::string(text) + '"';
 }
@@ -72,9 +66,10 @@ Result<CommandLine> parseCommandLine(std::span<const std::string_view> arguments
             continue;
         }
         if (optionsEnded || !argument.starts_with('-')) {
-            if (!hasOwnScheme(argument))
+            auto url = ownURL(argument);
+            if (!url)
                 return Error{quoted(argument) + " is not a URL that starts with \"quillmoth:\"."};
-            result.urls.emplace_back(argument);
+            result.urls.push_back(std::move(*url));
             continue;
         }
         const auto* option = std::find_if(kOptions.begin(), kOptions.end(),

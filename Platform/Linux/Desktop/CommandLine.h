@@ -14,7 +14,7 @@ struct CommandLine {
     enum class Action { start, toggle, settings, quit, diagnose, showVersion, showHelp };
 
     Action action = Action::start;
-    /// URLs of the program's own scheme, in order; with the action `start` only.
+    /// The program's own URLs, in order; with the action `start` only.
     std::vector<std::string> urls = {};
 
     friend bool operator==(const CommandLine&, const CommandLine&) = default;

@@ -1,6 +1,7 @@
 #include "Platform/Linux/Desktop/SingleInstance.h"
 
 #include "Foundation/Log.h"
+#include "Foundation/OwnURL.h"
 #include "Platform/Linux/Desktop/InstanceRequest.h"
 
 #include <QDBusArgument>
@@ -48,8 +49,10 @@ std::optional<InstanceRequest> requestIn(const QDBusMessage& message) {
         return InstanceRequest{Kind::activate};
     if (call == QLatin1String("Open(asa{sv})")) {
         InstanceRequest request{Kind::open};
-        for (const auto& url : message.arguments().constFirst().toStringList())
-            request.urls.push_back(url.toStdString());
+        for (const auto& given : message.arguments().constFirst().toStringList()) {
+            if (auto url = ownURL(given.toStdString()))
+                request.urls.push_back(std::move(*url));
+        }
         return request;
     }
     if (call != QLatin1String("ActivateAction(sava{sv})"))

@@ -22,8 +22,8 @@ TEST(CommandLine, ReadsOptionsAndURLs) {
         {{"-h"}, {Action::showHelp}},
         {{"--help"}, {Action::showHelp}},
         {{"quillmoth://promptEditor"}, {Action::start, {"quillmoth://promptEditor"}}},
-        {{"QuillMoth:?data=%7B%7D", "--", "quillmoth://b"},
-         {Action::start, {"QuillMoth:?data=%7B%7D", "quillmoth://b"}}},
+        {{"QuillMoth:?data=%7B%7D", "--", "QUILLMOTH://B"},
+         {Action::start, {"quillmoth:?data=%7B%7D", "quillmoth://B"}}},
     };
     for (const auto& [arguments, expected] : cases) {
         const auto parsed = parseCommandLine(arguments);

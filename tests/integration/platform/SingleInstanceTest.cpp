@@ -161,10 +161,11 @@ TEST(SingleInstance, AnInstanceThatHangsIsReportedAndNotWaitedForLong) {
 TEST(SingleInstance, LaunchersReachEachActionAndHearOfUnknownOnes) {
     RunningInstance running;
     auto launcher = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "launcher");
-    const auto call = [&](const QString& action) {
+    const auto call = [&](const char* method, const QVariantList& arguments) {
         auto message = QDBusMessage::createMethodCall(kInstanceService, kInstancePath,
-                                                      "org.freedesktop.Application", "ActivateAction");
-        message << action << QVariantList() << QVariantMap{{"activation-token", "token-1"}};
+                                                      "org.freedesktop.Application", method);
+        message.setArguments(arguments);
+        message << QVariantMap{{"activation-token", "token-1"}};
         const auto pending = launcher.asyncCall(message, 5000);
         QDeadlineTimer deadline(5000);
         while (!pending.isFinished() && !deadline.hasExpired())
@@ -172,10 +173,14 @@ TEST(SingleInstance, LaunchersReachEachActionAndHearOfUnknownOnes) {
         QCoreApplication::processEvents();
         return pending.reply().type() == QDBusMessage::ReplyMessage;
     };
-    EXPECT_TRUE(call("get-started"));
-    EXPECT_TRUE(call("prompt-editor"));
-    EXPECT_FALSE(call("no-such-action"));
-    EXPECT_EQ(running.requests, (std::vector<InstanceRequest>{{Kind::getStarted}, {Kind::promptEditor}}));
+    const auto action = [&](const char* name) { return call("ActivateAction", {name, QVariantList()}); };
+    EXPECT_TRUE(action("get-started"));
+    EXPECT_TRUE(action("prompt-editor"));
+    EXPECT_FALSE(action("no-such-action"));
+    EXPECT_TRUE(call("Open", {QStringList{"QuillMoth://promptEditor", "other://x"}}));
+    EXPECT_EQ(running.requests,
+              (std::vector<InstanceRequest>{
+                  {Kind::getStarted}, {Kind::promptEditor}, {Kind::open, {"quillmoth://promptEditor"}}}));
     EXPECT_EQ(qgetenv("XDG_ACTIVATION_TOKEN"), "token-1");
     qunsetenv("XDG_ACTIVATION_TOKEN");
     QDBusConnection::disconnectFromBus("launcher");

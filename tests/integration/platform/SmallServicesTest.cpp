@@ -100,7 +100,7 @@ TEST(QtWorkspace, GivesOwnURLsToTheProgramInALaterTurnAndIsNeverInFrontItself) {
     std::vector<std::string> opened;
     EXPECT_FALSE(workspace.openURL("quillmoth://promptEditor"));
     workspace.setOwnURLHandler([&](const auto& urls) { opened = urls; });
-    EXPECT_TRUE(workspace.openURL("quillmoth://promptEditor"));
+    EXPECT_TRUE(workspace.openURL("QuillMoth://promptEditor"));
     EXPECT_TRUE(opened.empty());
     QCoreApplication::processEvents();
     EXPECT_EQ(opened, std::vector<std::string>{"quillmoth://promptEditor"});
