@@ -3,43 +3,43 @@
 #include "Foundation/Log.h"
 #include "Platform/Linux/Desktop/XDGLoginItems.h"
 
-#include <QDir>
-#include <QFile>
 #include <QProcess>
-#include <QSaveFile>
 #include <QStandardPaths>
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <system_error>
 
 namespace quillmoth::platform {
 
 namespace {
 
-const auto kEntryName = QStringLiteral("org.quillmoth.Quillmoth.desktop");
-const auto kScheme = QStringLiteral("x-scheme-handler/quillmoth");
+namespace fs = std::filesystem;
 
-bool isInstalled(const QString& ownFolder) {
-    for (const QString& folder : QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation)) {
-        if (folder != ownFolder && QFile::exists(folder + u'/' + kEntryName))
-            return true;
-    }
-    return false;
+constexpr const char* kInstalledName = "org.quillmoth.Quillmoth.desktop";
+// An entry of the user's own hides an installed one of the same name.
+constexpr const char* kOwnName = "quillmoth-links.desktop";
+
+/// A path as the value of a key (Desktop Entry Specification 1.5, "Possible value types").
+std::string escapedValue(const std::string& path) {
+    std::string escaped;
+    for (const char c : path)
+        escaped += c == '\\' ? std::string("\\\\") : c == '\n' ? std::string("\\n") : std::string(1, c);
+    return escaped;
 }
 
-QByteArray contentOf(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-} // namespace
-
-std::string schemeHandlerEntry(const std::string& executable) {
+std::string entryFor(const std::string& executable) {
     return "[Desktop Entry]\n"
            "Type=Application\n"
            "Version=1.4\n"
            "Name=Quillmoth\n"
            "Comment=Ask an AI model about the text that is selected in any application\n"
            "Icon=quillmoth\n"
-           "Exec=" +
-           quotedForExec(executable) +
+           // The entry counts for nothing once the build folder has gone.
+           "TryExec=" +
+           escapedValue(executable) + "\nExec=" + quotedForExec(executable) +
            " %U\n"
            "Terminal=false\n"
            "NoDisplay=true\n"
@@ -47,23 +47,80 @@ std::string schemeHandlerEntry(const std::string& executable) {
            "MimeType=x-scheme-handler/quillmoth;\n";
 }
 
-void offerSchemeHandler(const std::string& executable) {
-    const QString folder = QStandardPaths::writableLocation(QStandardPaths::ApplicationsLocation);
-    if (folder.isEmpty() || isInstalled(folder))
-        return;
-    const QByteArray entry = QByteArray::fromStdString(schemeHandlerEntry(executable));
-    const QString path = folder + u'/' + kEntryName;
-    if (contentOf(path) == entry)
-        return;
-    QDir().mkpath(folder);
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(entry) != entry.size() || !file.commit()) {
-        logLine("Links to Quillmoth will not open it. Could not write \"" + path.toStdString() +
-                "\": " + file.errorString().toStdString());
-        return;
+std::string contentOf(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::string withoutCommands(const std::string& entry) {
+    std::istringstream lines(entry);
+    std::string rest;
+    for (std::string line; std::getline(lines, line);) {
+        if (!line.starts_with("Exec=") && !line.starts_with("TryExec="))
+            rest += line + '\n';
     }
-    if (!QProcess::startDetached(QStringLiteral("xdg-mime"),
-                                 {QStringLiteral("default"), kEntryName, kScheme}))
+    return rest;
+}
+
+/// Whether a start from some build folder wrote it.
+bool isOurs(const fs::path& path) {
+    return withoutCommands(contentOf(path)) == withoutCommands(entryFor({}));
+}
+
+bool removeOurs(const fs::path& path) {
+    std::error_code ignored;
+    return isOurs(path) && fs::remove(path, ignored);
+}
+
+Result<void> writeEntry(const fs::path& path, const std::string& entry) {
+    std::error_code error;
+    fs::create_directories(path.parent_path(), error);
+    const fs::path draft = path.string() + ".new";
+    std::ofstream file(draft, std::ios::trunc | std::ios::binary);
+    file << entry;
+    file.close();
+    if (file)
+        fs::rename(draft, path, error);
+    if (!file || error) {
+        fs::remove(draft, error);
+        return Error{"Could not write \"" + path.string() + '"'};
+    }
+    return {};
+}
+
+} // namespace
+
+Result<std::string> arrangeSchemeEntries(const std::string& executable,
+                                         const std::vector<fs::path>& folders) {
+    const fs::path own = folders.front() / kOwnName;
+    const bool hadFormer = removeOurs(folders.front() / kInstalledName);
+    const bool isInstalled = std::any_of(folders.begin(), folders.end(), [](const fs::path& folder) {
+        std::error_code ignored;
+        return fs::exists(folder / kInstalledName, ignored);
+    });
+    if (isInstalled)
+        return std::string(removeOurs(own) || hadFormer ? kInstalledName : "");
+    const std::string entry = entryFor(executable);
+    if (contentOf(own) == entry)
+        return std::string(hadFormer ? kOwnName : "");
+    if (const auto written = writeEntry(own, entry); !written)
+        return written.error();
+    return std::string(kOwnName);
+}
+
+void offerSchemeHandler(const std::string& executable) {
+    std::vector<fs::path> folders;
+    for (const QString& folder : QStandardPaths::standardLocations(QStandardPaths::ApplicationsLocation))
+        folders.emplace_back(folder.toStdString());
+    if (folders.empty())
+        return;
+    const auto handler = arrangeSchemeEntries(executable, folders);
+    if (!handler)
+        logLine("Links to Quillmoth will not open it. " + handler.error().description);
+    else if (!handler->empty() &&
+             !QProcess::startDetached(QStringLiteral("xdg-mime"),
+                                      {QStringLiteral("default"), QString::fromStdString(*handler),
+                                       QStringLiteral("x-scheme-handler/quillmoth")}))
         logLine("Links to Quillmoth may not open it: xdg-mime is not installed.");
 }
 
