@@ -17,6 +17,8 @@ constexpr const char* kBindToggle = "bind \"quillmoth --toggle\" to a key in the
 
 Finding session(const DesktopFacts& facts) {
     const std::string type = facts.sessionType.empty() ? "unknown" : facts.sessionType;
+    if (!facts.displayProblem.empty())
+        return {"Session", type + ", without a display", facts.displayProblem};
     if (facts.hasXServer)
         return {"Session", type + ", with an X server"};
     return {"Session", type + ", without an X server",
@@ -121,14 +123,21 @@ Finding portal(const DesktopFacts& facts) {
     return {"Desktop portal", facts.hasPortal ? "there" : "none; web pages are opened by xdg-open"};
 }
 
-std::string lineOf(const Finding& finding) {
-    std::string line = finding.subject + ": " + finding.state;
-    return finding.advice.empty() ? line : line + "\n    -> " + finding.advice;
+/// What there is to be told where no window can be shown.
+std::vector<Finding> withoutDisplay(const DesktopFacts& facts) {
+    std::vector<Finding> findings = {session(facts),
+                                     {"Hot key", facts.hotKey.empty() ? "none" : facts.hotKey}};
+    if (!facts.hasSessionBus) {
+        findings.push_back({"Session bus", "none", "log in to a desktop session"});
+        return findings;
+    }
+    findings.push_back({"Quillmoth", facts.isRunning ? "runs in this session" : "does not run"});
+    findings.push_back(accessibility(facts));
+    findings.push_back(portal(facts));
+    return findings;
 }
 
-} // namespace
-
-std::vector<std::string> diagnosis(const DesktopFacts& facts) {
+std::vector<Finding> withDisplay(const DesktopFacts& facts) {
     std::vector<Finding> findings = {session(facts), windowManager(facts), compositor(facts), hotKey(facts),
                                      accessibility(facts)};
     if (facts.front) {
@@ -139,6 +148,19 @@ std::vector<std::string> diagnosis(const DesktopFacts& facts) {
         findings.push_back({"Program in front", "none", "click into the window that you want to ask about"});
     }
     findings.insert(findings.end(), {clipboard(facts.clipboard), tray(facts), portal(facts)});
+    return findings;
+}
+
+std::string lineOf(const Finding& finding) {
+    std::string line = finding.subject + ": " + finding.state;
+    return finding.advice.empty() ? line : line + "\n    -> " + finding.advice;
+}
+
+} // namespace
+
+std::vector<std::string> diagnosis(const DesktopFacts& facts) {
+    const std::vector<Finding> findings =
+        facts.displayProblem.empty() ? withDisplay(facts) : withoutDisplay(facts);
     std::vector<std::string> lines;
     lines.reserve(findings.size());
     for (const Finding& finding : findings)

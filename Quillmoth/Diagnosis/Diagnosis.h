@@ -10,6 +10,9 @@ namespace quillmoth {
 struct DesktopFacts {
     /// As in XDG_SESSION_TYPE; empty where nobody says.
     std::string sessionType = {};
+    /// Why no window can be shown, and what to do; empty where one can.
+    std::string displayProblem = {};
+    bool hasSessionBus = true;
     bool hasXServer = false;
     /// The name that it gives itself; empty where none runs.
     std::string windowManager = {};

@@ -72,21 +72,23 @@ DesktopFacts::Front frontOf(platform::AtSpiAccessibility& accessibility, platfor
 
 } // namespace
 
-DesktopFacts desktopFacts() {
+DesktopFacts desktopFacts(const std::string& displayProblem) {
     DesktopFacts facts;
     const ScopedLogCapture quiet([](const std::string&) {});
     facts.sessionType = qEnvironmentVariable("XDG_SESSION_TYPE").toStdString();
-    auto created = platform::X11BackEnd::create();
+    facts.displayProblem = displayProblem;
+    auto* bus = QDBusConnection::sessionBus().interface();
+    facts.hasSessionBus = bus != nullptr;
+    facts.isRunning = bus != nullptr && bus->isServiceRegistered(platform::kInstanceService);
+    // Without a display a connection to its server is not to be had either, and may be waited for.
+    auto created = displayProblem.empty() ? platform::X11BackEnd::create() : Error{displayProblem};
     const auto x11 = created ? std::move(*created) : nullptr;
     facts.hasXServer = x11 != nullptr;
-    facts.isRunning =
-        QDBusConnection::sessionBus().interface() != nullptr &&
-        QDBusConnection::sessionBus().interface()->isServiceRegistered(platform::kInstanceService);
     addHotKey(facts, x11.get());
     platform::AtSpiAccessibility accessibility({});
     facts.answersAccessibility = accessibility.busAnswers();
     facts.isAccessibilityEnabled = accessibility.isProcessTrusted();
-    facts.hasTray = QSystemTrayIcon::isSystemTrayAvailable();
+    facts.hasTray = displayProblem.empty() && QSystemTrayIcon::isSystemTrayAvailable();
     facts.hasPortal = isOnSessionBus("org.freedesktop.portal.Desktop");
     if (!x11)
         return facts;

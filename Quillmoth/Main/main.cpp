@@ -1,3 +1,4 @@
+#include "Platform/Linux/Desktop/SessionDisplay.h"
 #include "Platform/Linux/Desktop/SingleInstance.h"
 #include "Platform/Linux/Desktop/StartUp.h"
 #include "Quillmoth/Main/DesktopFactsOf.h"
@@ -6,8 +7,11 @@
 #include <QApplication>
 
 #include <cstdlib>
+#include <filesystem>
 #include <iostream>
+#include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -15,10 +19,34 @@ using namespace quillmoth;
 
 namespace {
 
-/// The panel needs to place itself and to take the keyboard, which X11 offers, natively or beside Wayland.
-void preferX11() {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM") && !qEnvironmentVariableIsEmpty("DISPLAY"))
-        qputenv("QT_QPA_PLATFORM", "xcb");
+constexpr int kFailed = 1;
+
+int failWithoutDisplay(const std::string& problem) {
+    std::cerr << "quillmoth: There is no display to show windows on: " << problem << '.' << std::endl;
+    return kFailed;
+}
+
+/// The toolkit ends its last words with abort(), and where it begins nothing else is fatal.
+void failWithTheToolkit(QtMsgType type, const QMessageLogContext&, const QString& message) {
+    std::cerr << message.toStdString() << std::endl;
+    if (type == QtFatalMsg)
+        std::_Exit(failWithoutDisplay("Qt cannot use the one that is there, for the reason above"));
+}
+
+/// Brings the toolkit up; the display has been found to be there.
+std::unique_ptr<QApplication> makeApplication(int& argc, char** argv, const std::string& plugins) {
+    qputenv("QT_QPA_PLATFORM", QByteArray::fromStdString(plugins));
+    QtMessageHandler former = qInstallMessageHandler(failWithTheToolkit);
+    auto application = std::make_unique<QApplication>(argc, argv);
+    qInstallMessageHandler(former);
+    return application;
+}
+
+Result<std::string> findDisplay() {
+    std::vector<std::filesystem::path> pluginFolders;
+    for (const QString& folder : QCoreApplication::libraryPaths())
+        pluginFolders.emplace_back(folder.toStdString());
+    return platform::findSessionDisplay(pluginFolders);
 }
 
 void describeApplication() {
@@ -28,8 +56,10 @@ void describeApplication() {
 }
 
 int run(int& argc, char** argv, const std::optional<platform::InstanceRequest>& firstRequest) {
-    preferX11();
-    const QApplication application(argc, argv);
+    const auto display = findDisplay();
+    if (!display)
+        return failWithoutDisplay(display.error().description);
+    const auto application = makeApplication(argc, argv, *display);
     describeApplication();
     Program program;
     platform::SingleInstance instance(
@@ -43,12 +73,17 @@ int run(int& argc, char** argv, const std::optional<platform::InstanceRequest>& 
 }
 
 int diagnose(int& argc, char** argv) {
-    preferX11();
-    const QApplication application(argc, argv);
+    const auto display = findDisplay();
+    std::unique_ptr<QCoreApplication> application;
+    if (display)
+        application = makeApplication(argc, argv, *display);
+    else
+        application = std::make_unique<QCoreApplication>(argc, argv);
     describeApplication();
-    for (const std::string& line : diagnosis(desktopFacts()))
+    const std::string problem = display ? "" : display.error().description;
+    for (const std::string& line : diagnosis(desktopFacts(problem)))
         std::cout << line << std::endl;
-    return 0;
+    return display ? 0 : kFailed;
 }
 
 } // namespace

@@ -106,6 +106,27 @@ TEST_F(StartDesktop, TheFirstStartShowsTwoPagesThenTheSettingsAndNoLaterOneDoes)
     eventually("it begins at its first page", [&] { return shows("Welcome to"); });
 }
 
+TEST_F(StartDesktop, WithoutADisplayEachStartSaysSoInWords) {
+    const std::string program = QUILLMOTH_PROGRAM;
+
+    struct Case {
+        std::string display;
+        std::string arguments;
+        const char* words;
+    };
+
+    for (const auto& [display, arguments, words] :
+         {Case{"-u DISPLAY", "", "quillmoth: There is no display to show windows on: neither DISPLAY nor"},
+          Case{"DISPLAY=:60987", "--toggle", "the X server \":60987\" does not answer"},
+          Case{"-u DISPLAY", "--diagnose", "Accessibility bus: enabled\n"},
+          Case{"-u DISPLAY QT_QPA_PLATFORM=nothing", "", "no display to show windows on: Qt cannot use"}}) {
+        const ChildResult result = runChild(
+            {"sh", "-c", "env -u WAYLAND_DISPLAY " + display + ' ' + program + ' ' + arguments}, 20s);
+        EXPECT_EQ(result.exitCode, 1) << result.output;
+        EXPECT_NE(result.output.find(words), std::string::npos) << result.output;
+    }
+}
+
 TEST_F(StartDesktop, TheTraysSymbolFollowsTheDesktopBetweenLightAndDark) {
     const ChildProcess tray = startTray();
     start();

@@ -9,6 +9,8 @@ namespace {
 
 DesktopFacts goodDesktop() {
     return {.sessionType = "x11",
+            .displayProblem = {},
+            .hasSessionBus = true,
             .hasXServer = true,
             .windowManager = "Openbox",
             .hasCompositor = true,
@@ -91,6 +93,17 @@ TEST(Diagnosis, EachFaultComesWithWhatToDoAboutIt) {
             << state << "\n"
             << page(facts);
     }
+}
+
+TEST(Diagnosis, WithoutADisplayItTellsWhatCanBeKnown) {
+    DesktopFacts facts = goodDesktop();
+    facts.displayProblem = "DISPLAY is not set";
+    EXPECT_EQ(page(facts), "Session: x11, without a display\n    -> DISPLAY is not set\n"
+                           "Hot key: Alt+Space\nQuillmoth: runs in this session\n"
+                           "Accessibility bus: enabled\nDesktop portal: there\n");
+    facts.hasSessionBus = false;
+    EXPECT_NE(page(facts).find("Session bus: none\n    -> "), std::string::npos);
+    EXPECT_EQ(page(facts).find("Accessibility"), std::string::npos);
 }
 
 TEST(Diagnosis, NamesTheWayThatWorksInTheProgramInFront) {

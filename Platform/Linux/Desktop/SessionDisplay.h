@@ -1,0 +1,18 @@
+#pragma once
+
+#include "Foundation/Result.h"
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace quillmoth::platform {
+
+/// Whether there is a display that the toolkit can show windows on. Asked before it is started, since it
+/// aborts the process where there is none. Answers with the toolkit's plugins for it, in the form of
+/// QT_QPA_PLATFORM; what that variable says is kept. Prefers an X server, native or beside Wayland. The error
+/// says what is wrong and what to do. `pluginFolders` are the toolkit's. Waits for no answer but that of the
+/// X server.
+[[nodiscard]] Result<std::string> findSessionDisplay(const std::vector<std::filesystem::path>& pluginFolders);
+
+} // namespace quillmoth::platform

@@ -1,0 +1,59 @@
+#include "Platform/Linux/Desktop/SessionDisplay.h"
+#include "tests/integration/platform/TemporaryFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace quillmoth::platform {
+
+TEST(SessionDisplay, OneThatCannotBeUsedIsNamedWithWhatToDo) {
+    const test::TemporaryFolder folder;
+    std::filesystem::create_directories(folder.path("plugins/platforms"));
+    test::setContent(folder.path("plugins/platforms/libqwayland-generic.so"), "");
+    sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+    folder.path("wayland-7").copy(address.sun_path, sizeof address.sun_path - 1);
+    const int listener = socket(AF_UNIX, SOCK_STREAM, 0);
+    ASSERT_EQ(bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    ASSERT_EQ(listen(listener, 8), 0);
+    setenv("XDG_RUNTIME_DIR", folder.path().c_str(), 1);
+
+    struct Case {
+        const char* chosen;
+        const char* x11;
+        const char* wayland;
+        const char* plugins;
+        const char* outcome;
+    };
+
+    // No X server has such a number.
+    const Case cases[] = {
+        {"", "", "", "plugins", "neither DISPLAY nor WAYLAND_DISPLAY is set; start"},
+        {"", ":60987", "", "plugins", "the X server \":60987\" does not answer; check DISPLAY"},
+        {"", "nonsense", "", "plugins", "the X server \"nonsense\" does not answer"},
+        {"", "", "wayland-7", "plugins", "wayland"},
+        {"", ":60987", "wayland-7", "plugins", "wayland"},
+        {"", "", "wayland-7", "nothing", "Qt lacks its plugin; install the package qt6-wayland"},
+        {"", "", "wayland-8", "plugins", "\"wayland-8\" does not answer; check WAYLAND_DISPLAY"},
+        {"", ":60987", "wayland-7", "nothing",
+         "does not answer; check DISPLAY and XAUTHORITY; and the display"},
+        {"offscreen", "", "", "plugins", "offscreen"},
+        {"xcb", "", "wayland-7", "plugins", "the X server \"\" does not answer"},
+        {"wayland-egl;xcb", "", "wayland-7", "plugins", "wayland-egl;xcb"},
+    };
+    for (const auto& [chosen, x11, wayland, plugins, outcome] : cases) {
+        setenv("QT_QPA_PLATFORM", chosen, 1);
+        setenv("DISPLAY", x11, 1);
+        setenv("WAYLAND_DISPLAY", wayland, 1);
+        const auto display = findSessionDisplay({folder.path(plugins)});
+        const std::string told = display ? *display : "error: " + display.error().description;
+        EXPECT_NE(told.find(outcome), std::string::npos) << told;
+        EXPECT_EQ(static_cast<bool>(display), told == outcome) << told;
+    }
+    close(listener);
+}
+
+} // namespace quillmoth::platform
