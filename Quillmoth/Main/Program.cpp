@@ -69,6 +69,7 @@ void Program::finishLaunching() {
     delegate_.finishLaunching();
     shortcuts_.followStore();
     windows_.migrateLoginItem();
+    windows_.startUpdateChecks();
     services_.finishLaunching();
 }
 

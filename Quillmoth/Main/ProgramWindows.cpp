@@ -1,11 +1,14 @@
 #include "Quillmoth/Main/ProgramWindows.h"
 
 #include "Platform/Application.h"
+#include "Platform/Workspace.h"
+#include "Quillmoth/Settings/SettingsModel.h"
 #include "Quillmoth/Shell/Editor/PromptEditorWindow.h"
 #include "Quillmoth/Shell/Windows/ColorScheme.h"
 #include "Quillmoth/Shell/Windows/ConsentDialog.h"
 #include "Quillmoth/Shell/Windows/MenuStyle.h"
 #include "Quillmoth/Shell/Windows/OnboardingWindow.h"
+#include "Quillmoth/Shell/Windows/UpdateNotice.h"
 #include "Quillmoth/Shell/Windows/WindowTheme.h"
 
 #include <QApplication>
@@ -19,7 +22,8 @@ namespace quillmoth {
 ProgramWindows::ProgramWindows(const platform::Platform& platform, KeyboardShortcuts::Center& shortcuts,
                                std::shared_ptr<DataModel> model, SettingsHooks hooks)
     : platform_(platform), shortcuts_(shortcuts), model_(std::move(model)), hooks_(std::move(hooks)),
-      loginItems_(platform::autostartFolder(), QCoreApplication::applicationFilePath().toStdString()) {}
+      loginItems_(platform::autostartFolder(), QCoreApplication::applicationFilePath().toStdString()),
+      updater_(platform) {}
 
 ProgramWindows::~ProgramWindows() = default;
 
@@ -49,10 +53,25 @@ void ProgramWindows::migrateLoginItem() {
     LaunchAtLogin(loginItems_, platform_.bundle, platform_.userDefaults).migrateIfNeeded();
 }
 
+void ProgramWindows::startUpdateChecks() {
+    updater_.onFound = [this](const UpdateFeed& feed) { showUpdate(feed); };
+    updater_.startChecking();
+}
+
+void ProgramWindows::showUpdate(const UpdateFeed& feed) {
+    const auto present = QString::fromStdString(versionString(platform_.bundle));
+    const UpdateNotice notice{feed, present,
+                              [this](const std::string& url) { platform_.workspace.openURL(url); }};
+    if (settings_ && settings_->isVisible())
+        showUpdateSheet(*settings_, notice);
+    else
+        showUpdateWindow(windowPalette(windowColorScheme().isDark()), notice);
+}
+
 void ProgramWindows::showSettings() {
     if (!settings_) {
-        settings_ =
-            std::make_unique<SettingsWindow>(platform_, shortcuts_, loginItems_, windowColorScheme(), hooks_);
+        settings_ = std::make_unique<SettingsWindow>(platform_, shortcuts_, loginItems_, updater_,
+                                                     windowColorScheme(), hooks_);
         prepare(*settings_);
     }
     settings_->present();

@@ -32,6 +32,9 @@ public:
     /// Takes a former login item over; does so once in the life of the settings.
     void migrateLoginItem();
 
+    /// Looks for newer versions from now on, and shows a notice of each.
+    void startUpdateChecks();
+
     void showSettings();
     void showOnboarding();
     void showPromptEditor();
@@ -51,12 +54,14 @@ private:
     [[nodiscard]] ColorScheme& windowColorScheme();
     /// Gives the window what all have in common.
     void prepare(ShellWindow& window);
+    void showUpdate(const UpdateFeed& feed);
 
     const platform::Platform platform_;
     KeyboardShortcuts::Center& shortcuts_;
     std::shared_ptr<DataModel> model_;
     SettingsHooks hooks_;
     platform::XDGLoginItems loginItems_;
+    Updater updater_;
     std::unique_ptr<ColorScheme> colorScheme_;
     Subscription schemeChange_;
     bool hasWindowIcon_ = false;

@@ -17,7 +17,12 @@ namespace quillmoth {
 namespace {
 
 constexpr const char* kFeedKey = "updateFeedURL";
+/// What a check by itself has told last.
+constexpr const char* kToldKey = "toldUpdateVersion";
 constexpr double kTimeout = 30;
+// Behind the first picture, and what else is put off at the start.
+constexpr double kFirstCheck = 5;
+constexpr double kBetweenChecks = 24 * 60 * 60;
 
 /// A web address, with or without a query.
 bool isWebAddress(std::string_view address) {
@@ -90,38 +95,92 @@ Updater::Updater(const platform::Platform& platform)
     refresh();
 }
 
+std::string Updater::address() const {
+    return platform_.userDefaults.string(kFeedKey).value_or("");
+}
+
+std::string Updater::obstacle() const {
+    const std::string feed = address();
+    if (feed.empty())
+        return "No update feed is configured: “updateFeedURL” is not set.";
+    if (!isWebAddress(feed))
+        return "“" + feed + "” is no web address: “updateFeedURL” wants one.";
+    return isChecking_ ? "The update feed is being asked." : "";
+}
+
 void Updater::refresh() {
-    const bool can = !isChecking_ && isWebAddress(platform_.userDefaults.string(kFeedKey).value_or(""));
+    const bool can = obstacle().empty();
     if (can != canCheckForUpdates)
         canCheckForUpdates = can;
+    if (can && checksByItself_ && !isScheduled_)
+        scheduleCheck(kFirstCheck);
 }
 
 void Updater::checkForUpdates() {
     if (!canCheckForUpdates)
         return;
+    check([this](const UpdateOutcome& outcome) {
+        if (onOutcome)
+            onOutcome(outcome);
+    });
+}
+
+void Updater::startChecking() {
+    checksByItself_ = true;
+    refresh();
+}
+
+void Updater::scheduleCheck(double seconds) {
+    isScheduled_ = true;
+    platform_.mainQueue.asyncAfter(platform::MainQueue::Seconds(seconds), [weak = std::weak_ptr(self_)] {
+        if (const auto self = weak.lock())
+            (*self)->checkByItself();
+    });
+}
+
+void Updater::checkByItself() {
+    isScheduled_ = false;
+    if (!isWebAddress(address()))
+        return;
+    scheduleCheck(kBetweenChecks);
+    if (canCheckForUpdates)
+        check([this](const UpdateOutcome& outcome) { tellOnce(outcome); });
+}
+
+void Updater::tellOnce(const UpdateOutcome& outcome) {
+    const auto* available = std::get_if<UpdateAvailable>(&outcome);
+    if (available == nullptr || !onFound)
+        return;
+    const UpdateFeed& feed = available->feed;
+    const std::string version = feed.build ? feed.version + " build " + *feed.build : feed.version;
+    if (platform_.userDefaults.string(kToldKey) == version)
+        return;
+    platform_.userDefaults.set(kToldKey, version);
+    onFound(feed);
+}
+
+void Updater::check(std::function<void(const UpdateOutcome&)> finished) {
     isChecking_ = true;
     platform::URLRequest request;
-    request.url = platform_.userDefaults.string(kFeedKey).value_or("");
+    request.url = address();
     request.timeoutInterval = kTimeout;
     request.addValue("application/json", "Accept");
     refresh();
-    auto completion = [mainQueue = &platform_.mainQueue, weak = std::weak_ptr(self_)](
-                          std::optional<std::string> data, std::optional<platform::URLResponse> response,
-                          std::optional<platform::URLError> error) {
-        mainQueue->async(
-            [weak, data = std::move(data), response = std::move(response), error = std::move(error)] {
-                if (const auto self = weak.lock())
-                    (*self)->finish(outcome(data, response, error, (*self)->platform_.bundle));
-            });
+    auto completion = [mainQueue = &platform_.mainQueue, weak = std::weak_ptr(self_),
+                       finished = std::move(finished)](std::optional<std::string> data,
+                                                       std::optional<platform::URLResponse> response,
+                                                       std::optional<platform::URLError> error) {
+        mainQueue->async([weak, finished, data = std::move(data), response = std::move(response),
+                          error = std::move(error)] {
+            const auto self = weak.lock();
+            if (!self)
+                return;
+            (*self)->isChecking_ = false;
+            (*self)->refresh();
+            finished(outcome(data, response, error, (*self)->platform_.bundle));
+        });
     };
     platform_.urlSessions.sharedSession()->dataTask(request, std::move(completion))->resume();
-}
-
-void Updater::finish(const UpdateOutcome& outcome) {
-    isChecking_ = false;
-    refresh();
-    if (onOutcome)
-        onOutcome(outcome);
 }
 
 CheckForUpdatesViewModel::CheckForUpdatesViewModel(Updater& updater) {

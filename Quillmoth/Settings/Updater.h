@@ -36,8 +36,8 @@ struct UpdateCheckFailed {
 
 using UpdateOutcome = std::variant<UpToDate, UpdateAvailable, UpdateCheckFailed>;
 
-/// Asks a feed whether there is a newer version. The feed's address is the default "updateFeedURL"; without
-/// one no check can start. Main thread.
+/// Asks a feed whether there is a newer version, where somebody wants to know and by itself. The feed's
+/// address is the default "updateFeedURL"; without one no check can start. Main thread.
 class Updater : public ObservableObject {
 public:
     /// The services outlive the object.
@@ -46,17 +46,32 @@ public:
     /// True while an address is configured and no check runs.
     Published<bool> canCheckForUpdates{*this, "canCheckForUpdates", false};
 
+    /// Why no check can start now, in words for the user; empty where one can.
+    [[nodiscard]] std::string obstacle() const;
+
     /// Does nothing while no check can start; otherwise ends with a call of onOutcome.
     void checkForUpdates();
 
     std::function<void(const UpdateOutcome&)> onOutcome;
 
+    /// From now on checks by itself while a feed is configured: some seconds from now, and then once a day.
+    void startChecking();
+
+    /// Such a check has found a newer version. Each is told once, over all runs of the program.
+    std::function<void(const UpdateFeed&)> onFound;
+
 private:
+    [[nodiscard]] std::string address() const;
     void refresh();
-    void finish(const UpdateOutcome& outcome);
+    void scheduleCheck(double seconds);
+    void checkByItself();
+    void check(std::function<void(const UpdateOutcome&)> finished);
+    void tellOnce(const UpdateOutcome& outcome);
 
     const platform::Platform platform_;
     bool isChecking_ = false;
+    bool checksByItself_ = false;
+    bool isScheduled_ = false;
     Subscription defaultsChange_;
     // Lets an answer that comes late find out that the object has gone.
     std::shared_ptr<Updater*> self_;

@@ -7,12 +7,14 @@
 #include "Quillmoth/Chat/ServiceAddresses.h"
 #include "Quillmoth/Shell/Windows/Controls.h"
 #include "Quillmoth/Shell/Windows/ShellWindow.h"
+#include "Quillmoth/Shell/Windows/UpdateNotice.h"
 #include "Quillmoth/Shell/Windows/WindowTheme.h"
 
 #include <QBoxLayout>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QSignalBlocker>
 
@@ -217,11 +219,11 @@ void SettingView::addVersionBlock(QVBoxLayout& column) {
     updateButton_ = makeButton(QStringLiteral("Check for Updates…"));
     connect(updateButton_, &QPushButton::clicked, this, [this] { updater.checkForUpdates(); });
     column.addWidget(updateButton_);
-    _checkForUpdatesViewModel.onChange = [this] {
-        updateButton_->setEnabled(_checkForUpdatesViewModel._canCheckForUpdates);
+    _checkForUpdatesViewModel.onChange = [this] { showUpdateButton(); };
+    updater.onOutcome = [view = QPointer(this)](const UpdateOutcome& outcome) {
+        if (view)
+            view->showUpdateOutcome(outcome);
     };
-    _checkForUpdatesViewModel.onChange();
-    updater.onOutcome = [this](const UpdateOutcome& outcome) { showUpdateOutcome(outcome); };
 }
 
 void SettingView::openTutorial() {
@@ -230,21 +232,22 @@ void SettingView::openTutorial() {
 }
 
 void SettingView::showUpdateOutcome(const UpdateOutcome& outcome) {
-    const QString present = QStringLiteral("You have version %1.").arg(qt(versionString(platform_.bundle)));
-    if (const auto* failed = std::get_if<UpdateCheckFailed>(&outcome)) {
+    const QString present = qt(versionString(platform_.bundle));
+    if (const auto* failed = std::get_if<UpdateCheckFailed>(&outcome))
         showAlert(this, true, QStringLiteral("Could not check for updates."), qt(failed->description));
-    } else if (const auto* available = std::get_if<UpdateAvailable>(&outcome)) {
-        const UpdateFeed& feed = available->feed;
-        AlertButton download;
-        if (feed.url)
-            download = {QStringLiteral("Open Download Page"),
-                        [this, url = *feed.url] { platform_.workspace.openURL(url); }};
-        const QString notes = feed.notes ? "\n\n" + qt(*feed.notes) : QString();
-        showAlert(this, false, QStringLiteral("Quillmoth %1 is available.").arg(qt(feed.version)),
-                  present + notes, {}, download);
-    } else {
-        showAlert(this, false, QStringLiteral("Quillmoth is up to date."), present);
-    }
+    else if (const auto* available = std::get_if<UpdateAvailable>(&outcome))
+        showUpdateSheet(*this, {available->feed, present,
+                                [this](const std::string& url) { platform_.workspace.openURL(url); }});
+    else
+        showAlert(this, false, QStringLiteral("Quillmoth is up to date."),
+                  QStringLiteral("You have version %1.").arg(present));
+}
+
+void SettingView::showUpdateButton() {
+    const QString obstacle = qt(updater.obstacle());
+    updateButton_->setEnabled(_checkForUpdatesViewModel._canCheckForUpdates);
+    updateButton_->setToolTip(obstacle);
+    updateButton_->setAccessibleDescription(obstacle);
 }
 
 void SettingView::addMethodBlock(QVBoxLayout& column) {
@@ -314,6 +317,7 @@ void SettingView::showSettings() {
     for (const auto& model : settings_.offeredModels())
         offered << qt(model);
     picker_->setModels(offered, qt(settings_.model()));
+    showUpdateButton();
     showSwitch(*methodSwitch_, settings_.useCopyHack());
     showText(*serverField_, settings_.serverAddress());
     // A name that is being rewritten may be empty for a while.

@@ -65,6 +65,7 @@ private:
     void showSwitch(Switch& control, bool on);
     void showSettings();
     void showKeyControl();
+    void showUpdateButton();
     void showUpdateOutcome(const UpdateOutcome& outcome);
     void testConnection();
     void openTutorial();

@@ -40,11 +40,11 @@ RecorderServices recorderServices(const platform::Platform& platform, KeyboardSh
 } // namespace
 
 SettingsWindow::SettingsWindow(const platform::Platform& platform, KeyboardShortcuts::Center& shortcuts,
-                               platform::LoginItems& loginItems, ColorScheme& colorScheme,
+                               platform::LoginItems& loginItems, Updater& updater, ColorScheme& colorScheme,
                                const SettingsHooks& hooks)
-    : ShellWindow(QStringLiteral("Settings"), colorScheme), updater_(platform),
+    : ShellWindow(QStringLiteral("Settings"), colorScheme),
       launchAtLogin_(loginItems, platform.bundle, platform.userDefaults),
-      view_(new SettingView(platform, recorderServices(platform, shortcuts, hooks, this), updater_,
+      view_(new SettingView(platform, recorderServices(platform, shortcuts, hooks, this), updater,
                             launchAtLogin_, hooks.openPromptEditor)) {
     auto* scroll = new QScrollArea;
     scroll->setFrameShape(QFrame::NoFrame);

@@ -27,7 +27,8 @@ class SettingsWindow final : public ShellWindow {
 public:
     /// All but the hooks outlive the window.
     SettingsWindow(const platform::Platform& platform, KeyboardShortcuts::Center& shortcuts,
-                   platform::LoginItems& loginItems, ColorScheme& colorScheme, const SettingsHooks& hooks);
+                   platform::LoginItems& loginItems, Updater& updater, ColorScheme& colorScheme,
+                   const SettingsHooks& hooks);
 
     [[nodiscard]] SettingView& view() const { return *view_; }
 
@@ -37,7 +38,6 @@ protected:
 private:
     void fitScreen();
 
-    Updater updater_;
     LaunchAtLogin launchAtLogin_;
     SettingView* view_;
 };

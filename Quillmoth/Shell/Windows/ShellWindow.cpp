@@ -102,9 +102,8 @@ void styleAlert(QMessageBox& alert, const QPalette& palette) {
     alert.layout()->setContentsMargins(20, 20, 20, 16);
 }
 
-void showAlert(QWidget* parent, bool isWarning, const QString& text, const QString& informativeText,
-               std::function<void()> done, const AlertButton& extra) {
-    QWidget* window = parent != nullptr ? parent->window() : nullptr;
+QMessageBox* makeAlert(QWidget* window, bool isWarning, const QString& text, const QString& informativeText,
+                       const AlertButton& extra, const QPalette& palette) {
     auto* alert = new QMessageBox(isWarning ? QMessageBox::Warning : QMessageBox::Information,
                                   QStringLiteral("Quillmoth"), text, QMessageBox::NoButton, window);
     alert->setAttribute(Qt::WA_DeleteOnClose);
@@ -119,7 +118,15 @@ void showAlert(QWidget* parent, bool isWarning, const QString& text, const QStri
         // By its text: a standard button would bring an icon along.
         alert->addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
     }
-    styleAlert(*alert, window != nullptr ? window->palette() : alert->palette());
+    styleAlert(*alert, palette);
+    return alert;
+}
+
+void showAlert(QWidget* parent, bool isWarning, const QString& text, const QString& informativeText,
+               std::function<void()> done, const AlertButton& extra) {
+    QWidget* window = parent != nullptr ? parent->window() : nullptr;
+    QMessageBox* alert = makeAlert(window, isWarning, text, informativeText, extra,
+                                   window != nullptr ? window->palette() : QApplication::palette());
     if (done)
         QObject::connect(alert, &QDialog::finished, alert, [done = std::move(done)] { done(); });
     // Modal to its window, or to the whole program where it has none.

@@ -8,6 +8,7 @@
 #include <functional>
 
 class QMessageBox;
+class QPalette;
 
 namespace quillmoth {
 
@@ -61,8 +62,14 @@ struct AlertButton {
 /// Gives the message box the look of the program's windows, in the colours of `palette`.
 void styleAlert(QMessageBox& alert, const QPalette& palette);
 
+/// A message box with that look, which is not shown yet and deletes itself when it is closed. `extra` is a
+/// further button in front of the one that closes it.
+[[nodiscard]] QMessageBox* makeAlert(QWidget* window, bool isWarning, const QString& text,
+                                     const QString& informativeText, const AlertButton& extra,
+                                     const QPalette& palette);
+
 /// A sheet on the window of `parent`, or a dialog where there is none. Returns at once; `done` is called when
-/// it has been closed. `extra` is a further button in front of the one that closes it.
+/// it has been closed. `extra` as above.
 void showAlert(QWidget* parent, bool isWarning, const QString& text, const QString& informativeText,
                std::function<void()> done = {}, const AlertButton& extra = {});
 

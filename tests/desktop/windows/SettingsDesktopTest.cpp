@@ -219,6 +219,16 @@ TEST_F(SettingsDesktop, TheUpdateCheckSaysWhatTheFeedSays) {
     }
 }
 
+TEST_F(SettingsDesktop, ANewerVersionIsToldThoughTheSettingsWereNeverOpened) {
+    server().answer("/feed.json", jsonAnswer(200, R"({"version":"99.1","url":"https://example.com/new"})"));
+    writeDefaults({{"updateFeedURL", server().url("/feed.json")}});
+    start();
+    awaitSheet("Quillmoth 99.1 is available.");
+    EXPECT_TRUE(control("push button", "Not Now").press());
+    eventually("the notice closes", [&] { return !shows("99.1"); });
+    EXPECT_EQ(defaults().value("toldUpdateVersion", ""), "99.1");
+}
+
 TEST_F(SettingsDesktop, TheConnectionIsTestedInWords) {
     writeDefaults({{"openapikey", "sk-moth"}});
     server().answer("/v1/models", [](const ScriptedRequest& request) {

@@ -78,6 +78,35 @@ TEST_F(SettingsServices, EachAnswerOfTheFeedHasItsOutcome) {
     }
 }
 
+TEST_F(SettingsServices, ItChecksByItselfOnceAfterTheStartAndThenDailyWhileAFeedIsConfigured) {
+    auto& tasks = fakes.urlSessions.shared();
+    Updater updater(fakes.platform());
+    std::vector<std::string> found;
+    updater.onFound = [&](const UpdateFeed& feed) { found.push_back(feed.version); };
+    updater.onOutcome = [&](const UpdateOutcome&) { ADD_FAILURE() << "nobody has asked"; };
+    updater.startChecking();
+    EXPECT_EQ(fakes.mainQueue.pendingCount(), 0U) << "without a feed nothing wakes the program";
+    fakes.userDefaults.set("updateFeedURL", std::string("https://feed.example/f.json"));
+    EXPECT_TRUE(tasks.tasks().empty()) << "the start is not held up";
+    const auto checkAfter = [&](double seconds, int status, const char* body) {
+        const std::size_t before = tasks.tasks().size();
+        fakes.mainQueue.advance(seconds);
+        ASSERT_EQ(tasks.tasks().size(), before + 1);
+        task().answer(status, body);
+        fakes.runUntilIdle();
+    };
+    constexpr double kDay = 86'400;
+    checkAfter(10, 200, R"({"version":"1.0"})");
+    checkAfter(kDay, 500, "");
+    EXPECT_TRUE(found.empty());
+    checkAfter(kDay, 200, R"({"version":"1.1"})");
+    checkAfter(kDay, 200, R"({"version":"1.1"})");
+    EXPECT_EQ(found, std::vector<std::string>{"1.1"}) << "each version is told once";
+    fakes.userDefaults.remove("updateFeedURL");
+    fakes.mainQueue.advance(2 * kDay);
+    EXPECT_EQ(fakes.mainQueue.pendingCount(), 0U);
+}
+
 TEST(UpdateFeedAddress, OnlyAWebPageIsHandedToTheBrowser) {
     EXPECT_FALSE(readUpdateFeed(R"({"version":"2","url":"file:///bin/sh"})")->url);
     EXPECT_EQ(readUpdateFeed(R"({"version":"2","url":"https://h/p?v=2"})")->url, "https://h/p?v=2");

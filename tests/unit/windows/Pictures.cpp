@@ -5,6 +5,7 @@
 #include "Quillmoth/Shell/Editor/PromptEditorWindow.h"
 #include "Quillmoth/Shell/Windows/ConsentDialog.h"
 #include "Quillmoth/Shell/Windows/Controls.h"
+#include "Quillmoth/Shell/Windows/UpdateNotice.h"
 #include "Quillmoth/Shell/Windows/WindowTheme.h"
 #include "tests/unit/windows/WindowFixture.h"
 
@@ -119,9 +120,12 @@ void drawSettingsWithKey(const Album& album) {
     window->findChild<ModelPicker*>()->showPopup();
     album.add(*window->findChild<ModelPicker*>()->view()->window(), "settings-picker");
     window->findChild<ModelPicker*>()->hidePopup();
-    showAlert(window.get(), false, "Quillmoth 1.1 is available.", "You have version 1.0 build 1.\n\nFaster.",
-              {}, {"Open Download Page", [] {}});
+    const UpdateNotice notice{{"1.1", {}, "https://get.example/", "Faster."}, "1.0 build 1", {}};
+    showUpdateSheet(*window, notice);
     album.add(*window->findChild<QMessageBox*>(), "sheet-update");
+    QMessageBox* update = showUpdateWindow(windowPalette(album.isDark), notice);
+    album.add(*update, "window-update");
+    update->close();
 }
 
 void drawOnboarding(const Album& album) {

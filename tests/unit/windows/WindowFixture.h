@@ -66,7 +66,7 @@ struct WindowFixture {
 
     std::unique_ptr<SettingsWindow> makeSettings() {
         return std::make_unique<SettingsWindow>(
-            fakes.platform(), shortcuts, loginItems, colorScheme,
+            fakes.platform(), shortcuts, loginItems, updater, colorScheme,
             SettingsHooks{.openPromptEditor = [this] { ++editorOpenings; },
                           .virtualKeyCode = virtualKeyCodeOfTest});
     }
@@ -76,6 +76,7 @@ struct WindowFixture {
     ColorScheme colorScheme;
     KeyboardShortcuts::Center shortcuts{fakes.userDefaults, fakes.hotKeyCenter, fakes.notificationCenter};
     KeyboardShortcuts::Name name{"showFloatingPanel"};
+    Updater updater{fakes.platform()};
     int editorOpenings = 0;
 };
 

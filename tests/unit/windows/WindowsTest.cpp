@@ -271,11 +271,18 @@ TEST_F(Windows, TheKeyCanBeHiddenWithoutBeingChanged) {
 
 TEST_F(Windows, TheUpdateButtonWorksOnlyWhileACheckCanStart) {
     QPushButton* check = button("Check for Updates…");
-    EXPECT_FALSE(check->isEnabled());
+    const auto saysWhyNot = [&](const char* words) {
+        return !check->isEnabled() && check->toolTip().contains(words) &&
+               check->accessibleDescription() == check->toolTip();
+    };
+    EXPECT_TRUE(saysWhyNot("No update feed")) << check->toolTip().toStdString();
+    fakes.userDefaults.set("updateFeedURL", std::string("feed.example"));
+    EXPECT_TRUE(saysWhyNot("“feed.example” is no web address")) << check->toolTip().toStdString();
     fakes.userDefaults.set("updateFeedURL", std::string("https://feed.example/feed.json?channel=1"));
     EXPECT_TRUE(check->isEnabled());
+    EXPECT_TRUE(check->toolTip().isEmpty() && check->accessibleDescription().isEmpty());
     check->click();
-    EXPECT_FALSE(check->isEnabled());
+    EXPECT_TRUE(saysWhyNot("asked")) << check->toolTip().toStdString();
     fakes.urlSessions.shared().lastTask().answer(200, R"({"version":"1.0.1","url":"https://get.example/"})");
     fakes.runUntilIdle();
     EXPECT_TRUE(check->isEnabled());
