@@ -35,10 +35,14 @@ AppDelegate::~AppDelegate() {
     _coreAppModel->_FloatingViewPanel = nullptr;
 }
 
+bool AppDelegate::isFirstTime() const {
+    return platform_.userDefaults.boolean(kFirstTimeKey, true);
+}
+
 void AppDelegate::finishLaunching() {
     platform_.application.closeFirstWindow();
     showStatusItem();
-    if (platform_.userDefaults.boolean(kFirstTimeKey, true)) {
+    if (isFirstTime()) {
         platform_.userDefaults.set(kFirstTimeKey, false);
         openRoute(Route::onboardingView);
     }

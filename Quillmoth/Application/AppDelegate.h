@@ -28,6 +28,9 @@ public:
     AppDelegate(const AppDelegate&) = delete;
     AppDelegate& operator=(const AppDelegate&) = delete;
 
+    /// Whether the onboarding has not been opened yet.
+    [[nodiscard]] bool isFirstTime() const;
+
     void finishLaunching();
 
     /// Takes URLs as ownURL() gives them. Imports the presets that the URLs carry in a query item "data". A

@@ -62,7 +62,7 @@ Finding accessibility(const DesktopFacts& facts) {
             "method to obtain the text\" in the settings"};
     if (!facts.isAccessibilityEnabled)
         return {"Accessibility bus", "answers, but is not enabled",
-                "start Quillmoth and agree to switch it on, then restart the programs that it names"};
+                "switch it on in the settings of Quillmoth, then restart the programs that they name"};
     return {"Accessibility bus", "enabled"};
 }
 

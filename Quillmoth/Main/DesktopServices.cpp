@@ -6,6 +6,7 @@
 #include "Platform/Linux/X11/X11BackEnd.h"
 #include "Platform/Linux/X11/X11Keycodes.h"
 #include "Platform/Linux/X11/X11SelectionPasteboard.h"
+#include "Quillmoth/Settings/SettingsModel.h"
 
 #include <QCoreApplication>
 
@@ -14,8 +15,6 @@
 namespace quillmoth {
 
 namespace {
-
-constexpr const char* kConsentKey = "accessibilityConsent";
 
 // Stands for the desktop itself, which is in front where no window is the active one.
 constexpr std::int64_t kDesktopProcess = 1;
@@ -80,10 +79,11 @@ platform::AtSpiHooks DesktopServices::accessibilityHooks() {
             },
         .pasteText = [this](const std::string& text, std::int64_t process,
                             auto deadline) { return paste(text, process, deadline); },
-        .hasConsent = [this] { return userDefaults.boolean(kConsentKey, false); },
+        .hasConsent = [this] { return SettingsModel(userDefaults).accessibilityConsent().value_or(false); },
         .askForConsent =
             [this] {
-                if (askForConsent_)
+                // Once answered, it is for the settings to take the answer back.
+                if (askForConsent_ && !SettingsModel(userDefaults).accessibilityConsent())
                     askForConsent_();
             },
     };
@@ -154,11 +154,6 @@ void DesktopServices::prepareForQuestions() {
     // Behind the first picture, and before anybody has typed a question.
     if (!std::exchange(isPrepared_, true))
         mainQueue.asyncAfter(platform::MainQueue::Seconds(0.1), [this] { urlSessions.prepare(); });
-}
-
-void DesktopServices::consentGiven() {
-    userDefaults.set(kConsentKey, true);
-    accessibility.enableForDesktop();
 }
 
 } // namespace quillmoth

@@ -57,11 +57,9 @@ public:
     /// The panel is shown: what the first question needs is loaded in the background.
     void prepareForQuestions();
 
-    /// Called where the user is to be asked whether accessibility may be switched on for the desktop.
+    /// Called where the user is to be asked whether accessibility may be switched on for the desktop, and has
+    /// not answered yet.
     void setConsentQuestion(std::function<void()> ask) { askForConsent_ = std::move(ask); }
-
-    /// The user has answered that question with yes: it is remembered, and accessibility switched on.
-    void consentGiven();
 
     platform::DiskSync diskSync;
     platform::QtMainQueue mainQueue;

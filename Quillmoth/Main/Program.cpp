@@ -51,21 +51,26 @@ Program::Program()
       windows_(
           platform_, shortcuts_, delegate_._coreAppModel,
           {.openPromptEditor = [this] { delegate_.openRoute(AppDelegate::Route::promptEditor); },
+           .accessibility = {.enable = [this] { return services_.accessibility.enableForDesktop(); },
+                             .programsToRestart =
+                                 [] {
+                                     const auto display = qEnvironmentVariable("DISPLAY");
+                                     return platform::programsToRestart(display.toStdString());
+                                 }},
            .virtualKeyCode = [this](std::uint32_t scanCode) { return services_.virtualKeyCode(scanCode); }}) {
     services_.application.setSettingsHandler([this] { windows_.showSettings(); });
     services_.workspace.setOwnURLHandler([this](const std::vector<std::string>& urls) { openURLs(urls); });
     services_.statusItems.setMenuStyle([this](QMenu& menu) { windows_.styleTrayMenu(menu); });
     services_.statusItems.setSymbolColour([this] { return windows_.trayColour(); });
     windows_.onTrayColourChange = [this] { services_.statusItems.redrawSymbol(); };
-    services_.setConsentQuestion([this] {
-        const auto display = qEnvironmentVariable("DISPLAY").toStdString();
-        windows_.askForConsent(platform::programsToRestart(display), [this] { services_.consentGiven(); });
-    });
+    services_.setConsentQuestion([this] { windows_.askForConsent(); });
 }
 
 Program::~Program() = default;
 
 void Program::finishLaunching() {
+    if (delegate_.isFirstTime())
+        windows_.expectOnboarding();
     delegate_.finishLaunching();
     shortcuts_.followStore();
     windows_.migrateLoginItem();
@@ -109,7 +114,17 @@ void Program::openRoute(const std::string& url) {
         windows_.showPromptEditor();
 }
 
+void Program::carryOutFirst(const platform::InstanceRequest& request) {
+    using Kind = platform::InstanceRequest::Kind;
+    // One thing at a time: the first steps lead on by themselves.
+    const bool wantsAWindow = request.kind == Kind::toggle || request.kind == Kind::settings;
+    if (!wantsAWindow || !windows_.showFirstSteps())
+        carryOut(request);
+}
+
 void Program::showPanel() {
+    if (windows_.showFirstSteps())
+        return;
     const std::shared_ptr<FloatingViewPanel> panel = delegate_._coreAppModel->_FloatingViewPanel;
     if (!panel || !panel->isOpen)
         delegate_.toggleFloatingPanel();

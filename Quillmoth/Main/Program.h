@@ -31,6 +31,9 @@ public:
     /// What another start of the program, the launcher or the command line asks for.
     void carryOut(const platform::InstanceRequest& request);
 
+    /// What this start itself asks for.
+    void carryOutFirst(const platform::InstanceRequest& request);
+
 private:
     [[nodiscard]] std::unique_ptr<PanelContent> makePanelContent();
     [[nodiscard]] MessageContent* makeMarkdownContent(QWidget* parent);

@@ -5,7 +5,7 @@
 #include "Quillmoth/Settings/SettingsModel.h"
 #include "Quillmoth/Shell/Editor/PromptEditorWindow.h"
 #include "Quillmoth/Shell/Windows/ColorScheme.h"
-#include "Quillmoth/Shell/Windows/ConsentDialog.h"
+#include "Quillmoth/Shell/Windows/ConsentView.h"
 #include "Quillmoth/Shell/Windows/MenuStyle.h"
 #include "Quillmoth/Shell/Windows/OnboardingWindow.h"
 #include "Quillmoth/Shell/Windows/UpdateNotice.h"
@@ -14,6 +14,7 @@
 #include <QApplication>
 #include <QIcon>
 #include <QMenu>
+#include <QMessageBox>
 
 #include <utility>
 
@@ -59,6 +60,11 @@ void ProgramWindows::startUpdateChecks() {
 }
 
 void ProgramWindows::showUpdate(const UpdateFeed& feed) {
+    const bool isBusy = (onboarding_ && onboarding_->isVisible()) || (consent_ && consent_->isVisible());
+    if (isBusy) {
+        pendingUpdate_ = feed;
+        return;
+    }
     const auto present = QString::fromStdString(versionString(platform_.bundle));
     const UpdateNotice notice{feed, present,
                               [this](const std::string& url) { platform_.workspace.openURL(url); }};
@@ -75,11 +81,17 @@ void ProgramWindows::showSettings() {
         prepare(*settings_);
     }
     settings_->present();
+    if (const auto feed = std::exchange(pendingUpdate_, std::nullopt))
+        showUpdate(*feed);
 }
 
 void ProgramWindows::showOnboarding() {
     if (!onboarding_) {
-        onboarding_ = std::make_unique<OnboardingWindow>(windowColorScheme(), [this] { showSettings(); });
+        onboarding_ = std::make_unique<OnboardingWindow>(
+            windowColorScheme(), [this] { showSettings(); },
+            ConsentQuestion{.isOpen = [this] { return isConsentWanted(); },
+                            .programsToRestart = hooks_.accessibility.programsToRestart,
+                            .answer = [this](bool agreed) { answerConsent(agreed); }});
         prepare(*onboarding_);
     }
     onboarding_->present();
@@ -108,8 +120,40 @@ QColor ProgramWindows::trayColour() {
     return windowPalette(colorScheme().isDark()).color(QPalette::WindowText);
 }
 
-void ProgramWindows::askForConsent(const std::vector<std::string>& programs, std::function<void()> agreed) {
-    askForAccessibilityConsent(programs, windowColorScheme().isDark(), std::move(agreed));
+bool ProgramWindows::isConsentWanted() const {
+    return asksForConsent_ && !SettingsModel(platform_.userDefaults).accessibilityConsent();
+}
+
+void ProgramWindows::askForConsent() {
+    asksForConsent_ = true;
+    if (expectsOnboarding_)
+        return;
+    consent_ = std::make_unique<ConsentWindow>(windowColorScheme(), hooks_.accessibility.programsToRestart(),
+                                               [this](bool agreed) { answerConsent(agreed); });
+    prepare(*consent_);
+    consent_->present();
+}
+
+void ProgramWindows::answerConsent(bool agreed) {
+    SettingsModel(platform_.userDefaults).setAccessibilityConsent(agreed);
+    if (!agreed || hooks_.accessibility.enable())
+        return;
+    QWidget* over = onboarding_ && onboarding_->isVisible() ? onboarding_.get() : nullptr;
+    auto* alert = makeAlert(over, true, QStringLiteral("Accessibility could not be switched on."),
+                            QString::fromUtf8(kAccessibilityDoesNotAnswer), {},
+                            windowPalette(windowColorScheme().isDark()));
+    alert->setWindowModality(over != nullptr ? Qt::WindowModal : Qt::NonModal);
+    alert->show();
+}
+
+bool ProgramWindows::showFirstSteps() {
+    const bool isAsking = consent_ && consent_->isVisible();
+    const bool isWelcoming = onboarding_ ? onboarding_->isVisible() : expectsOnboarding_;
+    if (isAsking)
+        consent_->present();
+    else if (isWelcoming)
+        showOnboarding();
+    return isAsking || isWelcoming;
 }
 
 } // namespace quillmoth

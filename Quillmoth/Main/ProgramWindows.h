@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@ class QMenu;
 namespace quillmoth {
 
 class ColorScheme;
+class ConsentWindow;
 class DataModel;
 class OnboardingWindow;
 class PromptEditorWindow;
@@ -45,8 +47,14 @@ public:
     [[nodiscard]] QColor trayColour();
     /// Called after that has changed.
     std::function<void()> onTrayColourChange;
-    /// Asks whether accessibility may be switched on, naming the programs that have to be restarted then.
-    void askForConsent(const std::vector<std::string>& programs, std::function<void()> agreed);
+
+    /// The program starts for the first time: the onboarding is about to open, and nothing is to cover it.
+    void expectOnboarding() { expectsOnboarding_ = true; }
+
+    /// Asks whether accessibility may be switched on: as a step of the onboarding where that is to come.
+    void askForConsent();
+    /// Brings what a start shows by itself to the front; false where there is nothing of that left.
+    bool showFirstSteps();
 
 private:
     [[nodiscard]] ColorScheme& colorScheme();
@@ -55,6 +63,8 @@ private:
     /// Gives the window what all have in common.
     void prepare(ShellWindow& window);
     void showUpdate(const UpdateFeed& feed);
+    [[nodiscard]] bool isConsentWanted() const;
+    void answerConsent(bool agreed);
 
     const platform::Platform platform_;
     KeyboardShortcuts::Center& shortcuts_;
@@ -67,7 +77,12 @@ private:
     bool hasWindowIcon_ = false;
     std::unique_ptr<SettingsWindow> settings_;
     std::unique_ptr<OnboardingWindow> onboarding_;
+    std::unique_ptr<ConsentWindow> consent_;
     std::unique_ptr<PromptEditorWindow> promptEditor_;
+    bool expectsOnboarding_ = false;
+    bool asksForConsent_ = false;
+    // Told when nothing else wants the user's attention.
+    std::optional<UpdateFeed> pendingUpdate_;
 };
 
 } // namespace quillmoth

@@ -68,7 +68,7 @@ int run(int& argc, char** argv, const std::optional<platform::InstanceRequest>& 
         return platform::yieldStart(firstRequest, std::cerr);
     program.finishLaunching();
     if (firstRequest)
-        program.carryOut(*firstRequest);
+        program.carryOutFirst(*firstRequest);
     return QApplication::exec();
 }
 

@@ -10,6 +10,7 @@ namespace {
 constexpr const char* kKeyKey = "openapikey";
 constexpr const char* kModelKey = "model";
 constexpr const char* kCopyHackKey = "useCopyHack";
+constexpr const char* kConsentKey = "accessibilityConsent";
 constexpr const char* kServerKey = "openAIBaseURL";
 constexpr const char* kHidesKeyKey = "hidesAPIKey";
 
@@ -53,6 +54,16 @@ bool SettingsModel::useCopyHack() const {
 
 void SettingsModel::setUseCopyHack(bool use) {
     userDefaults_.set(kCopyHackKey, use);
+}
+
+std::optional<bool> SettingsModel::accessibilityConsent() const {
+    const auto stored = userDefaults_.object(kConsentKey);
+    const auto* agreed = stored ? std::get_if<bool>(&*stored) : nullptr;
+    return agreed != nullptr ? std::optional(*agreed) : std::nullopt;
+}
+
+void SettingsModel::setAccessibilityConsent(bool agreed) {
+    userDefaults_.set(kConsentKey, agreed);
 }
 
 std::string SettingsModel::serverAddress() const {

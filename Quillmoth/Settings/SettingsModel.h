@@ -3,6 +3,7 @@
 #include "Platform/Bundle.h"
 #include "Platform/UserDefaults.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,6 +33,10 @@ public:
 
     [[nodiscard]] bool useCopyHack() const;
     void setUseCopyHack(bool use);
+
+    /// The answer to the question whether accessibility may be switched on for the desktop; none before it.
+    [[nodiscard]] std::optional<bool> accessibilityConsent() const;
+    void setAccessibilityConsent(bool agreed);
 
     /// The address of the user's own server; empty for the built-in one.
     [[nodiscard]] std::string serverAddress() const;

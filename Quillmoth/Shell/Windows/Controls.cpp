@@ -126,7 +126,8 @@ void SymbolButton::paintEvent(QPaintEvent*) {
                          symbolSize_, strong ? theme.text2 : theme.text3);
 }
 
-RoundedRectangleButton::RoundedRectangleButton(const QString& text) : QPushButton(text) {
+RoundedRectangleButton::RoundedRectangleButton(const QString& text, Fill fill)
+    : QPushButton(text), fill_(fill) {
     setFixedHeight(44);
     setFont(windowFont(15, QFont::Medium));
     setStart(scale_, 1);
@@ -147,10 +148,14 @@ void RoundedRectangleButton::paintEvent(QPaintEvent*) {
     painter.translate(centre);
     painter.scale(scale, scale);
     painter.translate(-centre);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(windowTheme(palette()).indigo);
-    painter.drawRoundedRect(QRectF(rect()), kContinueRadius, kContinueRadius);
-    painter.setPen(Qt::white);
+    const WindowTheme& theme = windowTheme(palette());
+    const bool isQuiet = fill_ == Fill::quiet;
+    painter.setPen(isQuiet ? QPen(theme.buttonEdge) : QPen(Qt::NoPen));
+    painter.setBrush(isQuiet ? theme.button : theme.indigo);
+    const double inset = isQuiet ? 0.5 : 0;
+    painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), kContinueRadius,
+                            kContinueRadius);
+    painter.setPen(isQuiet ? theme.text : QColor(Qt::white));
     painter.drawText(rect(), Qt::AlignCenter, text());
 }
 

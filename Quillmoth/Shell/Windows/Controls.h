@@ -55,10 +55,13 @@ private:
     int symbolSize_;
 };
 
-/// A button filled with indigo that shrinks a little while it is pressed.
+/// A large button that shrinks a little while it is pressed.
 class RoundedRectangleButton final : public QPushButton {
 public:
-    explicit RoundedRectangleButton(const QString& text);
+    /// Quiet is the look of ordinary buttons.
+    enum class Fill { indigo, quiet };
+
+    explicit RoundedRectangleButton(const QString& text, Fill fill = Fill::indigo);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -66,6 +69,7 @@ protected:
 private:
     void scaleTo(double scale, int milliseconds);
 
+    Fill fill_;
     QVariantAnimation scale_;
 };
 

@@ -1,17 +1,22 @@
 #pragma once
 
+#include "Quillmoth/Shell/Windows/ConsentView.h"
 #include "Quillmoth/Shell/Windows/ShellWindow.h"
 
 #include <functional>
 
+class QShortcut;
 class QStackedWidget;
 
 namespace quillmoth {
 
-/// The two pages that a new user sees: what the program is, then its keys. Main thread.
+class RoundedRectangleButton;
+
+/// The two pages that a new user sees: what the program is, then its keys. Where the question for
+/// accessibility is open it is asked between them. Main thread.
 class OnboardingView final : public QWidget {
 public:
-    OnboardingView();
+    explicit OnboardingView(ConsentQuestion question = {});
 
     [[nodiscard]] int page() const { return _page; }
 
@@ -22,15 +27,24 @@ public:
     std::function<void()> onFinished;
 
 private:
+    void ask();
+    void endQuestion();
+
     int _page = 1;
+    ConsentQuestion question_;
     QStackedWidget* pages_;
+    RoundedRectangleButton* continue_;
+    QShortcut* return_;
+    // While it is asked.
+    ConsentView* consent_ = nullptr;
 };
 
 /// Its window. Each opening starts at the first page.
 class OnboardingWindow final : public ShellWindow {
 public:
     /// `onFinished` is called after the last page has been left by its button and the window is closed.
-    OnboardingWindow(ColorScheme& colorScheme, std::function<void()> onFinished);
+    OnboardingWindow(ColorScheme& colorScheme, std::function<void()> onFinished,
+                     ConsentQuestion question = {});
 
     [[nodiscard]] OnboardingView& view() const { return *view_; }
 

@@ -5,6 +5,7 @@
 #include "Platform/UserDefaults.h"
 #include "Platform/Workspace.h"
 #include "Quillmoth/Chat/ServiceAddresses.h"
+#include "Quillmoth/Shell/Windows/ConsentView.h"
 #include "Quillmoth/Shell/Windows/Controls.h"
 #include "Quillmoth/Shell/Windows/ShellWindow.h"
 #include "Quillmoth/Shell/Windows/UpdateNotice.h"
@@ -32,6 +33,9 @@ constexpr int kLabelGap = 10;
 constexpr int kFieldRowSpacing = 12;
 constexpr int kFormWidth = 300;
 constexpr int kRecorderGap = 9;
+// Under the text of a switch.
+constexpr int kNoteIndent = 44;
+constexpr int kNoteGap = 2;
 constexpr int kEye = 16;
 constexpr int kEyeMargin = 26;
 
@@ -39,6 +43,10 @@ const auto kPaying = QStringLiteral("Quillmoth is paying for your API usage");
 const auto kOwnKey = QStringLiteral("You are using your own key\nMake sure you fill in your key correctly.");
 const auto kEligibility =
     QStringLiteral("Ensure that you're eligible to use GPT-4, otherwise, you will encounter a 404 error.");
+
+const auto kAccessibilityPurpose =
+    QStringLiteral("Through it Quillmoth reads what you select in other programs, and writes answers back.");
+const auto kStaysOn = QStringLiteral("Quillmoth no longer switches it on. Where it is on now, it stays on.");
 
 QString qt(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
@@ -95,6 +103,10 @@ void showText(QLineEdit& field, const std::string& text) {
 
 } // namespace
 
+const char* const kAccessibilityDoesNotAnswer =
+    "The accessibility service of this desktop does not answer. Install the package at-spi2-core and log in "
+    "again; until then use the alternative method to obtain the text.";
+
 DoubleShortcut::DoubleShortcut(RecorderServices services)
     : recorder_(new RecorderCocoa(KeyboardShortcuts::Name("showFloatingPanel"), std::move(services))) {
     const auto title = QStringLiteral("Open Quillmoth Hotkey:");
@@ -110,11 +122,11 @@ DoubleShortcut::DoubleShortcut(RecorderServices services)
 
 SettingView::SettingView(const platform::Platform& platform, RecorderServices recorderServices,
                          Updater& updater, LaunchAtLogin& launchAtLogin,
-                         std::function<void()> openPromptEditor)
+                         std::function<void()> openPromptEditor, AccessibilityHooks accessibility)
     : _checkForUpdatesViewModel(updater), updater(updater), platform_(platform),
       settings_(platform.userDefaults), launchAtLogin_(launchAtLogin),
-      openPromptEditor_(std::move(openPromptEditor)), connectionTest_(platform),
-      shortcut_(new DoubleShortcut(std::move(recorderServices))),
+      openPromptEditor_(std::move(openPromptEditor)), accessibility_(std::move(accessibility)),
+      connectionTest_(platform), shortcut_(new DoubleShortcut(std::move(recorderServices))),
       loginSwitch_(new Switch(QStringLiteral("Launch at login 😀"))) {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(kPadding, kPadding, kPadding, kPadding);
@@ -250,7 +262,26 @@ void SettingView::showUpdateButton() {
     updateButton_->setAccessibleDescription(obstacle);
 }
 
+void SettingView::switchAccessibility(bool on) {
+    settings_.setAccessibilityConsent(on);
+    const bool isDone = !on || accessibility_.enable();
+    accessibilityNote_->setTone(isDone ? Tone::secondary : Tone::bad);
+    if (!isDone)
+        accessibilityNote_->setPlainText(QString::fromUtf8(kAccessibilityDoesNotAnswer));
+    else
+        accessibilityNote_->setPlainText(on ? restartAdvice(accessibility_.programsToRestart()) : kStaysOn);
+}
+
 void SettingView::addMethodBlock(QVBoxLayout& column) {
+    accessibilitySwitch_ = new Switch(QStringLiteral("Switch on accessibility for this desktop"));
+    connectSwitch(*accessibilitySwitch_, [this](bool on) { switchAccessibility(on); });
+    accessibilityNote_ = new ToneLabel(Tone::secondary, kAccessibilityPurpose);
+    accessibilityNote_->setContentsMargins(kNoteIndent, 0, 0, 0);
+    auto* group = new QVBoxLayout;
+    group->setSpacing(kNoteGap);
+    group->addWidget(accessibilitySwitch_);
+    group->addWidget(accessibilityNote_);
+    column.addLayout(group);
     methodSwitch_ = new Switch(QStringLiteral("Use an alternative method to obtain the text"));
     connectSwitch(*methodSwitch_, [this](bool on) { settings_.setUseCopyHack(on); });
     column.addWidget(methodSwitch_);
@@ -318,6 +349,7 @@ void SettingView::showSettings() {
         offered << qt(model);
     picker_->setModels(offered, qt(settings_.model()));
     showUpdateButton();
+    showSwitch(*accessibilitySwitch_, settings_.accessibilityConsent().value_or(false));
     showSwitch(*methodSwitch_, settings_.useCopyHack());
     showText(*serverField_, settings_.serverAddress());
     // A name that is being rewritten may be empty for a while.

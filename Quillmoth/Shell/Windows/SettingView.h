@@ -11,6 +11,8 @@
 #include <QWidget>
 
 #include <functional>
+#include <string>
+#include <vector>
 
 class QGridLayout;
 class QLineEdit;
@@ -22,6 +24,17 @@ namespace quillmoth {
 class ModelPicker;
 class Switch;
 class ToneLabel;
+
+/// Accessibility on this desktop.
+struct AccessibilityHooks {
+    /// Switches it on; false where its service does not answer.
+    std::function<bool()> enable;
+    /// The running programs that look for it only when they start.
+    std::function<std::vector<std::string>()> programsToRestart;
+};
+
+/// What to say where it could not be switched on.
+extern const char* const kAccessibilityDoesNotAnswer;
 
 /// A form with the recorder of the shortcut that opens the panel.
 class DoubleShortcut final : public QWidget {
@@ -40,7 +53,8 @@ class SettingView final : public QWidget {
 public:
     /// The services, `updater` and `launchAtLogin` outlive the view.
     SettingView(const platform::Platform& platform, RecorderServices recorderServices, Updater& updater,
-                LaunchAtLogin& launchAtLogin, std::function<void()> openPromptEditor);
+                LaunchAtLogin& launchAtLogin, std::function<void()> openPromptEditor,
+                AccessibilityHooks accessibility);
 
     /// Reads everything anew.
     void refresh();
@@ -58,6 +72,7 @@ private:
     void addKeyFields(QGridLayout& grid);
     void addVersionBlock(QVBoxLayout& column);
     void addMethodBlock(QVBoxLayout& column);
+    void switchAccessibility(bool on);
     void addServerBlock(QVBoxLayout& column);
     void addKeyControl();
     void connectSwitch(Switch& control, std::function<void(bool on)> change);
@@ -74,6 +89,7 @@ private:
     SettingsModel settings_;
     LaunchAtLogin& launchAtLogin_;
     std::function<void()> openPromptEditor_;
+    AccessibilityHooks accessibility_;
     ConnectionTest connectionTest_;
 
     bool isShowing_ = false;
@@ -85,6 +101,8 @@ private:
     ToneLabel* warning_;
     ModelPicker* picker_;
     QPushButton* updateButton_;
+    Switch* accessibilitySwitch_;
+    ToneLabel* accessibilityNote_;
     Switch* methodSwitch_;
     QLineEdit* serverField_;
     QLineEdit* serverModelField_;

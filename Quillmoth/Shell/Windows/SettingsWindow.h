@@ -5,6 +5,7 @@
 #include "Platform/Platform.h"
 #include "Quillmoth/Settings/LaunchAtLogin.h"
 #include "Quillmoth/Settings/Updater.h"
+#include "Quillmoth/Shell/Windows/SettingView.h"
 #include "Quillmoth/Shell/Windows/ShellWindow.h"
 
 #include <cstdint>
@@ -13,11 +14,10 @@
 
 namespace quillmoth {
 
-class SettingView;
-
 /// What the settings window needs from where the program is put together.
 struct SettingsHooks {
     std::function<void()> openPromptEditor;
+    AccessibilityHooks accessibility;
     /// The virtual key code of a native scan code of Qt's; none where it has none.
     std::function<std::optional<std::uint16_t>(std::uint32_t nativeScanCode)> virtualKeyCode;
 };

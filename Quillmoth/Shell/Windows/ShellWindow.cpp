@@ -52,6 +52,11 @@ void ShellWindow::takeFirstFocus() {
     setFocus(Qt::OtherFocusReason);
 }
 
+void ShellWindow::focusVisibly(QWidget& control) {
+    keyboardFocus_ = &control;
+    control.setFocus(Qt::OtherFocusReason);
+}
+
 // Left to themselves, window managers put it into a corner, or where the smallest part of others is covered.
 void ShellWindow::placeInTheMiddle() {
     const QScreen* pointed = QGuiApplication::screenAt(QCursor::pos());

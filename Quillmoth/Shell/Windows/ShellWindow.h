@@ -26,6 +26,9 @@ public:
     /// Shows the window, or brings it to the front.
     void present();
 
+    /// Gives the keyboard to a control of the window, and shows that it has it.
+    void focusVisibly(QWidget& control);
+
     /// What Ctrl+Q does.
     std::function<void()> onQuit;
 

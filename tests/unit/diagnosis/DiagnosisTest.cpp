@@ -69,7 +69,7 @@ TEST(Diagnosis, EachFaultComesWithWhatToDoAboutIt) {
         {[](DesktopFacts& f) { f.isRunning = false; }, "Quillmoth does not run", "start Quillmoth"},
         {[](DesktopFacts& f) { f.isHotKeyShared = true; }, "Openbox has it too", "record another"},
         {[](DesktopFacts& f) { f.answersAccessibility = false; }, "does not answer", "at-spi2-core"},
-        {[](DesktopFacts& f) { f.isAccessibilityEnabled = false; }, "not enabled", "agree"},
+        {[](DesktopFacts& f) { f.isAccessibilityEnabled = false; }, "not enabled", "in the settings"},
         {[](DesktopFacts& f) { f.front.reset(); }, "Program in front: none", "click"},
         {[](DesktopFacts& f) { f.front->isHung = true; }, "does not answer", "wait"},
         {[](DesktopFacts& f) { f.front->hasText = f.front->hasFocus = false; }, "shows nothing",

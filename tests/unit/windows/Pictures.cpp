@@ -3,7 +3,6 @@
 #include "Quillmoth/Shell/Editor/EmojiPicker.h"
 #include "Quillmoth/Shell/Editor/PresetFileMenu.h"
 #include "Quillmoth/Shell/Editor/PromptEditorWindow.h"
-#include "Quillmoth/Shell/Windows/ConsentDialog.h"
 #include "Quillmoth/Shell/Windows/Controls.h"
 #include "Quillmoth/Shell/Windows/UpdateNotice.h"
 #include "Quillmoth/Shell/Windows/WindowTheme.h"
@@ -130,13 +129,23 @@ void drawSettingsWithKey(const Album& album) {
 
 void drawOnboarding(const Album& album) {
     ColorScheme scheme(album.isDark);
-    QDialog* consent = askForAccessibilityConsent({"Mousepad", "Text Editor"}, album.isDark, [] {});
-    album.add(*consent, "consent");
-    consent->close();
-    OnboardingWindow window(scheme, [] {});
+    ConsentWindow consent(scheme, {"Kate", "Chromium", "qBittorrent", "VLC media player", "Signal", "Okular"},
+                          [](bool) {});
+    consent.present();
+    QApplication::setActiveWindow(&consent);
+    album.add(consent, "consent");
+    consent.close();
+    bool isOpen = true;
+    OnboardingWindow window(scheme, [] {},
+                            {.isOpen = [&] { return isOpen; },
+                             .programsToRestart = [] { return std::vector<std::string>(); },
+                             .answer = [&](bool) { isOpen = false; }});
     window.present();
+    QApplication::setActiveWindow(&window);
     album.add(window, "onboarding-1");
     window.view().continuePressed();
+    album.add(window, "onboarding-question");
+    click(window, "Not Now");
     album.add(window, "onboarding-2");
     QTest::keyClick(&window, Qt::Key_Tab);
     album.add(window, "onboarding-focus");

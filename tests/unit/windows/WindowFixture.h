@@ -68,6 +68,11 @@ struct WindowFixture {
         return std::make_unique<SettingsWindow>(
             fakes.platform(), shortcuts, loginItems, updater, colorScheme,
             SettingsHooks{.openPromptEditor = [this] { ++editorOpenings; },
+                          .accessibility = {.enable = [this] { return accessibilityAnswers; },
+                                            .programsToRestart =
+                                                [] {
+                                                    return std::vector<std::string>{"Kate", "Signal"};
+                                                }},
                           .virtualKeyCode = virtualKeyCodeOfTest});
     }
 
@@ -78,6 +83,7 @@ struct WindowFixture {
     KeyboardShortcuts::Name name{"showFloatingPanel"};
     Updater updater{fakes.platform()};
     int editorOpenings = 0;
+    bool accessibilityAnswers = true;
 };
 
 } // namespace quillmoth

@@ -328,6 +328,23 @@ TEST_F(Windows, ANameOfTheServersOwnModelIsShownThoughThePickerDoesNotOfferIt) {
     EXPECT_EQ(model->text(), "");
 }
 
+TEST_F(Windows, TheAnswerForAccessibilityCanBeTakenBack) {
+    auto* control = named<Switch>("Switch on accessibility for this desktop");
+    EXPECT_FALSE(control->isChecked());
+    EXPECT_FALSE(fakes.userDefaults.object("accessibilityConsent")) << "showing the switch answers nothing";
+    control->click();
+    EXPECT_TRUE(fakes.userDefaults.boolean("accessibilityConsent", false));
+    EXPECT_TRUE(shows("Please restart afterwards, for they look for it only when they start: Kate, Signal."));
+    fakes.userDefaults.set("accessibilityConsent", false);
+    EXPECT_FALSE(control->isChecked());
+    accessibilityAnswers = false;
+    control->click();
+    EXPECT_TRUE(shows(kAccessibilityDoesNotAnswer));
+    control->click();
+    EXPECT_FALSE(fakes.userDefaults.boolean("accessibilityConsent", true));
+    EXPECT_TRUE(shows("Quillmoth no longer switches it on. Where it is on now, it stays on."));
+}
+
 TEST_F(Windows, EveryControlCanBeReachedByTabAndHasAName) {
     std::set<QWidget*> reached;
     for (int count = 0; count < 30; ++count) {
@@ -341,8 +358,8 @@ TEST_F(Windows, EveryControlCanBeReachedByTabAndHasAName) {
         EXPECT_FALSE(control->accessibleName().isEmpty() && (push == nullptr || push->text().isEmpty()))
             << control->metaObject()->className();
     }
-    // Recorder, two switches, three buttons that are on, link, three fields, the key's control, picker.
-    EXPECT_EQ(reached.size(), 12U);
+    // Recorder, three switches, three buttons that are on, link, three fields, the key's control, picker.
+    EXPECT_EQ(reached.size(), 13U);
 }
 
 TEST_F(Windows, WindowsFollowTheDesktopBetweenLightAndDark) {
@@ -371,6 +388,44 @@ TEST_F(Windows, OnboardingGoesThroughItsPagesAndThenCloses) {
     EXPECT_FALSE(onboarding.isVisible());
     onboarding.present();
     EXPECT_EQ(onboarding.view().page(), 1);
+}
+
+TEST_F(Windows, TheOnboardingAsksForAccessibilityBetweenItsPagesAndReturnGivesNothingAway) {
+    std::vector<bool> answers;
+    bool isOpen = true;
+    OnboardingWindow onboarding(colorScheme, [] {},
+                                {.isOpen = [&] { return isOpen; },
+                                 .programsToRestart = [] { return std::vector<std::string>(); },
+                                 .answer = [&](bool agreed) { answers.push_back(agreed); }});
+    const auto button = [&](const char* title) -> QPushButton* {
+        for (auto* found : onboarding.findChildren<QPushButton*>()) {
+            if (found->text() == title && found->isVisible())
+                return found;
+        }
+        return nullptr;
+    };
+    onboarding.present();
+    QApplication::setActiveWindow(&onboarding);
+    EXPECT_EQ(button("Switch On"), nullptr) << "the welcome comes first, alone";
+    QTest::keyClick(&onboarding, Qt::Key_Return);
+    ASSERT_NE(button("Switch On"), nullptr);
+    EXPECT_EQ(button("Continue"), nullptr);
+    EXPECT_EQ(onboarding.focusWidget(), button("Not Now"));
+    QTest::keyClick(onboarding.focusWidget(), Qt::Key_Return);
+    EXPECT_EQ(answers, std::vector{false});
+    EXPECT_EQ(onboarding.view().page(), 2);
+    EXPECT_EQ(button("Switch On"), nullptr);
+    EXPECT_NE(button("Continue"), nullptr);
+    onboarding.close();
+    onboarding.present();
+    onboarding.view().continuePressed();
+    button("Switch On")->click();
+    EXPECT_EQ(answers, (std::vector{false, true}));
+    onboarding.close();
+    isOpen = false;
+    onboarding.present();
+    onboarding.view().continuePressed();
+    EXPECT_EQ(button("Switch On"), nullptr) << "once answered it is not asked again";
 }
 
 } // namespace
