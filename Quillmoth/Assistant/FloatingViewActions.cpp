@@ -1,6 +1,7 @@
 // What each key, click and control of the panel does.
 
 #include "Foundation/FatalError.h"
+#include "Platform/Application.h"
 #include "Platform/MainQueue.h"
 #include "Platform/Pasteboard.h"
 #include "Platform/UserDefaults.h"
@@ -198,6 +199,12 @@ void FloatingViewController::barItemClicked(BarItem item) {
 
 void FloatingViewController::backClicked() {
     model_->dismissStep();
+}
+
+void FloatingViewController::settingsClicked() {
+    resignPanel();
+    platform_.application.activateIgnoringOtherApps();
+    platform_.application.showSettingsWindow();
 }
 
 /// To regenerate takes the last message away, which is to be an answer. Where nobody has answered, as after

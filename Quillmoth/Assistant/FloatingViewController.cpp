@@ -145,6 +145,10 @@ std::string_view FloatingViewController::placeholder() const {
     return *model_->_status == kContextFound ? kSearchPlaceholder : kAskPlaceholder;
 }
 
+bool FloatingViewController::offersSettings() const {
+    return *model_->_error == kPermissionMessage;
+}
+
 FloatingViewController::RowMark FloatingViewController::presetMark(std::int64_t index) const {
     if (model_->_selectedIndex == index)
         return RowMark::selected;

@@ -67,6 +67,8 @@ public:
         "Start talking to the AI assistant or select the text on the screen to provide context.";
     static constexpr std::string_view kTypedCommandEmoji = "⌨️";
     static constexpr std::string_view kTypedCommandName = "Use typed command for prompt";
+    /// Whether the error is one that the settings can mend.
+    [[nodiscard]] bool offersSettings() const;
     [[nodiscard]] RowMark presetMark(std::int64_t index) const;
     [[nodiscard]] RowMark historyMark(std::int64_t index) const;
     /// From the leading edge, behind the "🧙🏻".
@@ -95,6 +97,8 @@ public:
     bool press(Key key);
     void barItemClicked(BarItem item);
     void backClicked();
+    /// Opens the settings in place of the panel.
+    void settingsClicked();
 
     /// Brings all that follows the model up to date now, rather than at the end of this turn.
     void update();

@@ -19,12 +19,6 @@ using platform::kAXErrorSuccess;
 
 namespace {
 
-constexpr const char* kPermissionMessage = "You have not enabled accessibility access. Quillmoth requires "
-                                           "accessibility access to capture what is on the "
-                                           "screen. On your Mac, choose Apple menu > System Preferences > "
-                                           "Security & Privacy > Privacy > Accessibility, "
-                                           "then grant access to Quillmoth.";
-
 /// The element under a focus read that succeeded; none at all is a fault of the system.
 AXUIElementRef focusedElement(const AXValue& value) {
     const auto* element = std::get_if<AXUIElementRef>(&value);

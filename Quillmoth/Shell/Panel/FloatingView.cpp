@@ -1,6 +1,7 @@
 #include "Quillmoth/Shell/Panel/FloatingView.h"
 
 #include "Quillmoth/Shell/Panel/PanelAccessibility.h"
+#include "Quillmoth/Shell/Panel/PanelButton.h"
 #include "Quillmoth/Shell/Panel/PanelKeys.h"
 #include "Quillmoth/Shell/Panel/PanelTheme.h"
 
@@ -43,6 +44,7 @@ FloatingView::FloatingView(std::shared_ptr<FloatingViewController> controller, F
     setAccessibleName(QStringLiteral("Quillmoth"));
     watch(command_->field());
     watch(command_->backButton());
+    watch(list_->settingsButton());
     for (auto* group : bar_->findChildren<QAbstractButton*>())
         watch(*group);
     list_->conversation().setTabOrderBehind(command_->field());

@@ -1,6 +1,9 @@
 #include "Quillmoth/Shell/Panel/ListArea.h"
 
+#include "Quillmoth/Shell/Panel/PanelButton.h"
 #include "Quillmoth/Shell/Panel/PanelTheme.h"
+
+#include <QStyle>
 
 namespace quillmoth {
 
@@ -62,10 +65,30 @@ private:
     std::vector<Item> items_;
 };
 
+/// A button at the leading edge.
+class ListArea::ButtonRow final : public QWidget {
+public:
+    ButtonRow(const QString& text, QWidget* parent) : QWidget(parent), button_(new PanelButton(text, this)) {}
+
+    [[nodiscard]] PanelButton& button() const { return *button_; }
+
+    [[nodiscard]] int heightForWidth(int) const override { return PanelButton::kHeight; }
+
+protected:
+    void resizeEvent(QResizeEvent*) override {
+        const QRect place(QPoint(), button_->sizeHint());
+        button_->setGeometry(QStyle::visualRect(layoutDirection(), rect(), place));
+    }
+
+private:
+    PanelButton* button_;
+};
+
 ListArea::ListArea(std::shared_ptr<FloatingViewController> controller, MessageContentFactory markdown,
                    QWidget* parent)
     : QWidget(parent), controller_(std::move(controller)), stack_(new Stack(this)),
       scroll_(new ScrollView(*stack_, this)), error_(new PlainTextContent(stack_)),
+      settings_(new ButtonRow(QStringLiteral("Switch on accessibility in Settings"), stack_)),
       hint_(new PlainTextContent(stack_)), form_(new FormView(controller_, stack_)),
       history_(new HistoryList(controller_, stack_)),
       conversation_(new ConversationView(controller_, std::move(markdown), stack_)),
@@ -79,6 +102,7 @@ ListArea::ListArea(std::shared_ptr<FloatingViewController> controller, MessageCo
     // The hint is no selectable text: the panel can be dragged by it.
     hint_->setAttribute(Qt::WA_TransparentForMouseEvents);
     stack_->add({error_, kTextInset, 9, 7});
+    stack_->add({settings_, kTextInset, 2, 7});
     stack_->add({hint_, kTextInset, 9, 9});
     for (QWidget* content : {static_cast<QWidget*>(form_), static_cast<QWidget*>(history_),
                              static_cast<QWidget*>(conversation_), static_cast<QWidget*>(presets_)}) {
@@ -86,6 +110,9 @@ ListArea::ListArea(std::shared_ptr<FloatingViewController> controller, MessageCo
         content->hide();
     }
     error_->hide();
+    settings_->hide();
+    QObject::connect(&settings_->button(), &QPushButton::clicked, this,
+                     [this] { controller_->settingsClicked(); });
     wireSelections();
 }
 
@@ -136,6 +163,7 @@ bool ListArea::refreshTexts() {
         error_->setText(error);
     shownError_ = error;
     error_->setVisible(!error.empty());
+    settings_->setVisible(controller_->offersSettings());
     if (hintChanged)
         hint_->setText(hint);
     hint_->setVisible(hinted);
@@ -226,6 +254,10 @@ void ListArea::revealRow(const RowList& list, int position) {
     // With the first row all that stands above it is seen too.
     const int top = position == 0 ? 0 : row.top() - panel::kListEnds;
     scroll_->reveal(top, row.bottom() + 1 + panel::kListEnds);
+}
+
+PanelButton& ListArea::settingsButton() const {
+    return settings_->button();
 }
 
 QString ListArea::selectedText() const {

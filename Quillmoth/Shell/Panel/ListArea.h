@@ -8,6 +8,8 @@
 
 namespace quillmoth {
 
+class PanelButton;
+
 /// The middle of the panel: the error, and under it what the model's state asks for, scrolling together.
 class ListArea final : public QWidget {
 public:
@@ -41,6 +43,9 @@ public:
 
     [[nodiscard]] PlainTextContent& error() const { return *error_; }
 
+    /// Below an error that the settings can mend.
+    [[nodiscard]] PanelButton& settingsButton() const;
+
     [[nodiscard]] PlainTextContent& hint() const { return *hint_; }
 
 protected:
@@ -48,6 +53,7 @@ protected:
 
 private:
     class Stack;
+    class ButtonRow;
 
     void wireSelections();
     bool refreshTexts();
@@ -63,6 +69,7 @@ private:
     Stack* stack_;
     ScrollView* scroll_;
     PlainTextContent* error_;
+    ButtonRow* settings_;
     PlainTextContent* hint_;
     FormView* form_;
     HistoryList* history_;

@@ -167,6 +167,11 @@ void drawLists(Gallery& gallery) {
         panel.model->_status = std::string("Context found press esc to remove context");
         panel.model->refreshList();
     });
+    gallery.draw(QStringLiteral("error-accessibility"), [](PanelUnderTest& panel) {
+        panel.platform.accessibility.isTrusted = false;
+        panel.platform.accessibility.systemWide().fail("AXFocusedUIElement", -25211);
+        panel.model->captureContext();
+    });
     gallery.draw(QStringLiteral("error"), [](PanelUnderTest& panel) {
         panel.model->_error = std::string("Error 401: Your API key is invalid, Please check again.");
     });

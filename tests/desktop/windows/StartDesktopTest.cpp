@@ -17,6 +17,32 @@ namespace {
 
 using namespace std::chrono_literals;
 
+using nlohmann::json;
+
+/// Accessibility switched off on the desktop, for one test.
+class AccessibilityOff {
+public:
+    AccessibilityOff() { set(false); }
+
+    ~AccessibilityOff() { set(true); }
+
+    AccessibilityOff(const AccessibilityOff&) = delete;
+    AccessibilityOff& operator=(const AccessibilityOff&) = delete;
+
+    static bool isOn() { return call({"Get"}).find("boolean true") != std::string::npos; }
+
+private:
+    static void set(bool on) { call({"Set", on ? "variant:boolean:true" : "variant:boolean:false"}); }
+
+    static std::string call(std::vector<std::string> what) {
+        what.front() = "org.freedesktop.DBus.Properties." + what.front();
+        what.insert(what.begin() + 1, {"string:org.a11y.Status", "string:IsEnabled"});
+        what.insert(what.begin(),
+                    {"dbus-send", "--session", "--print-reply", "--dest=org.a11y.Bus", "/org/a11y/bus"});
+        return runChild(what, 5s).output;
+    }
+};
+
 class StartDesktop : public ProgramDesktop {
 protected:
     /// Calls a method of the freedesktop Application interface.
@@ -104,6 +130,42 @@ TEST_F(StartDesktop, TheFirstStartShowsTwoPagesThenTheSettingsAndNoLaterOneDoes)
     run({"quillmoth://onboardingView"});
     awaitWindow("Onboarding");
     eventually("it begins at its first page", [&] { return shows("Welcome to"); });
+}
+
+TEST_F(StartDesktop, TheQuestionForAccessibilityComesByItselfAndOnceAndItsAnswerCanBeTakenBack) {
+    const AccessibilityOff off;
+    const auto answer = [] { return defaults().value("accessibilityConsent", json()); };
+    writeDefaults({{"accessibilityConsent", nullptr}});
+    start();
+    awaitWindow("Accessibility");
+    closeWindow("Accessibility");
+    EXPECT_EQ(answer(), json()) << "closing the window is no answer";
+    quit();
+
+    writeDefaults({{"firstTime", true}, {"accessibilityConsent", nullptr}});
+    start({"--toggle"});
+    awaitWindow("Onboarding");
+    eventually("the welcome comes first", [&] { return shows("Welcome to"); });
+    run({});
+    input().tapKey(KEY_ENTER);
+    eventually("the question is its next step", [&] { return shows("for this desktop?"); });
+    EXPECT_FALSE(hasWindow("Accessibility"));
+    input().tapKey(KEY_ENTER);
+    eventually("the second page follows", [&] { return shows("Resend the Last Prompt"); });
+    EXPECT_EQ(answer(), json(false));
+    EXPECT_FALSE(isPanelVisible()) << "nothing covers the first steps";
+    quit();
+
+    start();
+    run({"--toggle"});
+    eventually("the panel says what is missing", [&] { return shows("You have not enabled accessibility"); });
+    EXPECT_FALSE(hasWindow("Accessibility")) << "it is asked once";
+    EXPECT_TRUE(control("push button", "Switch on accessibility in Settings").press());
+    awaitWindow("Settings");
+    EXPECT_FALSE(isPanelVisible());
+    clickOn(control("check box", "Switch on accessibility for this desktop"));
+    eventually("it is switched on", [] { return AccessibilityOff::isOn(); });
+    EXPECT_EQ(answer(), json(true));
 }
 
 TEST_F(StartDesktop, WithoutADisplayEachStartSaysSoInWords) {

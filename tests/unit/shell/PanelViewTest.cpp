@@ -1,3 +1,4 @@
+#include "Quillmoth/Shell/Panel/PanelButton.h"
 #include "tests/unit/shell/PanelViewFixture.h"
 
 #include <QClipboard>
@@ -270,6 +271,24 @@ TEST_F(PanelViewTest, AnErrorStandsAboveWhateverFollows) {
     EXPECT_FALSE(list.error().isHidden());
     EXPECT_FALSE(list.conversation().isHidden());
     EXPECT_LT(list.error().geometry().bottom(), list.conversation().y());
+    EXPECT_FALSE(list.settingsButton().isVisible());
+}
+
+TEST_F(PanelViewTest, TheErrorForMissingAccessibilityLeadsToTheSettings) {
+    panel.platform.accessibility.isTrusted = false;
+    panel.platform.accessibility.systemWide().fail("AXFocusedUIElement", -25212);
+    model.captureContext();
+    panel.settle();
+    PanelButton& button = list.settingsButton();
+    ASSERT_TRUE(button.isVisible());
+    EXPECT_GT(button.mapTo(&list, QPoint()).y(), list.error().mapTo(&list, QPoint()).y());
+    press(field, Qt::Key_Tab);
+    for (int count = 0; count < 10 && !button.hasFocus(); ++count)
+        QTest::keyClick(panel.view->window(), Qt::Key_Tab);
+    EXPECT_TRUE(button.hasFocus());
+    press(button, Qt::Key_Return);
+    EXPECT_FALSE(panel.panel().isOpen);
+    EXPECT_EQ(panel.platform.application.calls.back(), "showSettingsWindow");
 }
 
 TEST_F(PanelViewTest, RowsOfUnknownRolesKeepTheirPlace) {
