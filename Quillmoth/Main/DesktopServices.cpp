@@ -8,7 +8,8 @@
 #include "Platform/Linux/X11/X11SelectionPasteboard.h"
 #include "Quillmoth/Settings/SettingsModel.h"
 
-#include <QCoreApplication>
+#include <QApplication>
+#include <QWidget>
 
 #include <utility>
 
@@ -25,6 +26,18 @@ std::unique_ptr<platform::X11BackEnd> makeX11() {
         return std::move(*x11);
     logLine("Without an X server: " + x11.error().description);
     return nullptr;
+}
+
+/// Menus and a recorder of shortcuts grab it.
+void freeToolkitsKeyboard() {
+    const QWidget* former = nullptr;
+    for (QWidget* popUp = QApplication::activePopupWidget(); popUp != nullptr && popUp != former;
+         popUp = QApplication::activePopupWidget()) {
+        former = popUp;
+        popUp->close();
+    }
+    if (QWidget* grabber = QWidget::keyboardGrabber())
+        grabber->releaseKeyboard();
 }
 
 std::unique_ptr<platform::HotKeyCenter> makeHotKeys(platform::X11BackEnd& x11) {
@@ -51,6 +64,7 @@ DesktopServices::DesktopServices()
     if (!x11_)
         return;
     selectionPasteboard_ = std::make_unique<platform::X11SelectionPasteboard>();
+    x11_->panelFocus().setFreeToolkit(freeToolkitsKeyboard);
     x11_->keyboardEvents().setVeto([this] { return !selectionPasteboard_->isKept(); });
 }
 

@@ -89,6 +89,7 @@ void X11PanelFocus::acquire(WindowIdentifier window) {
     if (isHeld() && window_ == window)
         return;
     giveUp();
+    freeToolkit_();
     window_ = static_cast<xcb_window_t>(window);
     watch_.start(window_);
     drain_.stop();
@@ -196,6 +197,31 @@ void X11PanelFocus::handleForeignGrab(std::uint32_t client) {
         turn(Turn::activatedElsewhere);
 }
 
+void X11PanelFocus::handleToolkitPress(const xcb_generic_event_t& event) {
+    const auto& press = reinterpret_cast<const xcb_input_button_press_event_t&>(event);
+    if (press.extension != connection_.inputOpcode() || press.event_type != XCB_INPUT_BUTTON_PRESS)
+        return;
+    if (belongsTo(connection_, press.event, window_))
+        handleOwnPress(press.time);
+    else if (!isWheel(press.detail) && !isPointed(connection_, window_))
+        // Before the toolkit acts on it: a grab that it then makes is not to be given up for ours.
+        giveUp();
+}
+
+/// The toolkit has one keyboard grab for all its windows. A menu or another window takes ours over, and what
+/// had grabbed before gives ours up with its own.
+void X11PanelFocus::handleFocusOut(const xcb_focus_out_event_t& event) {
+    if (means_ != Means::grab || event.event != window_)
+        return;
+    if (event.mode == XCB_NOTIFY_MODE_GRAB) {
+        means_ = Means::none;
+        turn(Turn::activatedElsewhere);
+    } else if (event.mode == XCB_NOTIFY_MODE_UNGRAB) {
+        attempts_ = 0;
+        tryToGrab();
+    }
+}
+
 void X11PanelFocus::handleOwnPress(xcb_timestamp_t time) {
     ownPressTime_ = time;
     if (outsidePressTime_ != time)
@@ -228,13 +254,11 @@ bool X11PanelFocus::nativeEventFilter(const QByteArray& eventType, void* message
         return false;
     const auto& event = *static_cast<const xcb_generic_event_t*>(message);
     const auto type = event.response_type & 0x7F;
-    const auto& press = reinterpret_cast<const xcb_input_button_press_event_t&>(event);
-    if (type == XCB_GE_GENERIC && press.extension == connection_.inputOpcode() &&
-        press.event_type == XCB_INPUT_BUTTON_PRESS && belongsTo(connection_, press.event, window_))
-        handleOwnPress(press.time);
-    if (means_ == Means::none)
-        return false;
-    if (type != XCB_KEY_PRESS && type != XCB_KEY_RELEASE)
+    if (type == XCB_GE_GENERIC)
+        handleToolkitPress(event);
+    else if (type == XCB_FOCUS_OUT)
+        handleFocusOut(reinterpret_cast<const xcb_focus_out_event_t&>(event));
+    if (means_ == Means::none || (type != XCB_KEY_PRESS && type != XCB_KEY_RELEASE))
         return false;
     const auto& key = reinterpret_cast<const xcb_key_press_event_t&>(event);
     return handleKey({key.detail, key.state, key.time, type == XCB_KEY_PRESS});

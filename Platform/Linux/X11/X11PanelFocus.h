@@ -45,6 +45,10 @@ public:
     /// Runs `work` while no grab of ours keeps keys from other programs; afterwards the grab is back.
     void withoutGrab(const std::function<void()>& work);
 
+    /// Called before a window gets the keyboard: has the toolkit give up what grabs it has, since one that it
+    /// gave up afterwards would take this one along.
+    void setFreeToolkit(std::function<void()> freeToolkit) { freeToolkit_ = std::move(freeToolkit); }
+
     /// How long the keyboard is held without a key; one minute. Tests shorten it.
     void setIdleTime(std::chrono::milliseconds time) { idleTimer_.setInterval(time); }
 
@@ -52,6 +56,8 @@ private:
     enum class Means { none, grab, inputFocus };
 
     bool nativeEventFilter(const QByteArray& eventType, void* message, qintptr* result) override;
+    void handleToolkitPress(const xcb_generic_event_t& event);
+    void handleFocusOut(const xcb_focus_out_event_t& event);
     void handleOwnPress(xcb_timestamp_t time);
     void handlePressOutside(xcb_timestamp_t time);
     void handleForeignGrab(std::uint32_t client);
@@ -69,6 +75,7 @@ private:
     X11HotKeyCenter& hotKeys_;
     X11HotKeyProbe probe_;
     xcb_connection_t* toolkit_;
+    std::function<void()> freeToolkit_ = [] {};
     X11TurnWatch watch_;
     SessionLockWatch lockWatch_;
     X11KeyDrain drain_;

@@ -8,14 +8,9 @@
 
 namespace quillmoth::platform {
 
-namespace {
-
-/// Buttons 4 to 7 are the wheels: turning one is not turning to something else.
 bool isWheel(std::uint32_t button) {
     return button >= 4 && button <= 7;
 }
-
-} // namespace
 
 X11TurnWatch::X11TurnWatch(X11Connection& connection, Callbacks callbacks)
     : connection_(connection), callbacks_(std::move(callbacks)) {}

@@ -7,6 +7,9 @@
 
 namespace quillmoth::platform {
 
+/// Buttons 4 to 7 are the wheels: turning one is not turning to something else.
+[[nodiscard]] bool isWheel(std::uint32_t button);
+
 /// Watches what the user does around one window of this program: presses of the pointer anywhere, and changes
 /// of the active window. What opens on behalf of the window counts as the window; every other one of this
 /// program is as foreign as those of others. Tells nothing, and costs nothing, while it is not started. Main

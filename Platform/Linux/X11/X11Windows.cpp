@@ -76,6 +76,12 @@ bool belongsTo(X11Connection& connection, xcb_window_t window, xcb_window_t owne
     return false;
 }
 
+bool isPointed(X11Connection& connection, xcb_window_t owner) {
+    const auto windows = windowsUnderPointer(connection);
+    return std::any_of(windows.begin(), windows.end(),
+                       [&](auto window) { return belongsTo(connection, window, owner); });
+}
+
 bool belongsToInputMethod(X11Connection& connection, xcb_window_t window) {
     // Two names, each ended by a zero byte.
     const auto names = lowercased(connection.bytes(window, "WM_CLASS"));

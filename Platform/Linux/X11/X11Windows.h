@@ -29,6 +29,9 @@ namespace quillmoth::platform {
 /// dialogs are.
 [[nodiscard]] bool belongsTo(X11Connection& connection, xcb_window_t window, xcb_window_t owner);
 
+/// Whether the pointer is in `owner` or in what belongs to it.
+[[nodiscard]] bool isPointed(X11Connection& connection, xcb_window_t owner);
+
 /// True for the candidate windows of input methods and for keyboards on the screen: they write into the
 /// window that has the keyboard.
 [[nodiscard]] bool belongsToInputMethod(X11Connection& connection, xcb_window_t window);

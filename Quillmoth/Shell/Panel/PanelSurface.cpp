@@ -89,6 +89,13 @@ void PanelSurface::showEvent(QShowEvent* event) {
     applySize();
 }
 
+void PanelSurface::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    // A press that closes a menu of another window gives the keyboard to this one, and does not reach it.
+    if (event->type() == QEvent::ActivationChange && isActiveWindow() && !active_)
+        setActive(true);
+}
+
 void PanelSurface::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setCompositionMode(QPainter::CompositionMode_Source);

@@ -27,6 +27,21 @@ protected:
         const auto field = AccessibleElement::find(process(), "text", "Command");
         return field && field->isFocused();
     }
+
+    std::string command() { return control("text", "Command").text(); }
+
+    /// Opens one of the program's windows beside the place of the panel.
+    void openWindow(const std::string& argument, const std::string& title) {
+        run({argument});
+        awaitWindow(title);
+        const auto window = std::to_string(desktop().windows().activeWindow());
+        runChild({"xdotool", "windowmove", "--sync", window, "10", "480"}, 5s);
+    }
+
+    static void clickPanel() { input().click(kPanelX + 150, kPanelY + 390); }
+
+    static constexpr int kPanelX = 650;
+    static constexpr int kPanelY = 40;
 };
 
 } // namespace
@@ -46,6 +61,33 @@ TEST_F(PanelBeside, OverATerminalTheAlternativeMethodInterruptsNothing) {
     eventually("it is the context", [this] { return shows("Context found press esc to remove context"); });
     closePanelByHotKey();
     EXPECT_EQ(terminal.waitForExit(300ms), std::nullopt);
+}
+
+TEST_F(PanelBeside, ThePinnedPanelAndTheProgramsOtherWindowsTakeTurns) {
+    writeDefaults({{"panelFrame savedFrame", "650 40 612 410"}});
+    start();
+    openWindow("--settings", "Settings");
+    openPanel();
+    input().chord({KEY_LEFTCTRL, KEY_T});
+    std::string typed;
+    const auto takesBack = [&](const std::string& what) {
+        clickPanel();
+        EXPECT_TRUE(eventually(what + ": the panel has the keyboard", [this] { return panelHasKeyboard(); }));
+        typed += 'k';
+        input().type("k");
+        EXPECT_TRUE(eventually(what + ": what is typed comes to it", [&] { return command() == typed; }))
+            << command();
+    };
+    for (const auto& [role, name] :
+         {std::pair("text", "Name of the model on the server"), std::pair("combo box", "gpt-3.5-turbo"),
+          std::pair("text", "Open Quillmoth Hotkey:")}) {
+        clickOn(control(role, name));
+        eventually(std::string(name) + " takes the keyboard", [this] { return !panelHasKeyboard(); });
+        takesBack(name);
+    }
+    openWindow("quillmoth://promptEditor", "Prompt Editor");
+    eventually("the editor takes the keyboard", [this] { return !panelHasKeyboard(); });
+    takesBack("the editor");
 }
 
 } // namespace quillmoth::test

@@ -23,8 +23,14 @@ public:
     }
 
     std::string typed;
+    bool grabsWhenPressed = false;
 
 protected:
+    void mousePressEvent(QMouseEvent*) override {
+        if (grabsWhenPressed)
+            setKeyboardGrabEnabled(true);
+    }
+
     void keyPressEvent(QKeyEvent* event) override { typed += event->text().toStdString(); }
 };
 
@@ -121,6 +127,11 @@ TEST_F(PanelFocusTest, AnotherWindowOfTheProgramIsElsewhereAndAPopUpOfThePanelIs
         input().click(750, 440);
         letPass(100ms);
         EXPECT_EQ(seen, std::vector<Turn>());
+        input().movePointer(150, 550);
+        input().pressButton(5);
+        input().releaseButton(5);
+        letPass(50ms);
+        EXPECT_TRUE(focus().isHeld()) << "the wheel";
         input().click(150, 550);
         EXPECT_TRUE(sees({Turn::pressedElsewhere}));
         EXPECT_FALSE(focus().isHeld());
@@ -140,6 +151,35 @@ TEST_F(PanelFocusTest, AnotherWindowOfTheProgramIsElsewhereAndAPopUpOfThePanelIs
     desktop().windows().activate(static_cast<std::uint32_t>(settings.winId()));
     EXPECT_TRUE(sees({Turn::activatedElsewhere}));
     EXPECT_FALSE(focus().isHeld());
+}
+
+TEST_F(PanelFocusTest, AGrabOfAnotherWindowOfTheProgramIsLeftAloneAndItsEndTakesNothingAway) {
+    OwnWindow settings(Qt::Window, {100, 500, 200, 100});
+    settings.grabsWhenPressed = true;
+    ASSERT_TRUE(holdsWithin(2s, [&] { return desktop().windows().activeWindow() == settings.winId(); }));
+    acquire();
+    input().click(150, 550);
+    EXPECT_TRUE(sees({Turn::pressedElsewhere}));
+    auto* rival = desktop().connection();
+    const auto cookie = xcb_grab_keyboard(rival, 0, desktop().rootWindow(), XCB_CURRENT_TIME,
+                                          XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    auto* reply = xcb_grab_keyboard_reply(rival, cookie, nullptr);
+    EXPECT_EQ(reply->status, XCB_GRAB_STATUS_ALREADY_GRABBED) << "it has the keyboard as it wanted";
+    std::free(reply);
+    xcb_ungrab_keyboard(rival, XCB_CURRENT_TIME);
+    xcb_flush(rival);
+    // Its question is noticed too, and is a turn where the panel has the keyboard by then.
+    letPass(100ms);
+    input().click(750, 350);
+    ASSERT_TRUE(holdsWithin(1s, [] { return focus().isHeld(); }));
+    settings.setKeyboardGrabEnabled(false);
+    letPass(100ms);
+    EXPECT_TRUE(types("panel"));
+    EXPECT_EQ(settings.typed, "");
+    settings.setKeyboardGrabEnabled(true);
+    EXPECT_TRUE(sees({Turn::pressedElsewhere, Turn::activatedElsewhere}));
+    EXPECT_FALSE(focus().isHeld());
+    settings.setKeyboardGrabEnabled(false);
 }
 
 TEST_F(PanelFocusTest, ANewActiveWindowIsToldButNothingAfterRelease) {
