@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MarkdownUI/DocumentLayout.h"
+#include "MarkdownUI/Layout/DocumentLayout.h"
 #include "MarkdownUI/Qt/DisplayListPainter.h"
 #include "MarkdownUI/Qt/HoverFade.h"
 #include "MarkdownUI/Qt/MarkdownHost.h"

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "MarkdownUI/DisplayList.h"
+#include "MarkdownUI/Layout/DisplayList.h"
+#include "MarkdownUI/Layout/TextPosition.h"
 #include "MarkdownUI/Qt/FontCache.h"
 #include "MarkdownUI/Qt/ImageStore.h"
 #include "MarkdownUI/Qt/MarkdownPalette.h"
 #include "MarkdownUI/Qt/SymbolImages.h"
-#include "MarkdownUI/TextPosition.h"
 
 #include <QColor>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MarkdownUI/FontProperties.h"
+#include "MarkdownUI/Style/FontProperties.h"
 
 #include <QFont>
 #include <QString>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MarkdownUI/ImageSource.h"
+#include "MarkdownUI/Layout/ImageSource.h"
 
 #include <QByteArray>
 #include <QImage>

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "MarkdownUI/DisplayList.h"
-#include "MarkdownUI/DocumentLayout.h"
-#include "MarkdownUI/PlainTextLayout.h"
-#include "MarkdownUI/TextPosition.h"
+#include "MarkdownUI/Layout/DisplayList.h"
+#include "MarkdownUI/Layout/DocumentLayout.h"
+#include "MarkdownUI/Layout/PlainTextLayout.h"
+#include "MarkdownUI/Layout/TextPosition.h"
 
 #include <memory>
 #include <optional>

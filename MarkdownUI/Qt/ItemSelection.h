@@ -1,7 +1,7 @@
 #pragma once
 
+#include "MarkdownUI/Layout/TextPosition.h"
 #include "MarkdownUI/Qt/ItemContent.h"
-#include "MarkdownUI/TextPosition.h"
 
 #include <array>
 #include <cstdint>

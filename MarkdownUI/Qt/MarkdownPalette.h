@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MarkdownUI/Color.h"
+#include "MarkdownUI/Style/Color.h"
 
 #include <QColor>
 

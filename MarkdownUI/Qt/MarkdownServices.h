@@ -1,11 +1,11 @@
 #pragma once
 
-#include "MarkdownUI/CodeSyntaxHighlighter.h"
 #include "MarkdownUI/Qt/DisplayListPainter.h"
 #include "MarkdownUI/Qt/ImageStore.h"
 #include "MarkdownUI/Qt/MarkdownPalette.h"
 #include "MarkdownUI/Qt/QtTextEngine.h"
 #include "MarkdownUI/Qt/SymbolImages.h"
+#include "MarkdownUI/Style/CodeSyntaxHighlighter.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "MarkdownUI/Layout/TextEngine.h"
 #include "MarkdownUI/Qt/UTF16Index.h"
-#include "MarkdownUI/TextEngine.h"
 
 #include <QColor>
 #include <QTextLayout>

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "MarkdownUI/Layout/TextEngine.h"
 #include "MarkdownUI/Qt/FontCache.h"
 #include "MarkdownUI/Qt/MarkdownPalette.h"
-#include "MarkdownUI/TextEngine.h"
 
 #include <QTextLayout>
 #include <QVarLengthArray>

@@ -1,7 +1,7 @@
 #include "Platform/Qt/DefaultsFile.h"
 
 #include "Foundation/Log.h"
-#include "Platform/Qt/ReplaceFile.h"
+#include "Platform/Posix/ReplaceFile.h"
 
 #include <QDir>
 #include <cerrno>

@@ -1,7 +1,7 @@
 #include "Platform/Qt/FileDocuments.h"
 
-#include "Platform/Qt/DiskSync.h"
-#include "Platform/Qt/ReplaceFile.h"
+#include "Platform/Posix/DiskSync.h"
+#include "Platform/Posix/ReplaceFile.h"
 
 #include <QDir>
 #include <QStandardPaths>

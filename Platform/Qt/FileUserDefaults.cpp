@@ -1,8 +1,8 @@
 #include "Platform/Qt/FileUserDefaults.h"
 
 #include "Foundation/Log.h"
-#include "Platform/Qt/DiskSync.h"
-#include "Platform/Qt/ReplaceFile.h"
+#include "Platform/Posix/DiskSync.h"
+#include "Platform/Posix/ReplaceFile.h"
 
 #include <QFileInfo>
 #include <QFileSystemWatcher>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MarkdownUI/CodeSyntaxHighlighter.h"
+#include "MarkdownUI/Style/CodeSyntaxHighlighter.h"
 #include "Quillmoth/Highlighting/SwiftGrammar.h"
 #include "Quillmoth/Highlighting/SyntaxHighlighter.h"
 #include "Quillmoth/Highlighting/TextOutputFormat.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MarkdownUI/AttributedText.h"
+#include "MarkdownUI/Style/AttributedText.h"
 #include "Quillmoth/Highlighting/Theme.h"
 #include "Quillmoth/Highlighting/TokenType.h"
 

@@ -6,9 +6,9 @@
 #include "Platform/Linux/AtSpi/AtSpiAccessibility.h"
 #include "Platform/Linux/Desktop/InstanceRequest.h"
 #include "Platform/Linux/Unavailable/UnavailableServices.h"
+#include "Platform/Linux/X11/Selection/X11SelectionPasteboard.h"
 #include "Platform/Linux/X11/X11BackEnd.h"
-#include "Platform/Linux/X11/X11SelectionPasteboard.h"
-#include "Platform/Qt/DiskSync.h"
+#include "Platform/Posix/DiskSync.h"
 #include "Platform/Qt/FileUserDefaults.h"
 #include "Platform/Qt/LocalNotificationCenter.h"
 

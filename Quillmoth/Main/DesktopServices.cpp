@@ -3,9 +3,9 @@
 #include "Foundation/Log.h"
 #include "Platform/Linux/Desktop/DesktopHotKeyCenter.h"
 #include "Platform/Linux/Desktop/SchemeHandler.h"
+#include "Platform/Linux/X11/Keys/X11Keycodes.h"
+#include "Platform/Linux/X11/Selection/X11SelectionPasteboard.h"
 #include "Platform/Linux/X11/X11BackEnd.h"
-#include "Platform/Linux/X11/X11Keycodes.h"
-#include "Platform/Linux/X11/X11SelectionPasteboard.h"
 #include "Quillmoth/Settings/SettingsModel.h"
 
 #include <QApplication>

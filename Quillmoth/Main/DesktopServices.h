@@ -5,7 +5,9 @@
 #include "Platform/Linux/AtSpi/AtSpiAccessibility.h"
 #include "Platform/Linux/Unavailable/UnavailableServices.h"
 #include "Platform/Platform.h"
-#include "Platform/Qt/DiskSync.h"
+#include "Platform/Posix/DiskSync.h"
+#include "Platform/Posix/RandomUUIDSource.h"
+#include "Platform/Posix/SystemClock.h"
 #include "Platform/Qt/FileDocuments.h"
 #include "Platform/Qt/FileUserDefaults.h"
 #include "Platform/Qt/LocalNotificationCenter.h"
@@ -14,9 +16,7 @@
 #include "Platform/Qt/QtPasteboard.h"
 #include "Platform/Qt/QtStatusItems.h"
 #include "Platform/Qt/QtWorkspace.h"
-#include "Platform/Qt/RandomUUIDSource.h"
 #include "Platform/Qt/ResourceBundle.h"
-#include "Platform/Qt/SystemClock.h"
 
 #include <functional>
 #include <memory>

@@ -4,7 +4,7 @@
 
 #include "Foundation/Log.h"
 #include "Platform/Fake/FakePlatform.h"
-#include "Platform/Qt/DiskSync.h"
+#include "Platform/Posix/DiskSync.h"
 #include "Platform/Qt/FileDocuments.h"
 #include "Quillmoth/Shell/Editor/PromptEditorWindow.h"
 #include "Quillmoth/Shell/Windows/ColorScheme.h"

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "MarkdownUI/DocumentLayout.h"
+#include "MarkdownUI/Layout/DocumentLayout.h"
 
 namespace quillmoth::markdown {
 namespace {

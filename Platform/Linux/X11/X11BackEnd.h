@@ -1,13 +1,13 @@
 #pragma once
 
 #include "Foundation/Result.h"
+#include "Platform/Linux/X11/Keys/X11HotKeyCenter.h"
+#include "Platform/Linux/X11/Keys/X11HotKeyProbe.h"
+#include "Platform/Linux/X11/Keys/X11KeyboardEvents.h"
+#include "Platform/Linux/X11/Keys/X11KeyboardLayout.h"
+#include "Platform/Linux/X11/Panel/X11PanelFocus.h"
+#include "Platform/Linux/X11/Server/X11Screen.h"
 #include "Platform/Linux/X11/X11FrontApplication.h"
-#include "Platform/Linux/X11/X11HotKeyCenter.h"
-#include "Platform/Linux/X11/X11HotKeyProbe.h"
-#include "Platform/Linux/X11/X11KeyboardEvents.h"
-#include "Platform/Linux/X11/X11KeyboardLayout.h"
-#include "Platform/Linux/X11/X11PanelFocus.h"
-#include "Platform/Linux/X11/X11Screen.h"
 
 #include <memory>
 

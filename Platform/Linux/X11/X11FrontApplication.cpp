@@ -1,9 +1,9 @@
 #include "Platform/Linux/X11/X11FrontApplication.h"
 
-#include "Platform/Linux/X11/X11Reply.h"
-#include "Platform/Linux/X11/X11Selection.h"
+#include "Platform/Linux/X11/Selection/X11Selection.h"
+#include "Platform/Linux/X11/Server/X11Reply.h"
+#include "Platform/Linux/X11/Server/X11Windows.h"
 #include "Platform/Linux/X11/X11Terminals.h"
-#include "Platform/Linux/X11/X11Windows.h"
 
 #include <unistd.h>
 

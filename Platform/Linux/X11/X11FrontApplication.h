@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Linux/X11/X11Connection.h"
+#include "Platform/Linux/X11/Server/X11Connection.h"
 
 #include <cstdint>
 #include <functional>

@@ -1,7 +1,7 @@
 #include "Platform/Linux/X11/X11Terminals.h"
 
-#include "Platform/Linux/X11/X11Reply.h"
-#include "Platform/Linux/X11/X11Windows.h"
+#include "Platform/Linux/X11/Server/X11Reply.h"
+#include "Platform/Linux/X11/Server/X11Windows.h"
 
 #include <algorithm>
 #include <cctype>

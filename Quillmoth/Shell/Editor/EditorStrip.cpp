@@ -1,6 +1,6 @@
 #include "Quillmoth/Shell/Editor/EditorStrip.h"
 
-#include "Quillmoth/Shell/SymbolCache.h"
+#include "Quillmoth/Shell/Looks/SymbolCache.h"
 #include "Quillmoth/Shell/Windows/HoverFade.h"
 #include "Quillmoth/Shell/Windows/WindowTheme.h"
 

@@ -3,7 +3,7 @@
 #include "Quillmoth/Shell/Editor/PresetListModel.h"
 #include "Quillmoth/Shell/Editor/PresetRowDelegate.h"
 #include "Quillmoth/Shell/Editor/SlimScrollBar.h"
-#include "Quillmoth/Shell/OwnKeys.h"
+#include "Quillmoth/Shell/Looks/OwnKeys.h"
 #include "Quillmoth/Shell/Windows/WindowTheme.h"
 
 #include <QApplication>

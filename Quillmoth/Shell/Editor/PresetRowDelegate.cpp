@@ -3,8 +3,8 @@
 #include "Quillmoth/Shell/Editor/EditorColors.h"
 #include "Quillmoth/Shell/Editor/PresetListModel.h"
 #include "Quillmoth/Shell/Editor/PresetListView.h"
+#include "Quillmoth/Shell/Looks/Pictograph.h"
 #include "Quillmoth/Shell/Panel/PanelTheme.h"
-#include "Quillmoth/Shell/Pictograph.h"
 #include "Quillmoth/Shell/Windows/WindowTheme.h"
 
 #include <QPainter>

@@ -7,7 +7,7 @@
 #include "Quillmoth/Shell/Editor/PresetFields.h"
 #include "Quillmoth/Shell/Editor/PresetFileMenu.h"
 #include "Quillmoth/Shell/Editor/PresetForm.h"
-#include "Quillmoth/Shell/OwnKeys.h"
+#include "Quillmoth/Shell/Looks/OwnKeys.h"
 
 #include <QHBoxLayout>
 #include <QKeyEvent>

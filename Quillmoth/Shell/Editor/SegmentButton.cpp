@@ -1,7 +1,7 @@
 #include "Quillmoth/Shell/Editor/SegmentButton.h"
 
 #include "Quillmoth/Shell/Editor/EditorColors.h"
-#include "Quillmoth/Shell/SymbolCache.h"
+#include "Quillmoth/Shell/Looks/SymbolCache.h"
 #include "Quillmoth/Shell/Windows/HoverFade.h"
 #include "Quillmoth/Shell/Windows/WindowTheme.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Quillmoth/Shell/Looks/SymbolCache.h"
 #include "Quillmoth/Shell/Panel/Transition.h"
-#include "Quillmoth/Shell/SymbolCache.h"
 
 #include <QCheckBox>
 #include <QPushButton>

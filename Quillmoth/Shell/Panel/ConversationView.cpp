@@ -1,8 +1,8 @@
 #include "Quillmoth/Shell/Panel/ConversationView.h"
 
+#include "Quillmoth/Shell/Looks/Pictograph.h"
 #include "Quillmoth/Shell/Panel/PanelTheme.h"
 #include "Quillmoth/Shell/Panel/PlainTextContent.h"
-#include "Quillmoth/Shell/Pictograph.h"
 
 #include <QPaintEvent>
 #include <QPainter>

@@ -1,13 +1,13 @@
 #pragma once
 
 #include "Quillmoth/Assistant/FloatingViewController.h"
+#include "Quillmoth/Shell/Looks/SymbolCache.h"
 #include "Quillmoth/Shell/Panel/BottomBar.h"
 #include "Quillmoth/Shell/Panel/CommandArea.h"
 #include "Quillmoth/Shell/Panel/FrameClock.h"
 #include "Quillmoth/Shell/Panel/ListArea.h"
 #include "Quillmoth/Shell/Panel/PanelContent.h"
 #include "Quillmoth/Shell/Panel/SpokenStatus.h"
-#include "Quillmoth/Shell/SymbolCache.h"
 
 namespace quillmoth {
 

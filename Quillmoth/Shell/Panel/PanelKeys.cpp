@@ -1,6 +1,6 @@
 #include "Quillmoth/Shell/Panel/PanelKeys.h"
 
-#include "Quillmoth/Shell/OwnKeys.h"
+#include "Quillmoth/Shell/Looks/OwnKeys.h"
 
 #include <array>
 #include <string_view>

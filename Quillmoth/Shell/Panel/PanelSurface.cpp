@@ -1,6 +1,6 @@
 #include "Quillmoth/Shell/Panel/PanelSurface.h"
 
-#include "Quillmoth/Shell/OwnKeys.h"
+#include "Quillmoth/Shell/Looks/OwnKeys.h"
 #include "Quillmoth/Shell/Panel/PanelGeometry.h"
 #include "Quillmoth/Shell/Panel/PanelKeys.h"
 #include "Quillmoth/Shell/Panel/PanelTheme.h"

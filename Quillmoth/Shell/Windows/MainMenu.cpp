@@ -1,7 +1,7 @@
 #include "Quillmoth/Shell/Windows/MainMenu.h"
 
 #include "KeyboardShortcuts/ShortcutText.h"
-#include "Quillmoth/Shell/OwnKeys.h"
+#include "Quillmoth/Shell/Looks/OwnKeys.h"
 #include "Quillmoth/Shell/Windows/KeyFlags.h"
 
 #include <QChar>

@@ -1,6 +1,6 @@
 #include "Quillmoth/Shell/Windows/OnboardingPage.h"
 
-#include "Quillmoth/Shell/SymbolCache.h"
+#include "Quillmoth/Shell/Looks/SymbolCache.h"
 #include "Quillmoth/Shell/Windows/Controls.h"
 #include "Quillmoth/Shell/Windows/EmojiText.h"
 #include "Quillmoth/Shell/Windows/WindowTheme.h"

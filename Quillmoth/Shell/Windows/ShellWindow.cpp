@@ -1,6 +1,6 @@
 #include "Quillmoth/Shell/Windows/ShellWindow.h"
 
-#include "Quillmoth/Shell/OwnKeys.h"
+#include "Quillmoth/Shell/Looks/OwnKeys.h"
 #include "Quillmoth/Shell/Windows/ColorScheme.h"
 #include "Quillmoth/Shell/Windows/FocusRing.h"
 #include "Quillmoth/Shell/Windows/WindowStyle.h"

@@ -2,8 +2,8 @@
 
 #include "Platform/Fake/FakePlatform.h"
 #include "Platform/Linux/AtSpi/AtSpiAccessibility.h"
+#include "Platform/Linux/X11/Selection/X11SelectionPasteboard.h"
 #include "Platform/Linux/X11/X11BackEnd.h"
-#include "Platform/Linux/X11/X11SelectionPasteboard.h"
 #include "Platform/Qt/QtMainQueue.h"
 #include "Quillmoth/Assistant/DataModel.h"
 #include "tests/desktop/support/VirtualDesktop.h"

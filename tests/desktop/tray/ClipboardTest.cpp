@@ -1,6 +1,6 @@
-#include "Platform/Linux/X11/X11SelectionOwner.h"
-#include "Platform/Linux/X11/X11SelectionPasteboard.h"
-#include "Platform/Linux/X11/X11SelectionReader.h"
+#include "Platform/Linux/X11/Selection/X11SelectionOwner.h"
+#include "Platform/Linux/X11/Selection/X11SelectionPasteboard.h"
+#include "Platform/Linux/X11/Selection/X11SelectionReader.h"
 #include "tests/desktop/support/VirtualDesktop.h"
 
 #include <QClipboard>

@@ -1,4 +1,4 @@
-#include "Platform/Linux/X11/X11PassiveGrab.h"
+#include "Platform/Linux/X11/Keys/X11PassiveGrab.h"
 #include "tests/desktop/x11/X11Session.h"
 
 #include <linux/input-event-codes.h>

@@ -1,6 +1,6 @@
 #include "Platform/Qt/FileDocuments.h"
-#include "Platform/Qt/DiskSync.h"
-#include "Platform/Qt/ReplaceFile.h"
+#include "Platform/Posix/DiskSync.h"
+#include "Platform/Posix/ReplaceFile.h"
 #include "tests/integration/platform/TemporaryFolder.h"
 
 #include <QByteArray>

@@ -1,6 +1,6 @@
 #include "Platform/Qt/FileUserDefaults.h"
 #include "Foundation/Log.h"
-#include "Platform/Qt/DiskSync.h"
+#include "Platform/Posix/DiskSync.h"
 #include "tests/integration/platform/TemporaryFolder.h"
 
 #include <QCoreApplication>

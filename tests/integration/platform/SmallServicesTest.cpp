@@ -1,9 +1,9 @@
+#include "Platform/Posix/RandomUUIDSource.h"
+#include "Platform/Posix/SystemClock.h"
 #include "Platform/Qt/LocalNotificationCenter.h"
 #include "Platform/Qt/QtMainQueue.h"
 #include "Platform/Qt/QtWorkspace.h"
-#include "Platform/Qt/RandomUUIDSource.h"
 #include "Platform/Qt/ResourceBundle.h"
-#include "Platform/Qt/SystemClock.h"
 #include "tests/integration/platform/TemporaryFolder.h"
 
 #include <QCoreApplication>

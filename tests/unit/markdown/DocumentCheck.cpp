@@ -5,8 +5,8 @@
 #include <random>
 
 #include "FixedTextEngine.h"
-#include "MarkdownUI/DocumentLayout.h"
-#include "MarkdownUI/PlainTextLayout.h"
+#include "MarkdownUI/Layout/DocumentLayout.h"
+#include "MarkdownUI/Layout/PlainTextLayout.h"
 
 namespace quillmoth::markdown {
 

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "MarkdownUI/MarkdownContent.h"
-#include "MarkdownUI/SchemeImages.h"
+#include "MarkdownUI/Document/MarkdownContent.h"
+#include "MarkdownUI/Layout/SchemeImages.h"
 
 namespace quillmoth::markdown {
 namespace {

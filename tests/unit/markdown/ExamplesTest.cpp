@@ -13,7 +13,7 @@
 
 #include "DocumentCheck.h"
 #include "Foundation/Text.h"
-#include "MarkdownUI/MarkdownContent.h"
+#include "MarkdownUI/Document/MarkdownContent.h"
 
 namespace quillmoth::markdown {
 namespace {

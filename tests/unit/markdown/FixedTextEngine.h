@@ -2,8 +2,8 @@
 
 #include <map>
 
-#include "MarkdownUI/ImageSource.h"
-#include "MarkdownUI/TextEngine.h"
+#include "MarkdownUI/Layout/ImageSource.h"
+#include "MarkdownUI/Layout/TextEngine.h"
 
 namespace quillmoth::markdown {
 

@@ -9,7 +9,7 @@
 #include <sstream>
 
 #include "FixedTextEngine.h"
-#include "MarkdownUI/DocumentLayout.h"
+#include "MarkdownUI/Layout/DocumentLayout.h"
 
 namespace quillmoth::markdown {
 namespace {

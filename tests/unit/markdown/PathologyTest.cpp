@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
 #include "FixedTextEngine.h"
-#include "MarkdownUI/DocumentLayout.h"
-#include "MarkdownUI/SchemeImages.h"
+#include "MarkdownUI/Layout/DocumentLayout.h"
+#include "MarkdownUI/Layout/SchemeImages.h"
 
 namespace quillmoth::markdown {
 namespace {

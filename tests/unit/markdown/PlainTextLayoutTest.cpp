@@ -3,7 +3,7 @@
 #include <random>
 
 #include "FixedTextEngine.h"
-#include "MarkdownUI/PlainTextLayout.h"
+#include "MarkdownUI/Layout/PlainTextLayout.h"
 
 namespace quillmoth::markdown {
 namespace {

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "FixedTextEngine.h"
-#include "MarkdownUI/DocumentLayout.h"
+#include "MarkdownUI/Layout/DocumentLayout.h"
 
 namespace quillmoth::markdown {
 namespace {

@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
 
-#include "MarkdownUI/BlockStyle.h"
-#include "MarkdownUI/FlowLayout.h"
-#include "MarkdownUI/HeightIndex.h"
-#include "MarkdownUI/InlineRendering.h"
-#include "MarkdownUI/MarkdownContent.h"
-#include "MarkdownUI/Theme.h"
+#include "MarkdownUI/Document/MarkdownContent.h"
+#include "MarkdownUI/Layout/FlowLayout.h"
+#include "MarkdownUI/Layout/HeightIndex.h"
+#include "MarkdownUI/Style/BlockStyle.h"
+#include "MarkdownUI/Style/InlineRendering.h"
+#include "MarkdownUI/Style/Theme.h"
 
 namespace quillmoth::markdown {
 namespace {

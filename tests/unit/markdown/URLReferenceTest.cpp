@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "MarkdownUI/URLReference.h"
+#include "MarkdownUI/Document/URLReference.h"
 
 namespace quillmoth::markdown {
 namespace {

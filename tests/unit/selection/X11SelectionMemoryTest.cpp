@@ -1,4 +1,4 @@
-#include "Platform/Linux/X11/X11SelectionMemory.h"
+#include "Platform/Linux/X11/Selection/X11SelectionMemory.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,105 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "MarkdownUI/Layout/DisplayList.h"
+#include "MarkdownUI/Layout/DocumentFlow.h"
+#include "MarkdownUI/Layout/ImageSource.h"
+#include "MarkdownUI/Layout/LayoutOptions.h"
+#include "MarkdownUI/Style/CodeSyntaxHighlighter.h"
+#include "MarkdownUI/Style/InlineRendering.h"
+
+/// Units of a document laid out. All coordinates of a box are x of the document and y from the top of the
+/// unit, below its gap.
+namespace quillmoth::markdown {
+
+/// A shaped text and where it stands.
+struct Fragment {
+    std::unique_ptr<const AttributedText> text;
+    std::unique_ptr<ShapedText> shaped;
+    Point origin;
+    std::size_t lineCount = 0; ///< of the shaped lines, those that count
+    std::size_t textBlock = kNoTextBlock;
+    std::size_t textOffset = 0; ///< of `text` in the text block
+
+    [[nodiscard]] Rect frameOfLine(std::size_t line) const;
+    /// Behind the last counted line's text.
+    [[nodiscard]] std::size_t textEnd() const;
+};
+
+struct Box {
+    std::vector<Fragment> fragments;
+    DisplayList decorations;
+    double height = 0;
+    double right = 0; ///< of the widest thing in it
+};
+
+/// A column of space.
+struct ColumnFrame {
+    double x = 0;
+    double width = 0;
+};
+
+/// The columns of a table: their cells with padding, without borders.
+struct TableColumns {
+    std::vector<ColumnFrame> columns;
+    Rect bounds; ///< x and width only, borders included
+};
+
+/// What the units of a group share while some of them are laid out.
+struct GroupState {
+    std::optional<AttributedText> text; ///< the whole of a code block or long text, with fonts
+    std::optional<TableColumns> columns;
+    double codeWidth = 0; ///< of the widest line seen
+    std::size_t unitsSeen = 0;
+};
+
+/// All that laying out needs to know. References hold as long as the document's layout.
+struct LayoutContext {
+    TextEngine& engine;
+    ImageSource& images;
+    const Theme& theme;
+    const LayoutOptions& options;
+    const DocumentFlow& flow;
+    const InlineEnvironment& environment;
+    const CodeSyntaxHighlighter* highlighter = nullptr;
+
+    [[nodiscard]] std::string imageURL(const std::string& source) const;
+
+    [[nodiscard]] const AttributeContainer& bagOf(const FlowUnit& unit) const { return flow.bags[unit.bag]; }
+};
+
+/// Where the content of a unit stands. Deep nesting leaves it a least width.
+[[nodiscard]] ColumnFrame contentFrame(const LayoutContext& context, const FlowUnit& unit);
+
+/// A cheap guess of the height that makeBox will give.
+[[nodiscard]] double estimatedHeight(const LayoutContext& context, const FlowUnit& unit);
+
+/// Lays out a unit with its markers. `group` is that of the unit (any, where it has none).
+[[nodiscard]] Box makeBox(const LayoutContext& context, const FlowUnit& unit, GroupState& group);
+
+// The parts of makeBox.
+void addText(const LayoutContext& context, const FlowUnit& unit, GroupState& group, Box& box);
+void addCode(const LayoutContext& context, const FlowUnit& unit, GroupState& group, Box& box);
+void addTableRow(const LayoutContext& context, const FlowUnit& unit, GroupState& group, Box& box);
+void addImage(const LayoutContext& context, const FlowUnit& unit, Box& box);
+/// Rows of images from `origin` on, as wide as `frame` at most; gives their size.
+Size addImageFlow(const LayoutContext& context, const Inlines& values, const FontProperties& font,
+                  const ColumnFrame& frame, double top, bool isRightToLeft, Box& box);
+void addMarkers(const LayoutContext& context, const FlowUnit& unit, Box& box);
+
+/// Adds a shaped text to `box` and gives its size.
+Size addFragment(const LayoutContext& context, AttributedText text, const TextOptions& options, Point origin,
+                 std::size_t textBlock, Box& box);
+
+/// The text of inlines with the images that are loaded, none of them wider than `width`.
+[[nodiscard]] AttributedText textOfInlines(const LayoutContext& context, const Inlines& values,
+                                           const AttributeContainer& bag, double width);
+
+/// Of a code block: text is that far from its edges, and further below its top.
+constexpr double kCodePadding = kDefaultPadding;
+constexpr double kCodeButtonRoom = 20;
+
+} // namespace quillmoth::markdown

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "MarkdownUI/Style/Geometry.h"
+
+namespace quillmoth::markdown {
+
+enum class ImageState : std::uint8_t { notRequested, loading, success, failure };
+
+struct ImageStatus {
+    ImageState state = ImageState::notRequested;
+    Size naturalSize; ///< zero unless `success`
+
+    bool operator==(const ImageStatus&) const = default;
+};
+
+/// Knows the images of a document. Main thread; loading itself happens elsewhere.
+class ImageSource {
+public:
+    virtual ~ImageSource() = default;
+
+    /// What is known of the image with that absolute URL. Asks for it where it is new, or failed a while ago;
+    /// never waits. When an image arrives, the owner of the layout calls DocumentLayout::imagesChanged; what
+    /// has arrived does not go again.
+    [[nodiscard]] virtual ImageStatus imageStatus(const std::string& url) = 0;
+};
+
+} // namespace quillmoth::markdown

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <string>
+#include <unordered_set>
+
+#include "MarkdownUI/Layout/ImageSource.h"
+
+namespace quillmoth::markdown {
+
+/// The images of one document, with those that arrive held back until the document takes notice: else its
+/// text would be another one than what is laid out of it.
+class SteadyImages final : public ImageSource {
+public:
+    explicit SteadyImages(ImageSource& source) : source_(source) {} ///< outlives this
+
+    [[nodiscard]] ImageStatus imageStatus(const std::string& url) override {
+        const ImageStatus status = source_.imageStatus(url);
+        if (status.state != ImageState::success)
+            missing_.insert(url);
+        else if (!missing_.empty() && missing_.contains(url))
+            return {ImageState::loading, {}};
+        return status;
+    }
+
+    /// True where one was asked for that had not arrived by then.
+    [[nodiscard]] bool isMissingAny() const { return !missing_.empty(); }
+
+    /// Of those that have arrived.
+    void takeNotice() {
+        std::erase_if(missing_, [this](const std::string& url) {
+            return source_.imageStatus(url).state == ImageState::success;
+        });
+    }
+
+    /// The document is another one.
+    void forget() { missing_.clear(); }
+
+private:
+    ImageSource& source_;
+    std::unordered_set<std::string> missing_;
+};
+
+} // namespace quillmoth::markdown

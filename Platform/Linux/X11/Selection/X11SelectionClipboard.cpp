@@ -1,0 +1,160 @@
+#include "Platform/Linux/X11/Selection/X11SelectionClipboard.h"
+
+#include <utility>
+#include <xcb/res.h>
+#include <xcb/xfixes.h>
+
+namespace quillmoth::platform {
+
+namespace {
+
+/// A copy that the program waits for is read at once; a large one goes on meanwhile.
+constexpr std::chrono::milliseconds kCopyReadLimit{1500};
+/// Some programs fetch what they paste in several forms, one after the other.
+constexpr std::chrono::milliseconds kFetchGrace{300};
+/// A program that has stopped still has the keys of the paste before it: bringing the former content back
+/// would have it paste that.
+constexpr std::chrono::seconds kUnfetchedLimit{60};
+
+} // namespace
+
+X11SelectionClipboard::X11SelectionClipboard(X11SelectionConnection& connection)
+    : connection_(connection), selection_(connection.atom("CLIPBOARD")), reader_(connection),
+      owner_(connection, selection_) {
+    connection_.setHandler([this](const xcb_generic_event_t& event) { handle(event); });
+    owner_.onDelivered = [this](xcb_window_t requestor) { delivered(requestor); };
+    auto* server = connection_.get();
+    const auto* fixes = xcb_get_extension_data(server, &xcb_xfixes_id);
+    if (fixes == nullptr || !fixes->present)
+        return;
+    ownerEvent_ = static_cast<std::uint8_t>(fixes->first_event + XCB_XFIXES_SELECTION_NOTIFY);
+    owned(xcb_xfixes_query_version_reply(server, xcb_xfixes_query_version(server, 2, 0), nullptr)).reset();
+    xcb_xfixes_select_selection_input(server, connection_.root(), selection_,
+                                      XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER);
+    xcb_flush(server);
+}
+
+void X11SelectionClipboard::handle(const xcb_generic_event_t& event) {
+    owner_.handle(event);
+    reader_.handle(event);
+    if ((event.response_type & 0x7F) != ownerEvent_ || ownerEvent_ == 0)
+        return;
+    if (reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(event).owner == connection_.window())
+        return;
+    // What the user has copied meanwhile is newer than what was to come back.
+    paste_.reset();
+    wantsCopy_ = memory_.hasBeenReplaced() || wantsCopy_;
+}
+
+void X11SelectionClipboard::work() {
+    if (std::exchange(wantsCopy_, false)) {
+        auto text = reader_.text(selection_, Clock::now() + kCopyReadLimit);
+        // Given up for something quick, to be begun anew behind that.
+        wantsCopy_ = !text && connection_.isInterrupted();
+        if (!wantsCopy_)
+            memory_.hasReadCopy(std::move(text));
+    }
+    if (paste_ && Clock::now() >= paste_->restoreAt)
+        takeBack();
+}
+
+X11SelectionClipboard::Clock::time_point X11SelectionClipboard::nextWork() const {
+    if (wantsCopy_)
+        return Clock::now();
+    return paste_ ? paste_->restoreAt : Clock::time_point::max();
+}
+
+X11SelectionClipboard::Reading X11SelectionClipboard::read(const SelectionContentRef& own,
+                                                           Clock::time_point deadline) {
+    work();
+    if (auto known = memory_.known(Clock::now()))
+        return {.known = std::move(known), .content = nullptr};
+    return {.known = std::nullopt, .content = current(own, deadline)};
+}
+
+void X11SelectionClipboard::clear() {
+    takeBack();
+    memory_.clear(Clock::now());
+}
+
+void X11SelectionClipboard::write(const std::string& text) {
+    using Kind = X11SelectionMemory::Decision::Kind;
+    paste_.reset();
+    auto decision = memory_.write(text, Clock::now());
+    if (decision.kind == Kind::restore)
+        owner_.own(std::move(decision.content));
+    else if (decision.kind == Kind::write)
+        offer(text);
+}
+
+void X11SelectionClipboard::offer(const std::string& text) {
+    owner_.own(std::make_shared<const SelectionContent>(
+        SelectionContent{.text = text, .others = {}, .isComplete = true}));
+}
+
+SelectionContentRef X11SelectionClipboard::current(const SelectionContentRef& own,
+                                                   Clock::time_point deadline) {
+    if (own)
+        return own;
+    if (paste_)
+        return paste_->former;
+    if (owner_.content())
+        return owner_.content();
+    return std::make_shared<const SelectionContent>(reader_.content(selection_, deadline));
+}
+
+bool X11SelectionClipboard::lend(const std::string& text, std::int64_t process,
+                                 const SelectionContentRef& own, Clock::time_point deadline) {
+    auto former = current(own, deadline);
+    if (!former->isComplete)
+        return false;
+    SelectionContent content{.text = text, .others = {}, .isComplete = true};
+    // Programs that keep a history of the clipboard leave out what says so.
+    content.others.push_back({.target = connection_.atom("x-kde-passwordManagerHint"),
+                              .type = connection_.atom("x-kde-passwordManagerHint"),
+                              .itemBits = 8,
+                              .bytes = "secret"});
+    if (!owner_.own(std::make_shared<const SelectionContent>(std::move(content))))
+        return false;
+    paste_ =
+        Paste{.process = process, .former = std::move(former), .restoreAt = Clock::now() + kUnfetchedLimit};
+    return true;
+}
+
+void X11SelectionClipboard::takeBack() {
+    if (auto paste = std::exchange(paste_, std::nullopt))
+        owner_.own(std::move(paste->former));
+}
+
+void X11SelectionClipboard::delivered(xcb_window_t requestor) {
+    if (!paste_ || processOf(requestor) != paste_->process)
+        return;
+    paste_->restoreAt = Clock::now() + kFetchGrace;
+    if (onFetched)
+        onFetched();
+}
+
+std::int64_t X11SelectionClipboard::processOf(xcb_window_t window) const {
+    const xcb_res_client_id_spec_t wanted = {window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+    const auto cookie = xcb_res_query_client_ids(connection_.get(), 1, &wanted);
+    const auto reply = owned(xcb_res_query_client_ids_reply(connection_.get(), cookie, nullptr));
+    if (!reply)
+        return 0;
+    auto entry = xcb_res_query_client_ids_ids_iterator(reply.get());
+    const bool isKnown = entry.rem > 0 && xcb_res_client_id_value_value_length(entry.data) > 0;
+    return isKnown ? *xcb_res_client_id_value_value(entry.data) : 0;
+}
+
+bool X11SelectionClipboard::hasOwner(const std::string& selection) {
+    auto* server = connection_.get();
+    const auto cookie = xcb_get_selection_owner(server, connection_.atom(selection));
+    const auto reply = owned(xcb_get_selection_owner_reply(server, cookie, nullptr));
+    return reply && reply->owner != XCB_WINDOW_NONE;
+}
+
+bool X11SelectionClipboard::handOver(Clock::time_point deadline) {
+    takeBack();
+    return owner_.handOver(deadline);
+}
+
+} // namespace quillmoth::platform

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "Platform/Linux/X11/Selection/X11SelectionMemory.h"
+#include "Platform/Linux/X11/Selection/X11SelectionOwner.h"
+#include "Platform/Linux/X11/Selection/X11SelectionReader.h"
+
+namespace quillmoth::platform {
+
+/// The clipboard (the CLIPBOARD selection) as the program uses it. Lives on a thread of its own, so that
+/// other programs get their answers while the main thread is busy, and it never waits for them.
+class X11SelectionClipboard {
+public:
+    using Clock = X11SelectionConnection::Clock;
+
+    explicit X11SelectionClipboard(X11SelectionConnection& connection);
+
+    /// Either the text is known, or the owner's content was read.
+    struct Reading {
+        std::optional<std::optional<std::string>> known;
+        SelectionContentRef content;
+    };
+
+    /// `own` is the content where this process's toolkit offers it, which cannot be asked while the main
+    /// thread waits.
+    [[nodiscard]] Reading read(const SelectionContentRef& own, Clock::time_point deadline);
+
+    /// The program has seen that content; null for none.
+    void hasSeen(SelectionContentRef content) { memory_.hasRead(std::move(content)); }
+
+    void clear();
+    void write(const std::string& text);
+
+    /// Offers `text` for one paste into `process`, which `onFetched` then tells of; what stood there before
+    /// comes back a little later. False, with nothing changed, where that could not be kept.
+    bool lend(const std::string& text, std::int64_t process, const SelectionContentRef& own,
+              Clock::time_point deadline);
+    /// Where nobody has been asked to paste after all.
+    void takeBack();
+
+    bool handOver(Clock::time_point deadline);
+
+    /// Does what is due; to be called again at the next time, or when something has happened.
+    void work();
+    [[nodiscard]] Clock::time_point nextWork() const;
+
+    [[nodiscard]] bool hasOwner(const std::string& selection);
+
+    /// Called when the process that is pasted into has fetched the text.
+    std::function<void()> onFetched;
+
+private:
+    struct Paste {
+        std::int64_t process = 0;
+        SelectionContentRef former;
+        Clock::time_point restoreAt;
+    };
+
+    void handle(const xcb_generic_event_t& event);
+    void delivered(xcb_window_t requestor);
+    [[nodiscard]] SelectionContentRef current(const SelectionContentRef& own, Clock::time_point deadline);
+    [[nodiscard]] std::int64_t processOf(xcb_window_t window) const;
+    void offer(const std::string& text);
+
+    X11SelectionConnection& connection_;
+    xcb_atom_t selection_;
+    X11SelectionReader reader_;
+    X11SelectionOwner owner_;
+    X11SelectionMemory memory_;
+    std::uint8_t ownerEvent_ = 0;
+    bool wantsCopy_ = false;
+    std::optional<Paste> paste_;
+};
+
+} // namespace quillmoth::platform

@@ -1,0 +1,127 @@
+#include "Platform/Linux/X11/Server/X11Connection.h"
+
+#include "Platform/Linux/X11/Server/X11Reply.h"
+#include "Platform/Linux/X11/Server/XkbProtocol.h"
+
+#include <QAbstractEventDispatcher>
+#include <QSocketNotifier>
+#include <cstring>
+#include <xcb/xinput.h>
+
+namespace quillmoth::platform {
+
+Result<std::unique_ptr<X11Connection>> X11Connection::open() {
+    std::unique_ptr<X11Connection> connection(new X11Connection);
+    if (const auto ready = connection->setUp(); !ready)
+        return ready.error();
+    connection->listen();
+    return connection;
+}
+
+X11Connection::~X11Connection() {
+    notifier_.reset();
+    if (connection_)
+        xcb_disconnect(connection_);
+}
+
+Result<void> X11Connection::setUp() {
+    connection_ = xcb_connect(nullptr, nullptr);
+    if (xcb_connection_has_error(connection_))
+        return Error{"There is no X server to connect to."};
+    root_ = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root;
+
+    xcb_prefetch_extension_data(connection_, &xcb_input_id);
+    xcb_prefetch_extension_data(connection_, &xcb_xkb_id);
+    const auto* input = xcb_get_extension_data(connection_, &xcb_input_id);
+    const auto* xkb = xcb_get_extension_data(connection_, &xcb_xkb_id);
+    if (!input->present || !xkb->present)
+        return Error{"The X server lacks the X Input Extension or XKB."};
+    inputOpcode_ = input->major_opcode;
+    xkbEvent_ = xkb->first_event;
+
+    const auto versionCookie = xcb_input_xi_query_version(connection_, 2, 2);
+    const auto xkbCookie = xcb_xkb_use_extension(connection_, 1, 0);
+    const auto version = owned(xcb_input_xi_query_version_reply(connection_, versionCookie, nullptr));
+    const auto xkbReply = owned(xcb_xkb_use_extension_reply(connection_, xkbCookie, nullptr));
+    if (!version || version->major_version < 2 || !xkbReply || !xkbReply->supported)
+        return Error{"The X server's X Input Extension or XKB is too old."};
+    return {};
+}
+
+void X11Connection::listen() {
+    notifier_ =
+        std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(connection_), QSocketNotifier::Read);
+    QObject::connect(notifier_.get(), &QSocketNotifier::activated, notifier_.get(), [this] { drain(true); });
+    // Waiting for a reply takes events off the socket too; those must not lie until the next one.
+    if (auto* dispatcher = QAbstractEventDispatcher::instance())
+        QObject::connect(dispatcher, &QAbstractEventDispatcher::aboutToBlock, notifier_.get(),
+                         [this] { drain(false); });
+}
+
+void X11Connection::drain(bool readSocket) {
+    if (readSocket && xcb_connection_has_error(connection_)) {
+        // The server has gone; a socket at its end would wake us for ever.
+        notifier_->setEnabled(false);
+        return;
+    }
+    for (;;) {
+        const auto event =
+            owned(readSocket ? xcb_poll_for_event(connection_) : xcb_poll_for_queued_event(connection_));
+        if (!event)
+            break;
+        events_.emit(*event);
+    }
+    xcb_flush(connection_);
+}
+
+xcb_atom_t X11Connection::atom(const std::string& name) {
+    const auto [entry, isNew] = atoms_.try_emplace(name);
+    if (isNew) {
+        const auto cookie =
+            xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.c_str());
+        const auto reply = owned(xcb_intern_atom_reply(connection_, cookie, nullptr));
+        if (reply)
+            entry->second = reply->atom;
+    }
+    return entry->second;
+}
+
+std::string X11Connection::bytes(xcb_window_t window, const std::string& property) {
+    const auto cookie = xcb_get_property(connection_, 0, window, atom(property), XCB_ATOM_ANY, 0, 65536);
+    const auto reply = owned(xcb_get_property_reply(connection_, cookie, nullptr));
+    if (!reply)
+        return {};
+    return {static_cast<const char*>(xcb_get_property_value(reply.get())),
+            static_cast<std::size_t>(xcb_get_property_value_length(reply.get()))};
+}
+
+std::vector<std::uint32_t> X11Connection::numbers(xcb_window_t window, const std::string& property) {
+    const auto text = bytes(window, property);
+    std::vector<std::uint32_t> values(text.size() / sizeof(std::uint32_t));
+    if (!values.empty())
+        std::memcpy(values.data(), text.data(), values.size() * sizeof(std::uint32_t));
+    return values;
+}
+
+void X11Connection::selectEvents(xcb_window_t window, std::uint32_t mask) {
+    auto& known = masks_[window];
+    known |= mask;
+    xcb_change_window_attributes(connection_, window, XCB_CW_EVENT_MASK, &known);
+    xcb_flush(connection_);
+}
+
+void X11Connection::selectInputEvents(std::uint16_t device, std::uint32_t mask) {
+    struct {
+        xcb_input_event_mask_t head;
+        std::uint32_t mask;
+    } request = {{device, 1}, mask};
+
+    xcb_input_xi_select_events(connection_, root_, 1, &request.head);
+    xcb_flush(connection_);
+}
+
+void X11Connection::synchronize() {
+    owned(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr)).reset();
+}
+
+} // namespace quillmoth::platform
