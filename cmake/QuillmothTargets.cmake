@@ -4,6 +4,9 @@ set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+# One kind of code in libraries and programs: a precompiled header serves one kind only.
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_COMPILE_OPTIONS_PIE -fPIC)
 
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM)
@@ -13,12 +16,17 @@ if(CCACHE_PROGRAM)
         CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} CCACHE_NOHASHDIR=1 ${CCACHE_PROGRAM})
 endif()
 
+find_package(Threads REQUIRED)
 add_library(QuillmothOptions INTERFACE)
+# Everything is compiled for threads: a precompiled header wants the same macros everywhere.
+target_compile_options(QuillmothOptions INTERFACE -pthread)
+target_link_libraries(QuillmothOptions INTERFACE Threads::Threads)
 target_compile_options(QuillmothOptions INTERFACE -Wall -Wextra -Wpedantic)
 if(QUILLMOTH_WARNINGS_AS_ERRORS)
     target_compile_options(QuillmothOptions INTERFACE -Werror)
 endif()
-target_include_directories(QuillmothOptions INTERFACE ${CMAKE_SOURCE_DIR})
+# "emit" is a function of Signal here.
+target_compile_definitions(QuillmothOptions INTERFACE QT_NO_KEYWORDS)
 if(CCACHE_PROGRAM)
     target_compile_options(QuillmothOptions INTERFACE -fpch-preprocess)
 endif()
@@ -28,43 +36,68 @@ if(QUILLMOTH_SANITIZE)
     target_link_options(QuillmothOptions INTERFACE -fsanitize=${QUILLMOTH_SANITIZE})
 endif()
 
-# Headers that nearly every source of a target reads are compiled once for it, where it has sources enough to pay.
-function(quillmoth_precompile name sources links)
-    list(LENGTH sources count)
-    if(count LESS 5)
-        return()
-    endif()
-    set(headers <chrono> <functional> <map> <memory> <optional> <string> <string_view> <variant> <vector>)
-    get_target_property(type ${name} TYPE)
-    if(type STREQUAL EXECUTABLE AND links MATCHES "GTest")
-        list(APPEND headers <gtest/gtest.h>)
-    endif()
-    if(links MATCHES "Qt6::Widgets|Qt6::Svg|QuillmothShell|MarkdownUIQt")
-        list(APPEND headers <QPainter> <QTextLayout> <QTimer> <QWidget>)
-    endif()
-    target_precompile_headers(${name} PRIVATE ${headers})
+# The headers of libraries that most sources read are compiled once for the whole build, in three sets.
+function(quillmoth_precompiled name)
+    cmake_parse_arguments(ARG "" "" "HEADERS;LINKS" ${ARGN})
+    file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/precompiled/${name}.cpp CONTENT "")
+    add_library(${name} OBJECT ${CMAKE_BINARY_DIR}/precompiled/${name}.cpp)
+    target_link_libraries(${name} PRIVATE QuillmothOptions ${ARG_LINKS})
+    target_precompile_headers(${name} PRIVATE ${ARG_HEADERS})
 endfunction()
 
-# quillmoth_library(NAME SOURCES a.cpp ... LINKS lib ...): a static library of this project.
+find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets)
+set(standard_headers <algorithm> <chrono> <functional> <map> <memory> <optional> <string> <string_view> <utility>
+    <variant> <vector>)
+quillmoth_precompiled(PrecompiledStandard HEADERS ${standard_headers})
+quillmoth_precompiled(PrecompiledQt
+    HEADERS ${standard_headers} <QKeyEvent> <QPainter> <QTextLayout> <QTimer> <QWidget>
+    LINKS Qt6::Widgets)
+if(QUILLMOTH_BUILD_TESTS)
+    find_package(GTest REQUIRED)
+    quillmoth_precompiled(PrecompiledTest HEADERS ${standard_headers} <gtest/gtest.h> LINKS GTest::gtest)
+endif()
+
+# A module's headers are found under their path from the root, and by those targets alone that link the module: each
+# has an include folder of its own, with links to its headers.
+function(quillmoth_export_headers name)
+    set(folder ${CMAKE_BINARY_DIR}/include/${name})
+    file(REMOVE_RECURSE ${folder})
+    file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${CMAKE_SOURCE_DIR} ${CMAKE_CURRENT_SOURCE_DIR}/*.h)
+    foreach(header IN LISTS headers)
+        cmake_path(GET header PARENT_PATH module)
+        file(MAKE_DIRECTORY ${folder}/${module})
+        file(CREATE_LINK ${CMAKE_SOURCE_DIR}/${header} ${folder}/${header} SYMBOLIC)
+    endforeach()
+    target_include_directories(${name} PUBLIC ${folder})
+endfunction()
+
+# quillmoth_library(NAME [PRECOMPILED set] SOURCES a.cpp ... LINKS lib ... PRIVATE_LINKS lib ...): a static library of
+# this project, which is the module of its folder.
 function(quillmoth_library name)
-    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
+    cmake_parse_arguments(ARG "" "PRECOMPILED" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
+    if(NOT ARG_PRECOMPILED)
+        set(ARG_PRECOMPILED PrecompiledStandard)
+    endif()
     add_library(${name} STATIC ${ARG_SOURCES})
     target_link_libraries(${name} PUBLIC QuillmothOptions ${ARG_LINKS} PRIVATE ${ARG_PRIVATE_LINKS})
-    quillmoth_precompile(${name} "${ARG_SOURCES}" "${ARG_LINKS};${ARG_PRIVATE_LINKS}")
+    target_precompile_headers(${name} REUSE_FROM ${ARG_PRECOMPILED})
+    quillmoth_export_headers(${name})
 endfunction()
 
-# quillmoth_test(NAME LABEL unit|integration|desktop SOURCES a.cpp ... LINKS lib ... [TIMEOUT seconds]):
+# quillmoth_test(NAME LABEL unit|integration|desktop [PRECOMPILED set] SOURCES a.cpp ... LINKS lib ... [TIMEOUT seconds]):
 # one GoogleTest program, one ctest entry. The label is the folder under tests/; the target tests-<label> builds all of
 # a kind.
 function(quillmoth_test name)
-    cmake_parse_arguments(ARG "" "LABEL;TIMEOUT" "SOURCES;LINKS" ${ARGN})
+    cmake_parse_arguments(ARG "" "LABEL;TIMEOUT;PRECOMPILED" "SOURCES;LINKS" ${ARGN})
     if(NOT ARG_TIMEOUT)
         set(ARG_TIMEOUT 120)
     endif()
-    find_package(GTest REQUIRED)
+    if(NOT ARG_PRECOMPILED)
+        set(ARG_PRECOMPILED PrecompiledTest)
+    endif()
     add_executable(${name} ${ARG_SOURCES})
-    target_link_libraries(${name} PRIVATE QuillmothOptions ${ARG_LINKS} GTest::gtest GTest::gtest_main)
-    quillmoth_precompile(${name} "${ARG_SOURCES}" "${ARG_LINKS};GTest::gtest")
+    target_link_libraries(${name} PRIVATE QuillmothTestHeaders ${ARG_LINKS} GTest::gtest GTest::gtest_main)
+    target_precompile_headers(${name} REUSE_FROM ${ARG_PRECOMPILED})
     if(NOT TARGET tests-${ARG_LABEL})
         add_custom_target(tests-${ARG_LABEL})
     endif()
@@ -73,12 +106,19 @@ function(quillmoth_test name)
     set_tests_properties(${ARG_LABEL}/${name} PROPERTIES LABELS ${ARG_LABEL} TIMEOUT ${ARG_TIMEOUT})
 endfunction()
 
+# What tests and benchmarks share is found under its path from the root.
+add_library(QuillmothTestHeaders INTERFACE)
+target_link_libraries(QuillmothTestHeaders INTERFACE QuillmothOptions)
+file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/include/tests)
+file(CREATE_LINK ${CMAKE_SOURCE_DIR}/tests ${CMAKE_BINARY_DIR}/include/tests/tests SYMBOLIC)
+target_include_directories(QuillmothTestHeaders INTERFACE ${CMAKE_BINARY_DIR}/include/tests)
+
 # quillmoth_benchmark(NAME SOURCES a.cpp ... LINKS lib ...): one Google Benchmark program, part of the target benchmarks.
 function(quillmoth_benchmark name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
     find_package(benchmark REQUIRED)
     add_executable(${name} ${ARG_SOURCES})
-    target_link_libraries(${name} PRIVATE QuillmothOptions ${ARG_LINKS} benchmark::benchmark)
+    target_link_libraries(${name} PRIVATE QuillmothTestHeaders ${ARG_LINKS} benchmark::benchmark)
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/benchmarks)
     if(NOT TARGET benchmarks)
         add_custom_target(benchmarks)

@@ -1,0 +1,43 @@
+# Who may know whom: every folder with sources is a module and has its row here. "module | modules | libraries": what is
+set(standard [[((sys|netinet)/[a-z]+\.h|linux/[a-z-]+\.h|(dlfcn|fcntl|poll|unistd)\.h|[a-z_]+)]])
+set(qt "Q[A-Z]|Qt")
+set(modules
+    "Foundation | | unicode/|simdjson"
+    "Platform | Foundation |"
+    "EventSource | Platform Foundation |"
+    "KeyboardShortcuts | Platform Foundation | nlohmann/"
+
+    "MarkdownUI/Document | Foundation | cmark-gfm"
+    "MarkdownUI/Style | MarkdownUI/Document Foundation |"
+    "MarkdownUI/Layout | MarkdownUI/Style MarkdownUI/Document Foundation | unicode/"
+    "MarkdownUI/Qt | MarkdownUI/Layout MarkdownUI/Style MarkdownUI/Document Foundation | ${qt}"
+
+    "Quillmoth/Chat | Platform Foundation |"
+    "Quillmoth/Prompts | Platform Foundation |"
+    "Quillmoth/Highlighting | MarkdownUI/Style |"
+    "Quillmoth/Capture | Quillmoth/Assistant Platform Foundation |"
+    "Quillmoth/Assistant | Quillmoth/Capture Quillmoth/Chat Quillmoth/Prompts EventSource Platform Foundation |"
+    "Quillmoth/Application | Quillmoth/Assistant Quillmoth/Prompts KeyboardShortcuts Platform Foundation |"
+    "Quillmoth/Editor | Quillmoth/Assistant Quillmoth/Prompts Platform Foundation |"
+    "Quillmoth/Settings | Quillmoth/Chat KeyboardShortcuts Platform Foundation |"
+    "Quillmoth/Diagnosis | |"
+
+    "Quillmoth/Shell/Looks | | ${qt}"
+    "Quillmoth/Shell/Panel | Quillmoth/Shell/Looks Quillmoth/Assistant Quillmoth/Prompts MarkdownUI/Qt Platform Foundation | ${qt}"
+    "Quillmoth/Shell/Windows | Quillmoth/Shell/Looks Quillmoth/Shell/Panel Quillmoth/Settings Quillmoth/Chat KeyboardShortcuts Platform Foundation | ${qt}"
+    "Quillmoth/Shell/Editor | Quillmoth/Shell/Looks Quillmoth/Shell/Panel Quillmoth/Shell/Windows Quillmoth/Editor Quillmoth/Assistant Platform Foundation | ${qt}|unicode/"
+
+    "Platform/Fake | Platform Foundation |"
+    "Platform/Posix | Platform Foundation |"
+    "Platform/Curl | Platform Foundation | curl/"
+    "Platform/Qt | Platform/Posix Platform Foundation | ${qt}|nlohmann/|xcb/"
+    "Platform/Linux/AtSpi | Platform Foundation | gio/|atspi/"
+    "Platform/Linux/Desktop | Platform Foundation | ${qt}|dbus/|gio/|xcb/"
+    "Platform/Linux/Unavailable | Platform Foundation |"
+    "Platform/Linux/X11/Server | Platform Foundation | ${qt}|xcb/"
+    "Platform/Linux/X11/Keys | Platform/Linux/X11/Server Platform Foundation | ${qt}|xcb/|xkbcommon/"
+    "Platform/Linux/X11/Selection | Platform/Linux/X11/Server Platform Foundation | ${qt}|xcb/"
+    "Platform/Linux/X11/Panel | Platform/Linux/X11/Keys Platform/Linux/X11/Server Platform Foundation | ${qt}|xcb/"
+    "Platform/Linux/X11 | Platform/Linux/X11/Keys Platform/Linux/X11/Panel Platform/Linux/X11/Selection Platform/Linux/X11/Server Platform Foundation | ${qt}"
+
+    "Quillmoth/Main | * | ${qt}")
