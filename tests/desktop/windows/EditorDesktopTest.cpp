@@ -167,7 +167,7 @@ TEST_F(EditorDesktop, ALinkImportsAPresetIntoTheRunningProgramAndStartsTheOneTha
     eventually("the scheme has a handler", [] {
         return runChild({"xdg-mime", "query", "default", "x-scheme-handler/quillmoth"},
                         std::chrono::seconds(5))
-                   .output.find("org.quillmoth.Quillmoth.desktop") != std::string::npos;
+                   .output.find("quillmoth-links.desktop") != std::string::npos;
     });
     const std::string link =
         "quillmoth://add?a=1&data=%7B%22id%22%3A%22x%22%2C%22emoji%22%3A%22%F0%9F%A6%89%22%2C%22name%22%3A%22"
