@@ -94,9 +94,10 @@ std::string described(Operation& operation, const ObjectReference& object) {
     const States states = statesOf(operation, object).value_or(States());
     std::string line = std::string(role) + " \"" + textProperty(operation, object, "Name") + '"';
     const std::pair<AtspiStateType, const char*> told[] = {
-        {ATSPI_STATE_FOCUSED, "focused"},         {ATSPI_STATE_ACTIVE, "active"},
-        {ATSPI_STATE_EDITABLE, "editable"},       {ATSPI_STATE_READ_ONLY, "read-only"},
-        {ATSPI_STATE_SINGLE_LINE, "single-line"}, {ATSPI_STATE_MULTI_LINE, "multi-line"}};
+        {ATSPI_STATE_CHECKED, "checked"},      {ATSPI_STATE_FOCUSED, "focused"},
+        {ATSPI_STATE_ACTIVE, "active"},        {ATSPI_STATE_EDITABLE, "editable"},
+        {ATSPI_STATE_READ_ONLY, "read-only"},  {ATSPI_STATE_SINGLE_LINE, "single-line"},
+        {ATSPI_STATE_MULTI_LINE, "multi-line"}};
     for (const auto& [state, name] : told) {
         if (states.has(state))
             line.append(" ").append(name);
