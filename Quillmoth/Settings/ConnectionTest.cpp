@@ -16,7 +16,7 @@ namespace quillmoth {
 
 namespace {
 
-constexpr double kTimeout = 15;
+constexpr double kAnswerSeconds = 15;
 
 using Answer = ConnectionTest::Answer;
 
@@ -113,7 +113,7 @@ void ConnectionTest::start(Completion completion) {
     const std::string key = settings.apiKey();
     platform::URLRequest request;
     request.url = server + "/v1/models";
-    request.timeoutInterval = kTimeout;
+    request.timeoutInterval = kAnswerSeconds;
     if (!key.empty())
         request.addValue("Bearer " + key, "Authorization");
     task_ = platform_.urlSessions.sharedSession()->dataTask(

@@ -19,7 +19,7 @@ namespace {
 constexpr const char* kFeedKey = "updateFeedURL";
 /// What a check by itself has told last.
 constexpr const char* kToldKey = "toldUpdateVersion";
-constexpr double kTimeout = 30;
+constexpr double kFeedSeconds = 30;
 // Behind the first picture, and what else is put off at the start.
 constexpr double kFirstCheck = 5;
 constexpr double kBetweenChecks = 24 * 60 * 60;
@@ -163,7 +163,7 @@ void Updater::check(std::function<void(const UpdateOutcome&)> finished) {
     isChecking_ = true;
     platform::URLRequest request;
     request.url = address();
-    request.timeoutInterval = kTimeout;
+    request.timeoutInterval = kFeedSeconds;
     request.addValue("application/json", "Accept");
     refresh();
     auto completion = [mainQueue = &platform_.mainQueue, weak = std::weak_ptr(self_),
