@@ -1,6 +1,7 @@
 #include "EventSource/Event.h"
 
 #include "EventSource/UnicodeSpace.h"
+#include "Foundation/ASCII.h"
 
 #include <array>
 #include <charconv>
@@ -12,10 +13,6 @@
 namespace quillmoth {
 
 namespace {
-
-constexpr bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
 
 constexpr bool mayEndLine(char c) {
     return (c >= '\n' && c <= '\r') || c == '\xC2' || c == '\xE2';
@@ -92,7 +89,7 @@ std::optional<std::int64_t> Event::retryTime() const {
     if (digits.starts_with('+'))
         digits.remove_prefix(1);
     const std::size_t first = negative ? 1 : 0;
-    if (digits.size() <= first || !isDigit(digits[first]))
+    if (digits.size() <= first || !isASCIIDigit(digits[first]))
         return std::nullopt;
     std::int64_t value = 0;
     const char* end = digits.data() + digits.size();

@@ -1,5 +1,7 @@
 #include "EventSource/EventSource.h"
 
+#include "Foundation/ASCII.h"
+
 #include <algorithm>
 #include <string_view>
 #include <utility>
@@ -11,18 +13,9 @@ namespace {
 // The largest that the field takes on all systems: in effect, no limit to the wait for data.
 constexpr double kNoTimeout = 2147483647.0;
 
-char lowered(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool sameHeaderName(std::string_view first, std::string_view second) {
-    return std::equal(first.begin(), first.end(), second.begin(), second.end(),
-                      [](char a, char b) { return lowered(a) == lowered(b); });
-}
-
 /// Sets the header and takes away any of the same name in other letter case.
 void setHeader(EventSourceProtocol::Headers& headers, const std::string& name, const std::string& value) {
-    std::erase_if(headers, [&](const auto& header) { return sameHeaderName(header.first, name); });
+    std::erase_if(headers, [&](const auto& header) { return equalIgnoringASCIICase(header.first, name); });
     headers[name] = value;
 }
 

@@ -1,5 +1,7 @@
 #include "Foundation/Text.h"
 
+#include "Foundation/ASCII.h"
+
 #include <simdjson.h>
 #include <unicode/brkiter.h>
 #include <unicode/normalizer2.h>
@@ -21,10 +23,6 @@ std::int32_t length32(std::string_view text) {
 
 icu::UnicodeString toUTF16(std::string_view text) {
     return icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), length32(text)));
-}
-
-bool isASCII(std::string_view text) {
-    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
 /// The code point at `offset`, which moves behind it; negative where the bytes are ill-formed.

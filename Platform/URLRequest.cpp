@@ -1,24 +1,17 @@
 #include "Platform/URLRequest.h"
 
+#include "Foundation/ASCII.h"
+
 #include <algorithm>
 
 namespace quillmoth::platform {
 
 namespace {
 
-char lowered(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool sameField(const std::string& first, const std::string& second) {
-    return std::equal(first.begin(), first.end(), second.begin(), second.end(),
-                      [](char a, char b) { return lowered(a) == lowered(b); });
-}
-
 template<class Headers>
 auto findField(Headers& headers, const std::string& field) {
     return std::find_if(headers.begin(), headers.end(),
-                        [&](const auto& header) { return sameField(header.first, field); });
+                        [&](const auto& header) { return equalIgnoringASCIICase(header.first, field); });
 }
 
 } // namespace

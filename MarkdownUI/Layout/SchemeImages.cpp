@@ -2,18 +2,12 @@
 
 #include <algorithm>
 
+#include "Foundation/ASCII.h"
 #include "MarkdownUI/Document/URLReference.h"
 
 namespace quillmoth::markdown {
 
 namespace {
-
-std::string lowercasedASCII(std::string text) {
-    std::ranges::transform(text, text.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    });
-    return text;
-}
 
 /// The one scheme that the image is for; `unspecified` for all.
 ColorScheme schemeOf(const inlines::Image& image) {

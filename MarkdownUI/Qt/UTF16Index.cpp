@@ -1,5 +1,7 @@
 #include "MarkdownUI/Qt/UTF16Index.h"
 
+#include "Foundation/ASCII.h"
+
 #include <QStringDecoder>
 
 #include <algorithm>
@@ -7,11 +9,6 @@
 namespace quillmoth::markdown {
 
 namespace {
-
-bool isASCII(std::string_view text) {
-    return std::all_of(text.begin(), text.end(),
-                       [](char byte) { return static_cast<signed char>(byte) >= 0; });
-}
 
 /// The length of the character that starts at `start`, at least 1; what is ill-formed counts byte by byte.
 std::size_t characterLength(std::string_view text, std::size_t start) {

@@ -1,5 +1,7 @@
 #include "MarkdownUI/Style/ListMarker.h"
 
+#include "Foundation/ASCII.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -75,11 +77,7 @@ ListMarker upperRoman(const ListMarkerConfiguration& configuration) {
 }
 
 ListMarker lowerRoman(const ListMarkerConfiguration& configuration) {
-    std::string text = romanNumeral(configuration.itemNumber) + ".";
-    std::ranges::transform(text, text.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    });
-    return textMarker(std::move(text));
+    return textMarker(lowercasedASCII(romanNumeral(configuration.itemNumber)) + ".");
 }
 
 ListMarker dash(const ListMarkerConfiguration& /*configuration*/) {

@@ -1,7 +1,7 @@
 #include "Platform/Curl/EasyHandle.h"
 
+#include "Foundation/ASCII.h"
 #include "Foundation/Text.h"
-#include "Platform/Curl/HeaderName.h"
 
 #include <netinet/in.h>
 #include <netinet/tcp.h>
@@ -23,8 +23,7 @@ constexpr int kProbes = 3;
 bool isHeaderName(std::string_view name) {
     constexpr std::string_view kMarks = "!#$%&'*+-.^_`|~";
     return !name.empty() && std::all_of(name.begin(), name.end(), [&](char c) {
-        return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
-               kMarks.find(c) != std::string_view::npos;
+        return isASCIILetterOrDigit(c) || kMarks.find(c) != std::string_view::npos;
     });
 }
 
@@ -116,7 +115,7 @@ void EasyHandle::setHeaders(const URLRequest& request,
     const bool hasType =
         request.value("Content-Type") ||
         std::any_of(additionalHeaders.begin(), additionalHeaders.end(),
-                    [](const auto& header) { return sameHeaderName(header.first, "Content-Type"); });
+                    [](const auto& header) { return equalIgnoringASCIICase(header.first, "Content-Type"); });
     if (!hasType)
         addHeaderLine("Content-Type:");
     set(CURLOPT_HTTPHEADER, headers_.get());

@@ -1,6 +1,6 @@
 #include "Platform/Curl/Redirect.h"
 
-#include "Platform/Curl/HeaderName.h"
+#include "Foundation/ASCII.h"
 
 #include <algorithm>
 #include <array>
@@ -26,7 +26,7 @@ template<class Names>
 void removeHeaders(URLRequest& request, const Names& names) {
     std::erase_if(request.headers, [&](const auto& header) {
         return std::any_of(names.begin(), names.end(),
-                           [&](std::string_view name) { return sameHeaderName(header.first, name); });
+                           [&](std::string_view name) { return equalIgnoringASCIICase(header.first, name); });
     });
 }
 

@@ -1,7 +1,7 @@
 #include "Platform/Curl/ResponseHead.h"
 
+#include "Foundation/ASCII.h"
 #include "Foundation/Text.h"
-#include "Platform/Curl/HeaderName.h"
 
 #include <charconv>
 #include <utility>
@@ -43,7 +43,7 @@ bool ResponseHead::addLine(std::string_view line) {
 
 std::optional<std::string> ResponseHead::header(std::string_view name) const {
     for (const auto& [field, value] : response_.headers) {
-        if (sameHeaderName(field, name))
+        if (equalIgnoringASCIICase(field, name))
             return value;
     }
     return std::nullopt;

@@ -1,5 +1,6 @@
 #include "Quillmoth/Settings/Recording.h"
 
+#include "Foundation/ASCII.h"
 #include "Foundation/FatalError.h"
 #include "KeyboardShortcuts/ShortcutText.h"
 
@@ -34,8 +35,7 @@ constexpr std::array<std::pair<std::string_view, std::string_view>, 5> kTexts{{
 
 /// Lower case for a single ASCII capital; a name such as "F9" is no capital letter.
 std::string uncapitalized(const std::string& equivalent) {
-    const bool isCapital = equivalent.size() == 1 && equivalent[0] >= 'A' && equivalent[0] <= 'Z';
-    return isCapital ? std::string(1, static_cast<char>(equivalent[0] - 'A' + 'a')) : equivalent;
+    return equivalent.size() == 1 ? lowercasedASCII(equivalent) : equivalent;
 }
 
 bool matches(const MainMenuItem& item, const std::string& key, ModifierFlags modifiers) {

@@ -1,9 +1,10 @@
 #include "tests/support/ChatScript.h"
 
+#include "Foundation/ASCII.h"
+
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
-#include <cctype>
 #include <fstream>
 #include <stdexcept>
 
@@ -50,13 +51,6 @@ constexpr const char* kPlainAnswer =
 Ask it for **code**, for a **table**, or to fix your **grammar**.
 )";
 
-std::string lowered(std::string_view text) {
-    std::string result(text);
-    std::transform(result.begin(), result.end(), result.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return result;
-}
-
 constexpr const char* kTopic = "💬 A scripted talk";
 
 json parsed(const std::string& text) {
@@ -99,10 +93,10 @@ void ChatScript::load(const std::string& path) {
 }
 
 const ChatScript::Entry& ChatScript::entryFor(std::string_view message) const {
-    const std::string text = lowered(message);
+    const std::string text = lowercasedASCII(message);
     // The last of the built-in entries matches everything.
     return *std::find_if(entries_.begin(), entries_.end(), [&](const Entry& entry) {
-        return text.find(lowered(entry.match)) != std::string::npos;
+        return text.find(lowercasedASCII(entry.match)) != std::string::npos;
     });
 }
 

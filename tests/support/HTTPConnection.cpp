@@ -1,23 +1,18 @@
 #include "tests/support/HTTPConnection.h"
 
+#include "Foundation/ASCII.h"
+
 #include <sys/socket.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <charconv>
 #include <utility>
 
 namespace quillmoth::test {
 
 namespace {
-
-bool sameName(std::string_view first, std::string_view second) {
-    return std::equal(first.begin(), first.end(), second.begin(), second.end(), [](char a, char b) {
-        return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b));
-    });
-}
 
 /// Splits `text` at the first `separator`; what is behind it stays in `text`.
 std::string_view take(std::string_view& text, std::string_view separator) {
@@ -61,7 +56,7 @@ std::size_t contentLength(const ScriptedRequest& request) {
 
 std::optional<std::string> ScriptedRequest::header(std::string_view name) const {
     for (const auto& [field, value] : headers) {
-        if (sameName(field, name))
+        if (equalIgnoringASCIICase(field, name))
             return value;
     }
     return std::nullopt;

@@ -1,10 +1,11 @@
 #include "Platform/Linux/AtSpi/Applications.h"
 
+#include "Foundation/ASCII.h"
+
 #include <atspi/atspi-constants.h>
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 
 namespace quillmoth::platform {
 
@@ -26,8 +27,7 @@ Toolkit toolkitNamed(std::string name) {
         {"chrom", Toolkit::chromium},
         {"electron", Toolkit::chromium},
     }};
-    std::transform(name.begin(), name.end(), name.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    name = lowercasedASCII(name);
     const auto* found = std::find_if(kKnown.begin(), kKnown.end(),
                                      [&name](const Known& each) { return name.starts_with(each.part); });
     return found == kKnown.end() ? Toolkit::other : found->toolkit;

@@ -1,5 +1,7 @@
 #include "Platform/Linux/AtSpi/RestartNeeds.h"
 
+#include "Foundation/ASCII.h"
+
 #include <algorithm>
 #include <fstream>
 #include <set>
@@ -15,7 +17,7 @@ namespace fs = std::filesystem;
 
 bool isProcess(const fs::path& folder) {
     const std::string name = folder.filename();
-    return std::all_of(name.begin(), name.end(), [](char c) { return c >= '0' && c <= '9'; });
+    return std::all_of(name.begin(), name.end(), isASCIIDigit);
 }
 
 std::string contentOf(const fs::path& path) {

@@ -1,10 +1,10 @@
 #include "Platform/Linux/Desktop/KeyCombination.h"
 
+#include "Foundation/ASCII.h"
 #include "Platform/KeyboardLayout.h"
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <utility>
 
 namespace quillmoth::platform {
@@ -56,13 +56,6 @@ auto lookedUp(const Table& table, std::string_view name) {
     return found == std::end(table) ? std::nullopt : std::optional(found->second);
 }
 
-std::string lowercased(std::string_view text) {
-    std::string result(text);
-    for (char& c : result)
-        c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return result;
-}
-
 } // namespace
 
 std::optional<KeyCombination> openboxCombination(std::string_view text) {
@@ -85,7 +78,7 @@ std::optional<KeyCombination> acceleratorCombination(std::string_view text) {
         const std::size_t end = text.find('>');
         if (end == std::string_view::npos)
             return std::nullopt;
-        const auto modifier = lookedUp(kAcceleratorModifiers, lowercased(text.substr(1, end - 1)));
+        const auto modifier = lookedUp(kAcceleratorModifiers, lowercasedASCII(text.substr(1, end - 1)));
         if (!modifier)
             return std::nullopt;
         combination.carbonModifiers |= *modifier;
@@ -106,7 +99,7 @@ std::optional<std::uint16_t> KeyNames::virtualKeyCode(const std::string& key) co
     if (const auto code = lookedUp(kNamedKeys, key))
         return code;
     const auto sign = lookedUp(kPunctuation, key);
-    const auto found = characters_.find(sign ? std::string(*sign) : lowercased(key));
+    const auto found = characters_.find(sign ? std::string(*sign) : lowercasedASCII(key));
     return found == characters_.end() ? std::nullopt : std::optional(found->second);
 }
 

@@ -1,10 +1,10 @@
 #include "Platform/Linux/X11/X11Terminals.h"
 
+#include "Foundation/ASCII.h"
 #include "Platform/Linux/X11/Server/X11Reply.h"
 #include "Platform/Linux/X11/Server/X11Windows.h"
 
 #include <algorithm>
-#include <cctype>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -25,9 +25,7 @@ constexpr std::string_view kTerminals[] = {
 
 /// Without the domain that some put before their name, and without the kind of terminal behind it.
 std::string plainName(std::string_view name) {
-    std::string plain(name.substr(name.rfind('.') + 1));
-    std::transform(plain.begin(), plain.end(), plain.begin(),
-                   [](unsigned char character) { return static_cast<char>(std::tolower(character)); });
+    std::string plain = lowercasedASCII(name.substr(name.rfind('.') + 1));
     constexpr std::string_view kColors = "-256color";
     if (plain.ends_with(kColors))
         plain.resize(plain.size() - kColors.size());

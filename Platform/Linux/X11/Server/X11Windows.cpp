@@ -1,9 +1,9 @@
 #include "Platform/Linux/X11/Server/X11Windows.h"
 
+#include "Foundation/ASCII.h"
 #include "Platform/Linux/X11/Server/X11Reply.h"
 
 #include <algorithm>
-#include <cctype>
 #include <iterator>
 #include <string_view>
 #include <xcb/res.h>
@@ -16,12 +16,6 @@ namespace {
 constexpr std::string_view kInputMethodClasses[] = {
     "ibus", "fcitx", "scim", "uim",     "kimpanel", "nimf",  "kkc",
     "gcin", "hime",  "mozc", "onboard", "florence", "xvkbd", "matchbox-keyboard"};
-
-std::string lowercased(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char character) { return static_cast<char>(std::tolower(character)); });
-    return text;
-}
 
 } // namespace
 
@@ -84,7 +78,7 @@ bool isPointed(X11Connection& connection, xcb_window_t owner) {
 
 bool belongsToInputMethod(X11Connection& connection, xcb_window_t window) {
     // Two names, each ended by a zero byte.
-    const auto names = lowercased(connection.bytes(window, "WM_CLASS"));
+    const auto names = lowercasedASCII(connection.bytes(window, "WM_CLASS"));
     const auto second = names.find('\0') + 1;
     return std::any_of(std::begin(kInputMethodClasses), std::end(kInputMethodClasses), [&](auto beginning) {
         return names.starts_with(beginning) || names.compare(second, beginning.size(), beginning) == 0;
