@@ -2,7 +2,7 @@
 set(standard [[((sys|netinet)/[a-z]+\.h|linux/[a-z-]+\.h|(dlfcn|fcntl|poll|unistd)\.h|[a-z_]+)]])
 set(qt "Q[A-Z]|Qt")
 set(modules
-    "Foundation | | unicode/|simdjson"
+    "Foundation | | unicode/|simdjson|uriparser/"
     "Platform | Foundation |"
     "EventSource | Platform Foundation |"
     "KeyboardShortcuts | Platform Foundation | nlohmann/"

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "MarkdownUI/Document/URLReference.h"
+#include "Foundation/URL.h"
 
 namespace quillmoth::markdown {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "MarkdownUI/Document/URLReference.h"
+#include "Foundation/URL.h"
 #include "MarkdownUI/Layout/CodeBlockGeometry.h"
 #include "MarkdownUI/Layout/DocumentHitTest.h"
 #include "MarkdownUI/Layout/DocumentText.h"

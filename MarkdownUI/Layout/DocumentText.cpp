@@ -1,7 +1,7 @@
 #include "MarkdownUI/Layout/DocumentText.h"
 
 #include "Foundation/Text.h"
-#include "MarkdownUI/Document/URLReference.h"
+#include "Foundation/URL.h"
 
 namespace quillmoth::markdown {
 

@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "MarkdownUI/Document/URLReference.h"
+#include "Foundation/URL.h"
 #include "MarkdownUI/Layout/Box.h"
 #include "MarkdownUI/Layout/FlowLayout.h"
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "Foundation/ASCII.h"
-#include "MarkdownUI/Document/URLReference.h"
+#include "Foundation/URL.h"
 
 namespace quillmoth::markdown {
 
@@ -11,7 +11,7 @@ namespace {
 
 /// The one scheme that the image is for; `unspecified` for all.
 ColorScheme schemeOf(const inlines::Image& image) {
-    const auto url = URLReference::parse(image.source);
+    const auto url = URL::parse(image.source);
     if (!url || !url->fragment)
         return ColorScheme::unspecified;
     const std::string fragment = lowercasedASCII(*url->fragment);

@@ -1,6 +1,6 @@
 #include "MarkdownUI/Style/InlineRendering.h"
 
-#include "MarkdownUI/Document/URLReference.h"
+#include "Foundation/URL.h"
 #include "MarkdownUI/Style/Theme.h"
 
 namespace quillmoth::markdown {

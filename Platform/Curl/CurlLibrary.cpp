@@ -58,11 +58,6 @@ void loadFunctions(Loader& loader, CurlLibrary& curl) {
     loader.load(curl.multiPoll, "curl_multi_poll");
     loader.load(curl.multiWakeUp, "curl_multi_wakeup");
     loader.load(curl.multiReadInfo, "curl_multi_info_read");
-    loader.load(curl.url, "curl_url");
-    loader.load(curl.urlCleanUp, "curl_url_cleanup");
-    loader.load(curl.urlSet, "curl_url_set");
-    loader.load(curl.urlGet, "curl_url_get");
-    loader.load(curl.free, "curl_free");
 }
 
 Result<CurlLibrary> openLibrary() {

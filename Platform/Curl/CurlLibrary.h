@@ -28,12 +28,6 @@ struct CurlLibrary {
     decltype(&::curl_multi_poll) multiPoll;
     decltype(&::curl_multi_wakeup) multiWakeUp;
     decltype(&::curl_multi_info_read) multiReadInfo;
-
-    decltype(&::curl_url) url;
-    decltype(&::curl_url_cleanup) urlCleanUp;
-    decltype(&::curl_url_set) urlSet;
-    decltype(&::curl_url_get) urlGet;
-    decltype(&::curl_free) free;
 };
 
 /// Opens the library on the first call; it stays open. The error is a sentence for the user. Any thread.

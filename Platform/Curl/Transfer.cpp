@@ -1,5 +1,6 @@
 #include "Platform/Curl/Transfer.h"
 
+#include "Foundation/URL.h"
 #include "Platform/Curl/Redirect.h"
 #include "Platform/Curl/URLErrors.h"
 
@@ -114,7 +115,7 @@ std::size_t Transfer::bodyCallback(char* data, std::size_t size, std::size_t cou
 void Transfer::begin(URLRequest request) {
     detach();
     request_ = std::move(request);
-    const auto server = parseURL(curl_, request_.url);
+    const auto server = serverOf(request_.url);
     if (!server) {
         finish(redirects_ > 0 ? badRedirectError(server_) : badAddressError());
         return;
@@ -154,8 +155,8 @@ bool Transfer::receiveHeaderLine(std::string_view line) {
 }
 
 bool Transfer::receiveRedirect(const std::string& location) {
-    const auto url = resolvedURL(curl_, request_.url, location);
-    const auto target = url ? parseURL(curl_, *url) : std::nullopt;
+    const auto url = resolveURL(location, request_.url, URL::kAnything);
+    const auto target = url ? serverOf(*url) : std::nullopt;
     if (!target || redirects_ >= kMostRedirects) {
         failure_ = target ? tooManyRedirectsError(server_) : badRedirectError(server_);
         return false;

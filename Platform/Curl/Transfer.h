@@ -3,7 +3,7 @@
 #include "Platform/Curl/DataTask.h"
 #include "Platform/Curl/EasyHandle.h"
 #include "Platform/Curl/ResponseHead.h"
-#include "Platform/Curl/URLParts.h"
+#include "Platform/Curl/Server.h"
 
 #include <chrono>
 #include <memory>
@@ -70,7 +70,7 @@ private:
     CURLM* const multi_;
     const std::shared_ptr<DataTask> task_;
     URLRequest request_;
-    URLParts server_;
+    Server server_;
     std::optional<EasyHandle> easy_;
     ResponseHead head_;
     Phase phase_ = Phase::head;

@@ -48,7 +48,7 @@ constexpr Row kOther{CURLE_OK, Code::unknown, "The exchange with the server ", "
 
 /// The library's own words name the machine that it tried to reach: where that is not the server, it is a
 /// proxy.
-bool namesAnother(const std::string& detail, const URLParts& server) {
+bool namesAnother(const std::string& detail, const Server& server) {
     std::string host = server.host;
     std::erase_if(host, [](char c) { return c == '[' || c == ']'; });
     return !detail.empty() && detail.find(host) == std::string::npos;
@@ -56,32 +56,32 @@ bool namesAnother(const std::string& detail, const URLParts& server) {
 
 } // namespace
 
-URLError transferError(CURLcode code, const URLParts& server, const std::string& detail) {
+URLError transferError(CURLcode code, const Server& server, const std::string& detail) {
     if (code == CURLE_COULDNT_CONNECT && namesAnother(detail, server))
         return {Code::cannotConnectToHost,
-                "Could not connect to the proxy to the server " + server.server() + "."};
+                "Could not connect to the proxy to the server " + server.name() + "."};
     const auto* found =
         std::find_if(kRows.begin(), kRows.end(), [&](const Row& row) { return row.curlCode == code; });
     const Row& row = found == kRows.end() ? kOther : *found;
-    return {row.code, row.before + server.server() + row.behind};
+    return {row.code, row.before + server.name() + row.behind};
 }
 
-URLError timeoutError(const URLParts& server) {
+URLError timeoutError(const Server& server) {
     return transferError(CURLE_OPERATION_TIMEDOUT, server, {});
 }
 
-URLError tooManyRedirectsError(const URLParts& server) {
+URLError tooManyRedirectsError(const Server& server) {
     return {Code::tooManyRedirects,
-            "The server " + server.server() + " redirected the request too many times."};
+            "The server " + server.name() + " redirected the request too many times."};
 }
 
 URLError badAddressError() {
     return {Code::badURL, "The address of the server is not valid."};
 }
 
-URLError badRedirectError(const URLParts& server) {
+URLError badRedirectError(const Server& server) {
     return {Code::badURL,
-            "The server " + server.server() + " redirected the request to an address that is not valid."};
+            "The server " + server.name() + " redirected the request to an address that is not valid."};
 }
 
 } // namespace quillmoth::platform

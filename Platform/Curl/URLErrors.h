@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Curl/URLParts.h"
+#include "Platform/Curl/Server.h"
 #include "Platform/URLRequest.h"
 
 #include <curl/curl.h>
@@ -10,10 +10,10 @@
 namespace quillmoth::platform {
 
 /// Failures in words for the user. They name the server and nothing else of the request.
-[[nodiscard]] URLError transferError(CURLcode code, const URLParts& server, const std::string& detail);
-[[nodiscard]] URLError timeoutError(const URLParts& server);
-[[nodiscard]] URLError tooManyRedirectsError(const URLParts& server);
+[[nodiscard]] URLError transferError(CURLcode code, const Server& server, const std::string& detail);
+[[nodiscard]] URLError timeoutError(const Server& server);
+[[nodiscard]] URLError tooManyRedirectsError(const Server& server);
 [[nodiscard]] URLError badAddressError();
-[[nodiscard]] URLError badRedirectError(const URLParts& server);
+[[nodiscard]] URLError badRedirectError(const Server& server);
 
 } // namespace quillmoth::platform

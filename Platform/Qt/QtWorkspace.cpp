@@ -1,6 +1,6 @@
 #include "Platform/Qt/QtWorkspace.h"
 
-#include "Foundation/OwnURL.h"
+#include "Foundation/URL.h"
 #include "Platform/MainQueue.h"
 
 #include <QCoreApplication>

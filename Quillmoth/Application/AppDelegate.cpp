@@ -2,14 +2,13 @@
 
 #include "Foundation/FatalError.h"
 #include "Foundation/Log.h"
-#include "Foundation/OwnURL.h"
+#include "Foundation/URL.h"
 #include "Platform/Accessibility.h"
 #include "Platform/Application.h"
 #include "Platform/StatusItem.h"
 #include "Platform/UUIDSource.h"
 #include "Platform/UserDefaults.h"
 #include "Platform/Workspace.h"
-#include "Quillmoth/Application/URLQuery.h"
 
 #include <algorithm>
 
@@ -112,10 +111,11 @@ void AppDelegate::didTapThree() {
 
 void AppDelegate::handleOpenURL(const std::vector<std::string>& urls) {
     for (const std::string& url : urls) {
-        if (urlScheme(url) != kOwnScheme)
+        if (ownURL(url) != url)
             continue;
         logLine("RUNNING URL SCHME");
-        const auto items = urlQueryItems(url);
+        const auto parsed = URL::parse(url, URL::kAnything);
+        const auto items = parsed ? parsed->queryItems() : std::nullopt;
         if (!items)
             continue;
         const auto data = std::find_if(items->begin(), items->end(),

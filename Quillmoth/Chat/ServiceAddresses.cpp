@@ -1,57 +1,18 @@
 #include "Quillmoth/Chat/ServiceAddresses.h"
 
+#include "Foundation/ASCII.h"
 #include "Foundation/Log.h"
 #include "Foundation/Text.h"
+#include "Foundation/URL.h"
 #include "Platform/UserDefaults.h"
 #include "Quillmoth/Chat/ChatRequests.h"
 
-#include <algorithm>
-#include <charconv>
-#include <cstdint>
 #include <cstdlib>
 #include <optional>
 
 namespace quillmoth {
 
 namespace {
-
-bool isUnreserved(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-           std::string_view("-._~").find(c) != std::string_view::npos;
-}
-
-bool consists(std::string_view text, std::string_view alsoAllowed) {
-    return std::all_of(text.begin(), text.end(), [&](char c) {
-        return isUnreserved(c) || alsoAllowed.find(c) != std::string_view::npos;
-    });
-}
-
-/// Takes "http://" or "https://", in any case, from the front.
-bool takeScheme(std::string_view& rest) {
-    for (const std::string_view scheme : {"http://", "https://"}) {
-        const auto front = rest.substr(0, scheme.size());
-        if (std::equal(front.begin(), front.end(), scheme.begin(), scheme.end(), [](char given, char wanted) {
-                return (given >= 'A' && given <= 'Z' ? given - 'A' + 'a' : given) == wanted;
-            })) {
-            rest.remove_prefix(scheme.size());
-            return true;
-        }
-    }
-    return false;
-}
-
-bool isHost(std::string_view host) {
-    if (host.starts_with('['))
-        return host.ends_with(']') && host.size() > 3 &&
-               host.find_first_not_of("0123456789abcdefABCDEF:.", 1) == host.size() - 1;
-    return !host.empty() && consists(host, "");
-}
-
-bool isPort(std::string_view port) {
-    std::uint16_t number = 0;
-    const auto result = std::from_chars(port.data(), port.data() + port.size(), number);
-    return result.ec == std::errc() && result.ptr == port.data() + port.size() && number != 0;
-}
 
 /// `value` as an address, or none where it is empty or not usable.
 std::optional<std::string> checked(std::string_view value, const std::string& setting) {
@@ -82,19 +43,11 @@ std::string address(const char* variable, const char* key, std::string_view buil
 } // namespace
 
 bool isServiceAddress(std::string_view address) {
-    if (!takeScheme(address))
-        return false;
-    const auto pathStart = std::min(address.find('/'), address.size());
-    const auto path = address.substr(pathStart);
-    auto authority = address.substr(0, pathStart);
-    const auto colon = authority.rfind(':');
-    if (colon != std::string_view::npos && authority.find(']', colon) == std::string_view::npos) {
-        if (!isPort(authority.substr(colon + 1)))
-            return false;
-        authority = authority.substr(0, colon);
-    }
-    // RFC 3986, 3.3: the characters of a path.
-    return isHost(authority) && consists(path, "/%!$&'()*+,;=:@");
+    const auto url = isASCII(address) ? URL::parse(address, {}) : std::nullopt;
+    const bool isWhole = url && url->isWeb() && !url->userInfo && !url->query && !url->fragment;
+    // A name that a name server may know.
+    return isWhole && url->host->find_first_of("%!$&'()*+,;=") == std::string::npos &&
+           (!url->port || url->portNumber());
 }
 
 ServiceAddresses serviceAddresses(const platform::UserDefaults& userDefaults) {

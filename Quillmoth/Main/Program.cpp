@@ -1,6 +1,6 @@
 #include "Quillmoth/Main/Program.h"
 
-#include "Foundation/OwnURL.h"
+#include "Foundation/URL.h"
 #include "Platform/Linux/AtSpi/RestartNeeds.h"
 #include "Quillmoth/Shell/Panel/FloatingView.h"
 #include "Quillmoth/Shell/Panel/MarkdownMessage.h"

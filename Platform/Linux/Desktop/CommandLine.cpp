@@ -1,6 +1,6 @@
 #include "Platform/Linux/Desktop/CommandLine.h"
 
-#include "Foundation/OwnURL.h"
+#include "Foundation/URL.h"
 
 #include <algorithm>
 #include <array>

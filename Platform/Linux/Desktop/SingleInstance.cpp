@@ -1,7 +1,7 @@
 #include "Platform/Linux/Desktop/SingleInstance.h"
 
 #include "Foundation/Log.h"
-#include "Foundation/OwnURL.h"
+#include "Foundation/URL.h"
 #include "Platform/Linux/Desktop/InstanceRequest.h"
 
 #include <QDBusArgument>
