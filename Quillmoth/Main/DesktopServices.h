@@ -6,7 +6,6 @@
 #include "Platform/Linux/Unavailable/UnavailableServices.h"
 #include "Platform/Platform.h"
 #include "Platform/Posix/DiskSync.h"
-#include "Platform/Posix/RandomUUIDSource.h"
 #include "Platform/Posix/SystemClock.h"
 #include "Platform/Qt/FileDocuments.h"
 #include "Platform/Qt/FileUserDefaults.h"
@@ -15,6 +14,7 @@
 #include "Platform/Qt/QtMainQueue.h"
 #include "Platform/Qt/QtPasteboard.h"
 #include "Platform/Qt/QtStatusItems.h"
+#include "Platform/Qt/QtUUIDSource.h"
 #include "Platform/Qt/QtWorkspace.h"
 #include "Platform/Qt/ResourceBundle.h"
 
@@ -67,7 +67,7 @@ public:
     platform::FileDocuments documents{diskSync};
     platform::ResourceBundle bundle;
     platform::SystemClock clock;
-    platform::RandomUUIDSource uuidSource;
+    platform::QtUUIDSource uuidSource;
     platform::LocalNotificationCenter notificationCenter;
     platform::QtStatusItems statusItems;
     platform::QtApplication application;

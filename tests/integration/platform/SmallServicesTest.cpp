@@ -1,7 +1,7 @@
-#include "Platform/Posix/RandomUUIDSource.h"
 #include "Platform/Posix/SystemClock.h"
 #include "Platform/Qt/LocalNotificationCenter.h"
 #include "Platform/Qt/QtMainQueue.h"
+#include "Platform/Qt/QtUUIDSource.h"
 #include "Platform/Qt/QtWorkspace.h"
 #include "Platform/Qt/ResourceBundle.h"
 #include "tests/integration/platform/TemporaryFolder.h"
@@ -16,8 +16,8 @@
 
 namespace quillmoth::platform {
 
-TEST(RandomUUIDSource, GivesDifferentVersion4UUIDsToAllThreads) {
-    RandomUUIDSource source;
+TEST(QtUUIDSource, GivesDifferentVersion4UUIDsToAllThreads) {
+    QtUUIDSource source;
     std::mutex mutex;
     std::set<std::string> all;
     std::vector<std::thread> threads;
