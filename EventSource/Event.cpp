@@ -1,7 +1,7 @@
 #include "EventSource/Event.h"
 
-#include "EventSource/UnicodeSpace.h"
 #include "Foundation/ASCII.h"
+#include "Foundation/WhiteSpace.h"
 
 #include <array>
 #include <charconv>
