@@ -3,7 +3,7 @@
 #include "Foundation/FatalError.h"
 #include "Foundation/Text.h"
 #include "Platform/MainQueue.h"
-#include "Quillmoth/Capture/CaptureTexts.h"
+#include "Quillmoth/Assistant/CaptureTexts.h"
 
 #include <utility>
 

@@ -5,8 +5,8 @@
 #include "Foundation/Text.h"
 #include "Platform/UserDefaults.h"
 #include "Platform/Workspace.h"
+#include "Quillmoth/Assistant/CaptureTexts.h"
 #include "Quillmoth/Assistant/DataModel.h"
-#include "Quillmoth/Capture/CaptureTexts.h"
 
 #include <algorithm>
 

@@ -6,8 +6,8 @@
 #include "Platform/MainQueue.h"
 #include "Platform/Pasteboard.h"
 #include "Platform/Workspace.h"
+#include "Quillmoth/Assistant/CaptureTexts.h"
 #include "Quillmoth/Assistant/DataModel.h"
-#include "Quillmoth/Capture/CaptureTexts.h"
 
 namespace quillmoth {
 

@@ -2,8 +2,8 @@
 
 #include "Foundation/FatalError.h"
 #include "Platform/MainQueue.h"
+#include "Quillmoth/Assistant/CaptureTexts.h"
 #include "Quillmoth/Assistant/DataModel.h"
-#include "Quillmoth/Capture/CaptureTexts.h"
 
 namespace quillmoth {
 

@@ -4,7 +4,7 @@ namespace quillmoth {
 
 namespace {
 
-class ResponseStreamingTest : public AssistantFixture {
+class AnswerStreamTest : public AssistantFixture {
 protected:
     void ask(const std::string& command = "hi") {
         model->_selectedIndex = DataModel::kTypedCommand;
@@ -13,7 +13,7 @@ protected:
     }
 };
 
-TEST_F(ResponseStreamingTest, an_answer_grows_in_the_last_message_and_in_the_response) {
+TEST_F(AnswerStreamTest, an_answer_grows_in_the_last_message_and_in_the_response) {
     ask();
     EXPECT_EQ(*model->_responseValue, " ");
     EXPECT_EQ(*model->_command, " ");
@@ -36,14 +36,14 @@ TEST_F(ResponseStreamingTest, an_answer_grows_in_the_last_message_and_in_the_res
     EXPECT_EQ(platform.urlSessions.shared().tasks().size(), 0U) << "a finished answer is not stored yet";
 }
 
-TEST_F(ResponseStreamingTest, starting_assigns_in_order) {
+TEST_F(AnswerStreamTest, starting_assigns_in_order) {
     model->_command = std::string("hi");
     const Texts names = assignments([&] { model->sendPrompt("hi"); });
     EXPECT_EQ(names,
               (Texts{"_messages", "_command", "_messages", "_isLoading", "_responseValue", "_eventSource"}));
 }
 
-TEST_F(ResponseStreamingTest, each_status_ends_in_its_words_and_drops_the_exchange) {
+TEST_F(AnswerStreamTest, each_status_ends_in_its_words_and_drops_the_exchange) {
     struct Case {
         int status;
         std::string error;
@@ -75,7 +75,7 @@ TEST_F(ResponseStreamingTest, each_status_ends_in_its_words_and_drops_the_exchan
     }
 }
 
-TEST_F(ResponseStreamingTest, a_rate_limit_is_told_at_length) {
+TEST_F(AnswerStreamTest, a_rate_limit_is_told_at_length) {
     ask();
     serve(429);
     EXPECT_EQ(
@@ -87,7 +87,7 @@ TEST_F(ResponseStreamingTest, a_rate_limit_is_told_at_length) {
     EXPECT_EQ(*model->_responseValue, "Error 429");
 }
 
-TEST_F(ResponseStreamingTest, a_refused_connection_gives_the_text_back) {
+TEST_F(AnswerStreamTest, a_refused_connection_gives_the_text_back) {
     ask("my long question");
     failToConnect("Could not connect.");
     EXPECT_TRUE(model->_messages->empty());
@@ -96,14 +96,14 @@ TEST_F(ResponseStreamingTest, a_refused_connection_gives_the_text_back) {
     EXPECT_FALSE(model->_isLoading);
 }
 
-TEST_F(ResponseStreamingTest, a_failed_connection_later_takes_the_former_answer_too) {
+TEST_F(AnswerStreamTest, a_failed_connection_later_takes_the_former_answer_too) {
     converse("one", {"1"});
     ask("two");
     failToConnect("Could not connect.");
     EXPECT_EQ(texts(model->_messages), (Texts{"system: Your are helpful assistant", "user: one"}));
 }
 
-TEST_F(ResponseStreamingTest, neither_status_nor_error_means_no_connection) {
+TEST_F(AnswerStreamTest, neither_status_nor_error_means_no_connection) {
     ask();
     stream().complete();
     platform.runUntilIdle();
@@ -111,7 +111,7 @@ TEST_F(ResponseStreamingTest, neither_status_nor_error_means_no_connection) {
     EXPECT_EQ(model->_messages->size(), 2U);
 }
 
-TEST_F(ResponseStreamingTest, a_200_that_is_no_whole_answer_is_told_and_loses_nothing) {
+TEST_F(AnswerStreamTest, a_200_that_is_no_whole_answer_is_told_and_loses_nothing) {
     platform.userDefaults.set("gatewayBaseURL", std::string("https://gateway.example/relay"));
     const std::string noService =
         "gateway.example did not answer as a chat service does. Your text is back in the field. Check the "
@@ -166,7 +166,7 @@ TEST_F(ResponseStreamingTest, a_200_that_is_no_whole_answer_is_told_and_loses_no
     }
 }
 
-TEST_F(ResponseStreamingTest, a_cancelled_stream_keeps_what_has_come_and_its_completion_is_swallowed) {
+TEST_F(AnswerStreamTest, a_cancelled_stream_keeps_what_has_come_and_its_completion_is_swallowed) {
     ask();
     stream().deliverStatus(200);
     stream().deliverData(piece("part"));
@@ -180,7 +180,7 @@ TEST_F(ResponseStreamingTest, a_cancelled_stream_keeps_what_has_come_and_its_com
     EXPECT_EQ(model->_messages->back().content, "part");
 }
 
-TEST_F(ResponseStreamingTest, a_completion_that_comes_after_the_next_request_does_not_end_it) {
+TEST_F(AnswerStreamTest, a_completion_that_comes_after_the_next_request_does_not_end_it) {
     ask("one");
     stream().deliverStatus(200);
     stream().deliverData(piece("1"));
@@ -195,7 +195,7 @@ TEST_F(ResponseStreamingTest, a_completion_that_comes_after_the_next_request_doe
     EXPECT_EQ(model->_messages->back().content, "2");
 }
 
-TEST_F(ResponseStreamingTest, regenerating_replaces_the_last_answer) {
+TEST_F(AnswerStreamTest, regenerating_replaces_the_last_answer) {
     converse("one", {"1"});
     const Texts names = assignments([&] { model->regenerate(); });
     EXPECT_EQ(names,
@@ -207,7 +207,7 @@ TEST_F(ResponseStreamingTest, regenerating_replaces_the_last_answer) {
     EXPECT_EQ(*model->_responseValue, "23");
 }
 
-TEST_F(ResponseStreamingTest, a_failed_regeneration_keeps_its_response_and_gives_no_text_back) {
+TEST_F(AnswerStreamTest, a_failed_regeneration_keeps_its_response_and_gives_no_text_back) {
     converse("one", {"1"});
     model->regenerate();
     serve(400);
@@ -223,13 +223,13 @@ TEST_F(ResponseStreamingTest, a_failed_regeneration_keeps_its_response_and_gives
     EXPECT_EQ(*model->_error, "Could not connect.");
 }
 
-TEST_F(ResponseStreamingTest, what_the_logic_takes_for_granted_is_a_fatal_fault) {
+TEST_F(AnswerStreamTest, what_the_logic_takes_for_granted_is_a_fatal_fault) {
     EXPECT_THROW(model->regenerate(), FatalFault);
     EXPECT_THROW(model->decodeStreamChunk(R"({"choices":[]})", [](const std::string&) {}), FatalFault);
     EXPECT_NO_THROW(model->decodeStreamChunk(std::nullopt, [](const std::string&) {}));
 }
 
-TEST_F(ResponseStreamingTest, callbacks_do_nothing_when_the_model_has_gone) {
+TEST_F(AnswerStreamTest, callbacks_do_nothing_when_the_model_has_gone) {
     ask();
     platform::FakeDataTask& task = stream();
     task.deliverStatus(200);
