@@ -15,7 +15,7 @@ set(modules
     "Quillmoth/Chat | Platform Foundation |"
     "Quillmoth/Prompts | Platform Foundation |"
     "Quillmoth/Highlighting | MarkdownUI/Style |"
-    "Quillmoth/Capture | Quillmoth/Assistant Platform Foundation |"
+    "Quillmoth/Capture | Platform Foundation |"
     "Quillmoth/Assistant | Quillmoth/Capture Quillmoth/Chat Quillmoth/Prompts EventSource Platform Foundation |"
     "Quillmoth/Application | Quillmoth/Assistant Quillmoth/Prompts KeyboardShortcuts Platform Foundation |"
     "Quillmoth/Editor | Quillmoth/Assistant Quillmoth/Prompts Platform Foundation |"

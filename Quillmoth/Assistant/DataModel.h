@@ -2,7 +2,6 @@
 
 #include "EventSource/EventSource.h"
 #include "Foundation/Published.h"
-#include "Platform/Accessibility.h"
 #include "Platform/Platform.h"
 #include "Quillmoth/Assistant/FloatingViewPanel.h"
 #include "Quillmoth/Assistant/OldMessages.h"
@@ -140,9 +139,6 @@ private:
 
     void appendMessage(std::string role, std::string content);
     void refreshListOfClass(bool context);
-    void selectedTextRead(const std::string& text);
-    void takeSelection(const std::string& text);
-    void readMarkedText(const platform::AXUIElementRef& focused);
     void cancelRequest();
     void closeStoredConversation();
     void closeNewConversation();

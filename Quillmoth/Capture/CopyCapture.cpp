@@ -1,13 +1,12 @@
-// The selection by way of a synthetic copy, for applications that do not tell it otherwise.
+#include "Quillmoth/Capture/CopyCapture.h"
 
 #include "Foundation/FatalError.h"
 #include "Foundation/Text.h"
 #include "Platform/KeyboardEvents.h"
-#include "Platform/MainQueue.h"
 #include "Platform/Pasteboard.h"
 #include "Platform/Workspace.h"
-#include "Quillmoth/Assistant/CaptureTexts.h"
-#include "Quillmoth/Assistant/DataModel.h"
+
+#include <utility>
 
 namespace quillmoth {
 
@@ -15,7 +14,6 @@ namespace {
 
 // The position of "C" on an ANSI keyboard.
 constexpr std::uint16_t kKeyCodeC = 8;
-constexpr platform::MainQueue::Seconds kCopyWait{0.2};
 
 void postCopy(platform::KeyboardEvents& events) {
     const auto source = events.createSource(platform::kCGEventSourceStateHIDSystemState);
@@ -31,39 +29,30 @@ void postCopy(platform::KeyboardEvents& events) {
 
 } // namespace
 
-void DataModel::copyCapture() {
-    // There the key would interrupt what runs.
-    if (const auto selected = platform_.workspace.selectionInFrontTerminal())
-        return takeSelection(*selected);
-    platform::Pasteboard& pasteboard = platform_.pasteboard;
-    const std::optional<std::string> saved = pasteboard.string();
-    pasteboard.clearContents();
-    postCopy(platform_.keyboardEvents);
-    platform_.mainQueue.asyncAfter(kCopyWait,
-                                   [model = shared_from_this(), saved] { model->finishCopyCapture(saved); });
+std::optional<CaptureResult> CopyCapture::terminalSelection() {
+    auto selected = workspace_.selectionInFrontTerminal();
+    if (!selected)
+        return std::nullopt;
+    return captured(CaptureWay::primary, std::move(*selected));
 }
 
-void DataModel::finishCopyCapture(const std::optional<std::string>& saved) {
-    platform::Pasteboard& pasteboard = platform_.pasteboard;
-    const std::string fresh = pasteboard.string().value_or(std::string());
+std::optional<std::string> CopyCapture::start() {
+    std::optional<std::string> saved = pasteboard_.string();
+    pasteboard_.clearContents();
+    postCopy(keyboardEvents_);
+    return saved;
+}
+
+CaptureResult CopyCapture::finish(const std::optional<std::string>& saved) {
+    std::string fresh = pasteboard_.string().value_or(std::string());
     if (saved && canonicallyEqual(*saved, fresh))
-        return;
-    takeSelection(fresh);
-    pasteboard.clearContents();
-    pasteboard.setString(saved.value_or(std::string()));
+        return {.way = CaptureWay::copy, .obstacle = CaptureObstacle::sameAsClipboard};
+    return captured(CaptureWay::copy, std::move(fresh));
 }
 
-void DataModel::takeSelection(const std::string& text) {
-    _selectedValue = text;
-    if (!text.empty()) {
-        _isContext = true;
-        refreshContextList();
-        _status = std::string(kContextFound);
-    } else {
-        _status = std::string(kNoSelection);
-        _isContext = false;
-        refreshNonContextList();
-    }
+void CopyCapture::restore(const std::optional<std::string>& saved) {
+    pasteboard_.clearContents();
+    pasteboard_.setString(saved.value_or(std::string()));
 }
 
 } // namespace quillmoth

@@ -1,0 +1,99 @@
+// What a capture has found becomes the context. The order of the assignments, which differs from way to way,
+// is what the views see.
+
+#include "Foundation/Log.h"
+#include "Platform/MainQueue.h"
+#include "Platform/UserDefaults.h"
+#include "Quillmoth/Assistant/CaptureTexts.h"
+#include "Quillmoth/Assistant/DataModel.h"
+#include "Quillmoth/Capture/CopyCapture.h"
+#include "Quillmoth/Capture/SelectionCapture.h"
+#include "Quillmoth/Capture/SelectionWriter.h"
+
+namespace quillmoth {
+
+namespace {
+
+void takeSelectedText(DataModel& model, const std::string& text) {
+    const bool found = !text.empty();
+    model._status = std::string(found ? kContextFound : kNoSelection);
+    model._selectedValue = text;
+    model._isContext = found;
+    model.refreshList();
+}
+
+/// The element had told no selected text, which counts as no focus until its marked text has been found.
+void takeMarkedText(DataModel& model, const std::string& text) {
+    model._status = std::string(kNoFocusFound);
+    model._isContext = false;
+    model.refreshNonContextList();
+    if (text.empty())
+        return;
+    model._selectedValue = text;
+    model._status = std::string(kContextFound);
+    model._isContext = true;
+    model.refreshContextList();
+}
+
+void takeCopiedText(DataModel& model, const std::string& text) {
+    model._selectedValue = text;
+    if (!text.empty()) {
+        model._isContext = true;
+        model.refreshContextList();
+        model._status = std::string(kContextFound);
+    } else {
+        model._status = std::string(kNoSelection);
+        model._isContext = false;
+        model.refreshNonContextList();
+    }
+}
+
+CopyCapture copyCaptureOn(const platform::Platform& platform) {
+    return {platform.workspace, platform.pasteboard, platform.keyboardEvents};
+}
+
+} // namespace
+
+void DataModel::captureContext() {
+    _openHistory = false;
+    _status = std::string();
+    if (platform_.userDefaults.boolean("useCopyHack", false)) {
+        copyCapture();
+        return;
+    }
+    const CaptureResult result = SelectionCapture(platform_.accessibility, platform_.workspace).capture();
+    if (!result.isPermitted)
+        _error = std::string(kPermissionMessage);
+    if (result.obstacle == CaptureObstacle::noFocus)
+        logLine("Error: " + std::to_string(result.error));
+    else if (result.way == CaptureWay::selectedText)
+        takeSelectedText(*this, result.text);
+    else
+        takeMarkedText(*this, result.text);
+}
+
+void DataModel::copyCapture() {
+    CopyCapture capture = copyCaptureOn(platform_);
+    if (const auto selection = capture.terminalSelection()) {
+        takeCopiedText(*this, selection->text);
+        return;
+    }
+    platform_.mainQueue.asyncAfter(CopyCapture::kWait, [model = shared_from_this(), saved = capture.start()] {
+        model->finishCopyCapture(saved);
+    });
+}
+
+void DataModel::finishCopyCapture(const std::optional<std::string>& saved) {
+    CopyCapture capture = copyCaptureOn(platform_);
+    const CaptureResult result = capture.finish(saved);
+    if (result.obstacle == CaptureObstacle::sameAsClipboard)
+        return;
+    takeCopiedText(*this, result.text);
+    capture.restore(saved);
+}
+
+void DataModel::replaceSelection(const std::string& text) const {
+    SelectionWriter(platform_.accessibility).write(text);
+}
+
+} // namespace quillmoth

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "Platform/Accessibility.h"
+
+#include <optional>
+#include <string>
+
+namespace quillmoth {
+
+/// The ways to the text that is selected in the application in front.
+enum class CaptureWay {
+    /// The focused element tells its selected text.
+    selectedText,
+    /// Gathered from the focused element over the range of its text markers, as in web content.
+    markerRange,
+    /// The PRIMARY selection of a terminal.
+    primary,
+    /// A synthetic copy, by way of the clipboard.
+    copy,
+};
+
+/// Why there is no text.
+enum class CaptureObstacle {
+    /// The focused element could not be read.
+    noFocus,
+    /// The focused element tells its text in no way.
+    noText,
+    /// What was asked has a selection to tell of, and nothing is in it.
+    nothingSelected,
+    /// The clipboard holds the same text as before the copy.
+    sameAsClipboard,
+};
+
+/// What a capture has found, how, and why not.
+struct CaptureResult {
+    /// The way that led to the text, or the last one that was tried.
+    CaptureWay way = CaptureWay::selectedText;
+    /// Empty where there is an obstacle, and only there.
+    std::string text = {};
+    std::optional<CaptureObstacle> obstacle = {};
+    /// With CaptureObstacle::noFocus: what the read has failed with.
+    platform::AXError error = platform::kAXErrorSuccess;
+    /// False where the user has not let this program read others. There may be a text all the same.
+    bool isPermitted = true;
+
+    friend bool operator==(const CaptureResult&, const CaptureResult&) = default;
+};
+
+/// `text` by `way`; where it is empty, `obstacle` instead.
+[[nodiscard]] CaptureResult captured(CaptureWay way, std::string text,
+                                     CaptureObstacle obstacle = CaptureObstacle::nothingSelected);
+
+} // namespace quillmoth

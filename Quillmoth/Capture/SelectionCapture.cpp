@@ -1,0 +1,58 @@
+#include "Quillmoth/Capture/SelectionCapture.h"
+
+#include "Foundation/FatalError.h"
+#include "Platform/Workspace.h"
+#include "Quillmoth/Capture/FocusedElement.h"
+
+namespace quillmoth {
+
+using platform::AXUIElementRef;
+using platform::AXValue;
+using platform::kAXErrorSuccess;
+
+namespace {
+
+std::string textOrEmpty(const AXValue& value) {
+    const auto* text = std::get_if<std::string>(&value);
+    return text ? *text : std::string();
+}
+
+} // namespace
+
+CaptureResult SelectionCapture::capture() {
+    const bool isPermitted = accessibility_.isProcessTrusted();
+    const AXUIElementRef systemWide = accessibility_.createSystemWide();
+    const auto process = workspace_.frontmostApplicationProcessIdentifier();
+    if (!process)
+        fatalError("There is no application in front");
+    // Some applications tell of their contents only when they have been asked to.
+    const AXUIElementRef application = accessibility_.createApplication(*process);
+    accessibility_.setAttributeValue(application, "AXManualAccessibility", true);
+    accessibility_.setAttributeValue(application, "AXEnhancedUserInterface", true);
+    CaptureResult result = readFocus(systemWide);
+    result.isPermitted = isPermitted;
+    return result;
+}
+
+CaptureResult SelectionCapture::readFocus(const AXUIElementRef& systemWide) {
+    AXUIElementRef focused;
+    if (const auto error = readFocusedElement(accessibility_, systemWide, focused); error != kAXErrorSuccess)
+        return {.obstacle = CaptureObstacle::noFocus, .error = error};
+    AXValue selected;
+    if (accessibility_.copyAttributeValue(focused, "AXSelectedText", selected) == kAXErrorSuccess)
+        return captured(CaptureWay::selectedText, textOrEmpty(selected));
+    return captured(CaptureWay::markerRange, markedText(focused), CaptureObstacle::noText);
+}
+
+std::string SelectionCapture::markedText(const AXUIElementRef& focused) {
+    AXValue range;
+    accessibility_.copyAttributeValue(focused, "AXSelectedTextMarkerRange", range);
+    if (std::holds_alternative<std::monostate>(range))
+        return {};
+    AXValue attributed;
+    accessibility_.copyParameterizedAttributeValue(focused, "AXAttributedStringForTextMarkerRange", range,
+                                                   attributed);
+    return textOrEmpty(attributed);
+}
+
+} // namespace quillmoth

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Quillmoth/Capture/CaptureResult.h"
+
+namespace quillmoth {
+
+namespace platform {
+class Workspace;
+}
+
+/// Reads the text that is selected in the application in front through accessibility. Main thread.
+class SelectionCapture {
+public:
+    /// The services outlive the object.
+    SelectionCapture(platform::Accessibility& accessibility, platform::Workspace& workspace)
+        : accessibility_(accessibility), workspace_(workspace) {}
+
+    /// Wakes the application in front and asks its focused element, which may make it wait. No application in
+    /// front is a fatal fault.
+    [[nodiscard]] CaptureResult capture();
+
+private:
+    [[nodiscard]] CaptureResult readFocus(const platform::AXUIElementRef& systemWide);
+    [[nodiscard]] std::string markedText(const platform::AXUIElementRef& focused);
+
+    platform::Accessibility& accessibility_;
+    platform::Workspace& workspace_;
+};
+
+} // namespace quillmoth
