@@ -1,6 +1,4 @@
-// A 200 promises an answer. What is missing of it is told when the stream has ended.
-
-#include "Quillmoth/Assistant/DataModel.h"
+#include "Quillmoth/Assistant/AnswerFaults.h"
 
 #include <algorithm>
 #include <string_view>
@@ -9,6 +7,18 @@ namespace quillmoth {
 
 namespace {
 
+constexpr const char* kTooLong = "Error 400: Bad request. Your request is too long.";
+constexpr const char* kInvalidKey = "Error 401: Your API key is invalid, Please check again.";
+constexpr const char* kNoModel = "Error 404: The model does not exist.";
+constexpr const char* kRateLimit =
+    "Error 429: Rate limit reached for requests.\n"
+    "The most likely cause is you have spent all of your OpenAI free tokens, To upgrade to a OpenAI paid "
+    "plan, "
+    "visit https://platform.openai.com/account/billing , set up a paid account, add a credit or debit card, "
+    "and "
+    "generate a new API key if your old one was generated before the upgrade.\n"
+    "If you have already upgraded to a paid plan before, ensure that you have not reached your monthly "
+    "limit.";
 constexpr const char* kCutShort =
     " The answer is not complete. What has come of it is kept; Ctrl+R asks for it again.";
 constexpr const char* kSendAgain = " Your text is back in the field; Return sends it again.";
@@ -25,32 +35,34 @@ std::string serverOf(std::string_view url) {
 
 } // namespace
 
-void DataModel::checkAnswer(const StreamProgress& progress, const EventSource& source,
-                            const std::optional<std::string>& sentText) {
-    const auto lost = source.taskError();
-    if (progress.hasText) {
-        if (lost && !progress.isClosed)
-            _error = lost->localizedDescription + kCutShort;
-        return;
+std::string statusFault(std::optional<int> statusCode) {
+    if (!statusCode)
+        return "No internet connection";
+    switch (*statusCode) {
+    case 200:
+        return "";
+    case 400:
+        return kTooLong;
+    case 401:
+        return kInvalidKey;
+    case 404:
+        return kNoModel;
+    case 429:
+        return kRateLimit;
+    default:
+        return "Error " + std::to_string(*statusCode);
     }
-    giveTextBack(sentText);
-    if (lost)
-        _error = lost->localizedDescription + kSendAgain;
-    else if (progress.hasRecord)
-        _error = serverOf(source.request().url) + kNoText + kSendAgain;
-    else
-        _error = serverOf(source.request().url) + kNoService;
 }
 
-/// Takes the question and the message for its answer away, and puts the question into the command field.
-void DataModel::giveTextBack(const std::optional<std::string>& sentText) {
-    const std::vector<ChatMessage>& messages = _messages;
-    const std::size_t count = messages.size();
-    if (count < 2 || messages.back().role != "assistant" || !messages.back().content.empty())
-        return;
-    const std::string text = sentText.value_or(messages[count - 2].content);
-    dropTwo();
-    _command = text;
+std::string cutShortFault(const platform::URLError& lost) {
+    return lost.localizedDescription + kCutShort;
+}
+
+std::string noTextFault(const std::string& url, const std::optional<platform::URLError>& lost,
+                        bool hasRecord) {
+    if (lost)
+        return lost->localizedDescription + kSendAgain;
+    return serverOf(url) + (hasRecord ? std::string(kNoText) + kSendAgain : kNoService);
 }
 
 } // namespace quillmoth

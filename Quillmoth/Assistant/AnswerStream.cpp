@@ -1,9 +1,11 @@
-// A conversation to the service, and the answer back into the model.
+#include "Quillmoth/Assistant/AnswerStream.h"
 
 #include "Foundation/FatalError.h"
 #include "Foundation/Log.h"
 #include "Platform/MainQueue.h"
+#include "Quillmoth/Assistant/AnswerFaults.h"
 #include "Quillmoth/Assistant/DataModel.h"
+#include "Quillmoth/Chat/ChatDeltaReader.h"
 #include "Quillmoth/Chat/ChatRequests.h"
 
 #include <utility>
@@ -17,37 +19,6 @@ constexpr const char* kSafetySystemPrompt = "You are a helpful assistant.";
 constexpr const char* kBlank = " ";
 // What the service sends behind the last piece of an answer. It ends nothing here.
 constexpr const char* kClosingLine = "[DONE]";
-constexpr const char* kTooLong = "Error 400: Bad request. Your request is too long.";
-constexpr const char* kInvalidKey = "Error 401: Your API key is invalid, Please check again.";
-constexpr const char* kNoModel = "Error 404: The model does not exist.";
-constexpr const char* kRateLimit =
-    "Error 429: Rate limit reached for requests.\n"
-    "The most likely cause is you have spent all of your OpenAI free tokens, To upgrade to a OpenAI paid "
-    "plan, "
-    "visit https://platform.openai.com/account/billing , set up a paid account, add a credit or debit card, "
-    "and "
-    "generate a new API key if your old one was generated before the upgrade.\n"
-    "If you have already upgraded to a paid plan before, ensure that you have not reached your monthly "
-    "limit.";
-
-std::string errorText(std::optional<int> statusCode) {
-    if (!statusCode)
-        return "No internet connection";
-    switch (*statusCode) {
-    case 200:
-        return "";
-    case 400:
-        return kTooLong;
-    case 401:
-        return kInvalidKey;
-    case 404:
-        return kNoModel;
-    case 429:
-        return kRateLimit;
-    default:
-        return "Error " + std::to_string(*statusCode);
-    }
-}
 
 std::string arrayText(const std::vector<ChatMessage>& messages) {
     std::string text = "[";
@@ -61,178 +32,205 @@ std::string arrayText(const std::vector<ChatMessage>& messages) {
 
 } // namespace
 
-/// The points in which the two ways of starting a stream differ.
-struct DataModel::StreamCallbacks {
-    /// Run in the callback itself, before its work is posted.
-    std::function<void(DataModel&)> beforeOpenHop;
-    /// Run in the posted work, first.
-    std::function<void(DataModel&)> inOpenHop;
-    void (DataModel::*append)(const std::string& piece);
-    /// What was sent, to be given back to the user on a transport error.
+/// One request, and what has come of its answer.
+struct AnswerStream::Answer {
+    /// What was sent, to be given back to the user on a transport error. None where a former answer was taken
+    /// away to be replaced, which differs in some more points.
     std::optional<std::string> sentText;
+    ChatDeltaReader reader = {};
+    bool hasRecord = false;
+    bool hasText = false;
+    /// The service has said that this was all of it.
+    bool isClosed = false;
 };
 
-void DataModel::sendPrompt(std::string text) {
+void AnswerStream::send(std::string text) {
     if (text.empty()) {
         logLine("EXIT PROMPT EQUAL NIL");
         return;
     }
-    if (_messages->empty())
-        appendMessage("system", kSafetySystemPrompt);
-    _command = std::string(kBlank);
-    appendMessage("user", text);
-    _isLoading = true;
-    StreamRequest request = makeStreamRequest(_messages, platform_.userDefaults);
-    _responseValue = std::string(kBlank);
-    connectStream(std::move(request),
-                  {
-                      .beforeOpenHop = [](DataModel&) {},
-                      .inOpenHop = [](DataModel& model) { model._responseValue = std::string(); },
-                      .append = &DataModel::appendPiece,
-                      .sentText = std::move(text),
-                  });
+    if (model_._messages->empty())
+        model_.appendMessage("system", kSafetySystemPrompt);
+    model_._command = std::string(kBlank);
+    model_.appendMessage("user", text);
+    model_._isLoading = true;
+    StreamRequest request = makeStreamRequest(model_._messages, platform_.userDefaults);
+    model_._responseValue = std::string(kBlank);
+    connect(std::move(request), std::move(text));
 }
 
-void DataModel::regenerate() {
-    if (_isLoading)
+void AnswerStream::regenerate() {
+    if (model_._isLoading)
         return;
-    _command = std::string(kBlank);
-    if (_messages->empty())
+    model_._command = std::string(kBlank);
+    if (model_._messages->empty())
         fatalError("Nothing to regenerate: the conversation holds no message");
-    _messages.mutate([](std::vector<ChatMessage>& messages) { messages.pop_back(); });
-    _error = std::string();
-    _isLoading = true;
-    logLine(arrayText(_messages));
-    StreamRequest request = makeStreamRequest(_messages, platform_.userDefaults);
-    _responseValue = std::string();
-    connectStream(std::move(request),
-                  {
-                      .beforeOpenHop = [](DataModel& model) { model._responseValue = std::string(); },
-                      .inOpenHop = [](DataModel&) {},
-                      .append = &DataModel::appendRegeneratedPiece,
-                      .sentText = std::nullopt,
-                  });
+    model_._messages.mutate([](std::vector<ChatMessage>& messages) { messages.pop_back(); });
+    model_._error = std::string();
+    model_._isLoading = true;
+    logLine(arrayText(model_._messages));
+    StreamRequest request = makeStreamRequest(model_._messages, platform_.userDefaults);
+    model_._responseValue = std::string();
+    connect(std::move(request), std::nullopt);
 }
 
-void DataModel::connectStream(StreamRequest streamRequest, StreamCallbacks callbacks) {
-    _eventSource = EventSource::create(platform_.mainQueue, platform_.urlSessions, platform_.operationQueues,
-                                       std::move(streamRequest.request), std::move(streamRequest.headers));
-    EventSource& source = *_eventSource.get();
-    const std::weak_ptr<DataModel> weak = weak_from_this();
+void AnswerStream::cancel() {
+    if (const auto source = model_._eventSource.get()) {
+        source->disconnect();
+        cancelled_.push_back(source);
+    }
+    model_._isLoading = false;
+    model_._command = std::string();
+    model_._isCancelRequest = true;
+}
 
-    source.onOpen([weak, before = std::move(callbacks.beforeOpenHop), in = std::move(callbacks.inOpenHop)] {
-        const auto model = weak.lock();
-        if (!model)
-            return;
-        before(*model);
-        model->platform_.mainQueue.async([weak, in] {
-            if (const auto model = weak.lock()) {
-                in(*model);
-                model->streamOpened();
-            }
+void AnswerStream::connect(StreamRequest streamRequest, std::optional<std::string> sentText) {
+    const auto source =
+        EventSource::create(platform_.mainQueue, platform_.urlSessions, platform_.operationQueues,
+                            std::move(streamRequest.request), std::move(streamRequest.headers));
+    model_._eventSource = source;
+    const auto answer = std::make_shared<Answer>(Answer{.sentText = std::move(sentText)});
+    const std::weak_ptr<DataModel> weak = model_.weak_from_this();
+    source->onOpen([this, weak, answer] {
+        if (const auto model = weak.lock())
+            opened(answer);
+    });
+    source->onMessage([this, weak, answer](const std::optional<std::string>&,
+                                           const std::optional<std::string>&,
+                                           const std::optional<std::string>& data) {
+        if (const auto model = weak.lock())
+            decodeStreamChunk(data, answer);
+    });
+    source->onComplete(
+        [this, weak, answer, which = source.get()](std::optional<int> statusCode, std::optional<bool>,
+                                                   const std::optional<platform::URLError>& error) {
+            const auto model = weak.lock();
+            if (!model)
+                return;
+            completed(*answer, *which, statusCode, error);
+            std::erase_if(cancelled_, [&](const auto& each) { return each.get() == which; });
         });
-    });
-    const auto progress = std::make_shared<StreamProgress>();
-    source.onMessage([weak, progress, append = callbacks.append](const std::optional<std::string>&,
-                                                                 const std::optional<std::string>&,
-                                                                 const std::optional<std::string>& data) {
+    source->connect();
+}
+
+void AnswerStream::opened(const std::shared_ptr<Answer>& answer) {
+    const bool isRegenerated = !answer->sentText;
+    if (isRegenerated)
+        model_._responseValue = std::string();
+    platform_.mainQueue.async([this, weak = model_.weak_from_this(), isRegenerated] {
         const auto model = weak.lock();
         if (!model)
             return;
-        progress->isClosed = progress->isClosed || data == kClosingLine;
-        const bool isRecord =
-            model->decodeStreamChunk(data, [weak, progress, append](const std::string& content) {
-                progress->hasText = progress->hasText || !content.empty();
-                if (const auto model = weak.lock())
-                    (model.get()->*append)(content);
-            });
-        progress->hasRecord = progress->hasRecord || isRecord;
+        if (!isRegenerated)
+            model_._responseValue = std::string();
+        model_.appendMessage("assistant", "");
+        model_._command = std::string(kBlank);
     });
-    source.onComplete([weak, progress, sentText = std::move(callbacks.sentText),
-                       which = &source](std::optional<int> statusCode, std::optional<bool>,
-                                        const std::optional<platform::URLError>& error) {
-        const auto model = weak.lock();
-        if (!model)
-            return;
-        if (model->finishStream(statusCode, error, sentText) && statusCode == 200)
-            model->checkAnswer(*progress, *which, sentText);
-        std::erase_if(model->cancelledSources_, [&](const auto& each) { return each.get() == which; });
-    });
-    source.connect();
 }
 
-void DataModel::streamOpened() {
-    appendMessage("assistant", "");
-    _command = std::string(kBlank);
-}
-
-bool DataModel::decodeStreamChunk(const std::optional<std::string>& data,
-                                  const std::function<void(const std::string&)>& deliver) {
+void AnswerStream::decodeStreamChunk(const std::optional<std::string>& data,
+                                     const std::shared_ptr<Answer>& answer) {
     if (!data)
-        return false;
-    const ChatResponseDelta* chunk = deltaReader_.read(*data);
+        return;
+    answer->isClosed = answer->isClosed || *data == kClosingLine;
+    const ChatResponseDelta* chunk = answer->reader.read(*data);
     if (chunk == nullptr || !chunk->choices)
-        return false;
+        return;
     if (chunk->choices->empty())
         fatalError("A piece of the answer came with no choice in it");
+    answer->hasRecord = true;
     const auto& delta = chunk->choices->front().delta;
     if (!delta)
-        return true;
+        return;
     platform_.mainQueue.async(
-        [deliver, content = delta->content.value_or(std::string())] { deliver(content); });
-    return true;
+        [this, weak = model_.weak_from_this(), answer, content = delta->content.value_or(std::string())] {
+            if (const auto model = weak.lock())
+                deliver(*answer, content);
+        });
 }
 
-void DataModel::appendPiece(const std::string& piece) {
-    _responseValue.mutate([&](std::string& response) { response += piece; });
-    if (!_messages->empty())
-        _messages.mutate([&](std::vector<ChatMessage>& messages) { messages.back().content += piece; });
-}
-
-void DataModel::appendRegeneratedPiece(const std::string& piece) {
-    if (_messages->empty())
-        fatalError("A piece of the answer came with no message to take it");
-    _messages.mutate([&](std::vector<ChatMessage>& messages) { messages.back().content += piece; });
-    _responseValue.mutate([&](std::string& response) { response += piece; });
-}
-
-bool DataModel::finishStream(std::optional<int> statusCode, const std::optional<platform::URLError>& error,
-                             const std::optional<std::string>& sentText) {
-    if (_isCancelRequest) {
-        _isCancelRequest = false;
-        return false;
+void AnswerStream::deliver(Answer& answer, const std::string& content) {
+    answer.hasText = answer.hasText || !content.empty();
+    const auto growResponse = [&] {
+        model_._responseValue.mutate([&](std::string& response) { response += content; });
+    };
+    const auto growMessage = [&] {
+        model_._messages.mutate(
+            [&](std::vector<ChatMessage>& messages) { messages.back().content += content; });
+    };
+    const bool hasMessage = !model_._messages->empty();
+    if (answer.sentText) {
+        growResponse();
+        if (hasMessage)
+            growMessage();
+        return;
     }
-    if (const auto source = _eventSource.get())
-        source->disconnect();
-    classifyStatus(statusCode, sentText.has_value());
-    _isLoading = false;
-    _command = std::string();
-    if (!error)
-        return true;
-    dropTwo();
-    if (sentText)
-        _command = *sentText;
-    _error = error->localizedDescription;
-    return true;
+    if (!hasMessage)
+        fatalError("A piece of the answer came with no message to take it");
+    growMessage();
+    growResponse();
 }
 
-void DataModel::classifyStatus(std::optional<int> statusCode, bool archives) {
-    _error = errorText(statusCode);
+void AnswerStream::completed(const Answer& answer, const EventSource& source, std::optional<int> statusCode,
+                             const std::optional<platform::URLError>& error) {
+    if (model_._isCancelRequest) {
+        model_._isCancelRequest = false;
+        return;
+    }
+    if (const auto latest = model_._eventSource.get())
+        latest->disconnect();
+    classifyStatus(statusCode, answer.sentText.has_value());
+    model_._isLoading = false;
+    model_._command = std::string();
+    if (error) {
+        dropTwo();
+        if (answer.sentText)
+            model_._command = *answer.sentText;
+        model_._error = error->localizedDescription;
+    } else if (statusCode == 200) {
+        checkAnswer(answer, source);
+    }
+}
+
+void AnswerStream::classifyStatus(std::optional<int> statusCode, bool archives) {
+    model_._error = statusFault(statusCode);
     if (!statusCode || statusCode == 200)
         return;
     const bool stored = archives && (statusCode == 400 || statusCode == 429);
     if (stored)
-        _responseValue = "Error " + std::to_string(*statusCode);
+        model_._responseValue = "Error " + std::to_string(*statusCode);
     dropTwo();
     if (stored)
-        archiveConversation();
+        model_.archiveConversation();
 }
 
-void DataModel::dropTwo() {
-    if (_messages->size() < 2)
+/// A 200 promises an answer. What is missing of it is told.
+void AnswerStream::checkAnswer(const Answer& answer, const EventSource& source) {
+    const auto lost = source.taskError();
+    if (!answer.hasText) {
+        giveTextBack(answer.sentText);
+        model_._error = noTextFault(source.request().url, lost, answer.hasRecord);
+    } else if (lost && !answer.isClosed) {
+        model_._error = cutShortFault(*lost);
+    }
+}
+
+/// Takes the question and the message for its answer away, and puts the question into the command field.
+void AnswerStream::giveTextBack(const std::optional<std::string>& sentText) {
+    const std::vector<ChatMessage>& messages = model_._messages;
+    const std::size_t count = messages.size();
+    if (count < 2 || messages.back().role != "assistant" || !messages.back().content.empty())
+        return;
+    const std::string text = sentText.value_or(messages[count - 2].content);
+    dropTwo();
+    model_._command = text;
+}
+
+void AnswerStream::dropTwo() {
+    if (model_._messages->size() < 2)
         fatalError("A failed request is to take two messages away, and there are " +
-                   std::to_string(_messages->size()));
-    _messages.mutate([](std::vector<ChatMessage>& messages) { messages.resize(messages.size() - 2); });
+                   std::to_string(model_._messages->size()));
+    model_._messages.mutate([](std::vector<ChatMessage>& messages) { messages.resize(messages.size() - 2); });
 }
 
 } // namespace quillmoth

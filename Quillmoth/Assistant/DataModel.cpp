@@ -21,7 +21,7 @@ std::shared_ptr<DataModel> DataModel::create(const platform::Platform& platform)
 
 DataModel::DataModel(const platform::Platform& platform)
     : _PromptM(*this, "_PromptM", std::make_shared<PromptModel>(platform.bundle, platform.documents)),
-      platform_(platform) {
+      platform_(platform), answerStream_(*this, platform) {
     _oldMessages = jsonFunction::loadJSONFile<oldMessagesStruct>(
                        kHistoryFilename, platform_.documents,
                        [&](const std::string& json) { return readOldMessages(json, platform_.uuidSource); })
@@ -30,6 +30,14 @@ DataModel::DataModel(const platform::Platform& platform)
     promptsSubscription_ =
         _PromptM.get()->objectWillChange([this](std::string_view) { presetFilter_.invalidate(); });
     _PromptM.get()->save();
+}
+
+void DataModel::sendPrompt(std::string text) {
+    answerStream_.send(std::move(text));
+}
+
+void DataModel::regenerate() {
+    answerStream_.regenerate();
 }
 
 void DataModel::appendMessage(std::string role, std::string content) {

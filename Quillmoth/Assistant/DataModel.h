@@ -1,26 +1,22 @@
 #pragma once
 
-#include "EventSource/EventSource.h"
 #include "Foundation/Published.h"
 #include "Platform/Platform.h"
+#include "Quillmoth/Assistant/AnswerStream.h"
 #include "Quillmoth/Assistant/FloatingViewPanel.h"
 #include "Quillmoth/Assistant/OldMessages.h"
 #include "Quillmoth/Assistant/PresetFilter.h"
-#include "Quillmoth/Chat/ChatDeltaReader.h"
 #include "Quillmoth/Chat/ChatRecords.h"
 #include "Quillmoth/Prompts/ExtractedText.h"
 #include "Quillmoth/Prompts/PromptModel.h"
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace quillmoth {
-
-struct StreamRequest;
 
 /// The state of the assistant and all that can be done with it. One object, made at start and kept to the end
 /// of the process; views read its fields and call its operations. Main thread only; no operation waits, but
@@ -43,10 +39,8 @@ public:
     [[nodiscard]] PromptData promptForIndex(std::int64_t index) const;
     void sendPrompt(std::string text);
     void regenerate();
-    /// Decodes one event of a stream. `deliver` is run on the main queue, later, with the piece of text in
-    /// it; an event that is none of the service's records is ignored. True for a record with a choice.
-    bool decodeStreamChunk(const std::optional<std::string>& data,
-                           const std::function<void(const std::string& content)>& deliver);
+    /// Adds a message with a new id to the conversation.
+    void appendMessage(std::string role, std::string content);
 
     // History
     void archiveConversation();
@@ -102,52 +96,15 @@ public:
     explicit DataModel(const platform::Platform& platform);
 
 private:
-    struct StreamCallbacks;
-
-    /// What has come of one answer.
-    struct StreamProgress {
-        bool hasRecord = false;
-        bool hasText = false;
-        /// The service has said that this was all of it.
-        bool isClosed = false;
-    };
-
-    [[nodiscard]] const std::vector<PromptData>& prompts() const { return _PromptM.get()->prompts(); }
-
-    [[nodiscard]] const PromptData& presetAt(std::int64_t index) const;
-
     // runPrompt's ways
-    void openStoredConversation();
     void sendForm();
     void runWithoutContext();
-    void openForm();
     void runWithContext();
-
-    // Streaming
-    void connectStream(StreamRequest streamRequest, StreamCallbacks callbacks);
-    void streamOpened();
-    void appendPiece(const std::string& piece);
-    void appendRegeneratedPiece(const std::string& piece);
-    /// False where the completion was one that a cancel had asked for.
-    bool finishStream(std::optional<int> statusCode, const std::optional<platform::URLError>& error,
-                      const std::optional<std::string>& sentText);
-    void checkAnswer(const StreamProgress& progress, const EventSource& source,
-                     const std::optional<std::string>& sentText);
-    void giveTextBack(const std::optional<std::string>& sentText);
-    void classifyStatus(std::optional<int> statusCode, bool archives);
-    void dropTwo();
-
-    void appendMessage(std::string role, std::string content);
-    void refreshListOfClass(bool context);
-    void cancelRequest();
-    void closeStoredConversation();
-    void closeNewConversation();
-    void refreshListAfterStep();
+    /// Drops the conversation for one that is to come.
+    void beginConversation(std::string systemPrompt);
 
     const platform::Platform platform_;
-    // Cancelled streams, kept until their completion has come: it must not be dropped with them.
-    std::vector<std::shared_ptr<EventSource>> cancelledSources_;
-    ChatDeltaReader deltaReader_;
+    AnswerStream answerStream_;
     PresetFilter presetFilter_;
     Subscription promptsSubscription_;
 };

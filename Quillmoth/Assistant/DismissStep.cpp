@@ -7,28 +7,56 @@
 
 namespace quillmoth {
 
-void DataModel::refreshListAfterStep() {
-    refreshList();
-    clampSelection();
+namespace {
+
+void refreshListAfterStep(DataModel& model) {
+    model.refreshList();
+    model.clampSelection();
 }
+
+void closeStoredConversation(DataModel& model) {
+    model._browseHistory = false;
+    model._openHistory = false;
+    model.archiveConversation();
+    model._responseValue = std::string();
+    model._chatWithHistory = -1;
+    model._messages = std::vector<ChatMessage>();
+    refreshListAfterStep(model);
+}
+
+void closeNewConversation(DataModel& model, platform::MainQueue& mainQueue) {
+    model.archiveConversation();
+    model._responseValue = std::string();
+    mainQueue.async([weak = model.weak_from_this()] {
+        if (const auto model = weak.lock())
+            refreshListAfterStep(*model);
+    });
+    model._messages = std::vector<ChatMessage>();
+}
+
+void removeContext(DataModel& model) {
+    model._selectedValue = std::string();
+    model._status = std::string(kContextRemoved);
+    model._isContext = false;
+    refreshListAfterStep(model);
+}
+
+} // namespace
 
 void DataModel::dismissStep() {
     if (_nonContextPrompt) {
         _nonContextPrompt = false;
-        refreshListAfterStep();
+        refreshListAfterStep(*this);
     } else if (_isLoading) {
-        cancelRequest();
+        answerStream_.cancel();
     } else if (!_command->empty()) {
         _command = std::string();
     } else if (_browseHistory) {
-        closeStoredConversation();
+        closeStoredConversation(*this);
     } else if (!_responseValue->empty()) {
-        closeNewConversation();
+        closeNewConversation(*this, platform_.mainQueue);
     } else if (!_selectedValue->empty()) {
-        _selectedValue = std::string();
-        _status = std::string(kContextRemoved);
-        _isContext = false;
-        refreshListAfterStep();
+        removeContext(*this);
     } else if (_isOnTopBinding) {
         _isOnTopBinding = false;
     } else {
@@ -36,36 +64,6 @@ void DataModel::dismissStep() {
             fatalError("There is no panel to close");
         _FloatingViewPanel.get()->resignMainWindow();
     }
-}
-
-void DataModel::cancelRequest() {
-    if (const auto source = _eventSource.get()) {
-        source->disconnect();
-        cancelledSources_.push_back(source);
-    }
-    _isLoading = false;
-    _command = std::string();
-    _isCancelRequest = true;
-}
-
-void DataModel::closeStoredConversation() {
-    _browseHistory = false;
-    _openHistory = false;
-    archiveConversation();
-    _responseValue = std::string();
-    _chatWithHistory = -1;
-    _messages = std::vector<ChatMessage>();
-    refreshListAfterStep();
-}
-
-void DataModel::closeNewConversation() {
-    archiveConversation();
-    _responseValue = std::string();
-    platform_.mainQueue.async([weak = weak_from_this()] {
-        if (const auto model = weak.lock())
-            model->refreshListAfterStep();
-    });
-    _messages = std::vector<ChatMessage>();
 }
 
 } // namespace quillmoth

@@ -15,37 +15,38 @@ bool isOfClass(const PromptData& prompt, bool context) {
     return *prompt.promptType == (context ? "context" : "nonContext");
 }
 
-} // namespace
-
-void DataModel::refreshContextList() {
-    refreshListOfClass(true);
-}
-
-void DataModel::refreshNonContextList() {
-    refreshListOfClass(false);
-}
-
-void DataModel::refreshList() {
-    refreshListOfClass(_isContext);
-}
-
-void DataModel::refreshListOfClass(bool context) {
-    _filteredData = std::vector<std::int64_t>();
-    if (prompts().empty())
+void listPresets(DataModel& model, bool context) {
+    const std::vector<PromptData>& prompts = model._PromptM.get()->prompts();
+    model._filteredData = std::vector<std::int64_t>();
+    if (prompts.empty())
         fatalError("There is no preset to list: the presets file holds an empty array");
-    _filteredData.mutate([&](std::vector<std::int64_t>& rows) {
-        for (std::size_t index = 0; index < prompts().size(); ++index) {
-            if (isOfClass(prompts()[index], context))
+    model._filteredData.mutate([&](std::vector<std::int64_t>& rows) {
+        for (std::size_t index = 0; index < prompts.size(); ++index) {
+            if (isOfClass(prompts[index], context))
                 rows.push_back(static_cast<std::int64_t>(index));
         }
     });
-    clampSelection();
+    model.clampSelection();
+}
+
+} // namespace
+
+void DataModel::refreshContextList() {
+    listPresets(*this, true);
+}
+
+void DataModel::refreshNonContextList() {
+    listPresets(*this, false);
+}
+
+void DataModel::refreshList() {
+    listPresets(*this, _isContext);
 }
 
 void DataModel::filterPrompts(const std::string& search) {
     clampSelection();
     _filteredData = std::vector<std::int64_t>();
-    _filteredData = presetFilter_.matching(prompts(), search, _isContext);
+    _filteredData = presetFilter_.matching(_PromptM.get()->prompts(), search, _isContext);
     clampSelection();
 }
 

@@ -6,6 +6,7 @@
 #include "Quillmoth/Assistant/DataModel.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace quillmoth {
 
@@ -33,15 +34,32 @@ bool holdsBracket(std::string_view prompt) {
                        [](std::string_view character) { return character == "[" || character == "]"; });
 }
 
-} // namespace
-
-const PromptData& DataModel::presetAt(std::int64_t index) const {
-    return elementAt(prompts(), index, "prompts");
+const PromptData& presetAt(const DataModel& model, std::int64_t index) {
+    return elementAt(model._PromptM.get()->prompts(), index, "prompts");
 }
+
+void openStoredConversation(DataModel& model) {
+    const std::int64_t row = model._keyHistorySelected;
+    if (row < 0)
+        return;
+    model._messages = elementAt(*model._oldMessages, row, "_oldMessages").message;
+    model._openHistory = false;
+    model._browseHistory = true;
+    model._responseValue = std::string("openChat");
+    model._chatWithHistory = row;
+}
+
+void openForm(DataModel& model) {
+    model._nonContextPrompt = true;
+    model._focusTemp = std::vector<std::int64_t>();
+    model._extractedTexts = extractBracketedTexts(presetAt(model, model._selectedIndex).prompt);
+}
+
+} // namespace
 
 PromptData DataModel::promptForIndex(std::int64_t index) const {
     if (index != kTypedCommand)
-        return presetAt(index);
+        return presetAt(*this, index);
     return {
         .id = std::nullopt,
         .emoji = "",
@@ -58,7 +76,7 @@ void DataModel::runPrompt() {
     if (_isLoading)
         return;
     if (_openHistory)
-        openStoredConversation();
+        openStoredConversation(*this);
     else if (_nonContextPrompt)
         sendForm();
     else if (!_isContext)
@@ -67,29 +85,18 @@ void DataModel::runPrompt() {
         runWithContext();
 }
 
-void DataModel::openStoredConversation() {
-    if (_keyHistorySelected < 0)
-        return;
-    _messages = elementAt(*_oldMessages, _keyHistorySelected, "_oldMessages").message;
-    _openHistory = false;
-    _browseHistory = true;
-    _responseValue = std::string("openChat");
-    _chatWithHistory = _keyHistorySelected;
-}
-
 void DataModel::sendForm() {
     _nonContextPrompt = false;
     std::string text;
     for (const ExtractedText& piece : *_extractedTexts)
         text += piece.text;
-    _messages = std::vector<ChatMessage>();
-    appendMessage("system", presetAt(_selectedIndex).systemPrompt.value_or(kSystemPrompt));
+    beginConversation(presetAt(*this, _selectedIndex).systemPrompt.value_or(kSystemPrompt));
     sendPrompt(text);
 }
 
 void DataModel::runWithoutContext() {
     if (_selectedIndex != kTypedCommand && holdsBracket(promptForIndex(_selectedIndex).prompt)) {
-        openForm();
+        openForm(*this);
         return;
     }
     std::string text;
@@ -97,18 +104,11 @@ void DataModel::runWithoutContext() {
         text = _command;
     } else {
         const PromptData prompt = promptForIndex(_selectedIndex);
-        _messages = std::vector<ChatMessage>();
-        appendMessage("system", prompt.systemPrompt.value_or(kSystemPrompt));
+        beginConversation(prompt.systemPrompt.value_or(kSystemPrompt));
         text = prompt.prompt;
     }
     logLine("prompt " + text);
     sendPrompt(text);
-}
-
-void DataModel::openForm() {
-    _nonContextPrompt = true;
-    _focusTemp = std::vector<std::int64_t>();
-    _extractedTexts = extractBracketedTexts(presetAt(_selectedIndex).prompt);
 }
 
 void DataModel::runWithContext() {
@@ -118,12 +118,16 @@ void DataModel::runWithContext() {
     }
     const PromptData prompt = promptForIndex(_selectedIndex);
     logLine(prompt.prompt);
-    _messages = std::vector<ChatMessage>();
-    appendMessage("system", prompt.systemPrompt.value_or(kContextSystemPrompt));
+    beginConversation(prompt.systemPrompt.value_or(kContextSystemPrompt));
     if (_selectedIndex == kTypedCommand)
         sendPrompt(*_command + " : ###\n " + *_selectedValue + " ###");
     else
         sendPrompt(replacingAll(prompt.prompt, kContextPlaceholder, *_selectedValue));
+}
+
+void DataModel::beginConversation(std::string systemPrompt) {
+    _messages = std::vector<ChatMessage>();
+    appendMessage("system", std::move(systemPrompt));
 }
 
 } // namespace quillmoth

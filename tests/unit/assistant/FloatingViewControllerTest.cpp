@@ -44,8 +44,10 @@ TEST_F(FloatingViewControllerTest, typing_narrows_the_list_and_selects_the_typed
     EXPECT_EQ(*model->_filteredData, (Rows{2, 3}));
 }
 
-TEST_F(FloatingViewControllerTest, a_colon_in_front_keeps_the_list) {
+TEST_F(FloatingViewControllerTest, a_colon_in_front_keeps_the_list_and_not_the_selection) {
+    view->fieldCommand(FieldCommand::moveDown, false);
     view->commandEdited(":ca");
+    EXPECT_EQ(model->_selectedIndex, -1);
     EXPECT_EQ(*model->_filteredData, (Rows{2, 3}));
     view->commandEdited("ca:");
     EXPECT_TRUE(model->_filteredData->empty());
@@ -159,7 +161,12 @@ TEST_F(FloatingViewControllerTest, the_size_moves_by_two_between_its_bounds_and_
     EXPECT_EQ(platform.userDefaults.number("saveFontSize", 0), 16);
 }
 
-TEST_F(FloatingViewControllerTest, stored_size_and_switch_come_back_with_the_first_message) {
+TEST_F(FloatingViewControllerTest, a_message_that_appears_takes_the_stored_size_and_switch_over) {
+    view->_fontSize = 30;
+    view->_markdownOn = false;
+    view->messageRowAppeared();
+    EXPECT_EQ(view->_fontSize, 16);
+    EXPECT_TRUE(view->_markdownOn);
     platform.userDefaults.set("saveFontSize", 20.0);
     platform.userDefaults.set("markdownOnStorage", false);
     EXPECT_EQ(view->_fontSize, 16);

@@ -113,8 +113,10 @@ TEST_F(PromptExecutionTest, one_message_left_is_a_conversation_with_context_and_
 TEST_F(PromptExecutionTest, a_bracketed_preset_opens_the_form_and_keeps_the_conversation_until_it_is_sent) {
     converse("one", {"1"});
     select(kCall, "");
+    model->_focusTemp = std::vector<std::int64_t>{9};
     model->runPrompt();
     EXPECT_TRUE(model->_nonContextPrompt);
+    EXPECT_TRUE(model->_focusTemp->empty()) << "the blanks of the former form are gone";
     EXPECT_EQ(model->_extractedTexts->size(), 5U);
     EXPECT_EQ(model->_messages->size(), 3U);
     EXPECT_EQ(streamCount(), 1U);
