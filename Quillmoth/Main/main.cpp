@@ -2,7 +2,7 @@
 #include "Platform/Linux/Desktop/SingleInstance.h"
 #include "Platform/Linux/Desktop/StartUp.h"
 #include "Quillmoth/Main/DesktopFactsOf.h"
-#include "Quillmoth/Main/Program.h"
+#include "Quillmoth/Main/QuillmothApp.h"
 
 #include <QApplication>
 

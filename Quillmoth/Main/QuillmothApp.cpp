@@ -1,4 +1,4 @@
-#include "Quillmoth/Main/Program.h"
+#include "Quillmoth/Main/QuillmothApp.h"
 
 #include "Foundation/URL.h"
 #include "Platform/Linux/AtSpi/RestartNeeds.h"
