@@ -4,6 +4,8 @@ namespace quillmoth {
 
 namespace {
 
+using Rows = std::vector<std::int64_t>;
+
 class DismissStepTest : public AssistantFixture {
 protected:
     std::size_t summaryCount() const { return platform.urlSessions.shared().tasks().size(); }
@@ -16,9 +18,11 @@ TEST_F(DismissStepTest, the_ladder_is_walked_from_the_top_one_rung_a_press) {
     model->_isOnTopBinding = true;
     model->_command = std::string("typed");
     model->_nonContextPrompt = true;
+    model->_filteredData = Rows();
 
     model->dismissStep();
     EXPECT_FALSE(model->_nonContextPrompt);
+    EXPECT_EQ(*model->_filteredData, (Rows{0, 1}));
     model->dismissStep();
     EXPECT_EQ(*model->_command, "");
     EXPECT_EQ(summaryCount(), 0U);
@@ -31,6 +35,7 @@ TEST_F(DismissStepTest, the_ladder_is_walked_from_the_top_one_rung_a_press) {
     EXPECT_EQ(*model->_selectedValue, "");
     EXPECT_EQ(*model->_status, "Context removed");
     EXPECT_FALSE(model->_isContext);
+    EXPECT_EQ(*model->_filteredData, (Rows{2, 3}));
     model->dismissStep();
     EXPECT_FALSE(model->_isOnTopBinding);
     EXPECT_TRUE(platform.panelWindows.lastPanel().calls.empty());
@@ -41,7 +46,7 @@ TEST_F(DismissStepTest, the_ladder_is_walked_from_the_top_one_rung_a_press) {
 
 TEST_F(DismissStepTest, the_list_comes_back_a_turn_after_a_new_conversation_is_closed) {
     converse("one", {"1"});
-    model->_filteredData = std::vector<std::int64_t>();
+    model->_filteredData = Rows();
     model->dismissStep();
     EXPECT_TRUE(model->_filteredData->empty());
     platform.mainQueue.runUntilIdle();

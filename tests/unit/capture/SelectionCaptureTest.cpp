@@ -34,6 +34,7 @@ TEST_F(SelectionCaptureTest, a_selected_text_is_found_and_anything_else_in_its_p
 TEST_F(SelectionCaptureTest, marked_text_is_found_where_the_element_tells_no_selected_text) {
     const CaptureResult none{.way = CaptureWay::markerRange, .obstacle = CaptureObstacle::noText};
     EXPECT_EQ(capture(), none);
+    EXPECT_EQ(platform.accessibility.calls.back(), "copy field AXSelectedTextMarkerRange");
     offerMarkedText(std::string());
     EXPECT_EQ(capture(), none);
     offerMarkedText(AXValue());
