@@ -34,14 +34,14 @@ AppDelegate::~AppDelegate() {
     _coreAppModel->_FloatingViewPanel = nullptr;
 }
 
-bool AppDelegate::isFirstTime() const {
+bool AppDelegate::_firstTime() const {
     return platform_.userDefaults.boolean(kFirstTimeKey, true);
 }
 
 void AppDelegate::finishLaunching() {
     platform_.application.closeFirstWindow();
     showStatusItem();
-    if (isFirstTime()) {
+    if (_firstTime()) {
         platform_.userDefaults.set(kFirstTimeKey, false);
         openRoute(Route::onboardingView);
     }

@@ -12,7 +12,7 @@
 
 namespace quillmoth {
 
-/// What stands up when the process starts: the tray item, the panel, the hot key. Made once, and kept to the
+/// Brings up what the process starts with: the tray item, the panel, the hot key. Made once, and kept to the
 /// end of the process. Main thread.
 class AppDelegate {
 public:
@@ -29,7 +29,7 @@ public:
     AppDelegate& operator=(const AppDelegate&) = delete;
 
     /// Whether the onboarding has not been opened yet.
-    [[nodiscard]] bool isFirstTime() const;
+    [[nodiscard]] bool _firstTime() const;
 
     void finishLaunching();
 

@@ -24,7 +24,7 @@ ProgramWindows::ProgramWindows(const platform::Platform& platform, KeyboardShort
                                std::shared_ptr<DataModel> model, SettingsHooks hooks)
     : platform_(platform), shortcuts_(shortcuts), model_(std::move(model)), hooks_(std::move(hooks)),
       loginItems_(platform::autostartFolder(), QCoreApplication::applicationFilePath().toStdString()),
-      updater_(platform) {}
+      updaterController_(platform) {}
 
 ProgramWindows::~ProgramWindows() = default;
 
@@ -55,8 +55,8 @@ void ProgramWindows::migrateLoginItem() {
 }
 
 void ProgramWindows::startUpdateChecks() {
-    updater_.onFound = [this](const UpdateFeed& feed) { showUpdate(feed); };
-    updater_.startChecking();
+    updaterController_.onFound = [this](const UpdateFeed& feed) { showUpdate(feed); };
+    updaterController_.startChecking();
 }
 
 void ProgramWindows::showUpdate(const UpdateFeed& feed) {
@@ -76,7 +76,7 @@ void ProgramWindows::showUpdate(const UpdateFeed& feed) {
 
 void ProgramWindows::showSettings() {
     if (!settings_) {
-        settings_ = std::make_unique<SettingsWindow>(platform_, shortcuts_, loginItems_, updater_,
+        settings_ = std::make_unique<SettingsWindow>(platform_, shortcuts_, loginItems_, updaterController_,
                                                      windowColorScheme(), hooks_);
         prepare(*settings_);
     }

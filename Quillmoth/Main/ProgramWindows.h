@@ -71,7 +71,7 @@ private:
     std::shared_ptr<DataModel> model_;
     SettingsHooks hooks_;
     platform::XDGLoginItems loginItems_;
-    Updater updater_;
+    Updater updaterController_;
     std::unique_ptr<ColorScheme> colorScheme_;
     Subscription schemeChange_;
     bool hasWindowIcon_ = false;

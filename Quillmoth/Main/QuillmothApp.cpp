@@ -33,7 +33,7 @@ markdown::ImageLoader imageLoader(DesktopServices& services) {
 
 } // namespace
 
-Program::Program()
+QuillmothApp::QuillmothApp()
     : panelWindows_({.focus = services_.panelFocus(),
                      .defaults = services_.userDefaults,
                      .isCompositing = [this] { return services_.isCompositing(); },
@@ -45,12 +45,12 @@ Program::Program()
                     [this] { return makePanelContent(); }),
       platform_(services_.platform(panelWindows_)),
       shortcuts_(services_.userDefaults, platform_.hotKeyCenter, services_.notificationCenter),
-      delegate_(platform_, shortcuts_),
-      controller_(FloatingViewController::create(delegate_._coreAppModel, platform_)),
+      _appDelegate(platform_, shortcuts_),
+      controller_(FloatingViewController::create(_appDelegate._coreAppModel, platform_)),
       codeHighlighter_(highlighting::Theme::midnight(highlighting::Font(kCodeFontSize))),
       windows_(
-          platform_, shortcuts_, delegate_._coreAppModel,
-          {.openPromptEditor = [this] { delegate_.openRoute(AppDelegate::Route::promptEditor); },
+          platform_, shortcuts_, _appDelegate._coreAppModel,
+          {.openPromptEditor = [this] { _appDelegate.openRoute(AppDelegate::Route::promptEditor); },
            .accessibility = {.enable = [this] { return services_.accessibility.enableForDesktop(); },
                              .programsToRestart =
                                  [] {
@@ -66,25 +66,25 @@ Program::Program()
     services_.setConsentQuestion([this] { windows_.askForConsent(); });
 }
 
-Program::~Program() = default;
+QuillmothApp::~QuillmothApp() = default;
 
-void Program::finishLaunching() {
-    if (delegate_.isFirstTime())
+void QuillmothApp::finishLaunching() {
+    if (_appDelegate._firstTime())
         windows_.expectOnboarding();
-    delegate_.finishLaunching();
+    _appDelegate.finishLaunching();
     shortcuts_.followStore();
     windows_.migrateLoginItem();
     windows_.startUpdateChecks();
     services_.finishLaunching();
 }
 
-std::unique_ptr<PanelContent> Program::makePanelContent() {
+std::unique_ptr<PanelContent> QuillmothApp::makePanelContent() {
     return makeFloatingView(controller_, {.makeMarkdownContent = [this](QWidget* parent) {
                                 return makeMarkdownContent(parent);
                             }});
 }
 
-MessageContent* Program::makeMarkdownContent(QWidget* parent) {
+MessageContent* QuillmothApp::makeMarkdownContent(QWidget* parent) {
     if (!markdown_)
         markdown_ = std::make_unique<markdown::MarkdownServices>(markdown::MarkdownPalette::panel(),
                                                                  &codeHighlighter_, imageLoader(services_));
@@ -92,17 +92,17 @@ MessageContent* Program::makeMarkdownContent(QWidget* parent) {
     return markdownMessages(*markdown_, openLink)(parent);
 }
 
-void Program::openURLs(const std::vector<std::string>& urls) {
-    const auto presetCount = [this] { return delegate_._coreAppModel->_PromptM.get()->prompts().size(); };
+void QuillmothApp::openURLs(const std::vector<std::string>& urls) {
+    const auto presetCount = [this] { return _appDelegate._coreAppModel->_PromptM.get()->prompts().size(); };
     const std::size_t former = presetCount();
-    delegate_.handleOpenURL(urls);
+    _appDelegate.handleOpenURL(urls);
     if (presetCount() > former)
         windows_.showNewestPreset();
     for (const std::string& url : urls)
         openRoute(url);
 }
 
-void Program::openRoute(const std::string& url) {
+void QuillmothApp::openRoute(const std::string& url) {
     const std::string prefix = std::string(kOwnScheme) + "://";
     if (!url.starts_with(prefix))
         return;
@@ -114,7 +114,7 @@ void Program::openRoute(const std::string& url) {
         windows_.showPromptEditor();
 }
 
-void Program::carryOutFirst(const platform::InstanceRequest& request) {
+void QuillmothApp::carryOutFirst(const platform::InstanceRequest& request) {
     using Kind = platform::InstanceRequest::Kind;
     // One thing at a time: the first steps lead on by themselves.
     const bool wantsAWindow = request.kind == Kind::toggle || request.kind == Kind::settings;
@@ -122,15 +122,15 @@ void Program::carryOutFirst(const platform::InstanceRequest& request) {
         carryOut(request);
 }
 
-void Program::showPanel() {
+void QuillmothApp::showPanel() {
     if (windows_.showFirstSteps())
         return;
-    const std::shared_ptr<FloatingViewPanel> panel = delegate_._coreAppModel->_FloatingViewPanel;
+    const std::shared_ptr<FloatingViewPanel> panel = _appDelegate._coreAppModel->_FloatingViewPanel;
     if (!panel || !panel->isOpen)
-        delegate_.toggleFloatingPanel();
+        _appDelegate.toggleFloatingPanel();
 }
 
-void Program::carryOut(const platform::InstanceRequest& request) {
+void QuillmothApp::carryOut(const platform::InstanceRequest& request) {
     using Kind = platform::InstanceRequest::Kind;
     switch (request.kind) {
     case Kind::activate:
@@ -140,16 +140,16 @@ void Program::carryOut(const platform::InstanceRequest& request) {
         openURLs(request.urls);
         break;
     case Kind::toggle:
-        delegate_.toggleFloatingPanel();
+        _appDelegate.toggleFloatingPanel();
         break;
     case Kind::settings:
-        delegate_.didTapThree();
+        _appDelegate.didTapThree();
         break;
     case Kind::getStarted:
-        delegate_.didTapOne();
+        _appDelegate.didTapOne();
         break;
     case Kind::promptEditor:
-        delegate_.didTapTwo();
+        _appDelegate.didTapTwo();
         break;
     case Kind::quit:
         platform_.application.terminate();

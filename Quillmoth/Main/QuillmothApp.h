@@ -19,12 +19,12 @@ namespace quillmoth {
 
 /// The running program: the application delegate on the services of this desktop, and the windows. Made once,
 /// on the main thread, after the QApplication.
-class Program {
+class QuillmothApp {
 public:
-    Program();
-    ~Program();
-    Program(const Program&) = delete;
-    Program& operator=(const Program&) = delete;
+    QuillmothApp();
+    ~QuillmothApp();
+    QuillmothApp(const QuillmothApp&) = delete;
+    QuillmothApp& operator=(const QuillmothApp&) = delete;
 
     void finishLaunching();
 
@@ -46,7 +46,7 @@ private:
     QtPanelWindows panelWindows_;
     const platform::Platform platform_;
     KeyboardShortcuts::Center shortcuts_;
-    AppDelegate delegate_;
+    AppDelegate _appDelegate;
     std::shared_ptr<FloatingViewController> controller_;
     highlighting::SplashCodeSyntaxHighlighter codeHighlighter_;
     /// What all answers share; made with the first finished one.

@@ -61,7 +61,7 @@ int run(int& argc, char** argv, const std::optional<platform::InstanceRequest>& 
         return failWithoutDisplay(display.error().description);
     const auto application = makeApplication(argc, argv, *display);
     describeApplication();
-    Program program;
+    QuillmothApp program;
     platform::SingleInstance instance(
         [&program](const platform::InstanceRequest& request) { program.carryOut(request); });
     if (instance.claim() == platform::SingleInstance::Claim::taken)
