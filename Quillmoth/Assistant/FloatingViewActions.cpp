@@ -30,7 +30,7 @@ void FloatingViewController::commandEdited(const std::string& text) {
 
 FloatingViewController::FieldAnswer FloatingViewController::fieldCommand(FieldCommand command,
                                                                          bool shiftHeld) {
-    // What was typed before this key has its effect before it.
+    // The list and the selection that the key acts on are those of what was typed before it.
     update();
     switch (command) {
     case FieldCommand::moveUp:
@@ -207,8 +207,8 @@ void FloatingViewController::settingsClicked() {
     platform_.application.showSettingsWindow();
 }
 
-/// To regenerate takes the last message away, which is to be an answer. Where nobody has answered, as after
-/// an early cancel, an empty one stands in for it; where nobody has asked there is nothing to do.
+/// Regenerating takes the last message away, which has to be an answer. Where the question is the last one,
+/// as after an early cancel, an empty answer is added for that; where there is no question nothing happens.
 void FloatingViewController::askAgain() {
     if (model_->_messages->empty() || model_->_messages->back().role == "system")
         return;

@@ -76,15 +76,16 @@ void FloatingViewController::update() {
     updated_.emit();
 }
 
-/// A capture, or a change of the presets, lists all of them again, whatever is in the field. Leaving the form
-/// does so too, and there all of them are wanted.
+/// Narrows the list to what the command finds, when the command is new, and when something else has listed
+/// all presets again: a capture, or a change of the presets. Leaving the form lists all of them too, and
+/// there they are to stay.
 void FloatingViewController::followCommand(const Seen& before) {
     const bool isNewList = std::exchange(listRewritten_, false) && !seen_.command.empty() &&
                            seen_.nonContextPrompt == before.nonContextPrompt;
     if (seen_.command == before.command && !isNewList)
         return;
     commandChanged(seen_.command);
-    // The list that this has made is not another one.
+    // Only lists that something else makes count.
     listRewritten_ = false;
 }
 

@@ -31,10 +31,10 @@ public:
     /// Commands of the text system in the command field.
     enum class FieldCommand { moveUp, moveDown, complete, cancelOperation, insertNewline, other };
     enum class FieldAnswer {
-        /// The field goes on with the key itself.
+        /// The field does with the key what it does with any.
         notConsumed,
         consumed,
-        /// The field puts a line break in, and is then done with the key.
+        /// The field inserts a line break, and does nothing else with the key.
         insertLineBreak,
     };
 
@@ -100,7 +100,7 @@ public:
     /// Opens the settings in place of the panel.
     void settingsClicked();
 
-    /// Brings all that follows the model up to date now, rather than at the end of this turn.
+    /// Does now what changes of the model lead to, which otherwise waits for the next turn of the main queue.
     void update();
 
     /// Called at most once a turn after changes, when everything has settled: draw again.

@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace quillmoth {
 
@@ -47,7 +48,12 @@ struct CaptureResult {
 };
 
 /// `text` by `way`; where it is empty, `obstacle` instead.
-[[nodiscard]] CaptureResult captured(CaptureWay way, std::string text,
-                                     CaptureObstacle obstacle = CaptureObstacle::nothingSelected);
+[[nodiscard]] inline CaptureResult captured(CaptureWay way, std::string text,
+                                            CaptureObstacle obstacle = CaptureObstacle::nothingSelected) {
+    CaptureResult result{.way = way, .text = std::move(text)};
+    if (result.text.empty())
+        result.obstacle = obstacle;
+    return result;
+}
 
 } // namespace quillmoth
