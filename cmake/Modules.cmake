@@ -3,6 +3,7 @@ set(standard [[((sys|netinet)/[a-z]+\.h|linux/[a-z-]+\.h|(dlfcn|fcntl|poll|unist
 set(qt "Q[A-Z]|Qt")
 set(modules
     "Foundation | | unicode/|simdjson|uriparser/"
+    "Foundation/Qt | | ${qt}"
     "Platform | Foundation |"
     "EventSource | Platform Foundation |"
     "KeyboardShortcuts | Platform Foundation | nlohmann/"
@@ -22,10 +23,11 @@ set(modules
     "Quillmoth/Settings | Quillmoth/Chat KeyboardShortcuts Platform Foundation |"
     "Quillmoth/Diagnosis | |"
 
-    "Quillmoth/Shell/Looks | | ${qt}"
-    "Quillmoth/Shell/Panel | Quillmoth/Shell/Looks Quillmoth/Assistant Quillmoth/Prompts MarkdownUI/Qt Platform Foundation | ${qt}"
-    "Quillmoth/Shell/Windows | Quillmoth/Shell/Looks Quillmoth/Shell/Panel Quillmoth/Settings Quillmoth/Chat KeyboardShortcuts Platform Foundation | ${qt}"
-    "Quillmoth/Shell/Editor | Quillmoth/Shell/Looks Quillmoth/Shell/Panel Quillmoth/Shell/Windows Quillmoth/Editor Quillmoth/Assistant Platform Foundation | ${qt}|unicode/"
+    "Quillmoth/Shell/Looks | Foundation/Qt | ${qt}"
+    "Quillmoth/Shell/Controls | Quillmoth/Shell/Looks Foundation/Qt Foundation | ${qt}"
+    "Quillmoth/Shell/Panel | Quillmoth/Shell/Looks Quillmoth/Assistant Quillmoth/Prompts MarkdownUI/Qt Platform Foundation/Qt Foundation | ${qt}"
+    "Quillmoth/Shell/Windows | Quillmoth/Shell/Controls Quillmoth/Shell/Looks Quillmoth/Settings Quillmoth/Chat KeyboardShortcuts Platform Foundation | ${qt}"
+    "Quillmoth/Shell/Editor | Quillmoth/Shell/Controls Quillmoth/Shell/Looks Quillmoth/Editor Quillmoth/Assistant Platform Foundation | ${qt}|unicode/"
 
     "Platform/Fake | Platform Foundation |"
     "Platform/Posix | Platform Foundation |"

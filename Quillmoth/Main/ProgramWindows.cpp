@@ -3,13 +3,13 @@
 #include "Platform/Application.h"
 #include "Platform/Workspace.h"
 #include "Quillmoth/Settings/SettingsModel.h"
+#include "Quillmoth/Shell/Controls/ColorScheme.h"
+#include "Quillmoth/Shell/Controls/MenuStyle.h"
 #include "Quillmoth/Shell/Editor/PromptEditorWindow.h"
-#include "Quillmoth/Shell/Windows/ColorScheme.h"
+#include "Quillmoth/Shell/Looks/WindowTheme.h"
 #include "Quillmoth/Shell/Windows/ConsentView.h"
-#include "Quillmoth/Shell/Windows/MenuStyle.h"
 #include "Quillmoth/Shell/Windows/OnboardingWindow.h"
 #include "Quillmoth/Shell/Windows/UpdateNotice.h"
-#include "Quillmoth/Shell/Windows/WindowTheme.h"
 
 #include <QApplication>
 #include <QIcon>

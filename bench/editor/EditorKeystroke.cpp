@@ -6,8 +6,8 @@
 #include "Platform/Fake/FakePlatform.h"
 #include "Platform/Posix/DiskSync.h"
 #include "Platform/Qt/FileDocuments.h"
+#include "Quillmoth/Shell/Controls/ColorScheme.h"
 #include "Quillmoth/Shell/Editor/PromptEditorWindow.h"
-#include "Quillmoth/Shell/Windows/ColorScheme.h"
 
 #include <QApplication>
 #include <QFile>

@@ -1,10 +1,10 @@
 #include "Quillmoth/Shell/Editor/EditorSidebar.h"
 
-#include "Quillmoth/Shell/Editor/EditorColors.h"
 #include "Quillmoth/Shell/Editor/PresetListView.h"
 #include "Quillmoth/Shell/Editor/SegmentButton.h"
-#include "Quillmoth/Shell/Windows/HoverFade.h"
-#include "Quillmoth/Shell/Windows/WindowTheme.h"
+#include "Quillmoth/Shell/Looks/EditorColors.h"
+#include "Quillmoth/Shell/Looks/HoverFade.h"
+#include "Quillmoth/Shell/Looks/WindowTheme.h"
 
 #include <QButtonGroup>
 #include <QKeyEvent>

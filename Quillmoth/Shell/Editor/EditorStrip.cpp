@@ -1,8 +1,8 @@
 #include "Quillmoth/Shell/Editor/EditorStrip.h"
 
+#include "Quillmoth/Shell/Looks/HoverFade.h"
 #include "Quillmoth/Shell/Looks/SymbolCache.h"
-#include "Quillmoth/Shell/Windows/HoverFade.h"
-#include "Quillmoth/Shell/Windows/WindowTheme.h"
+#include "Quillmoth/Shell/Looks/WindowTheme.h"
 
 #include <QPainter>
 

@@ -1,8 +1,8 @@
 #include "Quillmoth/Shell/Editor/PresetFields.h"
 
-#include "Quillmoth/Shell/Editor/SlimScrollBar.h"
-#include "Quillmoth/Shell/Panel/PanelTheme.h"
-#include "Quillmoth/Shell/Windows/WindowTheme.h"
+#include "Quillmoth/Shell/Looks/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/SlimScrollBar.h"
+#include "Quillmoth/Shell/Looks/WindowTheme.h"
 
 #include <QKeyEvent>
 #include <QPainter>

@@ -3,10 +3,10 @@
 #include "Platform/Platform.h"
 #include "Quillmoth/Assistant/DataModel.h"
 #include "Quillmoth/Editor/PresetFile.h"
-#include "Quillmoth/Shell/Windows/MenuStyle.h"
-#include "Quillmoth/Shell/Windows/ShellWindow.h"
-#include "Quillmoth/Shell/Windows/WindowStyle.h"
-#include "Quillmoth/Shell/Windows/WindowTheme.h"
+#include "Quillmoth/Shell/Controls/MenuStyle.h"
+#include "Quillmoth/Shell/Controls/ShellWindow.h"
+#include "Quillmoth/Shell/Controls/WindowStyle.h"
+#include "Quillmoth/Shell/Looks/WindowTheme.h"
 
 #include <QFileDialog>
 #include <QFileInfo>

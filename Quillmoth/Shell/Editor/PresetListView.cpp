@@ -2,9 +2,9 @@
 
 #include "Quillmoth/Shell/Editor/PresetListModel.h"
 #include "Quillmoth/Shell/Editor/PresetRowDelegate.h"
-#include "Quillmoth/Shell/Editor/SlimScrollBar.h"
 #include "Quillmoth/Shell/Looks/OwnKeys.h"
-#include "Quillmoth/Shell/Windows/WindowTheme.h"
+#include "Quillmoth/Shell/Looks/SlimScrollBar.h"
+#include "Quillmoth/Shell/Looks/WindowTheme.h"
 
 #include <QApplication>
 #include <QKeyEvent>

@@ -1,11 +1,11 @@
 #include "Quillmoth/Shell/Editor/PresetRowDelegate.h"
 
-#include "Quillmoth/Shell/Editor/EditorColors.h"
 #include "Quillmoth/Shell/Editor/PresetListModel.h"
 #include "Quillmoth/Shell/Editor/PresetListView.h"
+#include "Quillmoth/Shell/Looks/EditorColors.h"
+#include "Quillmoth/Shell/Looks/PanelTheme.h"
 #include "Quillmoth/Shell/Looks/Pictograph.h"
-#include "Quillmoth/Shell/Panel/PanelTheme.h"
-#include "Quillmoth/Shell/Windows/WindowTheme.h"
+#include "Quillmoth/Shell/Looks/WindowTheme.h"
 
 #include <QPainter>
 

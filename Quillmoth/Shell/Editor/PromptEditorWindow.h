@@ -2,7 +2,7 @@
 
 #include "Foundation/Subscription.h"
 #include "Quillmoth/Editor/PromptEditorView.h"
-#include "Quillmoth/Shell/Windows/ShellWindow.h"
+#include "Quillmoth/Shell/Controls/ShellWindow.h"
 
 #include <memory>
 

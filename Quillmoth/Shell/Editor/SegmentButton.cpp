@@ -1,9 +1,9 @@
 #include "Quillmoth/Shell/Editor/SegmentButton.h"
 
-#include "Quillmoth/Shell/Editor/EditorColors.h"
+#include "Quillmoth/Shell/Looks/EditorColors.h"
+#include "Quillmoth/Shell/Looks/HoverFade.h"
 #include "Quillmoth/Shell/Looks/SymbolCache.h"
-#include "Quillmoth/Shell/Windows/HoverFade.h"
-#include "Quillmoth/Shell/Windows/WindowTheme.h"
+#include "Quillmoth/Shell/Looks/WindowTheme.h"
 
 #include <QHBoxLayout>
 #include <QPainter>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Foundation/Qt/Transition.h"
 #include "Quillmoth/Shell/Looks/SymbolCache.h"
-#include "Quillmoth/Shell/Panel/Transition.h"
 
 #include <QCheckBox>
 #include <QPushButton>

@@ -1,7 +1,7 @@
 #include "Quillmoth/Shell/Panel/BottomBar.h"
 
+#include "Quillmoth/Shell/Looks/PanelTheme.h"
 #include "Quillmoth/Shell/Looks/Pictograph.h"
-#include "Quillmoth/Shell/Panel/PanelTheme.h"
 
 #include <QFontMetricsF>
 #include <QPainter>

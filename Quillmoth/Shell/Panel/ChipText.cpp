@@ -1,7 +1,7 @@
 #include "Quillmoth/Shell/Panel/ChipText.h"
 
+#include "Quillmoth/Shell/Looks/PanelTheme.h"
 #include "Quillmoth/Shell/Panel/PanelMenu.h"
-#include "Quillmoth/Shell/Panel/PanelTheme.h"
 
 #include <QContextMenuEvent>
 #include <QFontMetricsF>

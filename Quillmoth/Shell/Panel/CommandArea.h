@@ -1,9 +1,9 @@
 #pragma once
 
+#include "Quillmoth/Shell/Looks/ThinScrollBar.h"
 #include "Quillmoth/Shell/Panel/CommandField.h"
 #include "Quillmoth/Shell/Panel/PanelButton.h"
 #include "Quillmoth/Shell/Panel/Spinner.h"
-#include "Quillmoth/Shell/Panel/ThinScrollBar.h"
 
 namespace quillmoth {
 

@@ -1,9 +1,9 @@
 #include "Quillmoth/Shell/Panel/FloatingView.h"
 
+#include "Quillmoth/Shell/Looks/PanelTheme.h"
 #include "Quillmoth/Shell/Panel/PanelAccessibility.h"
 #include "Quillmoth/Shell/Panel/PanelButton.h"
 #include "Quillmoth/Shell/Panel/PanelKeys.h"
-#include "Quillmoth/Shell/Panel/PanelTheme.h"
 
 #include <QClipboard>
 #include <QGraphicsOpacityEffect>

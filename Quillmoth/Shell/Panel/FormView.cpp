@@ -1,6 +1,6 @@
 #include "Quillmoth/Shell/Panel/FormView.h"
 
-#include "Quillmoth/Shell/Panel/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/PanelTheme.h"
 
 #include <algorithm>
 

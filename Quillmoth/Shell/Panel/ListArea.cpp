@@ -1,7 +1,7 @@
 #include "Quillmoth/Shell/Panel/ListArea.h"
 
+#include "Quillmoth/Shell/Looks/PanelTheme.h"
 #include "Quillmoth/Shell/Panel/PanelButton.h"
-#include "Quillmoth/Shell/Panel/PanelTheme.h"
 
 #include <QStyle>
 

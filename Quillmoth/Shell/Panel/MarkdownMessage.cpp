@@ -2,8 +2,8 @@
 
 #include "MarkdownUI/Qt/AccessibleDocument.h"
 #include "MarkdownUI/Qt/AccessibleMarkdown.h"
+#include "Quillmoth/Shell/Looks/PanelTheme.h"
 #include "Quillmoth/Shell/Panel/PanelMenu.h"
-#include "Quillmoth/Shell/Panel/PanelTheme.h"
 
 #include <QClipboard>
 #include <QContextMenuEvent>

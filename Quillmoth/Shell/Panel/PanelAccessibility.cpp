@@ -1,5 +1,6 @@
 #include "Quillmoth/Shell/Panel/PanelAccessibility.h"
 
+#include "Quillmoth/Shell/Looks/ThinScrollBar.h"
 #include "Quillmoth/Shell/Panel/BottomBar.h"
 #include "Quillmoth/Shell/Panel/ConversationView.h"
 #include "Quillmoth/Shell/Panel/FormView.h"
@@ -8,7 +9,6 @@
 #include "Quillmoth/Shell/Panel/PlainTextContent.h"
 #include "Quillmoth/Shell/Panel/RowListAccessible.h"
 #include "Quillmoth/Shell/Panel/SpokenStatus.h"
-#include "Quillmoth/Shell/Panel/ThinScrollBar.h"
 
 #include <QAccessibleWidget>
 

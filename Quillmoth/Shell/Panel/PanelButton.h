@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Quillmoth/Shell/Panel/Transition.h"
+#include "Foundation/Qt/Transition.h"
 
 #include <QPushButton>
 

@@ -1,9 +1,9 @@
 #include "Quillmoth/Shell/Panel/PanelSurface.h"
 
 #include "Quillmoth/Shell/Looks/OwnKeys.h"
+#include "Quillmoth/Shell/Looks/PanelTheme.h"
 #include "Quillmoth/Shell/Panel/PanelGeometry.h"
 #include "Quillmoth/Shell/Panel/PanelKeys.h"
-#include "Quillmoth/Shell/Panel/PanelTheme.h"
 
 #include <QContextMenuEvent>
 #include <QCoreApplication>

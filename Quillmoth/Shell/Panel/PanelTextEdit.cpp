@@ -1,7 +1,7 @@
 #include "Quillmoth/Shell/Panel/PanelTextEdit.h"
 
+#include "Quillmoth/Shell/Looks/PanelTheme.h"
 #include "Quillmoth/Shell/Panel/PanelMenu.h"
-#include "Quillmoth/Shell/Panel/PanelTheme.h"
 
 #include <QApplication>
 #include <QKeyEvent>

@@ -1,7 +1,7 @@
 #include "Quillmoth/Shell/Panel/RowList.h"
 
+#include "Quillmoth/Shell/Looks/PanelTheme.h"
 #include "Quillmoth/Shell/Looks/Pictograph.h"
-#include "Quillmoth/Shell/Panel/PanelTheme.h"
 
 #include <QAccessible>
 #include <QFontMetricsF>

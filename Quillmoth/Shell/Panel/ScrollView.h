@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Quillmoth/Shell/Panel/ThinScrollBar.h"
+#include "Quillmoth/Shell/Looks/ThinScrollBar.h"
 
 #include <QWidget>
 

@@ -1,7 +1,7 @@
 #include "Quillmoth/Shell/Panel/Spinner.h"
 
-#include "Quillmoth/Shell/Panel/PanelTheme.h"
-#include "Quillmoth/Shell/Panel/Transition.h"
+#include "Foundation/Qt/Transition.h"
+#include "Quillmoth/Shell/Looks/PanelTheme.h"
 
 #include <QPainter>
 

@@ -1,6 +1,6 @@
 #include "Quillmoth/Shell/Panel/TextColumn.h"
 
-#include "Quillmoth/Shell/Panel/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/PanelTheme.h"
 
 #include <QFontMetricsF>
 #include <QPainter>

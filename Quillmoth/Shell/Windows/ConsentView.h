@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Quillmoth/Shell/Windows/ShellWindow.h"
+#include "Quillmoth/Shell/Controls/ShellWindow.h"
 
 #include <functional>
 #include <string>

@@ -1,9 +1,9 @@
 #include "Quillmoth/Shell/Windows/OnboardingPage.h"
 
+#include "Quillmoth/Shell/Controls/Controls.h"
+#include "Quillmoth/Shell/Looks/EmojiText.h"
 #include "Quillmoth/Shell/Looks/SymbolCache.h"
-#include "Quillmoth/Shell/Windows/Controls.h"
-#include "Quillmoth/Shell/Windows/EmojiText.h"
-#include "Quillmoth/Shell/Windows/WindowTheme.h"
+#include "Quillmoth/Shell/Looks/WindowTheme.h"
 
 #include <QBoxLayout>
 #include <QLabel>

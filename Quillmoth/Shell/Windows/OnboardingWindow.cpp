@@ -1,7 +1,7 @@
 #include "Quillmoth/Shell/Windows/OnboardingWindow.h"
 
+#include "Quillmoth/Shell/Controls/Controls.h"
 #include "Quillmoth/Shell/Looks/OwnKeys.h"
-#include "Quillmoth/Shell/Windows/Controls.h"
 #include "Quillmoth/Shell/Windows/OnboardingPage.h"
 
 #include <QBoxLayout>

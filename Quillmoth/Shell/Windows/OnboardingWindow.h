@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Quillmoth/Shell/Controls/ShellWindow.h"
 #include "Quillmoth/Shell/Windows/ConsentView.h"
-#include "Quillmoth/Shell/Windows/ShellWindow.h"
 
 #include <functional>
 

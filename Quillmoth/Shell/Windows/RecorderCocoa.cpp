@@ -1,10 +1,10 @@
 #include "Quillmoth/Shell/Windows/RecorderCocoa.h"
 
 #include "KeyboardShortcuts/ShortcutText.h"
-#include "Quillmoth/Shell/Windows/Controls.h"
+#include "Quillmoth/Shell/Controls/Controls.h"
+#include "Quillmoth/Shell/Looks/WindowTheme.h"
 #include "Quillmoth/Shell/Windows/KeyFlags.h"
 #include "Quillmoth/Shell/Windows/ShortcutPainter.h"
-#include "Quillmoth/Shell/Windows/WindowTheme.h"
 
 #include <QCoreApplication>
 #include <QFocusEvent>

@@ -5,11 +5,11 @@
 #include "Platform/UserDefaults.h"
 #include "Platform/Workspace.h"
 #include "Quillmoth/Chat/ServiceAddresses.h"
+#include "Quillmoth/Shell/Controls/Controls.h"
+#include "Quillmoth/Shell/Controls/ShellWindow.h"
+#include "Quillmoth/Shell/Looks/WindowTheme.h"
 #include "Quillmoth/Shell/Windows/ConsentView.h"
-#include "Quillmoth/Shell/Windows/Controls.h"
-#include "Quillmoth/Shell/Windows/ShellWindow.h"
 #include "Quillmoth/Shell/Windows/UpdateNotice.h"
-#include "Quillmoth/Shell/Windows/WindowTheme.h"
 
 #include <QBoxLayout>
 #include <QGridLayout>

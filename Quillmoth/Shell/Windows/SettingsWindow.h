@@ -5,8 +5,8 @@
 #include "Platform/Platform.h"
 #include "Quillmoth/Settings/LaunchAtLogin.h"
 #include "Quillmoth/Settings/Updater.h"
+#include "Quillmoth/Shell/Controls/ShellWindow.h"
 #include "Quillmoth/Shell/Windows/SettingView.h"
-#include "Quillmoth/Shell/Windows/ShellWindow.h"
 
 #include <cstdint>
 #include <functional>

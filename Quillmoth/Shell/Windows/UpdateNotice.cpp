@@ -1,6 +1,6 @@
 #include "Quillmoth/Shell/Windows/UpdateNotice.h"
 
-#include "Quillmoth/Shell/Windows/ShellWindow.h"
+#include "Quillmoth/Shell/Controls/ShellWindow.h"
 
 #include <QMessageBox>
 #include <QPushButton>

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "EditorFixture.h"
+#include "Quillmoth/Shell/Controls/ColorScheme.h"
 #include "Quillmoth/Shell/Editor/PresetListView.h"
 #include "Quillmoth/Shell/Editor/PromptEditorWindow.h"
-#include "Quillmoth/Shell/Windows/ColorScheme.h"
 
 #include <QAbstractButton>
 #include <QLineEdit>

@@ -1,5 +1,5 @@
 #include "Quillmoth/Shell/Panel/TextColumn.h"
-#include "Quillmoth/Shell/Panel/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/PanelTheme.h"
 
 #include <QImage>
 #include <QPainter>

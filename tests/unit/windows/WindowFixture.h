@@ -3,7 +3,7 @@
 #include "KeyboardShortcuts/Center.h"
 #include "Platform/Fake/FakePlatform.h"
 #include "Platform/LoginItem.h"
-#include "Quillmoth/Shell/Windows/ColorScheme.h"
+#include "Quillmoth/Shell/Controls/ColorScheme.h"
 #include "Quillmoth/Shell/Windows/OnboardingWindow.h"
 #include "Quillmoth/Shell/Windows/SettingView.h"
 #include "Quillmoth/Shell/Windows/SettingsWindow.h"

@@ -1,7 +1,7 @@
 #include "Quillmoth/Settings/Recording.h"
+#include "Quillmoth/Shell/Controls/Controls.h"
 #include "Quillmoth/Shell/Editor/PromptEditorWindow.h"
 #include "Quillmoth/Shell/Looks/OwnKeys.h"
-#include "Quillmoth/Shell/Windows/Controls.h"
 #include "Quillmoth/Shell/Windows/KeyFlags.h"
 #include "Quillmoth/Shell/Windows/MainMenu.h"
 #include "Quillmoth/Shell/Windows/ShortcutPainter.h"

@@ -1,8 +1,8 @@
-#include "Quillmoth/Shell/Windows/WindowStyle.h"
+#include "Quillmoth/Shell/Controls/WindowStyle.h"
 
 #include "Quillmoth/Shell/Looks/SymbolCache.h"
-#include "Quillmoth/Shell/Windows/HoverFade.h"
-#include "Quillmoth/Shell/Windows/WindowTheme.h"
+#include "Quillmoth/Shell/Looks/HoverFade.h"
+#include "Quillmoth/Shell/Looks/WindowTheme.h"
 
 #include <QAbstractButton>
 #include <QApplication>

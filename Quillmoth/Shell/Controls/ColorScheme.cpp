@@ -1,4 +1,4 @@
-#include "Quillmoth/Shell/Windows/ColorScheme.h"
+#include "Quillmoth/Shell/Controls/ColorScheme.h"
 
 #include <QDBusConnection>
 #include <QDBusPendingCallWatcher>

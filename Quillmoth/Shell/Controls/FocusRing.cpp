@@ -1,6 +1,6 @@
-#include "Quillmoth/Shell/Windows/FocusRing.h"
+#include "Quillmoth/Shell/Controls/FocusRing.h"
 
-#include "Quillmoth/Shell/Windows/WindowTheme.h"
+#include "Quillmoth/Shell/Looks/WindowTheme.h"
 
 #include <QAbstractScrollArea>
 #include <QEvent>

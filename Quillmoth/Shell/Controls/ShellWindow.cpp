@@ -1,10 +1,10 @@
-#include "Quillmoth/Shell/Windows/ShellWindow.h"
+#include "Quillmoth/Shell/Controls/ShellWindow.h"
 
 #include "Quillmoth/Shell/Looks/OwnKeys.h"
-#include "Quillmoth/Shell/Windows/ColorScheme.h"
-#include "Quillmoth/Shell/Windows/FocusRing.h"
-#include "Quillmoth/Shell/Windows/WindowStyle.h"
-#include "Quillmoth/Shell/Windows/WindowTheme.h"
+#include "Quillmoth/Shell/Controls/ColorScheme.h"
+#include "Quillmoth/Shell/Controls/FocusRing.h"
+#include "Quillmoth/Shell/Controls/WindowStyle.h"
+#include "Quillmoth/Shell/Looks/WindowTheme.h"
 
 #include <QApplication>
 #include <QLabel>

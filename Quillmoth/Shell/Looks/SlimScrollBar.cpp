@@ -1,6 +1,6 @@
-#include "Quillmoth/Shell/Editor/SlimScrollBar.h"
+#include "Quillmoth/Shell/Looks/SlimScrollBar.h"
 
-#include "Quillmoth/Shell/Windows/WindowTheme.h"
+#include "Quillmoth/Shell/Looks/WindowTheme.h"
 
 #include <QPainter>
 #include <QStyle>

@@ -1,6 +1,6 @@
-#include "Quillmoth/Shell/Windows/MenuStyle.h"
+#include "Quillmoth/Shell/Controls/MenuStyle.h"
 
-#include "Quillmoth/Shell/Windows/WindowTheme.h"
+#include "Quillmoth/Shell/Looks/WindowTheme.h"
 
 #include <QApplication>
 #include <QMenu>

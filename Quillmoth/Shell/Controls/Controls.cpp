@@ -1,8 +1,8 @@
-#include "Quillmoth/Shell/Windows/Controls.h"
+#include "Quillmoth/Shell/Controls/Controls.h"
 
 #include "Quillmoth/Shell/Looks/SymbolCache.h"
-#include "Quillmoth/Shell/Windows/EmojiText.h"
-#include "Quillmoth/Shell/Windows/WindowTheme.h"
+#include "Quillmoth/Shell/Looks/EmojiText.h"
+#include "Quillmoth/Shell/Looks/WindowTheme.h"
 
 #include <QAbstractItemView>
 #include <QPainter>

@@ -1,6 +1,6 @@
-#include "Quillmoth/Shell/Windows/EmojiText.h"
+#include "Quillmoth/Shell/Looks/EmojiText.h"
 
-#include "Quillmoth/Shell/Panel/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/PanelTheme.h"
 
 #include <QPainter>
 #include <QTextLayout>

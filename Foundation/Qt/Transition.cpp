@@ -1,4 +1,4 @@
-#include "Quillmoth/Shell/Panel/Transition.h"
+#include "Foundation/Qt/Transition.h"
 
 #include <QColor>
 #include <QStyle>

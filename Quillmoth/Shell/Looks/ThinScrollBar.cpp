@@ -1,6 +1,6 @@
-#include "Quillmoth/Shell/Panel/ThinScrollBar.h"
+#include "Quillmoth/Shell/Looks/ThinScrollBar.h"
 
-#include "Quillmoth/Shell/Panel/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/PanelTheme.h"
 
 #include <QMouseEvent>
 #include <QPainter>

@@ -1,4 +1,4 @@
-#include "Quillmoth/Shell/Panel/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/PanelTheme.h"
 
 #include <QFontDatabase>
 #include <QFontInfo>

@@ -1,7 +1,7 @@
-#include "Quillmoth/Shell/Windows/WindowTheme.h"
+#include "Quillmoth/Shell/Looks/WindowTheme.h"
 
 #include "Quillmoth/Shell/Looks/SymbolCache.h"
-#include "Quillmoth/Shell/Panel/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/PanelTheme.h"
 
 namespace quillmoth {
 

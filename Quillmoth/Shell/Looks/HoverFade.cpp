@@ -1,4 +1,4 @@
-#include "Quillmoth/Shell/Windows/HoverFade.h"
+#include "Quillmoth/Shell/Looks/HoverFade.h"
 
 #include <QEvent>
 #include <QStyle>

@@ -1,6 +1,6 @@
-#include "Quillmoth/Shell/Editor/EditorColors.h"
+#include "Quillmoth/Shell/Looks/EditorColors.h"
 
-#include "Quillmoth/Shell/Windows/WindowTheme.h"
+#include "Quillmoth/Shell/Looks/WindowTheme.h"
 
 namespace quillmoth {
 
