@@ -37,9 +37,11 @@ void Transition::jumpTo(double target) {
 }
 
 QColor blended(const QColor& from, const QColor& to, double fraction) {
-    const auto mix = [fraction](int a, int b) { return qRound(a + (b - a) * fraction); };
-    return {mix(from.red(), to.red()), mix(from.green(), to.green()), mix(from.blue(), to.blue()),
-            mix(from.alpha(), to.alpha())};
+    const auto mix = [share = static_cast<float>(fraction)](float first, float second) {
+        return first + (second - first) * share;
+    };
+    return QColor::fromRgbF(mix(from.redF(), to.redF()), mix(from.greenF(), to.greenF()),
+                            mix(from.blueF(), to.blueF()), mix(from.alphaF(), to.alphaF()));
 }
 
 bool animates(const QWidget& widget) {

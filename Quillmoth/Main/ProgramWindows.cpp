@@ -6,7 +6,7 @@
 #include "Quillmoth/Shell/Controls/ColorScheme.h"
 #include "Quillmoth/Shell/Controls/MenuStyle.h"
 #include "Quillmoth/Shell/Editor/PromptEditorWindow.h"
-#include "Quillmoth/Shell/Looks/WindowTheme.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 #include "Quillmoth/Shell/Windows/ConsentView.h"
 #include "Quillmoth/Shell/Windows/OnboardingWindow.h"
 #include "Quillmoth/Shell/Windows/UpdateNotice.h"

@@ -1,8 +1,10 @@
 #include "Quillmoth/Shell/Controls/Controls.h"
 
-#include "Quillmoth/Shell/Looks/SymbolCache.h"
+#include "Foundation/Qt/Transition.h"
 #include "Quillmoth/Shell/Looks/EmojiText.h"
-#include "Quillmoth/Shell/Looks/WindowTheme.h"
+#include "Quillmoth/Shell/Looks/Fonts.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
+#include "Quillmoth/Shell/Looks/SymbolCache.h"
 
 #include <QAbstractItemView>
 #include <QPainter>
@@ -50,7 +52,7 @@ void setStart(QVariantAnimation& animation, double value) {
 void drawTrack(QPainter& painter, const QRectF& track, double share, const WindowTheme& theme) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(mixedColor(theme.switchOff, theme.indigo, share));
+    painter.setBrush(blended(theme.switchOff, theme.indigo, share));
     painter.drawRoundedRect(track, track.height() / 2, track.height() / 2);
     const double travel = track.width() - kKnob - 2 * kKnobInset;
     const QRectF knob(track.left() + kKnobInset + travel * share, track.top() + kKnobInset, kKnob, kKnob);
@@ -129,7 +131,7 @@ void SymbolButton::paintEvent(QPaintEvent*) {
 RoundedRectangleButton::RoundedRectangleButton(const QString& text, Fill fill)
     : QPushButton(text), fill_(fill) {
     setFixedHeight(44);
-    setFont(windowFont(15, QFont::Medium));
+    setFont(textFont(15, QFont::Medium));
     setStart(scale_, 1);
     connect(&scale_, &QVariantAnimation::valueChanged, this, [this] { update(); });
     connect(this, &QPushButton::pressed, this, [this] { scaleTo(kPressedScale, kPressDuration); });

@@ -1,6 +1,6 @@
 #include "Quillmoth/Shell/Controls/FocusRing.h"
 
-#include "Quillmoth/Shell/Looks/WindowTheme.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 
 #include <QAbstractScrollArea>
 #include <QEvent>

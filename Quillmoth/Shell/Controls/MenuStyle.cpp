@@ -1,6 +1,9 @@
 #include "Quillmoth/Shell/Controls/MenuStyle.h"
 
-#include "Quillmoth/Shell/Looks/WindowTheme.h"
+#include "Foundation/Qt/Transition.h"
+#include "Quillmoth/Shell/Looks/Fonts.h"
+#include "Quillmoth/Shell/Looks/Lengths.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 
 #include <QApplication>
 #include <QMenu>
@@ -16,7 +19,6 @@ namespace quillmoth {
 namespace {
 
 constexpr int kPadding = 5;
-constexpr int kItemHeight = 30;
 constexpr int kSeparatorHeight = 11;
 constexpr int kItemInset = 10;
 constexpr int kKeyGap = 24;
@@ -59,7 +61,7 @@ void drawItem(QPainter& painter, const QStyleOptionMenuItem& item, const WindowT
     };
     painter.setFont(item.font);
     draw(texts.name, isMarked ? QColor(Qt::white) : theme.text, Qt::AlignLeft);
-    const QColor keys = isMarked ? mixedColor(theme.indigo, QColor(Qt::white), kMarkedKeys) : theme.text2;
+    const QColor keys = isMarked ? blended(theme.indigo, QColor(Qt::white), kMarkedKeys) : theme.text2;
     draw(texts.keys, keys, Qt::AlignRight);
 }
 
@@ -71,7 +73,7 @@ QSize itemSize(const QStyleOptionMenuItem& item) {
     int width = metrics.size(Qt::TextSingleLine | Qt::TextHideMnemonic, texts.name).width() + 2 * kItemInset;
     if (!texts.keys.isEmpty())
         width += kKeyGap + metrics.horizontalAdvance(texts.keys);
-    return {width, kItemHeight};
+    return {width, window::kRowHeight};
 }
 
 } // namespace
@@ -147,7 +149,7 @@ void styleMenu(QMenu& menu, const QPalette& window) {
     }
     menu.setStyle(style);
     menu.setPalette(menuPalette(window));
-    menu.setFont(windowFont(kFontSize));
+    menu.setFont(textFont(kFontSize));
 }
 
 } // namespace quillmoth

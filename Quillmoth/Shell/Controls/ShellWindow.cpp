@@ -1,10 +1,11 @@
 #include "Quillmoth/Shell/Controls/ShellWindow.h"
 
-#include "Quillmoth/Shell/Looks/OwnKeys.h"
 #include "Quillmoth/Shell/Controls/ColorScheme.h"
 #include "Quillmoth/Shell/Controls/FocusRing.h"
 #include "Quillmoth/Shell/Controls/WindowStyle.h"
-#include "Quillmoth/Shell/Looks/WindowTheme.h"
+#include "Quillmoth/Shell/Looks/Fonts.h"
+#include "Quillmoth/Shell/Looks/OwnKeys.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 
 #include <QApplication>
 #include <QLabel>
@@ -22,7 +23,7 @@ namespace quillmoth {
 
 ShellWindow::ShellWindow(const QString& title, ColorScheme& colorScheme) : colorScheme_(colorScheme) {
     setWindowTitle(title);
-    setFont(windowFont());
+    setFont(textFont());
     connect(new QShortcut(ownKeySequence(OwnKey::closeWindow), this), &QShortcut::activated, this,
             [this] { close(); });
     connect(new QShortcut(ownKeySequence(OwnKey::quit), this), &QShortcut::activated, this, [this] {
@@ -99,11 +100,11 @@ bool ShellWindow::focusNextPrevChild(bool next) {
 
 void styleAlert(QMessageBox& alert, const QPalette& palette) {
     alert.setPalette(palette);
-    alert.setFont(windowFont());
+    alert.setFont(textFont());
     applyWindowStyle(&alert);
     // The name that Qt gives to the label of the text proper.
     if (auto* text = alert.findChild<QLabel*>(QStringLiteral("qt_msgbox_label")))
-        text->setFont(windowFont(14, QFont::DemiBold));
+        text->setFont(textFont(14, QFont::DemiBold));
     alert.layout()->setContentsMargins(20, 20, 20, 16);
 }
 

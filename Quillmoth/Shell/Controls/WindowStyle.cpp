@@ -1,8 +1,10 @@
 #include "Quillmoth/Shell/Controls/WindowStyle.h"
 
-#include "Quillmoth/Shell/Looks/SymbolCache.h"
+#include "Foundation/Qt/Transition.h"
 #include "Quillmoth/Shell/Looks/HoverFade.h"
-#include "Quillmoth/Shell/Looks/WindowTheme.h"
+#include "Quillmoth/Shell/Looks/Lengths.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
+#include "Quillmoth/Shell/Looks/SymbolCache.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -19,7 +21,6 @@ namespace quillmoth {
 
 namespace {
 
-constexpr int kControlHeight = 28;
 constexpr double kButtonRadius = 7;
 constexpr double kFieldRadius = 6;
 constexpr int kButtonPadding = 13;
@@ -54,7 +55,7 @@ void drawButton(QPainter& painter, const QStyleOption& option, const QWidget* wi
     if (enabled && (option.state & (QStyle::State_Sunken | QStyle::State_On)))
         fill = theme.buttonPressed;
     else if (enabled)
-        fill = mixedColor(theme.button, theme.buttonHover, hoverShare(widget));
+        fill = blended(theme.button, theme.buttonHover, hoverShare(widget));
     painter.save();
     if (!enabled)
         painter.setOpacity(painter.opacity() * kDisabledOpacity);
@@ -188,12 +189,12 @@ QSize WindowStyle::sizeFromContents(ContentsType type, const QStyleOption* optio
         const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
         const int width =
             button != nullptr ? option->fontMetrics.horizontalAdvance(button->text) : size.width();
-        return {width + 2 * kButtonPadding, kControlHeight};
+        return {width + 2 * kButtonPadding, window::kControlHeight};
     }
     if (type == CT_LineEdit)
-        return {size.width() + 2 * kFieldPadding, kControlHeight};
+        return {size.width() + 2 * kFieldPadding, window::kControlHeight};
     if (type == CT_ComboBox)
-        return {kPickerLeft + size.width() + kPickerGap + kChevron + kPickerRight, kControlHeight};
+        return {kPickerLeft + size.width() + kPickerGap + kChevron + kPickerRight, window::kControlHeight};
     return QProxyStyle::sizeFromContents(type, option, size, widget);
 }
 

@@ -2,9 +2,9 @@
 
 #include "Quillmoth/Shell/Editor/PresetListView.h"
 #include "Quillmoth/Shell/Editor/SegmentButton.h"
-#include "Quillmoth/Shell/Looks/EditorColors.h"
 #include "Quillmoth/Shell/Looks/HoverFade.h"
-#include "Quillmoth/Shell/Looks/WindowTheme.h"
+#include "Quillmoth/Shell/Looks/Lengths.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 
 #include <QButtonGroup>
 #include <QKeyEvent>
@@ -20,31 +20,30 @@ namespace {
 
 constexpr int kWidth = 300;
 constexpr int kPadding = 10;
-constexpr int kRowHeight = 30;
 constexpr double kRadius = 6;
 
 /// "+ Add": a row without a frame.
 class AddButton final : public QPushButton {
 public:
     AddButton() : QPushButton("+ Add") {
-        setFixedHeight(kRowHeight);
+        setFixedHeight(window::kRowHeight);
         setAttribute(Qt::WA_Hover);
     }
 
 protected:
     void paintEvent(QPaintEvent* /*event*/) override {
-        const EditorColors& colors = editorColors(palette());
+        const WindowTheme& theme = windowTheme(palette());
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(Qt::NoPen);
-        painter.setBrush(isDown() ? colors.rowSelected : colors.rowHovered);
+        painter.setBrush(isDown() ? theme.rowSelected : theme.rowHovered);
         painter.setOpacity(isDown() ? 1 : hoverShare(this));
         painter.drawRoundedRect(rect(), kRadius, kRadius);
         painter.setOpacity(1);
         QFont medium = font();
         medium.setWeight(QFont::Medium);
         painter.setFont(medium);
-        painter.setPen(windowTheme(palette()).indigoText);
+        painter.setPen(theme.indigoText);
         painter.drawText(rect().adjusted(kPadding, 0, -kPadding, 0), Qt::AlignLeft | Qt::AlignVCenter,
                          text());
     }

@@ -1,8 +1,9 @@
 #include "Quillmoth/Shell/Editor/EditorStrip.h"
 
+#include "Quillmoth/Shell/Looks/Fonts.h"
 #include "Quillmoth/Shell/Looks/HoverFade.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 #include "Quillmoth/Shell/Looks/SymbolCache.h"
-#include "Quillmoth/Shell/Looks/WindowTheme.h"
 
 #include <QPainter>
 
@@ -22,7 +23,7 @@ constexpr int kEmptySymbol = 48;
 } // namespace
 
 ElidedTitle::ElidedTitle() {
-    setFont(windowFont(kTitleSize, QFont::DemiBold));
+    setFont(textFont(kTitleSize, QFont::DemiBold));
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 

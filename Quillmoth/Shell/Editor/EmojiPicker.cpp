@@ -1,9 +1,9 @@
 #include "Quillmoth/Shell/Editor/EmojiPicker.h"
 
 #include "Quillmoth/Shell/Controls/WindowStyle.h"
-#include "Quillmoth/Shell/Looks/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/Fonts.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 #include "Quillmoth/Shell/Looks/SlimScrollBar.h"
-#include "Quillmoth/Shell/Looks/WindowTheme.h"
 
 #include <QKeyEvent>
 #include <QScreen>

@@ -1,8 +1,8 @@
 #include "Quillmoth/Shell/Editor/PresetFields.h"
 
-#include "Quillmoth/Shell/Looks/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/Fonts.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 #include "Quillmoth/Shell/Looks/SlimScrollBar.h"
-#include "Quillmoth/Shell/Looks/WindowTheme.h"
 
 #include <QKeyEvent>
 #include <QPainter>
@@ -69,7 +69,7 @@ protected:
 
 void EmojiField::chooseFont() {
     // Signs with an emoji form as well, such as U+270D, are drawn from the emoji font only where it is first.
-    const QFont wanted = startsWithPictograph(text()) ? emojiFont(windowFont().pixelSize()) : windowFont();
+    const QFont wanted = startsWithPictograph(text()) ? emojiFont(textFont().pixelSize()) : textFont();
     if (font() != wanted)
         setFont(wanted);
 }

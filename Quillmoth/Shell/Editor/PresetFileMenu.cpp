@@ -6,7 +6,7 @@
 #include "Quillmoth/Shell/Controls/MenuStyle.h"
 #include "Quillmoth/Shell/Controls/ShellWindow.h"
 #include "Quillmoth/Shell/Controls/WindowStyle.h"
-#include "Quillmoth/Shell/Looks/WindowTheme.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 
 #include <QFileDialog>
 #include <QFileInfo>

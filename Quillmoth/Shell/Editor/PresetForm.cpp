@@ -2,8 +2,8 @@
 
 #include "Quillmoth/Shell/Editor/EmojiPicker.h"
 #include "Quillmoth/Shell/Editor/PresetFields.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 #include "Quillmoth/Shell/Looks/SlimScrollBar.h"
-#include "Quillmoth/Shell/Looks/WindowTheme.h"
 
 #include <QButtonGroup>
 #include <QEvent>

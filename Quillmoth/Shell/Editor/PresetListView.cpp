@@ -2,9 +2,10 @@
 
 #include "Quillmoth/Shell/Editor/PresetListModel.h"
 #include "Quillmoth/Shell/Editor/PresetRowDelegate.h"
+#include "Quillmoth/Shell/Looks/Lengths.h"
 #include "Quillmoth/Shell/Looks/OwnKeys.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 #include "Quillmoth/Shell/Looks/SlimScrollBar.h"
-#include "Quillmoth/Shell/Looks/WindowTheme.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -18,7 +19,6 @@ namespace quillmoth {
 
 namespace {
 
-constexpr int kRowHeight = 30;
 // Near the upper or lower edge a drag scrolls by a third of a row each 16 ms.
 constexpr int kScrollZone = 20;
 constexpr int kScrollMilliseconds = 16;
@@ -65,11 +65,11 @@ void PresetListView::refresh() {
 }
 
 QSize PresetListView::sizeHint() const {
-    return {kRowHeight, rows_.rowCount() * kRowPitch};
+    return {window::kRowHeight, rows_.rowCount() * kRowPitch};
 }
 
 QSize PresetListView::minimumSizeHint() const {
-    return {kRowHeight, std::min(3, rows_.rowCount()) * kRowPitch};
+    return {window::kRowHeight, std::min(3, rows_.rowCount()) * kRowPitch};
 }
 
 void PresetListView::paintEvent(QPaintEvent* event) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Quillmoth/Shell/Looks/Lengths.h"
+
 #include <QBasicTimer>
 #include <QListView>
 
@@ -14,7 +16,7 @@ class PresetListModel;
 /// the arrow keys; Escape and any change of the rows give a drag up. As high as its rows where there is room.
 class PresetListView final : public QListView {
 public:
-    static constexpr int kRowPitch = 31;
+    static constexpr int kRowPitch = window::kRowHeight + 1;
 
     struct Callbacks {
         /// The user has chosen another row.

@@ -2,10 +2,10 @@
 
 #include "Quillmoth/Shell/Editor/PresetListModel.h"
 #include "Quillmoth/Shell/Editor/PresetListView.h"
-#include "Quillmoth/Shell/Looks/EditorColors.h"
-#include "Quillmoth/Shell/Looks/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/Fonts.h"
+#include "Quillmoth/Shell/Looks/Lengths.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 #include "Quillmoth/Shell/Looks/Pictograph.h"
-#include "Quillmoth/Shell/Looks/WindowTheme.h"
 
 #include <QPainter>
 
@@ -13,7 +13,6 @@ namespace quillmoth {
 
 namespace {
 
-constexpr int kRowHeight = 30;
 constexpr int kInset = 10;
 constexpr double kRadius = 6;
 // More than a row shows; measuring a longer text would only take time.
@@ -45,7 +44,7 @@ PresetRowDelegate::PresetRowDelegate(PresetListView& view) : QStyledItemDelegate
 
 QSize PresetRowDelegate::sizeHint(const QStyleOptionViewItem& /*option*/,
                                   const QModelIndex& /*index*/) const {
-    return {kRowHeight, PresetListView::kRowPitch};
+    return {window::kRowHeight, PresetListView::kRowPitch};
 }
 
 void PresetRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -54,7 +53,7 @@ void PresetRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
     painter->setRenderHint(QPainter::Antialiasing);
     if (view_.draggedRow() == index.row())
         painter->setOpacity(kDraggedOpacity);
-    const QRectF row(option.rect.x(), option.rect.y(), option.rect.width(), kRowHeight);
+    const QRectF row(option.rect.x(), option.rect.y(), option.rect.width(), window::kRowHeight);
     paintFill(*painter, option, row);
     painter->setPen(option.palette.color(QPalette::WindowText));
     drawLabel(*painter, row.adjusted(kInset, 0, -kInset, 0), view_.font(), index);
@@ -63,17 +62,17 @@ void PresetRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
 
 void PresetRowDelegate::paintFill(QPainter& painter, const QStyleOptionViewItem& option,
                                   const QRectF& row) const {
-    const EditorColors& colors = editorColors(option.palette);
+    const WindowTheme& theme = windowTheme(option.palette);
     const bool isSelected = option.state.testFlag(QStyle::State_Selected);
     if (!isSelected && !option.state.testFlag(QStyle::State_MouseOver))
         return;
     painter.setPen(Qt::NoPen);
-    painter.setBrush(isSelected ? colors.rowSelected : colors.rowHovered);
+    painter.setBrush(isSelected ? theme.rowSelected : theme.rowHovered);
     painter.drawRoundedRect(row, kRadius, kRadius);
     if (!isSelected || !view_.hasFocus())
         return;
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(windowTheme(option.palette).ring);
+    painter.setPen(theme.ring);
     painter.drawRoundedRect(row.adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);
 }
 

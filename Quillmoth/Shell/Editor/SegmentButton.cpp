@@ -1,9 +1,10 @@
 #include "Quillmoth/Shell/Editor/SegmentButton.h"
 
-#include "Quillmoth/Shell/Looks/EditorColors.h"
+#include "Foundation/Qt/Transition.h"
+#include "Quillmoth/Shell/Looks/Fonts.h"
 #include "Quillmoth/Shell/Looks/HoverFade.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 #include "Quillmoth/Shell/Looks/SymbolCache.h"
-#include "Quillmoth/Shell/Looks/WindowTheme.h"
 
 #include <QHBoxLayout>
 #include <QPainter>
@@ -38,13 +39,13 @@ void SegmentButton::paintEvent(QPaintEvent* /*event*/) {
     painter.setRenderHint(QPainter::Antialiasing);
     if (isChecked()) {
         painter.setPen(theme.divider);
-        painter.setBrush(editorColors(palette()).segmentOn);
+        painter.setBrush(windowTheme(palette()).segmentOn);
         painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);
     }
     QFont textFont = font();
     textFont.setWeight(isChecked() ? QFont::Medium : QFont::Normal);
     painter.setFont(textFont);
-    const QColor color = isChecked() ? theme.text : mixedColor(theme.text2, theme.text, hoverShare(this));
+    const QColor color = isChecked() ? theme.text : blended(theme.text2, theme.text, hoverShare(this));
     const int textWidth = QFontMetrics(textFont).horizontalAdvance(text());
     const int left = (width() - kSymbol - kGap - textWidth) / 2;
     windowSymbols().draw(painter, symbol_, QPointF(left, (height() - kSymbol) / 2), kSymbol, color);
@@ -71,7 +72,7 @@ void SegmentBar::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(editorColors(palette()).segment);
+    painter.setBrush(windowTheme(palette()).segment);
     painter.drawRoundedRect(rect(), kBarRadius, kBarRadius);
 }
 

@@ -1,6 +1,6 @@
 #include "Quillmoth/Shell/Looks/EmojiText.h"
 
-#include "Quillmoth/Shell/Looks/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/Fonts.h"
 
 #include <QPainter>
 #include <QTextLayout>

@@ -1,6 +1,6 @@
 #include "Quillmoth/Shell/Looks/SlimScrollBar.h"
 
-#include "Quillmoth/Shell/Looks/WindowTheme.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 
 #include <QPainter>
 #include <QStyle>

@@ -45,4 +45,9 @@ void SymbolCache::draw(QPainter& painter, const QString& name, QPointF position,
     painter.drawImage(position, symbol(name, size, painter.device()->devicePixelRatioF(), color));
 }
 
+SymbolCache& windowSymbols() {
+    static SymbolCache cache;
+    return cache;
+}
+
 } // namespace quillmoth

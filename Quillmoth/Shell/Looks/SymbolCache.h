@@ -27,4 +27,7 @@ private:
     QHash<QString, QImage> images_;
 };
 
+/// Those drawn in windows.
+[[nodiscard]] SymbolCache& windowSymbols();
+
 } // namespace quillmoth

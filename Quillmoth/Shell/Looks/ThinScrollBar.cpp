@@ -1,6 +1,7 @@
 #include "Quillmoth/Shell/Looks/ThinScrollBar.h"
 
-#include "Quillmoth/Shell/Looks/PanelTheme.h"
+#include "Foundation/Qt/Transition.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 
 #include <QMouseEvent>
 #include <QPainter>

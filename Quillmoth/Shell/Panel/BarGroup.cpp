@@ -1,6 +1,9 @@
 #include "Quillmoth/Shell/Panel/BarGroup.h"
 
-#include "Quillmoth/Shell/Looks/PanelTheme.h"
+#include "Foundation/Qt/Transition.h"
+#include "Quillmoth/Shell/Looks/Fonts.h"
+#include "Quillmoth/Shell/Looks/Lengths.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
@@ -31,7 +34,7 @@ void drawFocusLine(QPainter& painter, const QRect& rect) {
 
 BarGroup::BarGroup(SymbolCache& symbols, Description description, QWidget* parent)
     : QPushButton(parent), symbols_(symbols), description_(std::move(description)) {
-    setFont(panelFont(kFontSize));
+    setFont(textFont(kFontSize));
     // A click is not to take the keyboard from the field.
     setFocusPolicy(Qt::TabFocus);
     setAutoDefault(true);
@@ -94,7 +97,7 @@ void BarGroup::leaveEvent(QEvent* event) {
 }
 
 BarSwitch::BarSwitch(const QString& label, const QString& keys, QWidget* parent) : QCheckBox(label, parent) {
-    setFont(panelFont(kFontSize));
+    setFont(textFont(kFontSize));
     setFocusPolicy(Qt::TabFocus);
     setAccessibleName(QStringLiteral("%1, %2").arg(label, keys));
     setCursor(Qt::ArrowCursor);

@@ -1,6 +1,7 @@
 #include "Quillmoth/Shell/Panel/BottomBar.h"
 
-#include "Quillmoth/Shell/Looks/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/Fonts.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 #include "Quillmoth/Shell/Looks/Pictograph.h"
 
 #include <QFontMetricsF>
@@ -51,7 +52,7 @@ BottomBar::BottomBar(std::shared_ptr<FloatingViewController> controller, SymbolC
     QPalette palette;
     palette.setColor(QPalette::WindowText, kPanelTheme.gray);
     status_->setPalette(palette);
-    status_->setFont(panelFont(kStatusFont));
+    status_->setFont(textFont(kStatusFont));
     status_->setTextFormat(Qt::PlainText);
     status_->setAlignment(Qt::AlignVCenter | Qt::AlignLeft);
     // The panel is dragged by it.

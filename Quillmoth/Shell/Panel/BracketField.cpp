@@ -1,6 +1,8 @@
 #include "Quillmoth/Shell/Panel/BracketField.h"
 
-#include "Quillmoth/Shell/Looks/PanelTheme.h"
+#include "Foundation/Qt/Transition.h"
+#include "Quillmoth/Shell/Looks/Fonts.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -29,7 +31,7 @@ QString onOneLine(QString text) {
 
 class BracketField::Edit final : public PanelTextEdit {
 public:
-    explicit Edit(BracketField& field) : PanelTextEdit(panelFont(kFontSize), kLine, &field), field_(field) {
+    explicit Edit(BracketField& field) : PanelTextEdit(textFont(kFontSize), kLine, &field), field_(field) {
         setLineWrapMode(NoWrap);
         QPalette colors = palette();
         colors.setColor(QPalette::Text, kPanelTheme.text);

@@ -1,6 +1,7 @@
 #include "Quillmoth/Shell/Panel/ChipText.h"
 
-#include "Quillmoth/Shell/Looks/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/Fonts.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 #include "Quillmoth/Shell/Panel/PanelMenu.h"
 
 #include <QContextMenuEvent>
@@ -22,7 +23,7 @@ constexpr double kChipRadius = 5;
 constexpr double kChipSpacing = -0.012 * kChipFontSize;
 
 QFont chipFont() {
-    QFont font = panelFont(kChipFontSize, QFont::DemiBold);
+    QFont font = textFont(kChipFontSize, QFont::DemiBold);
     font.setLetterSpacing(QFont::AbsoluteSpacing, kChipSpacing);
     return font;
 }
@@ -62,7 +63,7 @@ void ChipText::setFontSize(double pixelSize) {
 }
 
 void ChipText::setUp() {
-    const QFont plain = panelFont(fontSize_);
+    const QFont plain = textFont(fontSize_);
     QString text;
     QList<QTextLayout::FormatRange> formats;
     blanks_.clear();

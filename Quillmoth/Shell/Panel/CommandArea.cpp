@@ -1,6 +1,6 @@
 #include "Quillmoth/Shell/Panel/CommandArea.h"
 
-#include "Quillmoth/Shell/Looks/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/Lengths.h"
 
 #include <QScrollBar>
 

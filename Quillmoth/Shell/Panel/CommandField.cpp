@@ -1,6 +1,8 @@
 #include "Quillmoth/Shell/Panel/CommandField.h"
 
-#include "Quillmoth/Shell/Looks/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/Fonts.h"
+#include "Quillmoth/Shell/Looks/Lengths.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QKeyEvent>
@@ -89,7 +91,7 @@ bool isOneStepAPress(FloatingViewController::FieldCommand command, Qt::KeyboardM
 } // namespace
 
 CommandField::CommandField(std::shared_ptr<FloatingViewController> controller, QWidget* parent)
-    : PanelTextEdit(panelFont(kFontSize), panel::kCommandLine, parent), controller_(std::move(controller)) {
+    : PanelTextEdit(textFont(kFontSize), panel::kCommandLine, parent), controller_(std::move(controller)) {
     setLeadingInset(0);
     setLineWrapMode(WidgetWidth);
     setAccessibleName(QStringLiteral("Command"));

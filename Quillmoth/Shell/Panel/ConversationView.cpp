@@ -1,6 +1,8 @@
 #include "Quillmoth/Shell/Panel/ConversationView.h"
 
-#include "Quillmoth/Shell/Looks/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/Fonts.h"
+#include "Quillmoth/Shell/Looks/Lengths.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 #include "Quillmoth/Shell/Looks/Pictograph.h"
 #include "Quillmoth/Shell/Panel/PlainTextContent.h"
 

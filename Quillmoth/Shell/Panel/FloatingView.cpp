@@ -1,6 +1,7 @@
 #include "Quillmoth/Shell/Panel/FloatingView.h"
 
-#include "Quillmoth/Shell/Looks/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/Lengths.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 #include "Quillmoth/Shell/Panel/PanelAccessibility.h"
 #include "Quillmoth/Shell/Panel/PanelButton.h"
 #include "Quillmoth/Shell/Panel/PanelKeys.h"

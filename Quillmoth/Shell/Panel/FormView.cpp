@@ -1,7 +1,5 @@
 #include "Quillmoth/Shell/Panel/FormView.h"
 
-#include "Quillmoth/Shell/Looks/PanelTheme.h"
-
 #include <algorithm>
 
 namespace quillmoth {

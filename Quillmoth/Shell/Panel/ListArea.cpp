@@ -1,6 +1,7 @@
 #include "Quillmoth/Shell/Panel/ListArea.h"
 
-#include "Quillmoth/Shell/Looks/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/Lengths.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 #include "Quillmoth/Shell/Panel/PanelButton.h"
 
 #include <QStyle>

@@ -2,7 +2,7 @@
 
 #include "MarkdownUI/Qt/AccessibleDocument.h"
 #include "MarkdownUI/Qt/AccessibleMarkdown.h"
-#include "Quillmoth/Shell/Looks/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 #include "Quillmoth/Shell/Panel/PanelMenu.h"
 
 #include <QClipboard>

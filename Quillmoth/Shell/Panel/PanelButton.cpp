@@ -1,6 +1,8 @@
 #include "Quillmoth/Shell/Panel/PanelButton.h"
 
-#include "Quillmoth/Shell/Looks/PanelTheme.h"
+#include "Foundation/Qt/Transition.h"
+#include "Quillmoth/Shell/Looks/Fonts.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 
 #include <QFontMetrics>
 #include <QPainter>
@@ -17,7 +19,7 @@ constexpr double kRing = 2;
 } // namespace
 
 PanelButton::PanelButton(const QString& text, QWidget* parent) : QPushButton(text, parent) {
-    setFont(panelFont(kFontSize));
+    setFont(textFont(kFontSize));
     // A click is not to take the keyboard from the field.
     setFocusPolicy(Qt::TabFocus);
     setCursor(Qt::ArrowCursor);

@@ -1,6 +1,7 @@
 #include "Quillmoth/Shell/Panel/PanelMenu.h"
 
-#include "Quillmoth/Shell/Looks/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/Fonts.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -33,7 +34,7 @@ int widthOf(const QString& text, const QFont& font) {
 PanelMenuItem::PanelMenuItem(const QAction& action, QWidget* parent)
     : QAbstractButton(parent), keys_(action.shortcut().toString(QKeySequence::NativeText)) {
     setText(action.text());
-    setFont(panelFont(kFontSize));
+    setFont(textFont(kFontSize));
     setEnabled(action.isEnabled());
     setFocusPolicy(Qt::TabFocus);
     setAccessibleName(keys_.isEmpty() ? text() : QStringLiteral("%1, %2").arg(text(), keys_));

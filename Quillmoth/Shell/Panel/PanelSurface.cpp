@@ -1,7 +1,8 @@
 #include "Quillmoth/Shell/Panel/PanelSurface.h"
 
+#include "Quillmoth/Shell/Looks/Lengths.h"
 #include "Quillmoth/Shell/Looks/OwnKeys.h"
-#include "Quillmoth/Shell/Looks/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 #include "Quillmoth/Shell/Panel/PanelGeometry.h"
 #include "Quillmoth/Shell/Panel/PanelKeys.h"
 

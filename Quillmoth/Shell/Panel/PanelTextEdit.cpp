@@ -1,6 +1,6 @@
 #include "Quillmoth/Shell/Panel/PanelTextEdit.h"
 
-#include "Quillmoth/Shell/Looks/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 #include "Quillmoth/Shell/Panel/PanelMenu.h"
 
 #include <QApplication>

@@ -1,6 +1,7 @@
 #include "Quillmoth/Shell/Panel/PlainTextContent.h"
 
-#include "Quillmoth/Shell/Looks/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/Fonts.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 #include "Quillmoth/Shell/Panel/PanelMenu.h"
 
 #include <QContextMenuEvent>
@@ -35,7 +36,7 @@ void PlainTextContent::setLineHeight(int pixels) {
 }
 
 void PlainTextContent::applyStyle() {
-    column_.setStyle({.font = panelFont(fontSize_),
+    column_.setStyle({.font = textFont(fontSize_),
                       .lineHeight = lineHeight_ > 0 ? lineHeight_ : textLineHeight(fontSize_),
                       .alignment = alignment_});
     update();

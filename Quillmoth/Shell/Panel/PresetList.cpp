@@ -1,7 +1,7 @@
 #include "Quillmoth/Shell/Panel/PresetList.h"
 
 #include "Foundation/Text.h"
-#include "Quillmoth/Shell/Looks/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/Fonts.h"
 
 #include <algorithm>
 

@@ -1,6 +1,8 @@
 #include "Quillmoth/Shell/Panel/RowList.h"
 
-#include "Quillmoth/Shell/Looks/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/Fonts.h"
+#include "Quillmoth/Shell/Looks/Lengths.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 #include "Quillmoth/Shell/Looks/Pictograph.h"
 
 #include <QAccessible>
@@ -117,11 +119,11 @@ void RowList::paintRow(QPainter& painter, int position) const {
 
     if (!content.pictograph.isEmpty()) {
         const QFont pictures =
-            startsWithPictograph(content.pictograph) ? emojiFont(fontSize_) : panelFont(fontSize_);
+            startsWithPictograph(content.pictograph) ? emojiFont(fontSize_) : textFont(fontSize_);
         drawPictograph(painter, QStyle::visualRect(layoutDirection(), whole, picture), Qt::AlignCenter,
                        pictures, content.pictograph);
     }
-    const QFont font = panelFont(fontSize_);
+    const QFont font = textFont(fontSize_);
     painter.setFont(font);
     const QString name = QFontMetricsF(font).elidedText(oneLine(content.name), Qt::ElideRight, text.width());
     const auto side = QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter);

@@ -1,7 +1,8 @@
 #include "Quillmoth/Shell/Panel/Spinner.h"
 
 #include "Foundation/Qt/Transition.h"
-#include "Quillmoth/Shell/Looks/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/Lengths.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 
 #include <QPainter>
 

@@ -1,6 +1,6 @@
 #include "Quillmoth/Shell/Panel/TextColumn.h"
 
-#include "Quillmoth/Shell/Looks/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 
 #include <QFontMetricsF>
 #include <QPainter>

@@ -2,8 +2,9 @@
 
 #include "Quillmoth/Shell/Controls/Controls.h"
 #include "Quillmoth/Shell/Looks/EmojiText.h"
+#include "Quillmoth/Shell/Looks/Fonts.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 #include "Quillmoth/Shell/Looks/SymbolCache.h"
-#include "Quillmoth/Shell/Looks/WindowTheme.h"
 
 #include <QBoxLayout>
 #include <QLabel>
@@ -56,7 +57,7 @@ public:
 class Headline final : public QLabel {
 public:
     Headline(const QString& text, bool indigo) : text_(text), indigo_(indigo) {
-        QFont black = windowFont(36, QFont::Black);
+        QFont black = textFont(36, QFont::Black);
         black.setLetterSpacing(QFont::AbsoluteSpacing, -0.022 * black.pixelSize());
         setFont(black);
         setFixedHeight(44);
@@ -81,7 +82,7 @@ QVBoxLayout* makeTexts(const QString& title, const QString& subTitle) {
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     auto* first = new QLabel(title);
-    first->setFont(windowFont(14, QFont::DemiBold));
+    first->setFont(textFont(14, QFont::DemiBold));
     first->setMinimumHeight(20);
     auto* second = new ToneLabel(Tone::secondary, subTitle);
     second->setMinimumHeight(18);

@@ -2,7 +2,9 @@
 
 #include "KeyboardShortcuts/ShortcutText.h"
 #include "Quillmoth/Shell/Controls/Controls.h"
-#include "Quillmoth/Shell/Looks/WindowTheme.h"
+#include "Quillmoth/Shell/Looks/Fonts.h"
+#include "Quillmoth/Shell/Looks/Lengths.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 #include "Quillmoth/Shell/Windows/KeyFlags.h"
 #include "Quillmoth/Shell/Windows/ShortcutPainter.h"
 
@@ -88,7 +90,7 @@ RecorderCocoa::RecorderCocoa(Name name, RecorderServices services, Change onChan
     setContextMenuPolicy(Qt::NoContextMenu);
     setFocusPolicy(Qt::NoFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    setFont(windowFont(14));
+    setFont(textFont(14));
     setCursor(Qt::ArrowCursor);
     cancelButton_->setParent(this);
     cancelButton_->setFocusPolicy(Qt::NoFocus);
@@ -123,7 +125,7 @@ bool RecorderCocoa::hasClearButton() const {
 }
 
 QSize RecorderCocoa::sizeHint() const {
-    return {kMinimumWidth, 28};
+    return {kMinimumWidth, window::kControlHeight};
 }
 
 void RecorderCocoa::showPrompt(std::string_view key) {
@@ -314,7 +316,7 @@ void RecorderCocoa::paintEvent(QPaintEvent*) {
     style()->drawPrimitive(QStyle::PE_PanelLineEdit, &option, &painter, this);
     const WindowTheme& theme = windowTheme(palette());
     const bool isEmpty = QLineEdit::text().isEmpty();
-    painter.setFont(isEmpty ? windowFont() : font());
+    painter.setFont(isEmpty ? textFont() : font());
     painter.setPen(isEmpty ? theme.text2 : theme.text);
     drawShortcutText(painter, rect(), isEmpty ? prompt_ : QLineEdit::text());
 }

@@ -7,7 +7,7 @@
 #include "Quillmoth/Chat/ServiceAddresses.h"
 #include "Quillmoth/Shell/Controls/Controls.h"
 #include "Quillmoth/Shell/Controls/ShellWindow.h"
-#include "Quillmoth/Shell/Looks/WindowTheme.h"
+#include "Quillmoth/Shell/Looks/Fonts.h"
 #include "Quillmoth/Shell/Windows/ConsentView.h"
 #include "Quillmoth/Shell/Windows/UpdateNotice.h"
 
@@ -84,8 +84,7 @@ QGridLayout* makeGrid() {
 void addLabel(QGridLayout& grid, int row, const QString& text, QWidget& control) {
     auto* label = new QLabel(text);
     label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    label->setMinimumWidth(QFontMetrics(windowFont()).horizontalAdvance(QStringLiteral("OpenAI API Key:")) +
-                           1);
+    label->setMinimumWidth(QFontMetrics(textFont()).horizontalAdvance(QStringLiteral("OpenAI API Key:")) + 1);
     // Screen readers take the name of a picker from its label.
     label->setBuddy(&control);
     grid.addWidget(label, row, 0);
@@ -293,7 +292,7 @@ void SettingView::addMethodBlock(QVBoxLayout& column) {
 
 void SettingView::addServerBlock(QVBoxLayout& column) {
     auto* caption = new QLabel(QStringLiteral("Server"));
-    caption->setFont(windowFont(13, QFont::DemiBold));
+    caption->setFont(textFont(13, QFont::DemiBold));
     column.addWidget(caption);
     QGridLayout* grid = makeGrid();
     column.addLayout(grid);

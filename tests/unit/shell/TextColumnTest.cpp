@@ -1,5 +1,5 @@
 #include "Quillmoth/Shell/Panel/TextColumn.h"
-#include "Quillmoth/Shell/Looks/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/Fonts.h"
 
 #include <QImage>
 #include <QPainter>
@@ -12,7 +12,7 @@ namespace {
 
 TextColumn makeColumn(double width) {
     TextColumn column;
-    column.setStyle({.font = panelFont(16), .lineHeight = 22, .alignment = Qt::AlignLeft});
+    column.setStyle({.font = textFont(16), .lineHeight = 22, .alignment = Qt::AlignLeft});
     column.setWidth(width);
     return column;
 }

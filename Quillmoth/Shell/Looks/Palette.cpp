@@ -1,7 +1,4 @@
-#include "Quillmoth/Shell/Looks/WindowTheme.h"
-
-#include "Quillmoth/Shell/Looks/SymbolCache.h"
-#include "Quillmoth/Shell/Looks/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/Palette.h"
 
 namespace quillmoth {
 
@@ -45,8 +42,11 @@ WindowTheme makeLight() {
             .buttonEdge = black(0.15),
             .buttonHover = rgb(0xFAFAFC),
             .buttonPressed = rgb(0xE6E6EB),
+            .segment = black(0.065),
+            .segmentOn = rgb(0xFFFFFF),
+            .rowSelected = rgb(0x5753DE, 0.14),
+            .rowHovered = black(0.045),
             .indigo = rgb(0x5753DE),
-            .indigoPressed = rgb(0x4A46C9),
             .indigoText = rgb(0x4F4BD8),
             .ring = rgb(0x5753DE, 0.38),
             .switchOff = black(0.16),
@@ -70,8 +70,11 @@ WindowTheme makeDark() {
             .buttonEdge = white(0.07),
             .buttonHover = white(0.15),
             .buttonPressed = white(0.06),
+            .segment = white(0.07),
+            .segmentOn = white(0.16),
+            .rowSelected = rgb(0x908EFF, 0.24),
+            .rowHovered = white(0.055),
             .indigo = rgb(0x625FE8),
-            .indigoPressed = rgb(0x524FD3),
             .indigoText = rgb(0x908EFF),
             .ring = rgb(0x908EFF, 0.50),
             .switchOff = white(0.20),
@@ -126,23 +129,6 @@ QPalette menuPalette(const QPalette& window) {
     menu.setColor(QPalette::Window, theme.card);
     menu.setColor(QPalette::Base, theme.card);
     return menu;
-}
-
-QColor mixedColor(const QColor& from, const QColor& to, double share) {
-    const auto mix = [share](double first, double second) {
-        return static_cast<float>(first + (second - first) * share);
-    };
-    return QColor::fromRgbF(mix(from.redF(), to.redF()), mix(from.greenF(), to.greenF()),
-                            mix(from.blueF(), to.blueF()), mix(from.alphaF(), to.alphaF()));
-}
-
-QFont windowFont(int pixelSize, QFont::Weight weight) {
-    return panelFont(pixelSize, weight);
-}
-
-SymbolCache& windowSymbols() {
-    static SymbolCache cache;
-    return cache;
 }
 
 } // namespace quillmoth

@@ -1,4 +1,4 @@
-#include "Quillmoth/Shell/Looks/PanelTheme.h"
+#include "Quillmoth/Shell/Looks/Fonts.h"
 
 #include <QFontDatabase>
 #include <QFontInfo>
@@ -38,7 +38,7 @@ QString generalFamily() {
 
 } // namespace
 
-QFont panelFont(double pixelSize, QFont::Weight weight) {
+QFont textFont(double pixelSize, QFont::Weight weight) {
     QFont font = withFamilies({generalFamily(), emojiFamily()}, pixelSize);
     font.setWeight(weight);
     return font;
@@ -65,7 +65,7 @@ bool startsWithPictograph(const QString& text) {
 }
 
 int textLineHeight(double pixelSize) {
-    const QFontMetricsF metrics(panelFont(pixelSize));
+    const QFontMetricsF metrics(textFont(pixelSize));
     return qRound(metrics.ascent() + metrics.descent() + 0.15 * pixelSize);
 }
 
