@@ -11,7 +11,7 @@ set(modules
     "MarkdownUI/Document | Foundation | cmark-gfm"
     "MarkdownUI/Style | MarkdownUI/Document Foundation |"
     "MarkdownUI/Layout | MarkdownUI/Style MarkdownUI/Document Foundation | unicode/"
-    "MarkdownUI/Qt | MarkdownUI/Layout MarkdownUI/Style MarkdownUI/Document Foundation | ${qt}"
+    "MarkdownUI/Qt | MarkdownUI/Layout MarkdownUI/Style MarkdownUI/Document Foundation/Qt Foundation | ${qt}"
 
     "Quillmoth/Chat | Platform Foundation |"
     "Quillmoth/Prompts | Platform Foundation |"

@@ -1,5 +1,6 @@
 #include "MarkdownUI/Qt/DisplayListPainter.h"
 
+#include "Foundation/Qt/Transition.h"
 #include "MarkdownUI/Qt/QtShapedText.h"
 
 #include <QFontMetricsF>
@@ -93,13 +94,6 @@ std::optional<QtShapedText::TextSelection> selectedPart(const TextLineItem& item
 }
 
 } // namespace
-
-QColor blended(const QColor& first, const QColor& second, double share) {
-    const auto part = static_cast<float>(share);
-    const auto mix = [part](float from, float to) { return from + (to - from) * part; };
-    return QColor::fromRgbF(mix(first.redF(), second.redF()), mix(first.greenF(), second.greenF()),
-                            mix(first.blueF(), second.blueF()), mix(first.alphaF(), second.alphaF()));
-}
 
 std::optional<Rect> scrollThumbOf(const ScrollRegionItem& region, double hover) {
     const double track = region.frame.width - 2 * kBarInset;

@@ -76,9 +76,6 @@ private:
     SymbolImages& symbols_;
 };
 
-/// The colour `share` of the way from `first` to `second`.
-[[nodiscard]] QColor blended(const QColor& first, const QColor& second, double share);
-
 /// The thumb of the scroll bar of a region; nothing where its content fits.
 [[nodiscard]] std::optional<Rect> scrollThumbOf(const ScrollRegionItem& region, double hover);
 

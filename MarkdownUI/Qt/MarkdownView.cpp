@@ -1,5 +1,6 @@
 #include "MarkdownUI/Qt/MarkdownView.h"
 
+#include "Foundation/Qt/Transition.h"
 #include "MarkdownUI/Qt/AccessibleMarkdown.h"
 
 #include <QClipboard>

@@ -1,8 +1,8 @@
 #include "Quillmoth/Shell/Controls/Controls.h"
 
-#include "Foundation/Qt/Transition.h"
 #include "Quillmoth/Shell/Looks/EmojiText.h"
 #include "Quillmoth/Shell/Looks/Fonts.h"
+#include "Quillmoth/Shell/Looks/Motion.h"
 #include "Quillmoth/Shell/Looks/Palette.h"
 #include "Quillmoth/Shell/Looks/SymbolCache.h"
 
@@ -22,32 +22,9 @@ constexpr QSize kTrack(34, 20);
 constexpr double kKnob = 16;
 constexpr double kKnobInset = 2;
 constexpr int kSwitchGap = 10;
-constexpr int kSlideDuration = 140;
 constexpr double kPressedScale = 0.95;
-constexpr int kPressDuration = 100;
-constexpr int kReleaseDuration = 160;
 constexpr double kContinueRadius = 8;
 constexpr int kLeastPicker = 100;
-
-bool isAnimated(const QWidget& widget) {
-    return widget.isVisible() &&
-           widget.style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, &widget) > 0;
-}
-
-void animate(QVariantAnimation& animation, const QWidget& widget, double target, int milliseconds) {
-    const double from = animation.currentValue().toDouble();
-    animation.stop();
-    animation.setStartValue(from);
-    animation.setEndValue(target);
-    animation.setDuration(isAnimated(widget) ? milliseconds : 0);
-    animation.start();
-}
-
-void setStart(QVariantAnimation& animation, double value) {
-    animation.setEasingCurve(QEasingCurve::OutCubic);
-    animation.setStartValue(value);
-    animation.setEndValue(value);
-}
 
 void drawTrack(QPainter& painter, const QRectF& track, double share, const WindowTheme& theme) {
     painter.setRenderHint(QPainter::Antialiasing);
@@ -68,10 +45,7 @@ Switch::Switch(const QString& text) : QCheckBox(text) {
     setAccessibleName(text);
     setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    setStart(slide_, 0);
-    connect(&slide_, &QVariantAnimation::valueChanged, this, [this] { update(); });
-    connect(this, &QCheckBox::toggled, this,
-            [this](bool on) { animate(slide_, *this, on ? 1 : 0, kSlideDuration); });
+    connect(this, &QCheckBox::toggled, this, [this](bool on) { slide_.moveTo(on ? 1 : 0, motion::kSwitch); });
 }
 
 QSize Switch::sizeHint() const {
@@ -82,8 +56,7 @@ void Switch::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.save();
     const double top = (height() - kTrack.height()) / 2.0;
-    drawTrack(painter, QRectF(QPointF(0, top), kTrack), slide_.currentValue().toDouble(),
-              windowTheme(palette()));
+    drawTrack(painter, QRectF(QPointF(0, top), kTrack), slide_.value(), windowTheme(palette()));
     painter.restore();
     painter.setPen(palette().color(QPalette::WindowText));
     drawEmojiText(painter, rect().adjusted(kTrack.width() + kSwitchGap, 0, 0, 0), Qt::AlignLeft, text());
@@ -132,21 +105,15 @@ RoundedRectangleButton::RoundedRectangleButton(const QString& text, Fill fill)
     : QPushButton(text), fill_(fill) {
     setFixedHeight(44);
     setFont(textFont(15, QFont::Medium));
-    setStart(scale_, 1);
-    connect(&scale_, &QVariantAnimation::valueChanged, this, [this] { update(); });
-    connect(this, &QPushButton::pressed, this, [this] { scaleTo(kPressedScale, kPressDuration); });
-    connect(this, &QPushButton::released, this, [this] { scaleTo(1, kReleaseDuration); });
-}
-
-void RoundedRectangleButton::scaleTo(double scale, int milliseconds) {
-    animate(scale_, *this, scale, milliseconds);
+    connect(this, &QPushButton::pressed, this, [this] { scale_.moveTo(kPressedScale, motion::kPress); });
+    connect(this, &QPushButton::released, this, [this] { scale_.moveTo(1, motion::kRelease); });
 }
 
 void RoundedRectangleButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QPointF centre = QRectF(rect()).center();
-    const double scale = scale_.currentValue().toDouble();
+    const double scale = scale_.value();
     painter.translate(centre);
     painter.scale(scale, scale);
     painter.translate(-centre);

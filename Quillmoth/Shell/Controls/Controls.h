@@ -1,11 +1,12 @@
 #pragma once
 
+#include "Foundation/Qt/Transition.h"
+
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
 #include <QPushButton>
 #include <QToolButton>
-#include <QVariantAnimation>
 
 #include <functional>
 
@@ -26,7 +27,7 @@ protected:
     [[nodiscard]] bool hitButton(const QPoint& position) const override { return rect().contains(position); }
 
 private:
-    QVariantAnimation slide_;
+    Transition slide_{*this};
 };
 
 /// Underlined text that opens something.
@@ -67,10 +68,8 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    void scaleTo(double scale, int milliseconds);
-
     Fill fill_;
-    QVariantAnimation scale_;
+    Transition scale_{*this, 1};
 };
 
 /// A pop-up that also shows a value that is not among those it offers.

@@ -1,8 +1,8 @@
 #include "Quillmoth/Shell/Controls/WindowStyle.h"
 
 #include "Foundation/Qt/Transition.h"
-#include "Quillmoth/Shell/Looks/HoverFade.h"
 #include "Quillmoth/Shell/Looks/Lengths.h"
+#include "Quillmoth/Shell/Looks/Motion.h"
 #include "Quillmoth/Shell/Looks/Palette.h"
 #include "Quillmoth/Shell/Looks/SymbolCache.h"
 
@@ -55,7 +55,7 @@ void drawButton(QPainter& painter, const QStyleOption& option, const QWidget* wi
     if (enabled && (option.state & (QStyle::State_Sunken | QStyle::State_On)))
         fill = theme.buttonPressed;
     else if (enabled)
-        fill = blended(theme.button, theme.buttonHover, hoverShare(widget));
+        fill = blended(theme.button, theme.buttonHover, widget != nullptr ? hoverShare(*widget) : 0);
     painter.save();
     if (!enabled)
         painter.setOpacity(painter.opacity() * kDisabledOpacity);
@@ -222,7 +222,7 @@ QIcon WindowStyle::standardIcon(StandardPixmap icon, const QStyleOption* option,
 void WindowStyle::polish(QWidget* widget) {
     QProxyStyle::polish(widget);
     if (qobject_cast<QAbstractButton*>(widget) != nullptr || qobject_cast<QComboBox*>(widget) != nullptr)
-        fadeOnHover(widget);
+        fadeOnHover(*widget);
 }
 
 void applyWindowStyle(QWidget* root) {

@@ -2,8 +2,8 @@
 
 #include "Quillmoth/Shell/Editor/PresetListView.h"
 #include "Quillmoth/Shell/Editor/SegmentButton.h"
-#include "Quillmoth/Shell/Looks/HoverFade.h"
 #include "Quillmoth/Shell/Looks/Lengths.h"
+#include "Quillmoth/Shell/Looks/Motion.h"
 #include "Quillmoth/Shell/Looks/Palette.h"
 
 #include <QButtonGroup>
@@ -25,10 +25,7 @@ constexpr double kRadius = 6;
 /// "+ Add": a row without a frame.
 class AddButton final : public QPushButton {
 public:
-    AddButton() : QPushButton("+ Add") {
-        setFixedHeight(window::kRowHeight);
-        setAttribute(Qt::WA_Hover);
-    }
+    AddButton() : QPushButton("+ Add") { setFixedHeight(window::kRowHeight); }
 
 protected:
     void paintEvent(QPaintEvent* /*event*/) override {
@@ -37,7 +34,7 @@ protected:
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(Qt::NoPen);
         painter.setBrush(isDown() ? theme.rowSelected : theme.rowHovered);
-        painter.setOpacity(isDown() ? 1 : hoverShare(this));
+        painter.setOpacity(isDown() ? 1 : hoverShare(*this));
         painter.drawRoundedRect(rect(), kRadius, kRadius);
         painter.setOpacity(1);
         QFont medium = font();

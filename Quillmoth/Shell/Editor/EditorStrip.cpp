@@ -1,7 +1,7 @@
 #include "Quillmoth/Shell/Editor/EditorStrip.h"
 
 #include "Quillmoth/Shell/Looks/Fonts.h"
-#include "Quillmoth/Shell/Looks/HoverFade.h"
+#include "Quillmoth/Shell/Looks/Motion.h"
 #include "Quillmoth/Shell/Looks/Palette.h"
 #include "Quillmoth/Shell/Looks/SymbolCache.h"
 
@@ -43,7 +43,6 @@ void ElidedTitle::paintEvent(QPaintEvent* /*event*/) {
 StripButton::StripButton(const QString& symbol) : symbol_(symbol) {
     setFixedSize(kButton);
     setFocusPolicy(Qt::TabFocus);
-    setAttribute(Qt::WA_Hover);
 }
 
 void StripButton::paintEvent(QPaintEvent* /*event*/) {
@@ -52,7 +51,7 @@ void StripButton::paintEvent(QPaintEvent* /*event*/) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(isDown() ? theme.buttonPressed : theme.buttonHover);
-    painter.setOpacity(isDown() ? 1 : hoverShare(this));
+    painter.setOpacity(isDown() ? 1 : hoverShare(*this));
     painter.drawRoundedRect(rect(), kButtonRadius, kButtonRadius);
     painter.setOpacity(1);
     if (!symbol_.isEmpty())

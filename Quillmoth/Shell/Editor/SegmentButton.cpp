@@ -2,7 +2,7 @@
 
 #include "Foundation/Qt/Transition.h"
 #include "Quillmoth/Shell/Looks/Fonts.h"
-#include "Quillmoth/Shell/Looks/HoverFade.h"
+#include "Quillmoth/Shell/Looks/Motion.h"
 #include "Quillmoth/Shell/Looks/Palette.h"
 #include "Quillmoth/Shell/Looks/SymbolCache.h"
 
@@ -26,7 +26,6 @@ constexpr double kBarRadius = 8;
 SegmentButton::SegmentButton(const QString& text, const QString& symbol)
     : QRadioButton(text), symbol_(symbol) {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    setAttribute(Qt::WA_Hover);
 }
 
 QSize SegmentButton::sizeHint() const {
@@ -45,7 +44,7 @@ void SegmentButton::paintEvent(QPaintEvent* /*event*/) {
     QFont textFont = font();
     textFont.setWeight(isChecked() ? QFont::Medium : QFont::Normal);
     painter.setFont(textFont);
-    const QColor color = isChecked() ? theme.text : blended(theme.text2, theme.text, hoverShare(this));
+    const QColor color = isChecked() ? theme.text : blended(theme.text2, theme.text, hoverShare(*this));
     const int textWidth = QFontMetrics(textFont).horizontalAdvance(text());
     const int left = (width() - kSymbol - kGap - textWidth) / 2;
     windowSymbols().draw(painter, symbol_, QPointF(left, (height() - kSymbol) / 2), kSymbol, color);

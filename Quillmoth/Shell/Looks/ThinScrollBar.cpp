@@ -1,6 +1,7 @@
 #include "Quillmoth/Shell/Looks/ThinScrollBar.h"
 
 #include "Foundation/Qt/Transition.h"
+#include "Quillmoth/Shell/Looks/Motion.h"
 #include "Quillmoth/Shell/Looks/Palette.h"
 
 #include <QMouseEvent>
@@ -25,6 +26,7 @@ ThinScrollBar::ThinScrollBar(QWidget* parent) : QAbstractSlider(parent) {
     setSingleStep(kWheelStep / 3);
     setAccessibleName(QStringLiteral("Scroll bar"));
     setCursor(Qt::ArrowCursor);
+    fadeOnHover(*this, motion::kScrollBar);
     hide();
 }
 
@@ -44,7 +46,7 @@ QRectF ThinScrollBar::thumb() const {
     const double length =
         qMin(track, qMax(kLeastThumb, track * pageStep() / qMax(1, pageStep() + maximum())));
     const double top = maximum() > 0 ? (track - length) * value() / maximum() : 0;
-    const double wide = isSliderDown() ? 1 : hover_.value();
+    const double wide = isSliderDown() ? 1 : hoverShare(*this);
     return {width() - 7 - wide, kEnds + top, 4 + 2 * wide, length};
 }
 
@@ -52,18 +54,11 @@ void ThinScrollBar::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(isSliderDown() ? kPanelTheme.thumbDragged
-                                    : blended(kPanelTheme.thumb, kPanelTheme.thumbHovered, hover_.value()));
+    painter.setBrush(isSliderDown()
+                         ? kPanelTheme.thumbDragged
+                         : blended(kPanelTheme.thumb, kPanelTheme.thumbHovered, hoverShare(*this)));
     const QRectF shape = thumb();
     painter.drawRoundedRect(shape, shape.width() / 2, shape.width() / 2);
-}
-
-void ThinScrollBar::enterEvent(QEnterEvent*) {
-    hover_.moveTo(1);
-}
-
-void ThinScrollBar::leaveEvent(QEvent*) {
-    hover_.moveTo(0);
 }
 
 void ThinScrollBar::mousePressEvent(QMouseEvent* event) {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "Foundation/Qt/Transition.h"
-
 #include <QAbstractSlider>
 
 namespace quillmoth {
@@ -22,8 +20,6 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    void enterEvent(QEnterEvent* event) override;
-    void leaveEvent(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -31,7 +27,6 @@ protected:
 private:
     [[nodiscard]] double travel() const;
 
-    Transition hover_{*this, 120};
     double grabbedAt_ = 0;
 };
 

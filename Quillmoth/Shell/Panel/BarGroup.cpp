@@ -3,6 +3,7 @@
 #include "Foundation/Qt/Transition.h"
 #include "Quillmoth/Shell/Looks/Fonts.h"
 #include "Quillmoth/Shell/Looks/Lengths.h"
+#include "Quillmoth/Shell/Looks/Motion.h"
 #include "Quillmoth/Shell/Looks/Palette.h"
 
 #include <QFontMetricsF>
@@ -39,6 +40,7 @@ BarGroup::BarGroup(SymbolCache& symbols, Description description, QWidget* paren
     setFocusPolicy(Qt::TabFocus);
     setAutoDefault(true);
     setCursor(Qt::ArrowCursor);
+    fadeOnHover(*this);
 }
 
 void BarGroup::setLabel(const QString& label) {
@@ -64,7 +66,7 @@ QSize BarGroup::sizeHint() const {
 
 void BarGroup::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    const double hovered = isDown() ? 0 : hover_.value();
+    const double hovered = isDown() ? 0 : hoverShare(*this);
     int x = kGroupPadding;
     const int labelLeft = x + (description_.symbolsFirst ? symbolsWidth() + kLabelGap : 0);
     painter.setPen(blended(kPanelTheme.gray, kPanelTheme.barHovered, hovered));
@@ -86,26 +88,17 @@ void BarGroup::paintEvent(QPaintEvent*) {
         drawFocusLine(painter, rect());
 }
 
-void BarGroup::enterEvent(QEnterEvent* event) {
-    QPushButton::enterEvent(event);
-    hover_.moveTo(1);
-}
-
-void BarGroup::leaveEvent(QEvent* event) {
-    QPushButton::leaveEvent(event);
-    hover_.moveTo(0);
-}
-
 BarSwitch::BarSwitch(const QString& label, const QString& keys, QWidget* parent) : QCheckBox(label, parent) {
     setFont(textFont(kFontSize));
     setFocusPolicy(Qt::TabFocus);
     setAccessibleName(QStringLiteral("%1, %2").arg(label, keys));
     setCursor(Qt::ArrowCursor);
+    fadeOnHover(*this);
 }
 
 void BarSwitch::setOn(bool on) {
     setChecked(on);
-    knob_.moveTo(on ? 1 : 0);
+    knob_.moveTo(on ? 1 : 0, motion::kSwitch);
 }
 
 void BarSwitch::setActive(bool active) {
@@ -128,7 +121,7 @@ bool BarSwitch::hitButton(const QPoint& position) const {
 void BarSwitch::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(blended(kPanelTheme.gray, kPanelTheme.barHovered, hover_.value()));
+    painter.setPen(blended(kPanelTheme.gray, kPanelTheme.barHovered, hoverShare(*this)));
     painter.drawText(QRect(kGroupPadding, 0, labelWidth() + 1, height()), Qt::AlignVCenter | Qt::AlignLeft,
                      text());
 
@@ -146,20 +139,10 @@ void BarSwitch::paintEvent(QPaintEvent*) {
     }
     painter.setBrush(blended(kPanelTheme.switchOff, onColor, on));
     painter.drawRoundedRect(track, kSwitchHeight / 2.0, kSwitchHeight / 2.0);
-    painter.setBrush(blended(kPanelTheme.switchKnob, kPanelTheme.white, std::max(on, hover_.value())));
+    painter.setBrush(blended(kPanelTheme.switchKnob, kPanelTheme.white, std::max(on, hoverShare(*this))));
     const double travel = kSwitchWidth - kKnob - 2 * kKnobInset;
     painter.drawEllipse(
         QRectF(track.left() + kKnobInset + on * travel, track.top() + kKnobInset, kKnob, kKnob));
-}
-
-void BarSwitch::enterEvent(QEnterEvent* event) {
-    QCheckBox::enterEvent(event);
-    hover_.moveTo(1);
-}
-
-void BarSwitch::leaveEvent(QEvent* event) {
-    QCheckBox::leaveEvent(event);
-    hover_.moveTo(0);
 }
 
 } // namespace quillmoth

@@ -27,8 +27,6 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    void enterEvent(QEnterEvent* event) override;
-    void leaveEvent(QEvent* event) override;
 
 private:
     [[nodiscard]] int labelWidth() const;
@@ -36,7 +34,6 @@ private:
 
     SymbolCache& symbols_;
     Description description_;
-    Transition hover_{*this, 90};
 };
 
 /// The switch of the bottom bar, with its label in front of it.
@@ -53,14 +50,11 @@ public:
 protected:
     void paintEvent(QPaintEvent* event) override;
     [[nodiscard]] bool hitButton(const QPoint& position) const override;
-    void enterEvent(QEnterEvent* event) override;
-    void leaveEvent(QEvent* event) override;
 
 private:
     [[nodiscard]] int labelWidth() const;
 
-    Transition hover_{*this, 90};
-    Transition knob_{*this, 140};
+    Transition knob_{*this};
     bool active_ = true;
 };
 

@@ -2,6 +2,7 @@
 
 #include "Foundation/Qt/Transition.h"
 #include "Quillmoth/Shell/Looks/Fonts.h"
+#include "Quillmoth/Shell/Looks/Motion.h"
 #include "Quillmoth/Shell/Looks/Palette.h"
 
 #include <QKeyEvent>
@@ -94,6 +95,7 @@ private:
 
 BracketField::BracketField(std::int64_t id, const QString& text, QWidget* parent)
     : QWidget(parent), id_(id), edit_(new Edit(*this)) {
+    fadeOnHover(*this);
     setText(text);
     edit_->setAccessibleName(onOneLine(text));
     edit_->onEdited = [this] {
@@ -135,7 +137,7 @@ void BracketField::paintEvent(QPaintEvent*) {
         painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), kRadius, kRadius);
         return;
     }
-    painter.setPen(QPen(blended(kPanelTheme.fieldEdge, kPanelTheme.fieldEdgeHovered, hover_.value()), 1));
+    painter.setPen(QPen(blended(kPanelTheme.fieldEdge, kPanelTheme.fieldEdgeHovered, hoverShare(*this)), 1));
     painter.drawRoundedRect(
         QRectF(rect()).adjusted(kOutside + 0.5, kOutside + 0.5, -kOutside - 0.5, -kOutside - 0.5), kRadius,
         kRadius);
@@ -145,14 +147,6 @@ void BracketField::paintEvent(QPaintEvent*) {
 void BracketField::mousePressEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton)
         edit_->setFocus(Qt::MouseFocusReason);
-}
-
-void BracketField::enterEvent(QEnterEvent*) {
-    hover_.moveTo(1);
-}
-
-void BracketField::leaveEvent(QEvent*) {
-    hover_.moveTo(0);
 }
 
 } // namespace quillmoth

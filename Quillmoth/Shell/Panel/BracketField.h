@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Foundation/Qt/Transition.h"
 #include "Quillmoth/Shell/Panel/PanelTextEdit.h"
 
 #include <cstdint>
@@ -33,15 +32,12 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
-    void enterEvent(QEnterEvent* event) override;
-    void leaveEvent(QEvent* event) override;
 
 private:
     class Edit;
 
     std::int64_t id_;
     Edit* edit_;
-    Transition hover_{*this, 90};
     bool active_ = true;
 };
 

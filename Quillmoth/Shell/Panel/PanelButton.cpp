@@ -2,6 +2,7 @@
 
 #include "Foundation/Qt/Transition.h"
 #include "Quillmoth/Shell/Looks/Fonts.h"
+#include "Quillmoth/Shell/Looks/Motion.h"
 #include "Quillmoth/Shell/Looks/Palette.h"
 
 #include <QFontMetrics>
@@ -25,6 +26,7 @@ PanelButton::PanelButton(const QString& text, QWidget* parent) : QPushButton(tex
     setCursor(Qt::ArrowCursor);
     setAutoDefault(true);
     setAccessibleName(text);
+    fadeOnHover(*this);
 }
 
 QSize PanelButton::sizeHint() const {
@@ -35,7 +37,7 @@ void PanelButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QColor fill = isDown() ? kPanelTheme.buttonPressed
-                                 : blended(kPanelTheme.button, kPanelTheme.buttonHovered, hover_.value());
+                                 : blended(kPanelTheme.button, kPanelTheme.buttonHovered, hoverShare(*this));
     painter.setBrush(fill);
     const bool ring = hasFocus();
     painter.setPen(ring ? QPen(kPanelTheme.accent, kRing) : QPen(Qt::NoPen));
@@ -43,16 +45,6 @@ void PanelButton::paintEvent(QPaintEvent*) {
     painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), kRadius, kRadius);
     painter.setPen(isDown() ? kPanelTheme.buttonPressedText : kPanelTheme.text);
     painter.drawText(rect(), Qt::AlignCenter, text());
-}
-
-void PanelButton::enterEvent(QEnterEvent* event) {
-    QPushButton::enterEvent(event);
-    hover_.moveTo(1);
-}
-
-void PanelButton::leaveEvent(QEvent* event) {
-    QPushButton::leaveEvent(event);
-    hover_.moveTo(0);
 }
 
 } // namespace quillmoth

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "Foundation/Qt/Transition.h"
-
 #include <QPushButton>
 
 namespace quillmoth {
@@ -17,11 +15,6 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
-    void enterEvent(QEnterEvent* event) override;
-    void leaveEvent(QEvent* event) override;
-
-private:
-    Transition hover_{*this, 90};
 };
 
 } // namespace quillmoth

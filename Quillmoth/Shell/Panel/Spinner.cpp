@@ -37,8 +37,8 @@ void Spinner::advance() {
 }
 
 void Spinner::showEvent(QShowEvent*) {
-    timer_.start(animates(*this) ? kFrameMilliseconds
-                                 : static_cast<int>(kMillisecondsATurn / kStepsWithoutAnimation));
+    timer_.start(animates(this) ? kFrameMilliseconds
+                                : static_cast<int>(kMillisecondsATurn / kStepsWithoutAnimation));
 }
 
 void Spinner::hideEvent(QHideEvent*) {
