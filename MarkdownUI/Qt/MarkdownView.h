@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MarkdownUI/Qt/ClickCounter.h"
+#include "Foundation/Qt/ClickCounter.h"
 #include "MarkdownUI/Qt/HoverFade.h"
 #include "MarkdownUI/Qt/MarkdownHost.h"
 #include "MarkdownUI/Qt/MarkdownItem.h"

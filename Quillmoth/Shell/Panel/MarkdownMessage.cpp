@@ -112,7 +112,7 @@ void MarkdownMessage::paintEvent(QPaintEvent* event) {
 }
 
 void MarkdownMessage::press(QMouseEvent* event) {
-    const int clicks = clicks_.count(*event);
+    const int clicks = clicks_.countPress(*event);
     if (event->button() != Qt::LeftButton || !item_.isInteractiveAt(event->position())) {
         // The panel is dragged by what is no text and no control.
         event->ignore();

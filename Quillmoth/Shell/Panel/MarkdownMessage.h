@@ -1,9 +1,9 @@
 #pragma once
 
+#include "Foundation/Qt/ClickCounter.h"
 #include "MarkdownUI/Qt/MarkdownHost.h"
 #include "MarkdownUI/Qt/MarkdownItem.h"
 #include "MarkdownUI/Qt/MarkdownServices.h"
-#include "Quillmoth/Shell/Panel/ClickRun.h"
 #include "Quillmoth/Shell/Panel/MessageContent.h"
 
 namespace quillmoth {
@@ -59,7 +59,7 @@ private:
     bool focusNextControl(bool isNext);
 
     OpenLink openLink_;
-    ClickRun clicks_;
+    ClickCounter clicks_;
     // Asking for a height sets the width; the text is the same.
     mutable markdown::MarkdownItem item_;
     std::string text_;

@@ -151,7 +151,7 @@ void PanelTextEdit::mousePressEvent(QMouseEvent* event) {
         return;
     }
     qApp->inputMethod()->commit();
-    if (clicks_.count(*event) == 3)
+    if (clicks_.countPress(*event) == 3)
         selectLine(event->position().toPoint());
     else if (event->modifiers() & Qt::ShiftModifier)
         selectTo(event->position().toPoint());
@@ -168,7 +168,7 @@ void PanelTextEdit::selectLine(QPoint position) {
 }
 
 void PanelTextEdit::mouseMoveEvent(QMouseEvent* event) {
-    if ((event->buttons() & Qt::LeftButton) && clicks_.last() == 1)
+    if ((event->buttons() & Qt::LeftButton) && clicks_.count() == 1)
         selectTo(event->position().toPoint());
 }
 
@@ -178,7 +178,7 @@ void PanelTextEdit::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void PanelTextEdit::mouseDoubleClickEvent(QMouseEvent* event) {
-    clicks_.count(*event);
+    clicks_.countPress(*event);
     QTextCursor cursor = cursorForPosition(event->position().toPoint());
     cursor.select(QTextCursor::WordUnderCursor);
     setTextCursor(cursor);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Quillmoth/Shell/Panel/ClickRun.h"
+#include "Foundation/Qt/ClickCounter.h"
 
 #include <QTextEdit>
 #include <QTimer>
@@ -64,7 +64,7 @@ private:
 
     int lineHeight_;
     QTimer blink_;
-    ClickRun clicks_;
+    ClickCounter clicks_;
     bool caretShown_ = true;
     bool caretLit_ = true;
     bool settingText_ = false;

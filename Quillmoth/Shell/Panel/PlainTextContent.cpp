@@ -125,14 +125,14 @@ void PlainTextContent::mousePressEvent(QMouseEvent* event) {
     if (onSelectionBegun)
         onSelectionBegun();
     const int position = column_.positionAt(event->position());
-    if (clicks_.count(*event) == 3)
+    if (clicks_.countPress(*event) == 3)
         selectParagraph(position);
     else
         select(event->modifiers() & Qt::ShiftModifier ? anchor_ : position, position);
 }
 
 void PlainTextContent::mouseMoveEvent(QMouseEvent* event) {
-    if (!(event->buttons() & Qt::LeftButton) || clicks_.last() > 1)
+    if (!(event->buttons() & Qt::LeftButton) || clicks_.count() > 1)
         return;
     select(anchor_, column_.positionAt(event->position()));
     const QRectF line = column_.lineRectAt(position_);
@@ -141,7 +141,7 @@ void PlainTextContent::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void PlainTextContent::mouseDoubleClickEvent(QMouseEvent* event) {
-    clicks_.count(*event);
+    clicks_.countPress(*event);
     selectWord(column_.positionAt(event->position()));
 }
 

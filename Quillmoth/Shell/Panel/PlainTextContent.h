@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Quillmoth/Shell/Panel/ClickRun.h"
+#include "Foundation/Qt/ClickCounter.h"
 #include "Quillmoth/Shell/Panel/MessageContent.h"
 #include "Quillmoth/Shell/Panel/TextColumn.h"
 
@@ -47,7 +47,7 @@ private:
     // Asking for a height sets the width; the text is the same.
     mutable TextColumn column_;
     mutable QBasicTimer rest_;
-    ClickRun clicks_;
+    ClickCounter clicks_;
     QColor color_;
     Qt::Alignment alignment_ = Qt::AlignLeft;
     double fontSize_ = 16;
