@@ -5,6 +5,7 @@
 #include "Quillmoth/Shell/Looks/Motion.h"
 #include "Quillmoth/Shell/Looks/Palette.h"
 #include "Quillmoth/Shell/Looks/SymbolCache.h"
+#include "Quillmoth/Shell/Looks/ThinScrollBar.h"
 
 #include <QAbstractItemView>
 #include <QPainter>
@@ -131,6 +132,7 @@ void RoundedRectangleButton::paintEvent(QPaintEvent*) {
 ModelPicker::ModelPicker() {
     setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+    view()->setVerticalScrollBar(new ThinScrollBar(ThinScrollBar::Place::window));
     connect(this, &QComboBox::textActivated, this, [this](const QString& model) {
         if (onChoice)
             onChoice(model);

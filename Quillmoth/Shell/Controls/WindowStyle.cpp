@@ -28,7 +28,6 @@ constexpr int kPickerLeft = 12;
 constexpr int kPickerRight = 9;
 constexpr int kPickerGap = 18;
 constexpr int kChevron = 13;
-constexpr int kScrollBar = 10;
 constexpr int kAlertIcon = 40;
 // The line edit itself adds two pixels.
 constexpr int kFieldPadding = 7;
@@ -74,19 +73,6 @@ void drawField(QPainter& painter, const QStyleOption& option) {
     painter.fillRect(
         QRectF(rect.left() + kFieldRadius, rect.bottom() - 1, rect.width() - 2 * kFieldRadius, 1),
         theme.fieldBottom);
-}
-
-/// The thumb alone.
-void drawScrollBar(QPainter& painter, const QStyleOptionComplex& option, const QRect& thumb) {
-    QColor color = windowTheme(option.palette).text3;
-    color.setAlphaF(option.state & QStyle::State_MouseOver ? 0.9F : 0.55F);
-    painter.save();
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(color);
-    const double radius = std::min(thumb.width(), thumb.height()) / 2.0 - 2;
-    painter.drawRoundedRect(QRectF(thumb).adjusted(2, 2, -2, -2), radius, radius);
-    painter.restore();
 }
 
 void drawPicker(QPainter& painter, const QStyleOptionComboBox& option, const QWidget* widget) {
@@ -170,8 +156,6 @@ void WindowStyle::drawComplexControl(ComplexControl control, const QStyleOptionC
     const auto* picker = qstyleoption_cast<const QStyleOptionComboBox*>(option);
     if (control == CC_ComboBox && picker != nullptr)
         drawPicker(*painter, *picker, widget);
-    else if (control == CC_ScrollBar)
-        drawScrollBar(*painter, *option, subControlRect(CC_ScrollBar, option, SC_ScrollBarSlider, widget));
     else
         QProxyStyle::drawComplexControl(control, option, painter, widget);
 }
@@ -202,8 +186,6 @@ int WindowStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, con
     switch (metric) {
     case PM_MessageBoxIconSize:
         return kAlertIcon;
-    case PM_ScrollBarExtent:
-        return kScrollBar;
     case PM_ButtonShiftHorizontal:
     case PM_ButtonShiftVertical:
         return 0;

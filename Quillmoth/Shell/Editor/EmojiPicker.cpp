@@ -3,7 +3,7 @@
 #include "Quillmoth/Shell/Controls/WindowStyle.h"
 #include "Quillmoth/Shell/Looks/Fonts.h"
 #include "Quillmoth/Shell/Looks/Palette.h"
-#include "Quillmoth/Shell/Looks/SlimScrollBar.h"
+#include "Quillmoth/Shell/Looks/ThinScrollBar.h"
 
 #include <QKeyEvent>
 #include <QScreen>
@@ -88,9 +88,9 @@ EmojiPicker::EmojiPicker(QWidget& anchor, const QString& current, Choice choose)
     setResizeMode(Adjust);
     setUniformItemSizes(true);
     setGridSize({kCell, kCell});
-    setVerticalScrollBar(new SlimScrollBar);
+    setVerticalScrollBar(new ThinScrollBar(ThinScrollBar::Place::window));
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    setFixedSize(kColumns * kCell + SlimScrollBar::kWidth + 2 * kFrame, kRows * kCell + 2 * kFrame);
+    setFixedSize(kColumns * kCell + ThinScrollBar::kWidth + 2 * kFrame, kRows * kCell + 2 * kFrame);
     for (const char32_t character : kEmoji) {
         const QString name = nameOf(character);
         auto* item = new QListWidgetItem(emojiOf(character), this);

@@ -2,7 +2,7 @@
 
 #include "Quillmoth/Shell/Looks/Fonts.h"
 #include "Quillmoth/Shell/Looks/Palette.h"
-#include "Quillmoth/Shell/Looks/SlimScrollBar.h"
+#include "Quillmoth/Shell/Looks/ThinScrollBar.h"
 
 #include <QKeyEvent>
 #include <QPainter>
@@ -87,7 +87,7 @@ TextArea::TextArea(int height) : height_(height), box_(new AreaBox(this)) {
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     setFrameShape(NoFrame);
     setViewportMargins(kAreaMargins);
-    setVerticalScrollBar(new SlimScrollBar);
+    setVerticalScrollBar(new ThinScrollBar(ThinScrollBar::Place::window));
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     viewport()->setAutoFillBackground(false);
     box_->lower();

@@ -3,7 +3,7 @@
 #include "Quillmoth/Shell/Editor/EmojiPicker.h"
 #include "Quillmoth/Shell/Editor/PresetFields.h"
 #include "Quillmoth/Shell/Looks/Palette.h"
-#include "Quillmoth/Shell/Looks/SlimScrollBar.h"
+#include "Quillmoth/Shell/Looks/ThinScrollBar.h"
 
 #include <QButtonGroup>
 #include <QEvent>
@@ -84,7 +84,7 @@ PresetForm::PresetForm(PromptEditorView& view, std::function<void()> changed)
     setWidgetResizable(true);
     setFrameShape(NoFrame);
     setFocusPolicy(Qt::NoFocus);
-    setVerticalScrollBar(new SlimScrollBar);
+    setVerticalScrollBar(new ThinScrollBar(ThinScrollBar::Place::window));
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
 }
 
@@ -215,7 +215,7 @@ void PresetForm::showType(const std::string& type) {
 }
 
 QSize PresetForm::minimumSizeHint() const {
-    return {widget()->minimumSizeHint().width() + SlimScrollBar::kWidth,
+    return {widget()->minimumSizeHint().width() + ThinScrollBar::kWidth,
             QScrollArea::minimumSizeHint().height()};
 }
 

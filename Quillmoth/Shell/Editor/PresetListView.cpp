@@ -5,7 +5,7 @@
 #include "Quillmoth/Shell/Looks/Lengths.h"
 #include "Quillmoth/Shell/Looks/OwnKeys.h"
 #include "Quillmoth/Shell/Looks/Palette.h"
-#include "Quillmoth/Shell/Looks/SlimScrollBar.h"
+#include "Quillmoth/Shell/Looks/ThinScrollBar.h"
 
 #include <QApplication>
 #include <QKeyEvent>
@@ -33,7 +33,7 @@ PresetListView::PresetListView(PresetListModel& rows, Callbacks callbacks)
     setFrameShape(NoFrame);
     setUniformItemSizes(true);
     setVerticalScrollMode(ScrollPerPixel);
-    setVerticalScrollBar(new SlimScrollBar);
+    setVerticalScrollBar(new ThinScrollBar(ThinScrollBar::Place::window));
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Maximum);
     setEditTriggers(NoEditTriggers);

@@ -27,6 +27,10 @@ QColor opaque(const QColor& color, const QColor& under, double opacity = 1) {
                             mix(color.blueF(), under.blueF()));
 }
 
+ThumbColors thumbOf(QRgb text) {
+    return {.rest = rgb(text, 0.28), .hovered = rgb(text, 0.46), .dragged = rgb(text, 0.60)};
+}
+
 WindowTheme makeLight() {
     return {.base = rgb(0xF6F6F8),
             .side = rgb(0xECECF0),
@@ -52,7 +56,8 @@ WindowTheme makeLight() {
             .switchOff = black(0.16),
             .red = rgb(0xC4332B),
             .green = rgb(0x1E7B3A),
-            .link = rgb(0x2563C9)};
+            .link = rgb(0x2563C9),
+            .thumb = thumbOf(0x1D1D22)};
 }
 
 WindowTheme makeDark() {
@@ -80,7 +85,8 @@ WindowTheme makeDark() {
             .switchOff = white(0.20),
             .red = rgb(0xFF6B63),
             .green = rgb(0x57C97A),
-            .link = rgb(0x6CB4FF)};
+            .link = rgb(0x6CB4FF),
+            .thumb = thumbOf(0xF2F2F7)};
 }
 
 QPalette makePalette(const WindowTheme& theme) {

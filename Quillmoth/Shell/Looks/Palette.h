@@ -5,6 +5,11 @@
 
 namespace quillmoth {
 
+/// Of the thumb of a scroll bar.
+struct ThumbColors {
+    QColor rest, hovered, dragged;
+};
+
 /// The colours of the panel, made opaque over its base. The panel is dark on every desktop.
 struct PanelTheme {
     QColor base{0x1C, 0x1C, 0x21};
@@ -28,9 +33,7 @@ struct PanelTheme {
     QColor buttonHovered{0x40, 0x40, 0x45};
     QColor buttonPressed{0x2A, 0x2A, 0x2E};
     QColor buttonPressedText{0xC8, 0xC8, 0xD0};
-    QColor thumb{0x5C, 0x5C, 0x5F};
-    QColor thumbHovered{0x84, 0x84, 0x87};
-    QColor thumbDragged{0xA4, 0xA4, 0xA6};
+    ThumbColors thumb{{0x5C, 0x5C, 0x5F}, {0x84, 0x84, 0x87}, {0xA4, 0xA4, 0xA6}};
     QColor switchOff{0x45, 0x45, 0x49};
     QColor switchIdle{0x6B, 0x6B, 0x76};
     QColor switchKnob{0xD8, 0xD8, 0xE0};
@@ -45,6 +48,7 @@ struct WindowTheme {
     QColor base, side, card, text, text2, text3, divider, field, fieldEdge, fieldBottom, button, buttonEdge,
         buttonHover, buttonPressed, segment, segmentOn, rowSelected, rowHovered, indigo, indigoText, ring,
         switchOff, red, green, link;
+    ThumbColors thumb;
 };
 
 [[nodiscard]] const WindowTheme& windowTheme(bool dark);

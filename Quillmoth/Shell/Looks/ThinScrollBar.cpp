@@ -19,15 +19,19 @@ constexpr int kUngrabbed = 3;
 
 } // namespace
 
-ThinScrollBar::ThinScrollBar(QWidget* parent) : QAbstractSlider(parent) {
-    setOrientation(Qt::Vertical);
-    setFocusPolicy(Qt::NoFocus);
+ThinScrollBar::ThinScrollBar(Place place, QWidget* parent) : QScrollBar(Qt::Vertical, parent), place_(place) {
     setAttribute(Qt::WA_OpaquePaintEvent, false);
     setSingleStep(kWheelStep / 3);
     setAccessibleName(QStringLiteral("Scroll bar"));
+    setContextMenuPolicy(Qt::NoContextMenu);
     setCursor(Qt::ArrowCursor);
     fadeOnHover(*this, motion::kScrollBar);
-    hide();
+    if (place == Place::panel)
+        hide();
+}
+
+QSize ThinScrollBar::sizeHint() const {
+    return {kWidth, QScrollBar::sizeHint().height()};
 }
 
 void ThinScrollBar::setExtent(int content, int seen) {
@@ -50,28 +54,32 @@ QRectF ThinScrollBar::thumb() const {
     return {width() - 7 - wide, kEnds + top, 4 + 2 * wide, length};
 }
 
+QColor ThinScrollBar::color() const {
+    const ThumbColors& colors = place_ == Place::panel ? kPanelTheme.thumb : windowTheme(palette()).thumb;
+    return isSliderDown() ? colors.dragged : blended(colors.rest, colors.hovered, hoverShare(*this));
+}
+
 void ThinScrollBar::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(isSliderDown()
-                         ? kPanelTheme.thumbDragged
-                         : blended(kPanelTheme.thumb, kPanelTheme.thumbHovered, hoverShare(*this)));
+    painter.setBrush(color());
     const QRectF shape = thumb();
     painter.drawRoundedRect(shape, shape.width() / 2, shape.width() / 2);
 }
 
 void ThinScrollBar::mousePressEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton || event->position().x() >= width() - kUngrabbed) {
+    const int ungrabbed = place_ == Place::panel ? kUngrabbed : 0;
+    if (event->button() != Qt::LeftButton || event->position().x() >= width() - ungrabbed) {
         event->ignore();
         return;
     }
     const double y = event->position().y();
-    if (y < thumb().top())
-        triggerAction(SliderPageStepSub);
-    else if (y > thumb().bottom())
-        triggerAction(SliderPageStepAdd);
-    else {
+    if (y < thumb().top() || y > thumb().bottom()) {
+        const SliderAction page = y < thumb().top() ? SliderPageStepSub : SliderPageStepAdd;
+        triggerAction(page);
+        setRepeatAction(page);
+    } else {
         grabbedAt_ = y - thumb().top();
         setSliderDown(true);
         update();
@@ -84,6 +92,7 @@ void ThinScrollBar::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void ThinScrollBar::mouseReleaseEvent(QMouseEvent*) {
+    setRepeatAction(SliderNoAction);
     setSliderDown(false);
     update();
 }

@@ -1,22 +1,27 @@
 #pragma once
 
-#include <QAbstractSlider>
+#include <QScrollBar>
 
 namespace quillmoth {
 
-/// A vertical scroll bar without track and arrows, which lies in the padding beside what it scrolls. It is
-/// hidden while everything fits.
-class ThinScrollBar final : public QAbstractSlider {
+/// A vertical scroll bar that is a thumb with round ends, without track and arrows.
+class ThinScrollBar final : public QScrollBar {
 public:
-    /// Where it can be seen and grabbed.
+    /// How wide it is, with what is free on both sides of the thumb.
     static constexpr int kWidth = 10;
 
-    explicit ThinScrollBar(QWidget* parent);
+    /// What it stands in, which gives the colours. In the panel it lies in the padding beside what it
+    /// scrolls; the outermost pixels belong to the resizing there, and do not grab it.
+    enum class Place { window, panel };
 
-    /// How high the content and the part of it that is seen are.
+    explicit ThinScrollBar(Place place, QWidget* parent = nullptr);
+
+    /// How high the content and the part of it that is seen are. Hides the bar while everything fits.
     void setExtent(int content, int seen);
 
     [[nodiscard]] QRectF thumb() const;
+
+    [[nodiscard]] QSize sizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -26,7 +31,9 @@ protected:
 
 private:
     [[nodiscard]] double travel() const;
+    [[nodiscard]] QColor color() const;
 
+    Place place_;
     double grabbedAt_ = 0;
 };
 

@@ -15,7 +15,7 @@ constexpr int kSpinnerLeft = 10;
 CommandArea::CommandArea(std::shared_ptr<FloatingViewController> controller, QWidget* parent)
     : QWidget(parent), controller_(std::move(controller)), field_(new CommandField(controller_, this)),
       back_(new PanelButton(QStringLiteral("Back"), this)), spinner_(new Spinner(this)),
-      bar_(new ThinScrollBar(this)) {
+      bar_(new ThinScrollBar(ThinScrollBar::Place::panel, this)) {
     back_->hide();
     QObject::connect(back_, &QAbstractButton::clicked, this, [this] { controller_->backClicked(); });
     QScrollBar* hidden = field_->verticalScrollBar();

@@ -1,6 +1,5 @@
 #include "Quillmoth/Shell/Panel/PanelAccessibility.h"
 
-#include "Quillmoth/Shell/Looks/ThinScrollBar.h"
 #include "Quillmoth/Shell/Panel/BottomBar.h"
 #include "Quillmoth/Shell/Panel/ConversationView.h"
 #include "Quillmoth/Shell/Panel/FormView.h"
@@ -38,31 +37,6 @@ public:
         state.invisible = true;
         return state;
     }
-};
-
-/// A scroll bar, with its value.
-class ScrollBarAccessible final : public QAccessibleWidget, public QAccessibleValueInterface {
-public:
-    explicit ScrollBarAccessible(ThinScrollBar& bar)
-        : QAccessibleWidget(&bar, QAccessible::ScrollBar, bar.accessibleName()) {}
-
-    void* interface_cast(QAccessible::InterfaceType type) override {
-        return type == QAccessible::ValueInterface ? static_cast<QAccessibleValueInterface*>(this)
-                                                   : QAccessibleWidget::interface_cast(type);
-    }
-
-    [[nodiscard]] QVariant currentValue() const override { return bar().value(); }
-
-    void setCurrentValue(const QVariant& value) override { bar().setValue(value.toInt()); }
-
-    [[nodiscard]] QVariant maximumValue() const override { return bar().maximum(); }
-
-    [[nodiscard]] QVariant minimumValue() const override { return bar().minimum(); }
-
-    [[nodiscard]] QVariant minimumStepSize() const override { return bar().singleStep(); }
-
-private:
-    [[nodiscard]] ThinScrollBar& bar() const { return *static_cast<ThinScrollBar*>(widget()); }
 };
 
 /// A line of a menu.
@@ -109,8 +83,6 @@ QAccessibleInterface* makeInterface(const QString&, QObject* object) {
         return new TextAccessible(*text);
     if (auto* chips = dynamic_cast<ChipText*>(object))
         return new QAccessibleWidget(chips, QAccessible::StaticText, chips->accessibleName());
-    if (auto* bar = dynamic_cast<ThinScrollBar*>(object))
-        return new ScrollBarAccessible(*bar);
     if (auto* item = dynamic_cast<PanelMenuItem*>(object))
         return new MenuItemAccessible(*item);
     // What comes up in this role is spoken once, when nothing else is being said.

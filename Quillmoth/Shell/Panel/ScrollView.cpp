@@ -12,7 +12,7 @@ constexpr double kAnglePerNotch = 120;
 } // namespace
 
 ScrollView::ScrollView(QWidget& content, QWidget* parent)
-    : QWidget(parent), content_(content), bar_(new ThinScrollBar(this)) {
+    : QWidget(parent), content_(content), bar_(new ThinScrollBar(ThinScrollBar::Place::panel, this)) {
     content.setParent(this);
     bar_->raise();
     QObject::connect(bar_, &QAbstractSlider::valueChanged, this, [this] {

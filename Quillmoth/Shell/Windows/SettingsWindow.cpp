@@ -2,6 +2,7 @@
 
 #include "Platform/Application.h"
 #include "Quillmoth/Settings/Recording.h"
+#include "Quillmoth/Shell/Looks/ThinScrollBar.h"
 #include "Quillmoth/Shell/Windows/MainMenu.h"
 #include "Quillmoth/Shell/Windows/SettingView.h"
 
@@ -49,6 +50,7 @@ SettingsWindow::SettingsWindow(const platform::Platform& platform, KeyboardShort
     auto* scroll = new QScrollArea;
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setWidgetResizable(true);
+    scroll->setVerticalScrollBar(new ThinScrollBar(ThinScrollBar::Place::window));
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroll->setFocusPolicy(Qt::NoFocus);
     scroll->setWidget(view_);
