@@ -72,10 +72,6 @@ void BottomBar::addGroup(SymbolCache& symbols, Item item, BarGroup::Description 
     widgets_[item] = group;
 }
 
-QString BottomBar::status() const {
-    return QString::fromStdString(controller_->model()._status).simplified();
-}
-
 void BottomBar::refresh() {
     const std::string_view cancel = controller_->cancelLabel();
     const std::map<Item, QString> labels{
@@ -93,11 +89,14 @@ void BottomBar::refresh() {
     }
     onTop_->setOn(controller_->model()._isOnTopBinding);
     const auto items = controller_->bottomBar();
-    changed = changed || items != items_ || status_->accessibleName() != status();
+    const QString status = QString::fromStdString(controller_->model()._status).simplified();
+    changed = changed || items != items_ || status != statusText_;
     if (!changed)
         return;
     items_ = items;
-    status_->setAccessibleName(status());
+    statusText_ = status;
+    // Of the label, which shows less of it where there is little room.
+    status_->setAccessibleName(status);
     place();
 }
 
@@ -110,7 +109,7 @@ int BottomBar::widthOfItems(bool withStatus, int gap) const {
     for (const Item item : items_) {
         const bool isStatus = item == Item::status;
         const int own = isStatus ? kLeastStatus : widgets_.at(item)->sizeHint().width();
-        if (isStatus && (!withStatus || status().isEmpty()))
+        if (isStatus && (!withStatus || statusText_.isEmpty()))
             continue;
         width += own + (item == items_.front() ? 0 : 2 * gap + 1);
     }
@@ -131,11 +130,11 @@ void BottomBar::place() {
     separators_.clear();
     for (const auto& [item, widget] : widgets_)
         widget->setVisible(std::find(items_.begin(), items_.end(), item) != items_.end() &&
-                           (item != Item::status || !status().isEmpty()));
+                           (item != Item::status || !statusText_.isEmpty()));
     const QFontMetricsF metrics(status_->font());
     const int statusRoom = width() - widthOfItems(true, gap) + kLeastStatus;
-    const int statusWidth = qMin(statusRoom, qCeil(metrics.horizontalAdvance(status())) + 2 * kPadding);
-    status_->setText(metrics.elidedText(status(), Qt::ElideRight, statusWidth - 2 * kPadding + 1));
+    const int statusWidth = qMin(statusRoom, qCeil(metrics.horizontalAdvance(statusText_)) + 2 * kPadding);
+    status_->setText(metrics.elidedText(statusText_, Qt::ElideRight, statusWidth - 2 * kPadding + 1));
     status_->setIndent(kPadding);
 
     const bool mirrored = layoutDirection() == Qt::RightToLeft;

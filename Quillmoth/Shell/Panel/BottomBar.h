@@ -35,12 +35,12 @@ private:
     void addGroup(SymbolCache& symbols, Item item, BarGroup::Description description);
     void place();
     [[nodiscard]] int widthOfItems(bool withStatus, int gap) const;
-    [[nodiscard]] QString status() const;
 
     std::shared_ptr<FloatingViewController> controller_;
     std::map<Item, QWidget*> widgets_;
     BarSwitch* onTop_ = nullptr;
     QLabel* status_ = nullptr;
+    QString statusText_;
     std::vector<Item> items_;
     std::vector<int> separators_;
 };

@@ -125,18 +125,16 @@ bool CommandField::hasMoreLines(int lines, double width) const {
     return left == 0;
 }
 
-QString CommandField::placeholder() const {
-    const std::string_view text = controller_->placeholder();
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 void CommandField::refresh() {
     const QString current = QString::fromStdString(controller_->model()._command);
     wrapAsFits(current);
     if (current != text())
         setText(current);
-    if (accessibleDescription() != placeholder()) {
-        setAccessibleDescription(placeholder());
+    const std::string_view utf8 = controller_->placeholder();
+    const auto placeholder = QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+    if (placeholder_ != placeholder) {
+        placeholder_ = placeholder;
+        setAccessibleDescription(placeholder);
         viewport()->update();
     }
 }
@@ -189,7 +187,7 @@ void CommandField::paintEvent(QPaintEvent* event) {
     const QFontMetricsF metrics(font());
     const double baseline = 0.8 * panel::kCommandLine;
     painter.drawText(QPointF(kCaretRoom + 1, baseline),
-                     metrics.elidedText(placeholder(), Qt::ElideRight, viewport()->width() - kCaretRoom));
+                     metrics.elidedText(placeholder_, Qt::ElideRight, viewport()->width() - kCaretRoom));
 }
 
 } // namespace quillmoth

@@ -27,10 +27,10 @@ protected:
 
 private:
     [[nodiscard]] bool hasMoreLines(int lines, double width) const;
-    [[nodiscard]] QString placeholder() const;
     void wrapAsFits(const QString& text);
 
     std::shared_ptr<FloatingViewController> controller_;
+    QString placeholder_;
     int leadingInset_ = 0;
 };
 

@@ -82,7 +82,7 @@ QAccessibleInterface* makeInterface(const QString&, QObject* object) {
     if (auto* text = dynamic_cast<PlainTextContent*>(object))
         return new TextAccessible(*text);
     if (auto* chips = dynamic_cast<ChipText*>(object))
-        return new QAccessibleWidget(chips, QAccessible::StaticText, chips->accessibleName());
+        return new QAccessibleWidget(chips, QAccessible::StaticText);
     if (auto* item = dynamic_cast<PanelMenuItem*>(object))
         return new MenuItemAccessible(*item);
     // What comes up in this role is spoken once, when nothing else is being said.

@@ -1,5 +1,6 @@
 #include "tests/unit/shell/PanelViewFixture.h"
 
+#include <QAccessible>
 #include <QClipboard>
 #include <QMimeData>
 
@@ -50,6 +51,22 @@ TEST_F(PanelFormTest, BackLeavesTheFormAndItsNextOpeningLooksTheSame) {
     EXPECT_TRUE(list.form().fields().empty());
     openForm();
     EXPECT_EQ(places(), first);
+}
+
+TEST_F(PanelFormTest, AScreenReaderHearsTheTextThatIsShown) {
+    openForm();
+    QAccessibleInterface* spoken = nullptr;
+    for (QWidget* child : list.form().findChildren<QWidget*>()) {
+        if (dynamic_cast<ChipText*>(child) != nullptr)
+            spoken = QAccessible::queryAccessibleInterface(child);
+    }
+    ASSERT_NE(spoken, nullptr);
+    EXPECT_EQ(spoken->text(QAccessible::Name), QStringLiteral("A call to [whom] for [what]!"));
+    model._PromptM.get()->mutatePrompts([](auto& all) { all[0].prompt = "For [you]"; });
+    panel.view->commandArea().backButton().click();
+    panel.settle();
+    openForm();
+    EXPECT_EQ(spoken->text(QAccessible::Name), QStringLiteral("For [you]"));
 }
 
 TEST_F(PanelFormTest, ABlankHasOneLineWhateverComesIn) {
