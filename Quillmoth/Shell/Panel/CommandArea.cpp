@@ -13,7 +13,7 @@ constexpr int kSpinnerLeft = 10;
 } // namespace
 
 CommandArea::CommandArea(std::shared_ptr<FloatingViewController> controller, QWidget* parent)
-    : QWidget(parent), controller_(std::move(controller)), field_(new CommandField(controller_, this)),
+    : QWidget(parent), controller_(std::move(controller)), field_(new SearchTextField(controller_, this)),
       back_(new PanelButton(QStringLiteral("Back"), this)), spinner_(new Spinner(this)),
       bar_(new ThinScrollBar(ThinScrollBar::Place::panel, this)) {
     back_->hide();

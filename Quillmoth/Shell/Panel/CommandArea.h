@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Quillmoth/Shell/Looks/ThinScrollBar.h"
-#include "Quillmoth/Shell/Panel/CommandField.h"
 #include "Quillmoth/Shell/Panel/PanelButton.h"
+#include "Quillmoth/Shell/Panel/SearchTextField.h"
 #include "Quillmoth/Shell/Panel/Spinner.h"
 
 namespace quillmoth {
@@ -18,7 +18,7 @@ public:
     void refresh();
     void setActive(bool active);
 
-    [[nodiscard]] CommandField& field() const { return *field_; }
+    [[nodiscard]] SearchTextField& field() const { return *field_; }
 
     [[nodiscard]] PanelButton& backButton() const { return *back_; }
 
@@ -31,7 +31,7 @@ private:
     void place();
 
     std::shared_ptr<FloatingViewController> controller_;
-    CommandField* field_;
+    SearchTextField* field_;
     PanelButton* back_;
     Spinner* spinner_;
     ThinScrollBar* bar_;

@@ -50,6 +50,8 @@ protected:
     /// What a pasted text is turned into.
     [[nodiscard]] virtual QString pasted(const QString& text) const { return text; }
 
+    [[nodiscard]] int lineHeight() const { return lineHeight_; }
+
     /// The height of the caret within the line.
     [[nodiscard]] virtual int caretHeight() const { return lineHeight_ - 2; }
 

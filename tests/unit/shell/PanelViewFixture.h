@@ -43,7 +43,7 @@ protected:
 
     PanelUnderTest panel;
     DataModel& model;
-    CommandField& field;
+    SearchTextField& field;
     ListArea& list;
 };
 

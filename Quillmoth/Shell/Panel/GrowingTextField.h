@@ -1,15 +1,13 @@
 #pragma once
 
-#include "Quillmoth/Assistant/FloatingViewController.h"
 #include "Quillmoth/Shell/Panel/PanelTextEdit.h"
 
 namespace quillmoth {
 
-/// The field for commands and searches: several lines, as high as its text. Arrows, Return and Escape go to
-/// the controller first.
-class CommandField final : public PanelTextEdit {
+/// A text field of several lines that is as high as its text.
+class GrowingTextField : public PanelTextEdit {
 public:
-    CommandField(std::shared_ptr<FloatingViewController> controller, QWidget* parent);
+    GrowingTextField(const QFont& font, int lineHeight, QWidget* parent);
 
     /// The height that shows the whole text at `width`, or any above `limit` where that is more.
     [[nodiscard]] int heightFor(int width, int limit) const;
@@ -17,20 +15,18 @@ public:
     /// Free space at the left, for what is laid over the field.
     void setLeadingInset(int inset);
 
-    /// Takes the text, the placeholder and the state of the model over.
-    void refresh();
+    /// Leaves a field alone that shows the text already.
+    void showText(const QString& shown);
 
 protected:
-    void keyPressEvent(QKeyEvent* event) override;
-    void paintEvent(QPaintEvent* event) override;
     void insertFromMimeData(const QMimeData* source) override;
+
+    [[nodiscard]] int leadingInset() const { return leadingInset_; }
 
 private:
     [[nodiscard]] bool hasMoreLines(int lines, double width) const;
     void wrapAsFits(const QString& text);
 
-    std::shared_ptr<FloatingViewController> controller_;
-    QString placeholder_;
     int leadingInset_ = 0;
 };
 
