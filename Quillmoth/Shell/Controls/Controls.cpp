@@ -46,7 +46,18 @@ Switch::Switch(const QString& text) : QCheckBox(text) {
     setAccessibleName(text);
     setFocusPolicy(Qt::TabFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    connect(this, &QCheckBox::toggled, this, [this](bool on) { slide_.moveTo(on ? 1 : 0, motion::kSwitch); });
+    // Not the click: assistive technology switches without one.
+    connect(this, &QCheckBox::toggled, this, [this](bool on) {
+        slide_.moveTo(on ? 1 : 0, motion::kSwitch);
+        if (!isShowing_ && onChange)
+            onChange(on);
+    });
+}
+
+void Switch::setOn(bool on) {
+    isShowing_ = true;
+    setChecked(on);
+    isShowing_ = false;
 }
 
 QSize Switch::sizeHint() const {
@@ -102,7 +113,7 @@ void SymbolButton::paintEvent(QPaintEvent*) {
                          symbolSize_, strong ? theme.text2 : theme.text3);
 }
 
-RoundedRectangleButton::RoundedRectangleButton(const QString& text, Fill fill)
+RoundedRectangleButtonStyle::RoundedRectangleButtonStyle(const QString& text, Fill fill)
     : QPushButton(text), fill_(fill) {
     setFixedHeight(44);
     setFont(textFont(15, QFont::Medium));
@@ -110,7 +121,7 @@ RoundedRectangleButton::RoundedRectangleButton(const QString& text, Fill fill)
     connect(this, &QPushButton::released, this, [this] { scale_.moveTo(1, motion::kRelease); });
 }
 
-void RoundedRectangleButton::paintEvent(QPaintEvent*) {
+void RoundedRectangleButtonStyle::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const QPointF centre = QRectF(rect()).center();

@@ -13,9 +13,15 @@
 namespace quillmoth {
 
 /// A check box that looks like a switch; the whole label takes clicks.
-class Switch final : public QCheckBox {
+class Switch : public QCheckBox {
 public:
     explicit Switch(const QString& text);
+
+    /// Called when the user has switched, by whatever means.
+    std::function<void(bool on)> onChange;
+
+    /// Shows how it stands, which is not told to `onChange`.
+    void setOn(bool on);
 
     [[nodiscard]] QSize sizeHint() const override;
 
@@ -28,6 +34,7 @@ protected:
 
 private:
     Transition slide_{*this};
+    bool isShowing_ = false;
 };
 
 /// Underlined text that opens something.
@@ -56,13 +63,13 @@ private:
     int symbolSize_;
 };
 
-/// A large button that shrinks a little while it is pressed.
-class RoundedRectangleButton final : public QPushButton {
+/// The style of the large buttons, which shrink a little while they are pressed, as a button that has it.
+class RoundedRectangleButtonStyle final : public QPushButton {
 public:
     /// Quiet is the look of ordinary buttons.
     enum class Fill { indigo, quiet };
 
-    explicit RoundedRectangleButton(const QString& text, Fill fill = Fill::indigo);
+    explicit RoundedRectangleButtonStyle(const QString& text, Fill fill = Fill::indigo);
 
 protected:
     void paintEvent(QPaintEvent* event) override;

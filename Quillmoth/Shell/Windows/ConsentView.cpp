@@ -17,8 +17,8 @@ constexpr int kButtonGap = 14;
 // There is room for three lines or so.
 constexpr std::size_t kMostNamed = 8;
 
-QPushButton* makeButton(const QString& text, RoundedRectangleButton::Fill fill) {
-    auto* button = new RoundedRectangleButton(text, fill);
+QPushButton* makeButton(const QString& text, RoundedRectangleButtonStyle::Fill fill) {
+    auto* button = new RoundedRectangleButtonStyle(text, fill);
     // Return presses the one that has the keyboard.
     button->setAutoDefault(true);
     return button;
@@ -60,8 +60,8 @@ QString restartAdvice(const std::vector<std::string>& programs) {
 
 ConsentView::ConsentView(const std::vector<std::string>& programsToRestart,
                          std::function<void(bool agreed)> answer)
-    : refuse_(makeButton(QStringLiteral("Not Now"), RoundedRectangleButton::Fill::quiet)) {
-    QPushButton* agree = makeButton(QStringLiteral("Switch On"), RoundedRectangleButton::Fill::indigo);
+    : refuse_(makeButton(QStringLiteral("Not Now"), RoundedRectangleButtonStyle::Fill::quiet)) {
+    QPushButton* agree = makeButton(QStringLiteral("Switch On"), RoundedRectangleButtonStyle::Fill::indigo);
     connect(refuse_, &QPushButton::clicked, this, [answer] { answer(false); });
     connect(agree, &QPushButton::clicked, this, [answer = std::move(answer)] { answer(true); });
     auto* buttons = new QHBoxLayout;

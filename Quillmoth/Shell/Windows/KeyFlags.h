@@ -1,27 +1,19 @@
 #pragma once
 
 #include "KeyboardShortcuts/Modifiers.h"
+#include "Quillmoth/Settings/Recording.h"
 
 #include <Qt>
-
-#include <utility>
 
 namespace quillmoth {
 
 /// The toolkit's modifiers as those of a key event: Ctrl is command, Alt is option, Meta is control.
-[[nodiscard]] inline KeyboardShortcuts::ModifierFlags keyFlags(Qt::KeyboardModifiers modifiers) {
-    constexpr std::pair<Qt::KeyboardModifier, KeyboardShortcuts::ModifierFlags> kTable[] = {
-        {Qt::ControlModifier, KeyboardShortcuts::kFlagCommand},
-        {Qt::AltModifier, KeyboardShortcuts::kFlagOption},
-        {Qt::ShiftModifier, KeyboardShortcuts::kFlagShift},
-        {Qt::MetaModifier, KeyboardShortcuts::kFlagControl},
-        {Qt::KeypadModifier, KeyboardShortcuts::kFlagNumericPad}};
-    KeyboardShortcuts::ModifierFlags set = 0;
-    for (const auto& [modifier, flag] : kTable) {
-        if (modifiers & modifier)
-            set |= flag;
-    }
-    return set;
-}
+[[nodiscard]] KeyboardShortcuts::ModifierFlags keyFlags(Qt::KeyboardModifiers modifiers);
+
+/// Which of the keys that a recording treats apart the toolkit's `key` is.
+[[nodiscard]] SpecialKey specialKey(int key);
+
+/// A press of one of these alone changes the modifiers and is no key.
+[[nodiscard]] bool isModifierKey(int key);
 
 } // namespace quillmoth

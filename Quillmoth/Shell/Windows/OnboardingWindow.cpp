@@ -65,7 +65,7 @@ QWidget* makeSecondPage() {
 
 OnboardingView::OnboardingView(ConsentQuestion question)
     : question_(std::move(question)), pages_(new QStackedWidget),
-      continue_(new RoundedRectangleButton(QStringLiteral("Continue"))),
+      continue_(new RoundedRectangleButtonStyle(QStringLiteral("Continue"))),
       return_(new QShortcut(ownKeySequence(OwnKey::continueWelcome), this)) {
     pages_->addWidget(makeFirstPage());
     pages_->addWidget(makeSecondPage());

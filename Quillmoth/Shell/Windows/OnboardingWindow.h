@@ -10,7 +10,7 @@ class QStackedWidget;
 
 namespace quillmoth {
 
-class RoundedRectangleButton;
+class RoundedRectangleButtonStyle;
 
 /// The two pages that a new user sees: what the program is, then its keys. Where the question for
 /// accessibility is open it is asked between them. Main thread.
@@ -33,7 +33,7 @@ private:
     int _page = 1;
     ConsentQuestion question_;
     QStackedWidget* pages_;
-    RoundedRectangleButton* continue_;
+    RoundedRectangleButtonStyle* continue_;
     QShortcut* return_;
     // While it is asked.
     ConsentView* consent_ = nullptr;

@@ -8,7 +8,6 @@
 #include "Quillmoth/Shell/Windows/KeyFlags.h"
 #include "Quillmoth/Shell/Windows/ShortcutPainter.h"
 
-#include <QCoreApplication>
 #include <QFocusEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -42,42 +41,11 @@ struct Overloaded : Visitors... {
 template<class... Visitors>
 Overloaded(Visitors...) -> Overloaded<Visitors...>;
 
-SpecialKey specialKey(int key) {
-    if (key == Qt::Key_Tab)
-        return SpecialKey::tab;
-    if (key == Qt::Key_Escape)
-        return SpecialKey::escape;
-    if (key == Qt::Key_Backspace)
-        return SpecialKey::deleteBackward;
-    if (key == Qt::Key_Delete)
-        return SpecialKey::deleteForward;
-    return key >= Qt::Key_F1 && key <= Qt::Key_F35 ? SpecialKey::function : SpecialKey::none;
-}
-
-/// A press of one of these alone changes the modifiers and is no key.
-bool isModifierKey(int key) {
-    constexpr int kKeys[] = {Qt::Key_Shift,   Qt::Key_Control,  Qt::Key_Alt,     Qt::Key_Meta,
-                             Qt::Key_AltGr,   Qt::Key_Super_L,  Qt::Key_Super_R, Qt::Key_Hyper_L,
-                             Qt::Key_Hyper_R, Qt::Key_CapsLock, Qt::Key_NumLock, Qt::Key_ScrollLock};
-    return std::find(std::begin(kKeys), std::end(kKeys), key) != std::end(kKeys);
-}
-
 QString recorderTextOf(std::string_view key) {
     return QString::fromStdString(recorderText(key));
 }
 
 } // namespace
-
-LocalEventMonitor& LocalEventMonitor::start() {
-    QCoreApplication::instance()->installEventFilter(this);
-    return *this;
-}
-
-bool LocalEventMonitor::eventFilter(QObject* receiver, QEvent* event) {
-    // A copy: the callback may drop the monitor.
-    const auto callback = callback_;
-    return callback(receiver, *event);
-}
 
 RecorderCocoa::RecorderCocoa(Name name, RecorderServices services, Change onChange)
     : services_(std::move(services)), onChange_(std::move(onChange)), shortcutName_(std::move(name)),
@@ -111,13 +79,6 @@ RecorderCocoa::RecorderCocoa(Name name, RecorderServices services, Change onChan
 RecorderCocoa::~RecorderCocoa() {
     if (isRecording())
         endEditing();
-}
-
-void RecorderCocoa::setShortcutName(const Name& name) {
-    if (name == shortcutName_)
-        return;
-    shortcutName_ = name;
-    refreshText();
 }
 
 bool RecorderCocoa::hasClearButton() const {

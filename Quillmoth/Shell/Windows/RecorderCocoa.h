@@ -4,6 +4,7 @@
 #include "Platform/KeyboardLayout.h"
 #include "Platform/MainQueue.h"
 #include "Quillmoth/Settings/Recording.h"
+#include "Quillmoth/Shell/Windows/LocalEventMonitor.h"
 
 #include <QLineEdit>
 #include <QTimer>
@@ -19,22 +20,6 @@ class QKeyEvent;
 namespace quillmoth {
 
 class SymbolButton;
-
-/// Sees the application's events before the application does, from start until it is dropped.
-class LocalEventMonitor final : public QObject {
-public:
-    /// True swallows the event.
-    using Callback = std::function<bool(QObject* receiver, QEvent& event)>;
-
-    explicit LocalEventMonitor(Callback callback) : callback_(std::move(callback)) {}
-
-    LocalEventMonitor& start();
-
-    bool eventFilter(QObject* receiver, QEvent* event) override;
-
-private:
-    Callback callback_;
-};
 
 /// What a recorder works with. The services outlive it.
 struct RecorderServices {
@@ -61,8 +46,6 @@ public:
     ~RecorderCocoa() override;
 
     [[nodiscard]] const KeyboardShortcuts::Name& shortcutName() const { return shortcutName_; }
-
-    void setShortcutName(const KeyboardShortcuts::Name& name);
 
     [[nodiscard]] bool isRecording() const { return eventMonitor_ != nullptr; }
 

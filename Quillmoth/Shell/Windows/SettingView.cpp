@@ -9,6 +9,10 @@
 #include "Quillmoth/Shell/Controls/ShellWindow.h"
 #include "Quillmoth/Shell/Looks/Fonts.h"
 #include "Quillmoth/Shell/Windows/ConsentView.h"
+#include "Quillmoth/Shell/Windows/FormParts.h"
+#include "Quillmoth/Shell/Windows/LaunchAtLoginToggle.h"
+#include "Quillmoth/Shell/Windows/Recorder.h"
+#include "Quillmoth/Shell/Windows/ServerSettings.h"
 #include "Quillmoth/Shell/Windows/UpdateNotice.h"
 
 #include <QBoxLayout>
@@ -17,7 +21,6 @@
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
-#include <QSignalBlocker>
 
 #include <utility>
 
@@ -26,13 +29,8 @@ namespace quillmoth {
 namespace {
 
 constexpr int kPadding = 70;
-constexpr int kItemSpacing = 14;
 // Around a hairline, beyond the spacing of the items.
 constexpr int kGroupSpacing = 6;
-constexpr int kLabelGap = 10;
-constexpr int kFieldRowSpacing = 12;
-constexpr int kFormWidth = 300;
-constexpr int kRecorderGap = 9;
 // Under the text of a switch.
 constexpr int kNoteIndent = 44;
 constexpr int kNoteGap = 2;
@@ -48,56 +46,10 @@ const auto kAccessibilityPurpose =
     QStringLiteral("Through it Quillmoth reads what you select in other programs, and writes answers back.");
 const auto kStaysOn = QStringLiteral("Quillmoth no longer switches it on. Where it is on now, it stays on.");
 
-QString qt(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 void addHairline(QVBoxLayout& column) {
     column.addSpacing(kGroupSpacing);
     column.addWidget(new Hairline);
     column.addSpacing(kGroupSpacing);
-}
-
-QPushButton* makeButton(const QString& title) {
-    auto* button = new QPushButton(title);
-    button->setAutoDefault(false);
-    button->setFocusPolicy(Qt::TabFocus);
-    button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    return button;
-}
-
-QLineEdit* makeField(const QString& name) {
-    auto* field = new QLineEdit;
-    field->setAccessibleName(name);
-    return field;
-}
-
-QGridLayout* makeGrid() {
-    auto* grid = new QGridLayout;
-    grid->setHorizontalSpacing(kLabelGap);
-    grid->setVerticalSpacing(kFieldRowSpacing);
-    grid->setColumnStretch(1, 1);
-    return grid;
-}
-
-/// Both grids have the same label column.
-void addLabel(QGridLayout& grid, int row, const QString& text, QWidget& control) {
-    auto* label = new QLabel(text);
-    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    label->setMinimumWidth(QFontMetrics(textFont()).horizontalAdvance(QStringLiteral("OpenAI API Key:")) + 1);
-    // Screen readers take the name of a picker from its label.
-    label->setBuddy(&control);
-    grid.addWidget(label, row, 0);
-}
-
-/// Leaves the cursor of a field alone that shows the text already.
-void showText(QLineEdit& field, const std::string& text) {
-    const QString shown = qt(text);
-    if (field.text() == shown)
-        return;
-    // What comes from the store does not go there again.
-    const QSignalBlocker blocker(field);
-    field.setText(shown);
 }
 
 } // namespace
@@ -106,37 +58,19 @@ const char* const kAccessibilityDoesNotAnswer =
     "The accessibility service of this desktop does not answer. Install the package at-spi2-core and log in "
     "again; until then use the alternative method to obtain the text.";
 
-DoubleShortcut::DoubleShortcut(RecorderServices services)
-    : recorder_(new RecorderCocoa(KeyboardShortcuts::Name("showFloatingPanel"), std::move(services))) {
-    const auto title = QStringLiteral("Open Quillmoth Hotkey:");
-    auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(kRecorderGap);
-    row->addWidget(new QLabel(title));
-    row->addWidget(recorder_);
-    row->addStretch();
-    recorder_->setAccessibleName(title);
-    setMaximumWidth(kFormWidth);
-}
-
 SettingView::SettingView(const platform::Platform& platform, RecorderServices recorderServices,
                          Updater& updater, LaunchAtLogin& launchAtLogin,
                          std::function<void()> openPromptEditor, AccessibilityHooks accessibility)
     : _checkForUpdatesViewModel(updater), updater(updater), platform_(platform),
-      settings_(platform.userDefaults), launchAtLogin_(launchAtLogin),
-      openPromptEditor_(std::move(openPromptEditor)), accessibility_(std::move(accessibility)),
-      connectionTest_(platform), shortcut_(new DoubleShortcut(std::move(recorderServices))),
-      loginSwitch_(new Switch(QStringLiteral("Launch at login 😀"))) {
+      settings_(platform.userDefaults), openPromptEditor_(std::move(openPromptEditor)),
+      accessibility_(std::move(accessibility)), loginToggle_(new LaunchAtLoginToggle(launchAtLogin)),
+      server_(new ServerSettings(settings_, platform_)) {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(kPadding, kPadding, kPadding, kPadding);
     column->setSpacing(kItemSpacing);
-    column->addWidget(shortcut_);
+    column->addWidget(new DoubleShortcut(std::move(recorderServices)));
     addHotKeyObstacle(*column);
-    column->addWidget(loginSwitch_);
-    connectSwitch(*loginSwitch_, [this](bool on) {
-        launchAtLogin_.setEnabled(on);
-        showSwitch(*loginSwitch_, launchAtLogin_.isEnabled());
-    });
+    column->addWidget(loginToggle_);
     addHairline(*column);
     addKeyBlock(*column);
     addHairline(*column);
@@ -144,7 +78,7 @@ SettingView::SettingView(const platform::Platform& platform, RecorderServices re
     addHairline(*column);
     addMethodBlock(*column);
     addHairline(*column);
-    addServerBlock(*column);
+    column->addWidget(server_);
     column->addStretch();
     defaultsChange_ = platform_.userDefaults.onChange([this] { showSettings(); });
     refresh();
@@ -154,28 +88,14 @@ void SettingView::addHotKeyObstacle(QVBoxLayout& column) {
     const std::string obstacle = platform_.hotKeyCenter.obstacle();
     if (obstacle.empty())
         return;
-    auto* label = new ToneLabel(Tone::secondary, qt(obstacle));
+    auto* label = new ToneLabel(Tone::secondary, fromUTF8(obstacle));
     // The command in it is to be copied.
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     column.addWidget(label);
 }
 
-void SettingView::connectSwitch(Switch& control, std::function<void(bool on)> change) {
-    // Not the click: assistive technology switches without one.
-    connect(&control, &Switch::toggled, this, [this, change = std::move(change)](bool on) {
-        if (!isShowing_)
-            change(on);
-    });
-}
-
-void SettingView::showSwitch(Switch& control, bool on) {
-    isShowing_ = true;
-    control.setChecked(on);
-    isShowing_ = false;
-}
-
 void SettingView::addKeyBlock(QVBoxLayout& column) {
-    QPushButton* editor = makeButton(QStringLiteral("Open Prompt Editor"));
+    QPushButton* editor = makeFormButton(QStringLiteral("Open Prompt Editor"));
     connect(editor, &QPushButton::clicked, this, [this] { openPromptEditor_(); });
     column.addWidget(editor);
     keyStatus_ = new ToneLabel(Tone::bad);
@@ -223,11 +143,11 @@ void SettingView::showKeyControl() {
 }
 
 void SettingView::addVersionBlock(QVBoxLayout& column) {
-    column.addWidget(new ToneLabel(Tone::secondary, "Version: " + qt(versionString(platform_.bundle))));
-    QPushButton* tutorial = makeButton(QStringLiteral("Tutorial: How to Generate Your Own Key"));
+    column.addWidget(new ToneLabel(Tone::secondary, "Version: " + fromUTF8(versionString(platform_.bundle))));
+    QPushButton* tutorial = makeFormButton(QStringLiteral("Tutorial: How to Generate Your Own Key"));
     connect(tutorial, &QPushButton::clicked, this, [this] { openTutorial(); });
     column.addWidget(tutorial);
-    updateButton_ = makeButton(QStringLiteral("Check for Updates…"));
+    updateButton_ = makeFormButton(QStringLiteral("Check for Updates…"));
     connect(updateButton_, &QPushButton::clicked, this, [this] { updater.checkForUpdates(); });
     column.addWidget(updateButton_);
     _checkForUpdatesViewModel.onChange = [this] { showUpdateButton(); };
@@ -243,9 +163,9 @@ void SettingView::openTutorial() {
 }
 
 void SettingView::showUpdateOutcome(const UpdateOutcome& outcome) {
-    const QString present = qt(versionString(platform_.bundle));
+    const QString present = fromUTF8(versionString(platform_.bundle));
     if (const auto* failed = std::get_if<UpdateCheckFailed>(&outcome))
-        showAlert(this, true, QStringLiteral("Could not check for updates."), qt(failed->description));
+        showAlert(this, true, QStringLiteral("Could not check for updates."), fromUTF8(failed->description));
     else if (const auto* available = std::get_if<UpdateAvailable>(&outcome))
         showUpdateSheet(*this, {available->feed, present,
                                 [this](const std::string& url) { platform_.workspace.openURL(url); }});
@@ -255,7 +175,7 @@ void SettingView::showUpdateOutcome(const UpdateOutcome& outcome) {
 }
 
 void SettingView::showUpdateButton() {
-    const QString obstacle = qt(updater.obstacle());
+    const QString obstacle = fromUTF8(updater.obstacle());
     updateButton_->setEnabled(_checkForUpdatesViewModel._canCheckForUpdates);
     updateButton_->setToolTip(obstacle);
     updateButton_->setAccessibleDescription(obstacle);
@@ -273,7 +193,7 @@ void SettingView::switchAccessibility(bool on) {
 
 void SettingView::addMethodBlock(QVBoxLayout& column) {
     accessibilitySwitch_ = new Switch(QStringLiteral("Switch on accessibility for this desktop"));
-    connectSwitch(*accessibilitySwitch_, [this](bool on) { switchAccessibility(on); });
+    accessibilitySwitch_->onChange = [this](bool on) { switchAccessibility(on); };
     accessibilityNote_ = new ToneLabel(Tone::secondary, kAccessibilityPurpose);
     accessibilityNote_->setContentsMargins(kNoteIndent, 0, 0, 0);
     auto* group = new QVBoxLayout;
@@ -282,57 +202,16 @@ void SettingView::addMethodBlock(QVBoxLayout& column) {
     group->addWidget(accessibilityNote_);
     column.addLayout(group);
     methodSwitch_ = new Switch(QStringLiteral("Use an alternative method to obtain the text"));
-    connectSwitch(*methodSwitch_, [this](bool on) { settings_.setUseCopyHack(on); });
+    methodSwitch_->onChange = [this](bool on) { settings_.setUseCopyHack(on); };
     column.addWidget(methodSwitch_);
-    auto* link = new LinkButton(qt(kWebSite.substr(kWebSite.find("//") + 2)));
+    auto* link = new LinkButton(fromUTF8(kWebSite.substr(kWebSite.find("//") + 2)));
     connect(link, &QPushButton::clicked, this,
             [this] { platform_.workspace.openURL(std::string(kWebSite)); });
     column.addWidget(link);
 }
 
-void SettingView::addServerBlock(QVBoxLayout& column) {
-    auto* caption = new QLabel(QStringLiteral("Server"));
-    caption->setFont(textFont(13, QFont::DemiBold));
-    column.addWidget(caption);
-    QGridLayout* grid = makeGrid();
-    column.addLayout(grid);
-    serverField_ = makeField(QStringLiteral("Server address"));
-    serverField_->setPlaceholderText(qt(kOpenAI));
-    addLabel(*grid, 0, QStringLiteral("Address:"), *serverField_);
-    grid->addWidget(serverField_, 0, 1);
-    serverModelField_ = makeField(QStringLiteral("Name of the model on the server"));
-    serverModelField_->setPlaceholderText(qt(settings_.offeredModels().front()));
-    addLabel(*grid, 1, QStringLiteral("Model name:"), *serverModelField_);
-    grid->addWidget(serverModelField_, 1, 1);
-    testButton_ = makeButton(QStringLiteral("Test connection"));
-    grid->addWidget(testButton_, 2, 1, Qt::AlignLeft);
-    testResult_ = new ToneLabel(Tone::secondary);
-    testResult_->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    testResult_->hide();
-    grid->addWidget(testResult_, 3, 1);
-    connect(serverField_, &QLineEdit::textChanged, this,
-            [this](const QString& address) { settings_.setServerAddress(address.toStdString()); });
-    connect(serverModelField_, &QLineEdit::textChanged, this,
-            [this](const QString& model) { settings_.setServerModel(model.toStdString()); });
-    connect(testButton_, &QPushButton::clicked, this, [this] { testConnection(); });
-}
-
-void SettingView::testConnection() {
-    testButton_->setEnabled(false);
-    const auto showResult = [this](Tone tone, const QString& text) {
-        testResult_->setTone(tone);
-        testResult_->setPlainText(text);
-        testResult_->show();
-    };
-    showResult(Tone::secondary, QStringLiteral("Asking the server…"));
-    connectionTest_.start([this, showResult](const ConnectionTest::Answer& answer) {
-        showResult(answer.isGood ? Tone::good : Tone::bad, qt(answer.text));
-        testButton_->setEnabled(true);
-    });
-}
-
 void SettingView::refresh() {
-    showSwitch(*loginSwitch_, launchAtLogin_.isEnabled());
+    loginToggle_->refresh();
     showSettings();
 }
 
@@ -345,15 +224,12 @@ void SettingView::showSettings() {
     warning_->setVisible(settings_.showsEligibilityWarning());
     QStringList offered;
     for (const auto& model : settings_.offeredModels())
-        offered << qt(model);
-    picker_->setModels(offered, qt(settings_.model()));
+        offered << fromUTF8(model);
+    picker_->setModels(offered, fromUTF8(settings_.model()));
     showUpdateButton();
-    showSwitch(*accessibilitySwitch_, settings_.accessibilityConsent().value_or(false));
-    showSwitch(*methodSwitch_, settings_.useCopyHack());
-    showText(*serverField_, settings_.serverAddress());
-    // A name that is being rewritten may be empty for a while.
-    if (!serverModelField_->hasFocus() || !serverModelField_->text().isEmpty())
-        showText(*serverModelField_, settings_.model());
+    accessibilitySwitch_->setOn(settings_.accessibilityConsent().value_or(false));
+    methodSwitch_->setOn(settings_.useCopyHack());
+    server_->refresh();
 }
 
 } // namespace quillmoth

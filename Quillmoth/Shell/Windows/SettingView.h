@@ -1,7 +1,6 @@
 #pragma once
 
 #include "Platform/Platform.h"
-#include "Quillmoth/Settings/ConnectionTest.h"
 #include "Quillmoth/Settings/LaunchAtLogin.h"
 #include "Quillmoth/Settings/SettingsModel.h"
 #include "Quillmoth/Settings/Updater.h"
@@ -21,7 +20,9 @@ class QVBoxLayout;
 
 namespace quillmoth {
 
+class LaunchAtLoginToggle;
 class ModelPicker;
+class ServerSettings;
 class Switch;
 class ToneLabel;
 
@@ -35,17 +36,6 @@ struct AccessibilityHooks {
 
 /// What to say where it could not be switched on.
 extern const char* const kAccessibilityDoesNotAnswer;
-
-/// A form with the recorder of the shortcut that opens the panel.
-class DoubleShortcut final : public QWidget {
-public:
-    explicit DoubleShortcut(RecorderServices services);
-
-    [[nodiscard]] RecorderCocoa& recorder() const { return *recorder_; }
-
-private:
-    RecorderCocoa* recorder_;
-};
 
 /// The content of the settings window. What is typed goes to the defaults store at once, and what changes
 /// there shows here. Main thread.
@@ -73,28 +63,19 @@ private:
     void addVersionBlock(QVBoxLayout& column);
     void addMethodBlock(QVBoxLayout& column);
     void switchAccessibility(bool on);
-    void addServerBlock(QVBoxLayout& column);
     void addKeyControl();
-    void connectSwitch(Switch& control, std::function<void(bool on)> change);
-    /// Shows how it stands, which changes nothing.
-    void showSwitch(Switch& control, bool on);
     void showSettings();
     void showKeyControl();
     void showUpdateButton();
     void showUpdateOutcome(const UpdateOutcome& outcome);
-    void testConnection();
     void openTutorial();
 
     const platform::Platform platform_;
     SettingsModel settings_;
-    LaunchAtLogin& launchAtLogin_;
     std::function<void()> openPromptEditor_;
     AccessibilityHooks accessibility_;
-    ConnectionTest connectionTest_;
 
-    bool isShowing_ = false;
-    DoubleShortcut* shortcut_;
-    Switch* loginSwitch_;
+    LaunchAtLoginToggle* loginToggle_;
     ToneLabel* keyStatus_;
     QLineEdit* keyField_;
     SymbolButton* keyControl_;
@@ -104,10 +85,7 @@ private:
     Switch* accessibilitySwitch_;
     ToneLabel* accessibilityNote_;
     Switch* methodSwitch_;
-    QLineEdit* serverField_;
-    QLineEdit* serverModelField_;
-    QPushButton* testButton_;
-    ToneLabel* testResult_;
+    ServerSettings* server_;
     Subscription defaultsChange_;
 };
 
