@@ -1,6 +1,6 @@
 #include "Quillmoth/Shell/Windows/ConsentView.h"
 
-#include "Quillmoth/Shell/Controls/Controls.h"
+#include "Quillmoth/Shell/Controls/Buttons.h"
 #include "Quillmoth/Shell/Windows/OnboardingPage.h"
 
 #include <QBoxLayout>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Quillmoth/Settings/LaunchAtLogin.h"
-#include "Quillmoth/Shell/Controls/Controls.h"
+#include "Quillmoth/Shell/Controls/Switch.h"
 
 namespace quillmoth {
 

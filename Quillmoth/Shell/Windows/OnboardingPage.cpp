@@ -1,6 +1,6 @@
 #include "Quillmoth/Shell/Windows/OnboardingPage.h"
 
-#include "Quillmoth/Shell/Controls/Controls.h"
+#include "Quillmoth/Shell/Controls/Labels.h"
 #include "Quillmoth/Shell/Looks/EmojiText.h"
 #include "Quillmoth/Shell/Looks/Fonts.h"
 #include "Quillmoth/Shell/Looks/Palette.h"

@@ -1,6 +1,6 @@
 #include "Quillmoth/Shell/Windows/OnboardingWindow.h"
 
-#include "Quillmoth/Shell/Controls/Controls.h"
+#include "Quillmoth/Shell/Controls/Buttons.h"
 #include "Quillmoth/Shell/Looks/OwnKeys.h"
 #include "Quillmoth/Shell/Windows/OnboardingPage.h"
 

@@ -1,7 +1,7 @@
 #include "Quillmoth/Shell/Windows/RecorderCocoa.h"
 
 #include "KeyboardShortcuts/ShortcutText.h"
-#include "Quillmoth/Shell/Controls/Controls.h"
+#include "Quillmoth/Shell/Controls/Buttons.h"
 #include "Quillmoth/Shell/Looks/Fonts.h"
 #include "Quillmoth/Shell/Looks/Lengths.h"
 #include "Quillmoth/Shell/Looks/Palette.h"

@@ -1,7 +1,7 @@
 #include "Quillmoth/Shell/Windows/ServerSettings.h"
 
 #include "Quillmoth/Chat/ServiceAddresses.h"
-#include "Quillmoth/Shell/Controls/Controls.h"
+#include "Quillmoth/Shell/Controls/Labels.h"
 #include "Quillmoth/Shell/Looks/Fonts.h"
 #include "Quillmoth/Shell/Windows/FormParts.h"
 

@@ -1,14 +1,15 @@
 // Writes pictures of every window of the program and its states, in light and dark, to be looked at.
 #include "Platform/Linux/Unavailable/UnavailableServices.h"
-#include "Quillmoth/Shell/Controls/Controls.h"
 #include "Quillmoth/Shell/Editor/EmojiPicker.h"
 #include "Quillmoth/Shell/Editor/PresetFileMenu.h"
 #include "Quillmoth/Shell/Editor/PromptEditorWindow.h"
 #include "Quillmoth/Shell/Looks/Palette.h"
+#include "Quillmoth/Shell/Windows/ModelPicker.h"
 #include "Quillmoth/Shell/Windows/UpdateNotice.h"
 #include "tests/unit/windows/WindowFixture.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QDialog>
 #include <QDir>
 #include <QLineEdit>

@@ -1,9 +1,11 @@
 #include "Quillmoth/Settings/Recording.h"
-#include "Quillmoth/Shell/Controls/Controls.h"
+#include "Quillmoth/Shell/Controls/Labels.h"
+#include "Quillmoth/Shell/Controls/Switch.h"
 #include "Quillmoth/Shell/Editor/PromptEditorWindow.h"
 #include "Quillmoth/Shell/Looks/OwnKeys.h"
 #include "Quillmoth/Shell/Windows/KeyFlags.h"
 #include "Quillmoth/Shell/Windows/MainMenu.h"
+#include "Quillmoth/Shell/Windows/ModelPicker.h"
 #include "Quillmoth/Shell/Windows/ShortcutPainter.h"
 #include "tests/unit/windows/WindowFixture.h"
 
@@ -12,8 +14,10 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPainter>
+#include <QPushButton>
 #include <QShortcut>
 #include <QTest>
+#include <QToolButton>
 
 #include <gtest/gtest.h>
 
@@ -65,7 +69,8 @@ protected:
 
     bool shows(const char* text) {
         for (auto* label : settings->findChildren<QLabel*>()) {
-            if (label->isVisible() && label->accessibleName() == QString::fromUtf8(text))
+            const auto* toned = dynamic_cast<const ToneLabel*>(label);
+            if (toned != nullptr && toned->isVisible() && toned->plainText() == QString::fromUtf8(text))
                 return true;
         }
         return false;
