@@ -18,9 +18,9 @@ namespace quillmoth {
 
 namespace {
 
-constexpr int kWidth = 300;
-constexpr int kPadding = 10;
-constexpr double kRadius = 6;
+constexpr int kSidebarWidth = 300;
+constexpr int kSidebarPadding = 10;
+constexpr double kAddRadius = 6;
 
 /// "+ Add": a row without a frame.
 class AddButton final : public QPushButton {
@@ -35,14 +35,14 @@ protected:
         painter.setPen(Qt::NoPen);
         painter.setBrush(isDown() ? theme.rowSelected : theme.rowHovered);
         painter.setOpacity(isDown() ? 1 : hoverShare(*this));
-        painter.drawRoundedRect(rect(), kRadius, kRadius);
+        painter.drawRoundedRect(rect(), kAddRadius, kAddRadius);
         painter.setOpacity(1);
         QFont medium = font();
         medium.setWeight(QFont::Medium);
         painter.setFont(medium);
         painter.setPen(theme.indigoText);
-        painter.drawText(rect().adjusted(kPadding, 0, -kPadding, 0), Qt::AlignLeft | Qt::AlignVCenter,
-                         text());
+        painter.drawText(rect().adjusted(kSidebarPadding, 0, -kSidebarPadding, 0),
+                         Qt::AlignLeft | Qt::AlignVCenter, text());
     }
 };
 
@@ -107,14 +107,14 @@ void PresetPage::remove() {
 EditorSidebar::EditorSidebar(PromptEditorView& view, PresetPage::Callbacks callbacks)
     : view_(view), callbacks_(std::move(callbacks)), tabs_(new QButtonGroup(this)),
       pages_(new QStackedWidget) {
-    setFixedWidth(kWidth);
+    setFixedWidth(kSidebarWidth);
     pages_->addWidget(new PresetPage(view_, view_.contextTab, callbacks_));
     pages_->addWidget(new PresetPage(view_, view_.nonContextTab, callbacks_));
     auto* library = new QPushButton("Prompt Library");
     connect(library, &QPushButton::clicked, this, [this] { view_.openPromptLibrary(); });
     auto* layout = new QVBoxLayout(this);
-    layout->setContentsMargins(kPadding, kPadding, kPadding + 1, kPadding);
-    layout->setSpacing(kPadding);
+    layout->setContentsMargins(kSidebarPadding, kSidebarPadding, kSidebarPadding + 1, kSidebarPadding);
+    layout->setSpacing(kSidebarPadding);
     layout->addWidget(makeTabs());
     layout->addWidget(pages_, 1);
     layout->addWidget(library);

@@ -53,7 +53,7 @@ QString emojiOf(char32_t character) {
 }
 
 /// What the Unicode standard calls it.
-QString nameOf(char32_t character) {
+QString unicodeName(char32_t character) {
     std::array<char, 80> name{};
     UErrorCode error = U_ZERO_ERROR;
     u_charName(static_cast<UChar32>(character), U_UNICODE_CHAR_NAME, name.data(),
@@ -92,7 +92,7 @@ EmojiPicker::EmojiPicker(QWidget& anchor, const QString& current, Choice choose)
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setFixedSize(kColumns * kCell + ThinScrollBar::kWidth + 2 * kFrame, kRows * kCell + 2 * kFrame);
     for (const char32_t character : kEmoji) {
-        const QString name = nameOf(character);
+        const QString name = unicodeName(character);
         auto* item = new QListWidgetItem(emojiOf(character), this);
         item->setTextAlignment(Qt::AlignCenter);
         item->setSizeHint({kCell, kCell});

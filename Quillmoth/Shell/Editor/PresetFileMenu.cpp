@@ -20,14 +20,14 @@ namespace quillmoth {
 
 namespace {
 
-constexpr double kDot = 3;
-constexpr double kDotPitch = 5;
+constexpr double kMenuDot = 3;
+constexpr double kMenuDotPitch = 5;
 
 QString countOf(std::size_t count) {
     return count == 1 ? QStringLiteral("1 preset") : QStringLiteral("%1 presets").arg(count);
 }
 
-QString nameOf(const QString& path) {
+QString fileNameOf(const QString& path) {
     return QFileInfo(path).fileName();
 }
 
@@ -77,7 +77,7 @@ void PresetFileMenu::chooseFile(bool saves) {
 void PresetFileMenu::importFrom(const QString& path) {
     const auto imported = importPresets(*model_, documents_, uuidSource_, path.toStdString());
     if (!imported) {
-        showAlert(this, true, QStringLiteral("“%1” holds no presets that can be read.").arg(nameOf(path)),
+        showAlert(this, true, QStringLiteral("“%1” holds no presets that can be read.").arg(fileNameOf(path)),
                   QString::fromStdString(imported.error().description));
         return;
     }
@@ -109,7 +109,7 @@ void PresetFileMenu::paintEvent(QPaintEvent* event) {
     painter.setBrush(windowTheme(palette()).text2);
     const QPointF centre = QRectF(rect()).center();
     for (const int place : {-1, 0, 1})
-        painter.drawEllipse(centre + QPointF(place * kDotPitch, 0), kDot / 2, kDot / 2);
+        painter.drawEllipse(centre + QPointF(place * kMenuDotPitch, 0), kMenuDot / 2, kMenuDot / 2);
 }
 
 } // namespace quillmoth

@@ -19,8 +19,8 @@ namespace quillmoth {
 
 namespace {
 
-constexpr QMargins kPadding{26, 22, 26, 22};
-constexpr int kGap = 12;
+constexpr QMargins kFormPadding{26, 22, 26, 22};
+constexpr int kFormGap = 12;
 constexpr int kLabelGap = 10;
 constexpr int kEmojiWidth = 64;
 constexpr int kCaptionSize = 11;
@@ -65,14 +65,15 @@ PresetForm::PresetForm(PromptEditorView& view, std::function<void()> changed)
       addSelectedText_(new QPushButton("Add Selected Text")) {
     auto* content = new QWidget;
     auto* layout = new QVBoxLayout(content);
-    layout->setContentsMargins(kPadding);
-    layout->setSpacing(kGap);
+    layout->setContentsMargins(kFormPadding);
+    layout->setSpacing(kFormGap);
     makeFields(*layout);
     addTextArea(*layout, *systemPrompt_, "System Prompt", kSystemPromptHeight);
     addTextArea(*layout, *prompt_, "Prompt", kPromptHeight);
     makeTypes(*layout);
     makeButtons(*layout);
-    layout->addSpacerItem(new QSpacerItem(0, kFreeBelow - kGap, QSizePolicy::Minimum, QSizePolicy::Maximum));
+    layout->addSpacerItem(
+        new QSpacerItem(0, kFreeBelow - kFormGap, QSizePolicy::Minimum, QSizePolicy::Maximum));
     // A field refuses all typing where its text is at the limit, and would drop what is beyond it.
     for (QLineEdit* field : {name_, static_cast<QLineEdit*>(emoji_)})
         field->setMaxLength(std::numeric_limits<int>::max());
@@ -92,7 +93,7 @@ void PresetForm::makeFields(QVBoxLayout& layout) {
     emoji_->setFixedWidth(kEmojiWidth);
     auto* grid = new QGridLayout;
     grid->setHorizontalSpacing(kLabelGap);
-    grid->setVerticalSpacing(kGap);
+    grid->setVerticalSpacing(kFormGap);
     grid->addWidget(makeLabel("Name", *name_), 0, 0, Qt::AlignRight | Qt::AlignVCenter);
     grid->addWidget(name_, 0, 1);
     grid->addWidget(makeLabel("Emoji", *emoji_), 1, 0, Qt::AlignRight | Qt::AlignVCenter);

@@ -13,8 +13,8 @@ namespace quillmoth {
 
 namespace {
 
-constexpr int kInset = 10;
-constexpr double kRadius = 6;
+constexpr int kPresetInset = 10;
+constexpr double kPresetRadius = 6;
 // More than a row shows; measuring a longer text would only take time.
 constexpr int kLongestDrawn = 600;
 constexpr double kDraggedOpacity = 0.42;
@@ -56,7 +56,7 @@ void PresetRowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
     const QRectF row(option.rect.x(), option.rect.y(), option.rect.width(), window::kRowHeight);
     paintFill(*painter, option, row);
     painter->setPen(option.palette.color(QPalette::WindowText));
-    drawLabel(*painter, row.adjusted(kInset, 0, -kInset, 0), view_.font(), index);
+    drawLabel(*painter, row.adjusted(kPresetInset, 0, -kPresetInset, 0), view_.font(), index);
     painter->restore();
 }
 
@@ -68,12 +68,12 @@ void PresetRowDelegate::paintFill(QPainter& painter, const QStyleOptionViewItem&
         return;
     painter.setPen(Qt::NoPen);
     painter.setBrush(isSelected ? theme.rowSelected : theme.rowHovered);
-    painter.drawRoundedRect(row, kRadius, kRadius);
+    painter.drawRoundedRect(row, kPresetRadius, kPresetRadius);
     if (!isSelected || !view_.hasFocus())
         return;
     painter.setBrush(Qt::NoBrush);
     painter.setPen(theme.ring);
-    painter.drawRoundedRect(row.adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);
+    painter.drawRoundedRect(row.adjusted(0.5, 0.5, -0.5, -0.5), kPresetRadius, kPresetRadius);
 }
 
 } // namespace quillmoth

@@ -13,11 +13,11 @@ namespace quillmoth {
 
 namespace {
 
-constexpr int kHeight = 26;
-constexpr int kSymbol = 14;
-constexpr int kGap = 6;
-constexpr int kPadding = 8;
-constexpr double kRadius = 6;
+constexpr int kSegmentHeight = 26;
+constexpr int kSegmentSymbol = 14;
+constexpr int kSegmentGap = 6;
+constexpr int kSegmentPadding = 8;
+constexpr double kSegmentRadius = 6;
 constexpr int kBarPadding = 2;
 constexpr double kBarRadius = 8;
 
@@ -29,7 +29,8 @@ SegmentButton::SegmentButton(const QString& text, const QString& symbol)
 }
 
 QSize SegmentButton::sizeHint() const {
-    return {kSymbol + kGap + fontMetrics().horizontalAdvance(text()) + 2 * kPadding, kHeight};
+    return {kSegmentSymbol + kSegmentGap + fontMetrics().horizontalAdvance(text()) + 2 * kSegmentPadding,
+            kSegmentHeight};
 }
 
 void SegmentButton::paintEvent(QPaintEvent* /*event*/) {
@@ -39,18 +40,20 @@ void SegmentButton::paintEvent(QPaintEvent* /*event*/) {
     if (isChecked()) {
         painter.setPen(theme.divider);
         painter.setBrush(windowTheme(palette()).segmentOn);
-        painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kRadius, kRadius);
+        painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), kSegmentRadius,
+                                kSegmentRadius);
     }
     QFont textFont = font();
     textFont.setWeight(isChecked() ? QFont::Medium : QFont::Normal);
     painter.setFont(textFont);
     const QColor color = isChecked() ? theme.text : blended(theme.text2, theme.text, hoverShare(*this));
     const int textWidth = QFontMetrics(textFont).horizontalAdvance(text());
-    const int left = (width() - kSymbol - kGap - textWidth) / 2;
-    windowSymbols().draw(painter, symbol_, QPointF(left, (height() - kSymbol) / 2), kSymbol, color);
+    const int left = (width() - kSegmentSymbol - kSegmentGap - textWidth) / 2;
+    windowSymbols().draw(painter, symbol_, QPointF(left, (height() - kSegmentSymbol) / 2), kSegmentSymbol,
+                         color);
     painter.setPen(color);
-    painter.drawText(QRect(left + kSymbol + kGap, 0, width(), height()), Qt::AlignLeft | Qt::AlignVCenter,
-                     text());
+    painter.drawText(QRect(left + kSegmentSymbol + kSegmentGap, 0, width(), height()),
+                     Qt::AlignLeft | Qt::AlignVCenter, text());
 }
 
 bool SegmentButton::hitButton(const QPoint& position) const {

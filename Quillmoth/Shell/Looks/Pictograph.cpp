@@ -17,7 +17,7 @@ constexpr int kMargin = 4;
 /// In UTF-16 units, more than any emoji has.
 constexpr int kLongest = 16;
 
-QPixmap render(const QFont& font, const QString& text, const QColor& color, double scale) {
+QPixmap renderPictograph(const QFont& font, const QString& text, const QColor& color, double scale) {
     const QFontMetricsF metrics(font);
     const QSizeF size(metrics.horizontalAdvance(text) + 2 * kMargin, metrics.height() + 2 * kMargin);
     QPixmap pixmap(qCeil(size.width() * scale), qCeil(size.height() * scale));
@@ -41,7 +41,7 @@ double drawPictograph(QPainter& painter, const QRectF& place, Qt::Alignment alig
         QStringLiteral("pictograph/%1/%2/%3/%4").arg(font.key()).arg(scale).arg(color.rgba()).arg(text);
     QPixmap pixmap;
     if (!QPixmapCache::find(key, &pixmap)) {
-        pixmap = render(font, text, color, scale);
+        pixmap = renderPictograph(font, text, color, scale);
         QPixmapCache::insert(key, pixmap);
     }
     const QSizeF size = pixmap.deviceIndependentSize() - QSizeF(2 * kMargin, 2 * kMargin);

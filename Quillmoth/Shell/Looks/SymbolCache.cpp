@@ -12,7 +12,7 @@ namespace quillmoth {
 
 namespace {
 
-QImage render(const QString& name, int size, double scale, const QColor& color) {
+QImage renderSymbol(const QString& name, int size, double scale, const QColor& color) {
     const int pixels = qRound(size * scale);
     QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
@@ -36,7 +36,7 @@ const QImage& SymbolCache::symbol(const QString& name, int size, double scale, c
     const QString key = QStringLiteral("%1/%2/%3/%4").arg(name).arg(size).arg(scale).arg(color.rgba());
     auto found = images_.find(key);
     if (found == images_.end())
-        found = images_.insert(key, render(name, size, scale, color));
+        found = images_.insert(key, renderSymbol(name, size, scale, color));
     return *found;
 }
 

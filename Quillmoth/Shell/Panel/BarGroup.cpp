@@ -14,7 +14,7 @@ namespace quillmoth {
 
 namespace {
 
-constexpr int kFontSize = 12;
+constexpr int kBarFont = 12;
 constexpr int kGroupPadding = 1;
 constexpr int kLabelGap = 4;
 constexpr int kSymbolGap = 2;
@@ -23,7 +23,7 @@ constexpr int kSwitchHeight = 13;
 constexpr double kKnob = 10;
 constexpr double kKnobInset = 1.5;
 
-int widthOf(const QString& text, const QFont& font) {
+int barTextWidth(const QString& text, const QFont& font) {
     return qCeil(QFontMetricsF(font).horizontalAdvance(text));
 }
 
@@ -35,7 +35,7 @@ void drawFocusLine(QPainter& painter, const QRect& rect) {
 
 BarGroup::BarGroup(SymbolCache& symbols, Description description, QWidget* parent)
     : QPushButton(parent), symbols_(symbols), description_(std::move(description)) {
-    setFont(textFont(kFontSize));
+    setFont(textFont(kBarFont));
     // A click is not to take the keyboard from the field.
     setFocusPolicy(Qt::TabFocus);
     setAutoDefault(true);
@@ -52,7 +52,7 @@ void BarGroup::setLabel(const QString& label) {
 }
 
 int BarGroup::labelWidth() const {
-    return widthOf(text(), font());
+    return barTextWidth(text(), font());
 }
 
 int BarGroup::symbolsWidth() const {
@@ -89,7 +89,7 @@ void BarGroup::paintEvent(QPaintEvent*) {
 }
 
 BarSwitch::BarSwitch(const QString& label, const QString& keys, QWidget* parent) : QCheckBox(label, parent) {
-    setFont(textFont(kFontSize));
+    setFont(textFont(kBarFont));
     setFocusPolicy(Qt::TabFocus);
     setAccessibleName(QStringLiteral("%1, %2").arg(label, keys));
     setCursor(Qt::ArrowCursor);
@@ -107,7 +107,7 @@ void BarSwitch::setActive(bool active) {
 }
 
 int BarSwitch::labelWidth() const {
-    return widthOf(text(), font());
+    return barTextWidth(text(), font());
 }
 
 QSize BarSwitch::sizeHint() const {

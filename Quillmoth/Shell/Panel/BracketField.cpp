@@ -13,12 +13,11 @@ namespace quillmoth {
 
 namespace {
 
-constexpr int kFontSize = 14;
-constexpr int kLine = 20;
-constexpr int kSideInset = 10;
-constexpr double kRadius = 7;
-constexpr int kOutside = BracketField::kOutside;
-constexpr double kRing = 2;
+constexpr int kFieldFont = 14;
+constexpr int kFieldLine = 20;
+constexpr int kBlankInset = 10;
+constexpr double kFieldRadius = 7;
+constexpr double kFieldRing = 2;
 constexpr int kRaised = -1;
 
 QString onOneLine(QString text) {
@@ -32,7 +31,8 @@ QString onOneLine(QString text) {
 
 class BracketField::Edit final : public PanelTextEdit {
 public:
-    explicit Edit(BracketField& field) : PanelTextEdit(textFont(kFontSize), kLine, &field), field_(field) {
+    explicit Edit(BracketField& field)
+        : PanelTextEdit(textFont(kFieldFont), kFieldLine, &field), field_(field) {
         setLineWrapMode(NoWrap);
         QPalette colors = palette();
         colors.setColor(QPalette::Text, kPanelTheme.text);
@@ -123,8 +123,8 @@ void BracketField::setCaretShown(bool shown) {
 
 void BracketField::resizeEvent(QResizeEvent*) {
     // Qt sets a line of fixed height a little lower than in its middle.
-    const int side = kOutside + kSideInset - PanelTextEdit::kCaretRoom;
-    edit_->setGeometry(side, (height() - kLine) / 2 + kRaised, width() - 2 * side, kLine);
+    const int side = kOutside + kBlankInset - PanelTextEdit::kCaretRoom;
+    edit_->setGeometry(side, (height() - kFieldLine) / 2 + kRaised, width() - 2 * side, kFieldLine);
 }
 
 void BracketField::paintEvent(QPaintEvent*) {
@@ -133,14 +133,14 @@ void BracketField::paintEvent(QPaintEvent*) {
     const bool focused = active_ && window()->focusWidget() == edit_;
     painter.setBrush(kPanelTheme.field);
     if (focused) {
-        painter.setPen(QPen(kPanelTheme.accent, kRing));
-        painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), kRadius, kRadius);
+        painter.setPen(QPen(kPanelTheme.accent, kFieldRing));
+        painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), kFieldRadius, kFieldRadius);
         return;
     }
     painter.setPen(QPen(blended(kPanelTheme.fieldEdge, kPanelTheme.fieldEdgeHovered, hoverShare(*this)), 1));
     painter.drawRoundedRect(
-        QRectF(rect()).adjusted(kOutside + 0.5, kOutside + 0.5, -kOutside - 0.5, -kOutside - 0.5), kRadius,
-        kRadius);
+        QRectF(rect()).adjusted(kOutside + 0.5, kOutside + 0.5, -kOutside - 0.5, -kOutside - 0.5),
+        kFieldRadius, kFieldRadius);
 }
 
 /// Beside its text a field is a field too.

@@ -6,11 +6,10 @@ namespace quillmoth {
 
 namespace {
 
-constexpr int kSideInset = 35;
+constexpr int kFormInset = 35;
 constexpr int kTop = 22;
 constexpr int kBelowText = 18;
 constexpr int kFieldGap = 10;
-constexpr int kOutside = BracketField::kOutside;
 
 std::vector<const ExtractedText*> blanksOf(const std::vector<ExtractedText>& pieces) {
     std::vector<const ExtractedText*> blanks;
@@ -100,7 +99,7 @@ BracketField* FormView::fieldFor(std::int64_t id) const {
 }
 
 int FormView::heightForWidth(int width) const {
-    const int text = text_->heightForWidth(width - 2 * kSideInset);
+    const int text = text_->heightForWidth(width - 2 * kFormInset);
     const int count = static_cast<int>(fields_.size());
     return kTop + text + kBelowText + count * (BracketField::kHeight + kFieldGap) -
            (count > 0 ? kFieldGap : 0) + kTop;
@@ -111,13 +110,14 @@ void FormView::resizeEvent(QResizeEvent*) {
 }
 
 void FormView::place() {
-    const int inside = width() - 2 * kSideInset;
+    const int inside = width() - 2 * kFormInset;
     const int textHeight = text_->heightForWidth(inside);
-    text_->setGeometry(kSideInset, kTop, inside, textHeight);
+    text_->setGeometry(kFormInset, kTop, inside, textHeight);
     int top = kTop + textHeight + kBelowText;
     for (BracketField* field : fields_) {
-        field->setGeometry(kSideInset - kOutside, top - kOutside, inside + 2 * kOutside,
-                           BracketField::kHeight + 2 * kOutside);
+        field->setGeometry(kFormInset - BracketField::kOutside, top - BracketField::kOutside,
+                           inside + 2 * BracketField::kOutside,
+                           BracketField::kHeight + 2 * BracketField::kOutside);
         top += BracketField::kHeight + kFieldGap;
     }
 }

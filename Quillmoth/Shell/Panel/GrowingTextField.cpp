@@ -10,7 +10,7 @@ namespace quillmoth {
 
 namespace {
 
-constexpr int kSideInset = 10;
+constexpr int kGrowingInset = 10;
 // Qt sets a line of fixed height a little lower than in its middle.
 constexpr int kTopInset = 4;
 constexpr int kBottomInset = 6;
@@ -66,12 +66,13 @@ GrowingTextField::GrowingTextField(const QFont& font, int lineHeight, QWidget* p
 
 void GrowingTextField::setLeadingInset(int inset) {
     leadingInset_ = inset;
-    setViewportMargins(kSideInset + inset - kCaretRoom, kTopInset, kSideInset - kCaretRoom, kBottomInset);
+    setViewportMargins(kGrowingInset + inset - kCaretRoom, kTopInset, kGrowingInset - kCaretRoom,
+                       kBottomInset);
 }
 
 int GrowingTextField::heightFor(int width, int limit) const {
     const int chrome = kTopInset + kBottomInset;
-    const int textWidth = width - 2 * (kSideInset - kCaretRoom) - leadingInset_;
+    const int textWidth = width - 2 * (kGrowingInset - kCaretRoom) - leadingInset_;
     if (hasMoreLines((limit - chrome) / lineHeight(), textWidth - 2 * kCaretRoom))
         return limit + 1;
     if (document()->textWidth() != textWidth)

@@ -73,7 +73,7 @@ bool isViewport(const QWidget& widget) {
 }
 
 /// The widgets have no meta-object of their own, so their classes are told by their type.
-QAccessibleInterface* makeInterface(const QString&, QObject* object) {
+QAccessibleInterface* makePanelInterface(const QString&, QObject* object) {
     auto* widget = qobject_cast<QWidget*>(object);
     if (!widget)
         return nullptr;
@@ -98,7 +98,7 @@ QAccessibleInterface* makeInterface(const QString&, QObject* object) {
 
 void installPanelAccessibility() {
     static const bool installed = [] {
-        QAccessible::installFactory(makeInterface);
+        QAccessible::installFactory(makePanelInterface);
         return true;
     }();
     Q_UNUSED(installed);

@@ -12,15 +12,15 @@ namespace quillmoth {
 
 namespace {
 
-constexpr int kFontSize = 13;
+constexpr int kButtonFont = 13;
 constexpr int kSidePadding = 12;
-constexpr double kRadius = 6;
-constexpr double kRing = 2;
+constexpr double kButtonRadius = 6;
+constexpr double kButtonRing = 2;
 
 } // namespace
 
 PanelButton::PanelButton(const QString& text, QWidget* parent) : QPushButton(text, parent) {
-    setFont(textFont(kFontSize));
+    setFont(textFont(kButtonFont));
     // A click is not to take the keyboard from the field.
     setFocusPolicy(Qt::TabFocus);
     setCursor(Qt::ArrowCursor);
@@ -40,9 +40,10 @@ void PanelButton::paintEvent(QPaintEvent*) {
                                  : blended(kPanelTheme.button, kPanelTheme.buttonHovered, hoverShare(*this));
     painter.setBrush(fill);
     const bool ring = hasFocus();
-    painter.setPen(ring ? QPen(kPanelTheme.accent, kRing) : QPen(Qt::NoPen));
-    const double inset = ring ? kRing / 2 : 0;
-    painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), kRadius, kRadius);
+    painter.setPen(ring ? QPen(kPanelTheme.accent, kButtonRing) : QPen(Qt::NoPen));
+    const double inset = ring ? kButtonRing / 2 : 0;
+    painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), kButtonRadius,
+                            kButtonRadius);
     painter.setPen(isDown() ? kPanelTheme.buttonPressedText : kPanelTheme.text);
     painter.drawText(rect(), Qt::AlignCenter, text());
 }

@@ -15,7 +15,7 @@ namespace quillmoth {
 
 namespace {
 
-constexpr int kFontSize = 13;
+constexpr int kMenuFont = 13;
 constexpr int kItemHeight = 28;
 constexpr int kItemPadding = 10;
 constexpr int kKeysGap = 32;
@@ -25,7 +25,7 @@ constexpr int kFromWindow = 6;
 constexpr double kItemRadius = 6;
 constexpr double kMenuRadius = 9;
 
-int widthOf(const QString& text, const QFont& font) {
+int menuTextWidth(const QString& text, const QFont& font) {
     return QFontMetrics(font).horizontalAdvance(text);
 }
 
@@ -34,7 +34,7 @@ int widthOf(const QString& text, const QFont& font) {
 PanelMenuItem::PanelMenuItem(const QAction& action, QWidget* parent)
     : QAbstractButton(parent), keys_(action.shortcut().toString(QKeySequence::NativeText)) {
     setText(action.text());
-    setFont(textFont(kFontSize));
+    setFont(textFont(kMenuFont));
     setEnabled(action.isEnabled());
     setFocusPolicy(Qt::TabFocus);
     setAccessibleName(keys_.isEmpty() ? text() : QStringLiteral("%1, %2").arg(text(), keys_));
@@ -42,8 +42,8 @@ PanelMenuItem::PanelMenuItem(const QAction& action, QWidget* parent)
 }
 
 QSize PanelMenuItem::sizeHint() const {
-    const int keys = keys_.isEmpty() ? 0 : kKeysGap + widthOf(keys_, font());
-    return {widthOf(text(), font()) + keys + 2 * kItemPadding, kItemHeight};
+    const int keys = keys_.isEmpty() ? 0 : kKeysGap + menuTextWidth(keys_, font());
+    return {menuTextWidth(text(), font()) + keys + 2 * kItemPadding, kItemHeight};
 }
 
 void PanelMenuItem::paintEvent(QPaintEvent*) {

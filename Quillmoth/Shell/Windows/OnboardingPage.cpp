@@ -23,9 +23,6 @@ constexpr int kCap = 30;
 constexpr int kCapSpacing = 5;
 constexpr int kCapColumn = 100;
 
-/// Stands for no image.
-const auto kNoImage = QStringLiteral("car");
-
 /// What the cap of the named symbol shows.
 QString capText(const QString& symbol) {
     if (symbol == QLatin1String("command.square.fill"))
@@ -127,7 +124,7 @@ InformationDetailView2::InformationDetailView2(const QString& title, const QStri
     QHBoxLayout* row = makeRow(this);
     QStringList symbols = {imageName};
     for (const QString& name : {imageName2, imageName3}) {
-        if (name != kNoImage)
+        if (name != onboarding::kNoImage)
             symbols << name;
     }
     row->addWidget(new KeyCaps(symbols));

@@ -18,6 +18,8 @@ constexpr QSize kWindow(680, 580);
 constexpr QMargins kPadding(40, 56, 40, 44);
 /// At the sides of the buttons.
 constexpr int kContinuePadding = 90;
+/// Stands for no image.
+constexpr QLatin1String kNoImage("car");
 
 } // namespace onboarding
 
@@ -40,7 +42,7 @@ public:
     InformationDetailView(const QString& title, const QString& subTitle, const QString& imageName);
 };
 
-/// A row of the page of keys. The image name "car" stands for no image; the first one is always drawn.
+/// A row of the page of keys. The first image is always drawn.
 class InformationDetailView2 final : public QWidget {
 public:
     InformationDetailView2(const QString& title, const QString& subTitle, const QString& imageName,

@@ -15,8 +15,6 @@ namespace quillmoth {
 
 namespace {
 
-/// Stands for no image.
-const auto kNoImage = QStringLiteral("car");
 const auto kProgram = QStringLiteral("Quillmoth 🧙🏻♂️");
 
 QWidget* makeFirstPage() {
@@ -48,17 +46,17 @@ QWidget* makeSecondPage() {
          new InformationDetailView2(
              QStringLiteral("Resend the Last Prompt"),
              QStringLiteral("Don't like the answer? Let the AI generate the response again!"), command,
-             QStringLiteral("r.square.fill"), kNoImage),
+             QStringLiteral("r.square.fill"), onboarding::kNoImage),
          new InformationDetailView2(
              QStringLiteral("Toggle Markdown"),
              QStringLiteral(
                  "Quillmoth has a Markdown preview, but some users prefer reading raw Markdown for "
                  "the ability to select and drag across the whole response."),
-             command, QStringLiteral("m.square.fill"), kNoImage),
+             command, QStringLiteral("m.square.fill"), onboarding::kNoImage),
          new InformationDetailView2(
              QStringLiteral("Open History"),
              QStringLiteral("Revise your old chat history, or continue from where you left off."), command,
-             QStringLiteral("h.square.fill"), kNoImage)});
+             QStringLiteral("h.square.fill"), onboarding::kNoImage)});
 }
 
 } // namespace

@@ -17,7 +17,7 @@ namespace quillmoth {
 
 namespace {
 
-constexpr int kWidth = 560;
+constexpr int kNaturalWidth = 560;
 constexpr int kLeastWidth = 500;
 constexpr int kLeastHeight = 320;
 // For the frame of the window and the desktop's own bars.
@@ -66,9 +66,10 @@ SettingsWindow::SettingsWindow(const platform::Platform& platform, KeyboardShort
 
 void SettingsWindow::fitScreen() {
     view_->ensurePolished();
-    const int natural = view_->layout()->hasHeightForWidth() ? view_->layout()->totalHeightForWidth(kWidth)
-                                                             : view_->sizeHint().height();
-    resize(kWidth, std::min(natural, screen()->availableGeometry().height() - kScreenReserve));
+    const int natural = view_->layout()->hasHeightForWidth()
+                            ? view_->layout()->totalHeightForWidth(kNaturalWidth)
+                            : view_->sizeHint().height();
+    resize(kNaturalWidth, std::min(natural, screen()->availableGeometry().height() - kScreenReserve));
 }
 
 void SettingsWindow::showEvent(QShowEvent* event) {

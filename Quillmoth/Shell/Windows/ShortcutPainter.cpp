@@ -14,10 +14,10 @@ namespace {
 
 constexpr QChar kSpaceBar(0x23B5);
 // In parts of the font's size.
-constexpr double kWidth = 0.66;
-constexpr double kHeight = 0.26;
-constexpr double kStroke = 0.085;
-constexpr double kBearing = 0.1;
+constexpr double kSpaceBarWidth = 0.66;
+constexpr double kSpaceBarHeight = 0.26;
+constexpr double kSpaceBarStroke = 0.085;
+constexpr double kSpaceBarBearing = 0.1;
 
 double onWholePixels(double length, double scale) {
     return std::round(length * scale) / scale;
@@ -26,9 +26,9 @@ double onWholePixels(double length, double scale) {
 /// A bracket that is open above and stands on `origin`. Its lines are whole pixels of the screen.
 void drawSpaceBar(QPainter& painter, QPointF origin, double size) {
     const double scale = painter.device()->devicePixelRatioF();
-    const double width = onWholePixels(kWidth * size, scale);
-    const double height = onWholePixels(kHeight * size, scale);
-    const double stroke = std::max(onWholePixels(kStroke * size, scale), 1 / scale);
+    const double width = onWholePixels(kSpaceBarWidth * size, scale);
+    const double height = onWholePixels(kSpaceBarHeight * size, scale);
+    const double stroke = std::max(onWholePixels(kSpaceBarStroke * size, scale), 1 / scale);
     const QRectF box(onWholePixels(origin.x(), scale), origin.y() - height, width, height);
     const QBrush brush = painter.pen().brush();
     painter.fillRect(QRectF(box.left(), box.bottom() - stroke, width, stroke), brush);
@@ -41,7 +41,7 @@ void drawSpaceBar(QPainter& painter, QPointF origin, double size) {
 void drawShortcutText(QPainter& painter, const QRectF& place, const QString& text) {
     const QFontMetricsF metrics(painter.font(), painter.device());
     const double size = QFontInfo(painter.font()).pixelSize();
-    const double spaceBar = (kWidth + 2 * kBearing) * size;
+    const double spaceBar = (kSpaceBarWidth + 2 * kSpaceBarBearing) * size;
     const QStringList pieces = text.split(kSpaceBar);
     double width = spaceBar * static_cast<double>(pieces.size() - 1);
     for (const QString& piece : pieces)
@@ -51,7 +51,7 @@ void drawShortcutText(QPainter& painter, const QRectF& place, const QString& tex
                    onWholePixels(baseLine, painter.device()->devicePixelRatioF()));
     for (qsizetype index = 0; index < pieces.size(); ++index) {
         if (index > 0) {
-            drawSpaceBar(painter, origin + QPointF(kBearing * size, 0), size);
+            drawSpaceBar(painter, origin + QPointF(kSpaceBarBearing * size, 0), size);
             origin.rx() += spaceBar;
         }
         painter.drawText(origin, pieces[index]);
