@@ -16,7 +16,7 @@ public:
     /// Called when the user has switched, by whatever means.
     std::function<void(bool on)> onChange;
 
-    /// Shows how it stands, which is not told to `onChange`.
+    /// Shows how it stands. Does not call `onChange`.
     void setOn(bool on);
 
     [[nodiscard]] QSize sizeHint() const override;

@@ -7,8 +7,8 @@
 
 class QKeyEvent;
 
-/// The keys that the program's windows and its panel answer to. What they do is made of this one table, and
-/// so is what the shortcut recorder refuses.
+/// The keys that the program's windows and its panel answer to. Their shortcuts are made from this one table,
+/// and the shortcut recorder refuses what is in it.
 namespace quillmoth {
 
 enum class OwnKey {

@@ -99,7 +99,7 @@ BracketField::BracketField(std::int64_t id, const QString& text, QWidget* parent
     setText(text);
     edit_->setAccessibleName(onOneLine(text));
     edit_->onEdited = [this] {
-        // The change that joins them is told instead.
+        // Where lines are joined, that change calls again.
         if (!edit_->joinLines() && onEdited)
             onEdited(edit_->text());
     };

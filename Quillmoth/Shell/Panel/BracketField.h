@@ -20,7 +20,7 @@ public:
 
     [[nodiscard]] PanelTextEdit& edit() const;
 
-    /// Puts the caret behind the text, unless the field shows it already. Not told to `onEdited`.
+    /// Puts the caret behind the text, unless the field shows it already. Does not call `onEdited`.
     void setText(const QString& text);
 
     void setCaretShown(bool shown);

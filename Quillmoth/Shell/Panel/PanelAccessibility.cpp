@@ -72,7 +72,7 @@ bool isViewport(const QWidget& widget) {
     return edit && edit->viewport() == &widget;
 }
 
-/// The widgets have no meta-object of their own, so their classes are told by their type.
+/// The widgets have no meta-object of their own, so that their type alone says what they are.
 QAccessibleInterface* makePanelInterface(const QString&, QObject* object) {
     auto* widget = qobject_cast<QWidget*>(object);
     if (!widget)

@@ -22,7 +22,7 @@ public:
 
     /// The text with line feeds, nothing replaced.
     [[nodiscard]] QString text() const;
-    /// Puts the caret behind the text. Not told to `onEdited`.
+    /// Puts the caret behind the text. Does not call `onEdited`.
     void setText(const QString& text);
 
     void selectEverything();

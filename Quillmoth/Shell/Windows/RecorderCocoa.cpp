@@ -208,7 +208,7 @@ bool RecorderCocoa::handleKey(const QKeyEvent& event) {
     const auto keyCode =
         services_.virtualKeyCode ? services_.virtualKeyCode(event.nativeScanCode()) : std::nullopt;
     holdKeyboard();
-    // What the slot holds works here, whoever else has it.
+    // The present shortcut may be recorded again, although it counts as taken.
     const auto isSystems = [this](const Shortcut& shortcut) {
         return shortcut != services_.shortcuts.getShortcut(shortcutName_) &&
                services_.shortcuts.isSystems(shortcut);

@@ -45,8 +45,6 @@ public:
     RecorderCocoa(KeyboardShortcuts::Name name, RecorderServices services, Change onChange = {});
     ~RecorderCocoa() override;
 
-    [[nodiscard]] const KeyboardShortcuts::Name& shortcutName() const { return shortcutName_; }
-
     [[nodiscard]] bool isRecording() const { return eventMonitor_ != nullptr; }
 
     [[nodiscard]] QString prompt() const { return prompt_; }

@@ -2,7 +2,9 @@
 #include "Quillmoth/Shell/Controls/Labels.h"
 #include "Quillmoth/Shell/Controls/Switch.h"
 #include "Quillmoth/Shell/Editor/PromptEditorWindow.h"
+#include "Quillmoth/Shell/Looks/Motion.h"
 #include "Quillmoth/Shell/Looks/OwnKeys.h"
+#include "Quillmoth/Shell/Looks/ThinScrollBar.h"
 #include "Quillmoth/Shell/Windows/KeyFlags.h"
 #include "Quillmoth/Shell/Windows/MainMenu.h"
 #include "Quillmoth/Shell/Windows/ModelPicker.h"
@@ -365,6 +367,36 @@ TEST_F(Windows, EveryControlCanBeReachedByTabAndHasAName) {
     }
     // Recorder, three switches, three buttons that are on, link, three fields, the key's control, picker.
     EXPECT_EQ(reached.size(), 13U);
+}
+
+TEST(ThinBar, IsDraggedByItsThumbAndTurnsAPageBesideItButNotFromThePanelsEdge) {
+    const int edge = ThinScrollBar::kWidth - 2;
+    for (const auto place : {ThinScrollBar::Place::window, ThinScrollBar::Place::panel}) {
+        ThinScrollBar bar(place);
+        bar.resize(ThinScrollBar::kWidth, 212);
+        bar.setExtent(800, 200);
+        QTest::mouseClick(&bar, Qt::LeftButton, {}, {5, 190});
+        EXPECT_EQ(bar.value(), 200);
+        const QPoint thumb = bar.thumb().center().toPoint();
+        QTest::mousePress(&bar, Qt::LeftButton, {}, thumb);
+        QTest::mouseMove(&bar, thumb + QPoint(0, 50));
+        QTest::mouseRelease(&bar, Qt::LeftButton, {}, thumb + QPoint(0, 50));
+        EXPECT_EQ(bar.value(), 400) << "50 of the 150 pixels that the thumb can move";
+        QTest::mouseClick(&bar, Qt::LeftButton, {}, {edge, 10});
+        EXPECT_EQ(bar.value(), place == ThinScrollBar::Place::panel ? 400 : 200);
+    }
+}
+
+TEST(HoverFade, FollowsThePointer) {
+    QWidget control;
+    fadeOnHover(control);
+    QEvent leave(QEvent::Leave);
+    QEnterEvent enter({}, {}, {});
+    EXPECT_EQ(hoverShare(control), 0);
+    QApplication::sendEvent(&control, &enter);
+    EXPECT_EQ(hoverShare(control), 1) << "at once, since it is hidden";
+    QApplication::sendEvent(&control, &leave);
+    EXPECT_EQ(hoverShare(control), 0);
 }
 
 TEST_F(Windows, WindowsFollowTheDesktopBetweenLightAndDark) {
