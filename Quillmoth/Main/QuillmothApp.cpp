@@ -4,6 +4,7 @@
 #include "Platform/Linux/AtSpi/RestartNeeds.h"
 #include "Quillmoth/Shell/Panel/FloatingView.h"
 #include "Quillmoth/Shell/Panel/MarkdownMessage.h"
+#include "Quillmoth/Shell/Panel/MessagePalette.h"
 
 namespace quillmoth {
 
@@ -86,8 +87,8 @@ std::unique_ptr<PanelContent> QuillmothApp::makePanelContent() {
 
 MessageContent* QuillmothApp::makeMarkdownContent(QWidget* parent) {
     if (!markdown_)
-        markdown_ = std::make_unique<markdown::MarkdownServices>(markdown::MarkdownPalette::panel(),
-                                                                 &codeHighlighter_, imageLoader(services_));
+        markdown_ = std::make_unique<markdown::MarkdownServices>(messagePalette(), &codeHighlighter_,
+                                                                 imageLoader(services_));
     const auto openLink = [this](const QString& url) { services_.workspace.openURL(url.toStdString()); };
     return markdownMessages(*markdown_, openLink)(parent);
 }

@@ -4,6 +4,7 @@
 #include "LampPicture.h"
 #include "Quillmoth/Highlighting/SplashCodeSyntaxHighlighter.h"
 #include "Quillmoth/Shell/Panel/MarkdownMessage.h"
+#include "Quillmoth/Shell/Panel/MessagePalette.h"
 #include "tests/unit/shell/PanelFixture.h"
 
 #include <QApplication>
@@ -254,7 +255,7 @@ int drawImageAtSecondTry(const QString& folder) {
     std::chrono::steady_clock::time_point now;
     bool isServerUp = false;
     markdown::MarkdownServices services(
-        markdown::MarkdownPalette::panel(), nullptr,
+        messagePalette(), nullptr,
         [&isServerUp](const QString&, const auto& finished) {
             finished(isServerUp ? lampPicture() : QByteArray());
         },
@@ -317,8 +318,7 @@ int main(int argumentCount, char** arguments) {
     constexpr double kCodeFontSize = 16;
     const quillmoth::highlighting::SplashCodeSyntaxHighlighter highlighter(
         quillmoth::highlighting::Theme::midnight(quillmoth::highlighting::Font(kCodeFontSize)));
-    quillmoth::markdown::MarkdownServices services(quillmoth::markdown::MarkdownPalette::panel(),
-                                                   &highlighter);
+    quillmoth::markdown::MarkdownServices services(quillmoth::messagePalette(), &highlighter);
     quillmoth::Gallery gallery(*folder, quillmoth::markdownMessages(services, {}));
     quillmoth::drawLists(gallery);
     quillmoth::drawConversations(gallery);
