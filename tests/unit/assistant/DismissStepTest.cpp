@@ -59,8 +59,9 @@ TEST_F(DismissStepTest, a_stored_conversation_is_closed_with_its_place) {
     model->runPrompt();
     const Texts names = assignments([&] { model->dismissStep(); });
     EXPECT_EQ(summaryCount(), 1U);
-    EXPECT_EQ(Texts(names.begin(), names.begin() + 5),
-              (Texts{"_browseHistory", "_openHistory", "_responseValue", "_chatWithHistory", "_messages"}));
+    EXPECT_EQ(names, (Texts{"_browseHistory", "_openHistory", "_responseValue", "_chatWithHistory",
+                            "_messages", "_filteredData", "_filteredData", "_selectedIndex", "_selectedIndex",
+                            "_hoverIndex", "_selectedIndex", "_selectedIndex", "_hoverIndex"}));
     EXPECT_EQ(model->_chatWithHistory, -1);
     EXPECT_EQ(*model->_responseValue, "");
 }

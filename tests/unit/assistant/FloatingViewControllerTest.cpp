@@ -1,38 +1,16 @@
-#include "Quillmoth/Assistant/FloatingViewController.h"
-
-#include "tests/unit/assistant/AssistantFixture.h"
+#include "tests/unit/assistant/FloatingViewFixture.h"
 
 namespace quillmoth {
 
 namespace {
 
-using Key = FloatingViewController::Key;
-using Content = FloatingViewController::Content;
-using BarItem = FloatingViewController::BarItem;
-using FieldCommand = FloatingViewController::FieldCommand;
-using FieldAnswer = FloatingViewController::FieldAnswer;
-using Rows = std::vector<std::int64_t>;
+class FloatingViewControllerTest : public FloatingViewFixture {};
 
-class FloatingViewControllerTest : public AssistantFixture {
-protected:
-    FloatingViewControllerTest() : view(FloatingViewController::create(model, platform.platform())) {
-        view->viewAppeared();
-        settle();
-    }
-
-    /// Runs what is due, the short delays of the focus included.
-    void settle() {
-        platform.runUntilIdle();
-        platform.mainQueue.advance(0.2);
-    }
-
-    void storeThree() {
-        for (const char* topic : {"A", "B", "C"})
-            model->storeConversation(topic, {{.id = "1", .role = "user", .content = "hi"}}, -1);
-    }
-
-    std::shared_ptr<FloatingViewController> view;
-};
+TEST_F(FloatingViewControllerTest, the_view_lists_the_presets_when_it_appears) {
+    model->_filteredData = Rows();
+    view->viewAppeared();
+    EXPECT_EQ(*model->_filteredData, (Rows{2, 3}));
+}
 
 TEST_F(FloatingViewControllerTest, typing_narrows_the_list_and_selects_the_typed_command) {
     view->fieldCommand(FieldCommand::moveDown, false);
@@ -103,6 +81,9 @@ TEST_F(FloatingViewControllerTest, the_content_follows_the_state) {
     EXPECT_EQ(view->content(), Content::presets);
     view->commandEdited("x");
     EXPECT_EQ(view->content(), Content::hintAndPresets);
+    model->_isLoading = true;
+    EXPECT_EQ(view->content(), Content::conversation) << "from the start of a request on";
+    model->_isLoading = false;
     model->_responseValue = std::string("x");
     EXPECT_EQ(view->content(), Content::conversation);
     model->_openHistory = true;
@@ -125,42 +106,6 @@ TEST_F(FloatingViewControllerTest, the_bar_follows_the_state) {
     EXPECT_EQ(view->cancelLabel(), "Cancel");
 }
 
-TEST_F(FloatingViewControllerTest, a_double_click_runs_the_row_and_wipes_the_command) {
-    view->commandEdited("wiped");
-    view->presetRowDoubleClicked(DataModel::kTypedCommand);
-    EXPECT_EQ(streamCount(), 0U);
-    EXPECT_EQ(lines.back(), "EXIT PROMPT EQUAL NIL");
-    view->presetRowClicked(3);
-    EXPECT_EQ(streamCount(), 0U);
-    view->presetRowDoubleClicked(2);
-    EXPECT_EQ(texts(model->_messages).back(), "user: Write a mail");
-}
-
-TEST_F(FloatingViewControllerTest, the_two_history_toggles_differ) {
-    storeThree();
-    model->_keyHistorySelected = 2;
-    model->_keyHistoryHover = 1;
-    view->barItemClicked(BarItem::history);
-    EXPECT_TRUE(model->_openHistory);
-    EXPECT_EQ(model->_keyHistorySelected, 2);
-    view->press(Key::history);
-    EXPECT_FALSE(model->_openHistory);
-    EXPECT_EQ(model->_keyHistorySelected, 0);
-    EXPECT_EQ(model->_keyHistoryHover, -1);
-}
-
-TEST_F(FloatingViewControllerTest, the_size_moves_by_two_between_its_bounds_and_is_stored) {
-    for (int i = 0; i < 20; ++i)
-        view->press(Key::larger);
-    EXPECT_EQ(view->_fontSize, 40);
-    for (int i = 0; i < 20; ++i)
-        view->press(Key::smaller);
-    EXPECT_EQ(view->_fontSize, 12);
-    EXPECT_EQ(platform.userDefaults.number("saveFontSize", 0), 12);
-    view->press(Key::defaultSize);
-    EXPECT_EQ(platform.userDefaults.number("saveFontSize", 0), 16);
-}
-
 TEST_F(FloatingViewControllerTest, a_message_that_appears_takes_the_stored_size_and_switch_over) {
     view->_fontSize = 30;
     view->_markdownOn = false;
@@ -175,81 +120,6 @@ TEST_F(FloatingViewControllerTest, a_message_that_appears_takes_the_stored_size_
     EXPECT_FALSE(view->_markdownOn);
     view->press(Key::markdown);
     EXPECT_TRUE(platform.userDefaults.boolean("markdownOnStorage", false));
-}
-
-TEST_F(FloatingViewControllerTest, regenerating_needs_a_response) {
-    EXPECT_FALSE(view->press(Key::regenerate));
-    converse("one", {"1"});
-    model->_openHistory = true;
-    EXPECT_TRUE(view->press(Key::regenerate));
-    EXPECT_TRUE(model->_isLoading);
-}
-
-TEST_F(FloatingViewControllerTest, asking_again_offline_loses_no_question_and_ends_nothing) {
-    const auto askAgain = [&] {
-        EXPECT_TRUE(view->press(Key::regenerate));
-        view->barItemClicked(BarItem::regenerate);
-        return *model->_isLoading;
-    };
-    const auto ask = [&](const std::string& text) {
-        model->_selectedIndex = DataModel::kTypedCommand;
-        model->_command = text;
-        model->runPrompt();
-    };
-    ask("one");
-    failToConnect("down");
-    EXPECT_FALSE(askAgain()) << "there is nothing to ask again; the text is in the field";
-
-    converse("one", {"1"});
-    ask("two");
-    failToConnect("down");
-    EXPECT_TRUE(askAgain());
-    EXPECT_EQ(texts(model->_messages), (Texts{"system: Your are helpful assistant", "user: one"}));
-    failToConnect("down");
-    EXPECT_EQ(*model->_error, "down");
-
-    model->_messages = std::vector<ChatMessage>();
-    ask("three");
-    model->dismissStep();
-    settle();
-    EXPECT_TRUE(askAgain());
-    serve(200, {"3"});
-    EXPECT_EQ(texts(model->_messages),
-              (Texts{"system: Your are helpful assistant", "user: three", "assistant: 3"}));
-
-    model->storeConversation("Empty", {}, -1);
-    model->_openHistory = true;
-    model->_keyHistorySelected = 0;
-    model->runPrompt();
-    EXPECT_FALSE(askAgain());
-}
-
-TEST_F(FloatingViewControllerTest, replacing_closes_the_panel_before_it_writes) {
-    auto field = std::make_shared<platform::FakeAXUIElement>("field");
-    field->set("AXValue", std::string("abc"));
-    field->set("AXSelectedTextRange", platform::CFRange{1, 1});
-    platform.accessibility.systemWide().set("AXFocusedUIElement", platform::AXUIElementRef(field));
-    model->_responseValue = std::string("X");
-    std::size_t panelCallsAtWrite = 0;
-    platform.accessibility.onWrite = [&](const std::string&) {
-        panelCallsAtWrite = platform.panelWindows.lastPanel().calls.size();
-    };
-    view->press(Key::replaceSelection);
-    EXPECT_EQ(panelCallsAtWrite, 3U);
-    EXPECT_EQ(platform.accessibility.calls.back(), "set field AXSelectedTextRange {1, 0}");
-}
-
-TEST_F(FloatingViewControllerTest, copying_all_writes_the_clipboard_and_closes_unless_pinned) {
-    model->_responseValue = std::string("answer");
-    view->press(Key::onTop);
-    settle();
-    EXPECT_TRUE(model->_FloatingViewPanel.get()->isOntop);
-    view->press(Key::copyAll);
-    EXPECT_EQ(platform.pasteboard.calls, (Texts{"clearContents", "setString answer"}));
-    EXPECT_TRUE(platform.panelWindows.lastPanel().calls.empty());
-    view->press(Key::onTop);
-    view->press(Key::copyAll);
-    EXPECT_EQ(platform.panelWindows.lastPanel().calls.size(), 3U);
 }
 
 TEST_F(FloatingViewControllerTest, return_walks_the_blanks_and_sends_behind_the_last) {
@@ -303,6 +173,33 @@ TEST_F(FloatingViewControllerTest, a_thousand_pieces_in_a_turn_are_one_update) {
         model->_responseValue.mutate([](std::string& text) { text += 'x'; });
     platform.mainQueue.runUntilIdle();
     EXPECT_EQ(updates, 1);
+}
+
+TEST_F(FloatingViewControllerTest, a_row_is_scrolled_to_when_its_selection_changes) {
+    storeThree();
+    Rows presets;
+    Rows conversations;
+    const Subscription first = view->onScrollToPreset([&](std::int64_t index) { presets.push_back(index); });
+    const Subscription second =
+        view->onScrollToHistory([&](std::int64_t index) { conversations.push_back(index); });
+    view->fieldCommand(FieldCommand::moveDown, false);
+    settle();
+    model->_openHistory = true;
+    view->fieldCommand(FieldCommand::moveDown, false);
+    settle();
+    EXPECT_EQ(presets, (Rows{2, 3}));
+    EXPECT_EQ(conversations, Rows{1});
+}
+
+TEST_F(FloatingViewControllerTest, a_missing_grant_alone_offers_the_settings) {
+    model->_error = std::string("Error 500");
+    EXPECT_FALSE(view->offersSettings());
+    platform.accessibility.isTrusted = false;
+    model->captureContext();
+    EXPECT_TRUE(view->offersSettings());
+    view->settingsClicked();
+    EXPECT_EQ(platform.panelWindows.lastPanel().calls.back(), "close");
+    EXPECT_EQ(platform.application.calls, (Texts{"activateIgnoringOtherApps", "showSettingsWindow"}));
 }
 
 TEST_F(FloatingViewControllerTest, the_placeholder_invites_to_search_while_a_context_stands) {

@@ -35,9 +35,14 @@ TEST_F(ListsTest, every_list_change_selects_the_typed_command) {
     model->_selectedIndex = 3;
     model->_hoverIndex = 3;
     const Texts names = assignments([&] { model->clampSelection(); });
-    EXPECT_EQ(names, (Texts{"_selectedIndex", "_selectedIndex", "_hoverIndex"}));
+    const Texts clamp{"_selectedIndex", "_selectedIndex", "_hoverIndex"};
+    EXPECT_EQ(names, clamp);
     EXPECT_EQ(model->_selectedIndex, -1);
     EXPECT_EQ(model->_hoverIndex, -1);
+    Texts search = clamp;
+    search.insert(search.end(), {"_filteredData", "_filteredData"});
+    search.insert(search.end(), clamp.begin(), clamp.end());
+    EXPECT_EQ(assignments([&] { model->filterPrompts("x"); }), search);
 }
 
 TEST_F(ListsTest, the_arrows_walk_the_rows_and_stop_at_both_ends) {
@@ -63,6 +68,9 @@ TEST_F(ListsTest, without_rows_the_arrows_do_nothing) {
 TEST_F(ListsTest, with_the_history_open_the_arrows_move_both_selections) {
     for (const char* topic : {"A", "B"})
         model->storeConversation(topic, {}, -1);
+    model->selectNext();
+    EXPECT_EQ(model->_keyHistorySelected, 0);
+    model->clampSelection();
     model->_openHistory = true;
     for (int i = 0; i < 3; ++i)
         model->selectNext();

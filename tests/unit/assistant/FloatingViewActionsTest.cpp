@@ -1,0 +1,169 @@
+#include "tests/unit/assistant/FloatingViewFixture.h"
+
+namespace quillmoth {
+
+namespace {
+
+class FloatingViewActionsTest : public FloatingViewFixture {};
+
+TEST_F(FloatingViewActionsTest, a_row_is_marked_when_it_is_selected_or_else_below_the_pointer) {
+    using Mark = FloatingViewController::RowMark;
+    storeThree();
+    view->presetRowClicked(2);
+    view->presetRowEntered(3);
+    view->historyRowClicked(0);
+    view->historyRowEntered(1);
+    const auto marks = [](const auto& markOf) {
+        return std::vector<Mark>{markOf(0), markOf(1), markOf(2), markOf(3)};
+    };
+    EXPECT_EQ(marks([&](std::int64_t index) { return view->presetMark(index); }),
+              (std::vector<Mark>{Mark::none, Mark::none, Mark::selected, Mark::hovered}));
+    EXPECT_EQ(marks([&](std::int64_t index) { return view->historyMark(index); }),
+              (std::vector<Mark>{Mark::selected, Mark::hovered, Mark::none, Mark::none}));
+    view->presetRowEntered(2);
+    EXPECT_EQ(view->presetMark(2), Mark::selected);
+}
+
+TEST_F(FloatingViewActionsTest, a_double_click_opens_the_conversation_of_its_row) {
+    storeThree();
+    model->_openHistory = true;
+    view->historyRowDoubleClicked(2);
+    EXPECT_EQ(model->_chatWithHistory, 2);
+    EXPECT_EQ(texts(model->_messages), Texts{"user: hi"});
+}
+
+TEST_F(FloatingViewActionsTest, keys_bar_and_back_do_the_same) {
+    for (const auto& dismiss : std::vector<std::function<void()>>{
+             [&] { view->press(Key::cancel); }, [&] { view->barItemClicked(BarItem::cancelOrNewChat); },
+             [&] { view->backClicked(); }}) {
+        model->_command = std::string("x");
+        dismiss();
+        EXPECT_EQ(*model->_command, "");
+    }
+    for (const bool isOnTop : {true, false}) {
+        view->barItemClicked(BarItem::onTop);
+        EXPECT_EQ(model->_isOnTopBinding, isOnTop);
+    }
+    model->_responseValue = std::string("answer");
+    view->barItemClicked(BarItem::copyAll);
+    EXPECT_EQ(platform.pasteboard.contents, "answer");
+    view->commandEdited("x");
+    view->barItemClicked(BarItem::select);
+    EXPECT_EQ(streamCount(), 1U);
+}
+
+TEST_F(FloatingViewActionsTest, a_double_click_runs_the_row_and_wipes_the_command) {
+    view->commandEdited("wiped");
+    view->presetRowDoubleClicked(DataModel::kTypedCommand);
+    EXPECT_EQ(streamCount(), 0U);
+    EXPECT_EQ(lines.back(), "EXIT PROMPT EQUAL NIL");
+    view->presetRowClicked(3);
+    EXPECT_EQ(streamCount(), 0U);
+    const Texts names = assignments([&] { view->presetRowDoubleClicked(2); });
+    EXPECT_EQ(Texts(names.begin(), names.begin() + 3), (Texts{"_command", "_selectedIndex", "_error"}));
+    EXPECT_EQ(texts(model->_messages).back(), "user: Write a mail");
+}
+
+TEST_F(FloatingViewActionsTest, the_two_history_toggles_differ) {
+    storeThree();
+    model->_keyHistorySelected = 2;
+    model->_keyHistoryHover = 1;
+    view->barItemClicked(BarItem::history);
+    EXPECT_TRUE(model->_openHistory);
+    EXPECT_EQ(model->_keyHistorySelected, 2);
+    view->press(Key::history);
+    EXPECT_FALSE(model->_openHistory);
+    EXPECT_EQ(model->_keyHistorySelected, 0);
+    EXPECT_EQ(model->_keyHistoryHover, -1);
+}
+
+TEST_F(FloatingViewActionsTest, the_size_moves_by_two_between_its_bounds_and_is_stored) {
+    for (int i = 0; i < 20; ++i)
+        view->press(Key::larger);
+    EXPECT_EQ(view->_fontSize, 40);
+    for (int i = 0; i < 20; ++i)
+        view->press(Key::smaller);
+    EXPECT_EQ(view->_fontSize, 12);
+    EXPECT_EQ(platform.userDefaults.number("saveFontSize", 0), 12);
+    view->press(Key::defaultSize);
+    EXPECT_EQ(platform.userDefaults.number("saveFontSize", 0), 16);
+}
+
+TEST_F(FloatingViewActionsTest, replacing_closes_the_panel_before_it_writes) {
+    auto field = std::make_shared<platform::FakeAXUIElement>("field");
+    field->set("AXValue", std::string("abc"));
+    field->set("AXSelectedTextRange", platform::CFRange{1, 1});
+    platform.accessibility.systemWide().set("AXFocusedUIElement", platform::AXUIElementRef(field));
+    model->_responseValue = std::string("X");
+    std::size_t panelCallsAtWrite = 0;
+    platform.accessibility.onWrite = [&](const std::string&) {
+        panelCallsAtWrite = platform.panelWindows.lastPanel().calls.size();
+    };
+    view->press(Key::replaceSelection);
+    EXPECT_EQ(panelCallsAtWrite, 3U);
+    EXPECT_EQ(platform.accessibility.calls.back(), "set field AXSelectedTextRange {1, 0}");
+}
+
+TEST_F(FloatingViewActionsTest, copying_all_writes_the_clipboard_and_closes_unless_pinned) {
+    model->_responseValue = std::string("answer");
+    view->press(Key::onTop);
+    settle();
+    EXPECT_TRUE(model->_FloatingViewPanel.get()->isOntop);
+    view->press(Key::copyAll);
+    EXPECT_EQ(platform.pasteboard.calls, (Texts{"clearContents", "setString answer"}));
+    EXPECT_TRUE(platform.panelWindows.lastPanel().calls.empty());
+    view->press(Key::onTop);
+    view->press(Key::copyAll);
+    EXPECT_EQ(platform.panelWindows.lastPanel().calls.size(), 3U);
+}
+
+TEST_F(FloatingViewActionsTest, regenerating_needs_a_response) {
+    EXPECT_FALSE(view->press(Key::regenerate));
+    converse("one", {"1"});
+    model->_openHistory = true;
+    EXPECT_TRUE(view->press(Key::regenerate));
+    EXPECT_TRUE(model->_isLoading);
+}
+
+TEST_F(FloatingViewActionsTest, asking_again_offline_loses_no_question_and_ends_nothing) {
+    const auto askAgain = [&] {
+        EXPECT_TRUE(view->press(Key::regenerate));
+        view->barItemClicked(BarItem::regenerate);
+        return *model->_isLoading;
+    };
+    const auto ask = [&](const std::string& text) {
+        model->_selectedIndex = DataModel::kTypedCommand;
+        model->_command = text;
+        model->runPrompt();
+    };
+    ask("one");
+    failToConnect("down");
+    EXPECT_FALSE(askAgain()) << "there is nothing to ask again; the text is in the field";
+
+    converse("one", {"1"});
+    ask("two");
+    failToConnect("down");
+    EXPECT_TRUE(askAgain());
+    EXPECT_EQ(texts(model->_messages), (Texts{"system: Your are helpful assistant", "user: one"}));
+    failToConnect("down");
+    EXPECT_EQ(*model->_error, "down");
+
+    model->_messages = std::vector<ChatMessage>();
+    ask("three");
+    model->dismissStep();
+    settle();
+    EXPECT_TRUE(askAgain());
+    serve(200, {"3"});
+    EXPECT_EQ(texts(model->_messages),
+              (Texts{"system: Your are helpful assistant", "user: three", "assistant: 3"}));
+
+    model->storeConversation("Empty", {}, -1);
+    model->_openHistory = true;
+    model->_keyHistorySelected = 0;
+    model->runPrompt();
+    EXPECT_FALSE(askAgain());
+}
+
+} // namespace
+
+} // namespace quillmoth
