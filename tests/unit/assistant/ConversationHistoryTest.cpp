@@ -35,7 +35,9 @@ TEST_F(ConversationHistoryTest, a_closed_conversation_is_summarised_and_stored_f
     EXPECT_EQ(model->_oldMessages->front().message.size(), 3U) << "the request for the topic is not stored";
     EXPECT_EQ(model->_oldMessages->front().created, platform.clock.now);
     const std::string file = platform.documents.content(DataModel::kHistoryFilename);
-    EXPECT_EQ(readOldMessages(file, platform.uuidSource)->size(), 2U);
+    const auto stored = readOldMessages(file, platform.uuidSource);
+    ASSERT_EQ(stored->size(), 2U);
+    EXPECT_TRUE(stored->front().message.front().id) << "which the views tell the messages apart by";
     EXPECT_EQ(file.find("\"id\""), std::string::npos);
 }
 

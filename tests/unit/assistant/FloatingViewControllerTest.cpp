@@ -198,7 +198,8 @@ TEST_F(FloatingViewControllerTest, a_missing_grant_alone_offers_the_settings) {
     model->captureContext();
     EXPECT_TRUE(view->offersSettings());
     view->settingsClicked();
-    EXPECT_EQ(platform.panelWindows.lastPanel().calls.back(), "close");
+    EXPECT_EQ(platform.panelWindows.lastPanel().calls,
+              (Texts{"saveFrameUsingName savedFrame", "close", "close"}));
     EXPECT_EQ(platform.application.calls, (Texts{"activateIgnoringOtherApps", "showSettingsWindow"}));
 }
 

@@ -29,6 +29,10 @@ TEST_F(ListsTest, a_search_finds_names_of_the_class_in_force_whatever_their_case
     EXPECT_EQ(*model->_filteredData, (Rows{2}));
     model->filterPrompts("nothing like it");
     EXPECT_TRUE(model->_filteredData->empty());
+    model->_PromptM.get()->mutatePrompts(
+        [](auto& prompts) { prompts.push_back(preset("Nothing like it", "")); });
+    model->filterPrompts("nothing like it");
+    EXPECT_EQ(*model->_filteredData, (Rows{6}));
 }
 
 TEST_F(ListsTest, every_list_change_selects_the_typed_command) {
