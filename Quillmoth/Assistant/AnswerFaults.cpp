@@ -1,7 +1,6 @@
 #include "Quillmoth/Assistant/AnswerFaults.h"
 
-#include <algorithm>
-#include <string_view>
+#include "Foundation/URL.h"
 
 namespace quillmoth {
 
@@ -27,10 +26,12 @@ constexpr const char* kNoService =
     " did not answer as a chat service does. Your text is back in the field. Check the address of the server "
     "in Settings, and whether this network wants you to log in first.";
 
-/// Host and port of an address that has a scheme.
-std::string serverOf(std::string_view url) {
-    url.remove_prefix(std::min(url.find("://") + 3, url.size()));
-    return std::string(url.substr(0, url.find('/')));
+/// Host and port of an address.
+std::string serverOf(const std::string& address) {
+    const auto url = URL::parse(address);
+    if (!url || !url->host)
+        return address;
+    return *url->host + (url->port ? ":" + *url->port : "");
 }
 
 } // namespace

@@ -159,12 +159,13 @@ TEST_F(AnswerStreamTest, neither_status_nor_error_means_no_connection) {
 }
 
 TEST_F(AnswerStreamTest, a_200_that_is_no_whole_answer_is_told_and_loses_nothing) {
-    platform.userDefaults.set("gatewayBaseURL", std::string("https://gateway.example/relay"));
+    platform.userDefaults.set("gatewayBaseURL", std::string("https://gateway.example:8443/relay"));
     const std::string noService =
-        "gateway.example did not answer as a chat service does. Your text is back in the field. Check the "
+        "gateway.example:8443 did not answer as a chat service does. Your text is back in the field. Check "
+        "the "
         "address of the server in Settings, and whether this network wants you to log in first.";
     const std::string sendAgain = " Your text is back in the field; Return sends it again.";
-    const std::string noText = "gateway.example sent an answer without text." + sendAgain;
+    const std::string noText = "gateway.example:8443 sent an answer without text." + sendAgain;
     const std::string cut =
         "It broke. The answer is not complete. What has come of it is kept; Ctrl+R asks for it again.";
     const std::string role = R"(data: {"choices":[{"delta":{"role":"assistant"},"index":0}]})"
