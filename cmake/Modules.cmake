@@ -31,7 +31,7 @@ set(modules
 
     "Platform/Fake | Platform Foundation |"
     "Platform/Posix | Platform Foundation |"
-    "Platform/Curl | Platform Foundation | curl/"
+    "Platform/Curl | Platform/Posix Platform Foundation | curl/"
     "Platform/Qt | Platform/Posix Platform Foundation | ${qt}|nlohmann/|xcb/"
     "Platform/Linux/AtSpi | Platform Foundation | gio/|atspi/"
     "Platform/Linux/Desktop | Platform Foundation | ${qt}|dbus/|gio/|xcb/"

@@ -1,6 +1,6 @@
 #include "Platform/Curl/NetworkThread.h"
 
-#include "Platform/Curl/BlockedSignals.h"
+#include "Platform/Posix/BlockedSignals.h"
 #include "Platform/Curl/Transfer.h"
 
 #include <algorithm>

@@ -6,7 +6,7 @@
 #include "Platform/Linux/AtSpi/AtSpiAccessibility.h"
 #include "Platform/Linux/Desktop/InstanceRequest.h"
 #include "Platform/Linux/Unavailable/UnavailableServices.h"
-#include "Platform/Linux/X11/Selection/X11SelectionPasteboard.h"
+#include "Platform/Linux/X11/Selection/X11Pasteboard.h"
 #include "Platform/Linux/X11/X11BackEnd.h"
 #include "Platform/Posix/DiskSync.h"
 #include "Platform/Qt/FileUserDefaults.h"
@@ -96,7 +96,7 @@ DesktopFacts desktopFacts(const std::string& displayProblem) {
     facts.hasCompositor = x11->screen().isComposited();
     if (const auto process = x11->frontApplication().processIdentifier())
         facts.front = frontOf(accessibility, *x11, *process);
-    const platform::X11SelectionPasteboard pasteboard;
+    const platform::X11Pasteboard pasteboard;
     facts.clipboard = {.hasOwner = pasteboard.hasOwner("CLIPBOARD"),
                        .answers = true,
                        .hasManager = pasteboard.hasOwner("CLIPBOARD_MANAGER")};

@@ -4,7 +4,7 @@
 #include "Platform/Linux/Desktop/DesktopHotKeyCenter.h"
 #include "Platform/Linux/Desktop/SchemeHandler.h"
 #include "Platform/Linux/X11/Keys/X11Keycodes.h"
-#include "Platform/Linux/X11/Selection/X11SelectionPasteboard.h"
+#include "Platform/Linux/X11/Selection/X11Pasteboard.h"
 #include "Platform/Linux/X11/X11BackEnd.h"
 #include "Quillmoth/Settings/SettingsModel.h"
 
@@ -63,7 +63,7 @@ DesktopServices::DesktopServices()
     accessibility.start();
     if (!x11_)
         return;
-    selectionPasteboard_ = std::make_unique<platform::X11SelectionPasteboard>();
+    selectionPasteboard_ = std::make_unique<platform::X11Pasteboard>();
     x11_->panelFocus().setFreeToolkit(freeToolkitsKeyboard);
     x11_->keyboardEvents().setVeto([this] { return !selectionPasteboard_->isKept(); });
 }

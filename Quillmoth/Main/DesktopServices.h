@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Platform/Curl/CurlURLSessions.h"
-#include "Platform/Curl/SerialOperationQueues.h"
+#include "Platform/Posix/SerialOperationQueues.h"
 #include "Platform/Linux/AtSpi/AtSpiAccessibility.h"
 #include "Platform/Linux/Unavailable/UnavailableServices.h"
 #include "Platform/Platform.h"
@@ -26,7 +26,7 @@ namespace quillmoth {
 
 namespace platform {
 class X11BackEnd;
-class X11SelectionPasteboard;
+class X11Pasteboard;
 } // namespace platform
 
 /// The services of this desktop, wired together. Made once, on the main thread, after the QApplication; ends
@@ -82,7 +82,7 @@ private:
 
     std::unique_ptr<platform::X11BackEnd> x11_;
     platform::QtPasteboard toolkitPasteboard_;
-    std::unique_ptr<platform::X11SelectionPasteboard> selectionPasteboard_;
+    std::unique_ptr<platform::X11Pasteboard> selectionPasteboard_;
     std::unique_ptr<platform::HotKeyCenter> desktopHotKeys_;
     platform::UnavailableHotKeyCenter noHotKeyCenter_;
     platform::UnavailableKeyboardEvents noKeyboardEvents_;

@@ -1,6 +1,6 @@
 #include "Platform/Linux/Desktop/SessionDisplay.h"
 #include "Platform/Linux/Desktop/SingleInstance.h"
-#include "Platform/Linux/Desktop/StartUp.h"
+#include "Quillmoth/Main/StartUp.h"
 #include "Quillmoth/Main/DesktopFactsOf.h"
 #include "Quillmoth/Main/QuillmothApp.h"
 

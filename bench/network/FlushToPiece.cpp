@@ -4,7 +4,7 @@
 
 #include "EventSource/EventSource.h"
 #include "Platform/Curl/CurlURLSessions.h"
-#include "Platform/Curl/SerialOperationQueues.h"
+#include "Platform/Posix/SerialOperationQueues.h"
 #include "tests/support/RunLoop.h"
 
 #include <benchmark/benchmark.h>

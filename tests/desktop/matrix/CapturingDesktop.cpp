@@ -26,7 +26,7 @@ CapturingDesktop::CapturingDesktop(const std::string& windowManager)
     : desktop_({.windowManager = windowManager, .accessibility = true}),
       application_(std::make_unique<QGuiApplication>(argumentCount, arguments)),
       fakes_(std::make_unique<FakePlatform>()), x11_(makeBackEnd()),
-      mainQueue_(std::make_unique<QtMainQueue>()), pasteboard_(std::make_unique<X11SelectionPasteboard>()),
+      mainQueue_(std::make_unique<QtMainQueue>()), pasteboard_(std::make_unique<X11Pasteboard>()),
       accessibility_(std::make_unique<AtSpiAccessibility>(hooks())) {
     x11_->keyboardEvents().setVeto([this] { return !pasteboard_->isKept(); });
     accessibility_->start();

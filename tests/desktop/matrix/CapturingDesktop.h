@@ -2,7 +2,7 @@
 
 #include "Platform/Fake/FakePlatform.h"
 #include "Platform/Linux/AtSpi/AtSpiAccessibility.h"
-#include "Platform/Linux/X11/Selection/X11SelectionPasteboard.h"
+#include "Platform/Linux/X11/Selection/X11Pasteboard.h"
 #include "Platform/Linux/X11/X11BackEnd.h"
 #include "Platform/Qt/QtMainQueue.h"
 #include "Quillmoth/Assistant/DataModel.h"
@@ -32,7 +32,7 @@ public:
 
     platform::AtSpiAccessibility& accessibility() { return *accessibility_; }
 
-    platform::X11SelectionPasteboard& pasteboard() { return *pasteboard_; }
+    platform::X11Pasteboard& pasteboard() { return *pasteboard_; }
 
     platform::FakePlatform& fakes() { return *fakes_; }
 
@@ -50,7 +50,7 @@ public:
 
     void replaceSelection(const std::string& text);
 
-    /// Has the front application paste the text; see X11SelectionPasteboard.
+    /// Has the front application paste the text; see X11Pasteboard.
     bool paste(const std::string& text, std::int64_t process, std::chrono::steady_clock::time_point deadline);
 
 private:
@@ -61,7 +61,7 @@ private:
     std::unique_ptr<platform::FakePlatform> fakes_;
     std::unique_ptr<platform::X11BackEnd> x11_;
     std::unique_ptr<platform::QtMainQueue> mainQueue_;
-    std::unique_ptr<platform::X11SelectionPasteboard> pasteboard_;
+    std::unique_ptr<platform::X11Pasteboard> pasteboard_;
     std::unique_ptr<platform::AtSpiAccessibility> accessibility_;
     std::shared_ptr<DataModel> model_;
 };

@@ -1,5 +1,5 @@
 #include "Platform/Linux/X11/Selection/X11SelectionOwner.h"
-#include "Platform/Linux/X11/Selection/X11SelectionPasteboard.h"
+#include "Platform/Linux/X11/Selection/X11Pasteboard.h"
 #include "Platform/Linux/X11/Selection/X11SelectionReader.h"
 #include "tests/desktop/support/VirtualDesktop.h"
 
@@ -74,7 +74,7 @@ protected:
     }
 
     /// What the program does around a synthetic copy; `copy` stands for what the front application does.
-    static std::string capture(X11SelectionPasteboard& pasteboard, const std::function<void()>& copy) {
+    static std::string capture(X11Pasteboard& pasteboard, const std::function<void()>& copy) {
         const auto saved = pasteboard.string();
         pasteboard.clearContents();
         copy();
@@ -154,7 +154,7 @@ private:
 } // namespace
 
 TEST_F(Clipboard, TextTravelsBothWays) {
-    X11SelectionPasteboard pasteboard;
+    X11Pasteboard pasteboard;
     pasteboard.setString("Gr\u00fc\u00dfe \U0001F600\n");
     EXPECT_EQ(pasteboard.string(), "Gr\u00fc\u00dfe \U0001F600\n");
     EXPECT_EQ(pasted(), "Gr\u00fc\u00dfe \U0001F600\n");
@@ -169,7 +169,7 @@ TEST_F(Clipboard, TextTravelsBothWays) {
 }
 
 TEST_F(Clipboard, ACopyByNobodyLeavesTheOwnerUntouched) {
-    X11SelectionPasteboard pasteboard;
+    X11Pasteboard pasteboard;
     auto other = copyFile("a picture", "image/png");
     const auto before = owner();
     EXPECT_EQ(capture(pasteboard, [] {}), "nothing");
@@ -178,7 +178,7 @@ TEST_F(Clipboard, ACopyByNobodyLeavesTheOwnerUntouched) {
 }
 
 TEST_F(Clipboard, EveryFormatComesBackAfterACopy) {
-    X11SelectionPasteboard pasteboard;
+    X11Pasteboard pasteboard;
     auto rich = copyRich("the text", "<b>the text</b>");
     const std::string picture = pasted("image/png");
     ASSERT_FALSE(picture.empty());
@@ -196,7 +196,7 @@ TEST_F(Clipboard, EveryFormatComesBackAfterACopy) {
 }
 
 TEST_F(Clipboard, TwoCopiesAtOnceBringBackWhatWasThereBeforeTheFirst) {
-    X11SelectionPasteboard pasteboard;
+    X11Pasteboard pasteboard;
     const auto rich = copyRich("the text", "<b>the text</b>");
     std::vector<ChildProcess> copies;
     const auto begin = [&] {
@@ -222,7 +222,7 @@ TEST_F(Clipboard, TwoCopiesAtOnceBringBackWhatWasThereBeforeTheFirst) {
 }
 
 TEST_F(Clipboard, WhatTheProgramsOwnFieldsCopiedComesBackToo) {
-    X11SelectionPasteboard pasteboard;
+    X11Pasteboard pasteboard;
     auto* data = new QMimeData;
     data->setText("from the panel");
     data->setHtml("<i>from the panel</i>");
@@ -235,7 +235,7 @@ TEST_F(Clipboard, WhatTheProgramsOwnFieldsCopiedComesBackToo) {
 }
 
 TEST_F(Clipboard, AStuckOwnerCostsAMomentAndKeepsItsContent) {
-    X11SelectionPasteboard pasteboard;
+    X11Pasteboard pasteboard;
     const auto other = copyFile("kept");
     kill(other.processIdentifier(), SIGSTOP);
     EXPECT_LT(secondsOf([&] { EXPECT_EQ(pasteboard.string(), std::nullopt); }), 3);
@@ -246,7 +246,7 @@ TEST_F(Clipboard, AStuckOwnerCostsAMomentAndKeepsItsContent) {
 }
 
 TEST_F(Clipboard, FiftyMegabytesHoldUpNobodyAndAreNotLost) {
-    X11SelectionPasteboard pasteboard;
+    X11Pasteboard pasteboard;
     std::string large;
     while (large.size() < (50U << 20U))
         large += "fifty megabytes of words \u00fc\n";
@@ -274,7 +274,7 @@ TEST_F(Clipboard, FiftyMegabytesHoldUpNobodyAndAreNotLost) {
 TEST_F(Clipboard, AClipboardManagerTakesTheContentOverAtTheEnd) {
     const Manager manager;
     {
-        X11SelectionPasteboard pasteboard;
+        X11Pasteboard pasteboard;
         pasteboard.setString("for later");
     }
     EXPECT_TRUE(manager.hasSaved());

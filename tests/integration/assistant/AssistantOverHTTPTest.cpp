@@ -2,7 +2,7 @@
 
 #include "Foundation/Log.h"
 #include "Platform/Curl/CurlURLSessions.h"
-#include "Platform/Curl/SerialOperationQueues.h"
+#include "Platform/Posix/SerialOperationQueues.h"
 #include "Platform/Fake/FakePlatform.h"
 #include "Quillmoth/Assistant/DataModel.h"
 #include "tests/support/Latch.h"

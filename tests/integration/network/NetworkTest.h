@@ -2,7 +2,7 @@
 
 #include "EventSource/EventSource.h"
 #include "Platform/Curl/CurlURLSessions.h"
-#include "Platform/Curl/SerialOperationQueues.h"
+#include "Platform/Posix/SerialOperationQueues.h"
 #include "tests/support/RunLoop.h"
 #include "tests/support/ScriptedChatServer.h"
 

@@ -1,4 +1,4 @@
-#include "Platform/Curl/SerialOperationQueues.h"
+#include "Platform/Posix/SerialOperationQueues.h"
 
 #include "tests/support/Latch.h"
 

@@ -1,5 +1,5 @@
 // A start of the program as a process of its own, up to the point at which it would open windows.
-#include "Platform/Linux/Desktop/StartUp.h"
+#include "Quillmoth/Main/StartUp.h"
 
 #include <iostream>
 

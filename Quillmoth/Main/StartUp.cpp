@@ -1,6 +1,6 @@
-#include "Platform/Linux/Desktop/StartUp.h"
+#include "Quillmoth/Main/StartUp.h"
 
-#include "Platform/Linux/Desktop/CommandLine.h"
+#include "Quillmoth/Application/CommandLine.h"
 #include "Platform/Linux/Desktop/HandOver.h"
 
 namespace quillmoth::platform {

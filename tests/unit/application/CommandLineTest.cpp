@@ -1,4 +1,4 @@
-#include "Platform/Linux/Desktop/CommandLine.h"
+#include "Quillmoth/Application/CommandLine.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "Platform/Curl/SerialOperationQueues.h"
+#include "Platform/Posix/SerialOperationQueues.h"
 
-#include "Platform/Curl/BlockedSignals.h"
+#include "Platform/Posix/BlockedSignals.h"
 
 #include <condition_variable>
 #include <deque>

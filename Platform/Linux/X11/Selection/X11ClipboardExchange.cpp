@@ -1,4 +1,4 @@
-#include "Platform/Linux/X11/Selection/X11SelectionClipboard.h"
+#include "Platform/Linux/X11/Selection/X11ClipboardExchange.h"
 
 #include <utility>
 #include <xcb/res.h>
@@ -18,7 +18,7 @@ constexpr std::chrono::seconds kUnfetchedLimit{60};
 
 } // namespace
 
-X11SelectionClipboard::X11SelectionClipboard(X11SelectionConnection& connection)
+X11ClipboardExchange::X11ClipboardExchange(X11SelectionConnection& connection)
     : connection_(connection), selection_(connection.atom("CLIPBOARD")), reader_(connection),
       owner_(connection, selection_) {
     connection_.setHandler([this](const xcb_generic_event_t& event) { handle(event); });
@@ -34,7 +34,7 @@ X11SelectionClipboard::X11SelectionClipboard(X11SelectionConnection& connection)
     xcb_flush(server);
 }
 
-void X11SelectionClipboard::handle(const xcb_generic_event_t& event) {
+void X11ClipboardExchange::handle(const xcb_generic_event_t& event) {
     owner_.handle(event);
     reader_.handle(event);
     if ((event.response_type & 0x7F) != ownerEvent_ || ownerEvent_ == 0)
@@ -46,7 +46,7 @@ void X11SelectionClipboard::handle(const xcb_generic_event_t& event) {
     wantsCopy_ = memory_.hasBeenReplaced() || wantsCopy_;
 }
 
-void X11SelectionClipboard::work() {
+void X11ClipboardExchange::work() {
     if (std::exchange(wantsCopy_, false)) {
         auto text = reader_.text(selection_, Clock::now() + kCopyReadLimit);
         // Given up for something quick, to be begun anew behind that.
@@ -58,13 +58,13 @@ void X11SelectionClipboard::work() {
         takeBack();
 }
 
-X11SelectionClipboard::Clock::time_point X11SelectionClipboard::nextWork() const {
+X11ClipboardExchange::Clock::time_point X11ClipboardExchange::nextWork() const {
     if (wantsCopy_)
         return Clock::now();
     return paste_ ? paste_->restoreAt : Clock::time_point::max();
 }
 
-X11SelectionClipboard::Reading X11SelectionClipboard::read(const SelectionContentRef& own,
+X11ClipboardExchange::Reading X11ClipboardExchange::read(const SelectionContentRef& own,
                                                            Clock::time_point deadline) {
     work();
     if (auto known = memory_.known(Clock::now()))
@@ -72,12 +72,12 @@ X11SelectionClipboard::Reading X11SelectionClipboard::read(const SelectionConten
     return {.known = std::nullopt, .content = current(own, deadline)};
 }
 
-void X11SelectionClipboard::clear() {
+void X11ClipboardExchange::clear() {
     takeBack();
     memory_.clear(Clock::now());
 }
 
-void X11SelectionClipboard::write(const std::string& text) {
+void X11ClipboardExchange::write(const std::string& text) {
     using Kind = X11SelectionMemory::Decision::Kind;
     paste_.reset();
     auto decision = memory_.write(text, Clock::now());
@@ -87,12 +87,12 @@ void X11SelectionClipboard::write(const std::string& text) {
         offer(text);
 }
 
-void X11SelectionClipboard::offer(const std::string& text) {
+void X11ClipboardExchange::offer(const std::string& text) {
     owner_.own(std::make_shared<const SelectionContent>(
         SelectionContent{.text = text, .others = {}, .isComplete = true}));
 }
 
-SelectionContentRef X11SelectionClipboard::current(const SelectionContentRef& own,
+SelectionContentRef X11ClipboardExchange::current(const SelectionContentRef& own,
                                                    Clock::time_point deadline) {
     if (own)
         return own;
@@ -103,7 +103,7 @@ SelectionContentRef X11SelectionClipboard::current(const SelectionContentRef& ow
     return std::make_shared<const SelectionContent>(reader_.content(selection_, deadline));
 }
 
-bool X11SelectionClipboard::lend(const std::string& text, std::int64_t process,
+bool X11ClipboardExchange::lend(const std::string& text, std::int64_t process,
                                  const SelectionContentRef& own, Clock::time_point deadline) {
     auto former = current(own, deadline);
     if (!former->isComplete)
@@ -121,12 +121,12 @@ bool X11SelectionClipboard::lend(const std::string& text, std::int64_t process,
     return true;
 }
 
-void X11SelectionClipboard::takeBack() {
+void X11ClipboardExchange::takeBack() {
     if (auto paste = std::exchange(paste_, std::nullopt))
         owner_.own(std::move(paste->former));
 }
 
-void X11SelectionClipboard::delivered(xcb_window_t requestor) {
+void X11ClipboardExchange::delivered(xcb_window_t requestor) {
     if (!paste_ || processOf(requestor) != paste_->process)
         return;
     paste_->restoreAt = Clock::now() + kFetchGrace;
@@ -134,7 +134,7 @@ void X11SelectionClipboard::delivered(xcb_window_t requestor) {
         onFetched();
 }
 
-std::int64_t X11SelectionClipboard::processOf(xcb_window_t window) const {
+std::int64_t X11ClipboardExchange::processOf(xcb_window_t window) const {
     const xcb_res_client_id_spec_t wanted = {window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
     const auto cookie = xcb_res_query_client_ids(connection_.get(), 1, &wanted);
     const auto reply = owned(xcb_res_query_client_ids_reply(connection_.get(), cookie, nullptr));
@@ -145,14 +145,14 @@ std::int64_t X11SelectionClipboard::processOf(xcb_window_t window) const {
     return isKnown ? *xcb_res_client_id_value_value(entry.data) : 0;
 }
 
-bool X11SelectionClipboard::hasOwner(const std::string& selection) {
+bool X11ClipboardExchange::hasOwner(const std::string& selection) {
     auto* server = connection_.get();
     const auto cookie = xcb_get_selection_owner(server, connection_.atom(selection));
     const auto reply = owned(xcb_get_selection_owner_reply(server, cookie, nullptr));
     return reply && reply->owner != XCB_WINDOW_NONE;
 }
 
-bool X11SelectionClipboard::handOver(Clock::time_point deadline) {
+bool X11ClipboardExchange::handOver(Clock::time_point deadline) {
     takeBack();
     return owner_.handOver(deadline);
 }

@@ -15,10 +15,10 @@ namespace quillmoth::platform {
 /// the first use. Main thread; no call keeps it for more than nine tenths of a second, whatever the owner of
 /// the clipboard does. What is set here is offered as long as the object lives; then a clipboard manager is
 /// asked to take it.
-class X11SelectionPasteboard final : public Pasteboard {
+class X11Pasteboard final : public Pasteboard {
 public:
-    X11SelectionPasteboard();
-    ~X11SelectionPasteboard() override;
+    X11Pasteboard();
+    ~X11Pasteboard() override;
 
     /// Notes all other formats too, for what is set later: see clearContents.
     [[nodiscard]] std::optional<std::string> string() const override;

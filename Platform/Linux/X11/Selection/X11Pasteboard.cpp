@@ -1,6 +1,6 @@
-#include "Platform/Linux/X11/Selection/X11SelectionPasteboard.h"
+#include "Platform/Linux/X11/Selection/X11Pasteboard.h"
 
-#include "Platform/Linux/X11/Selection/X11SelectionClipboard.h"
+#include "Platform/Linux/X11/Selection/X11ClipboardExchange.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -60,9 +60,9 @@ SelectionContentRef withAtoms(X11SelectionConnection& connection, std::optional<
 } // namespace
 
 /// Carries out one call after the other, and in between answers other programs.
-class X11SelectionPasteboard::Thread {
+class X11Pasteboard::Thread {
 public:
-    using Work = std::function<void(X11SelectionClipboard&)>;
+    using Work = std::function<void(X11ClipboardExchange&)>;
 
     Thread() : thread_([this] { run(); }) {}
 
@@ -88,10 +88,10 @@ public:
 
     /// Waits until it is done, or for the deadline; what comes late then has no effect on the caller.
     template<class Answer>
-    std::optional<Answer> ask(std::function<Answer(X11SelectionClipboard&)> work,
+    std::optional<Answer> ask(std::function<Answer(X11ClipboardExchange&)> work,
                               Clock::time_point deadline) {
         auto answer = std::make_shared<std::optional<Answer>>();
-        post([this, answer, work = std::move(work)](X11SelectionClipboard& clipboard) {
+        post([this, answer, work = std::move(work)](X11ClipboardExchange& clipboard) {
             Answer found = work(clipboard);
             const std::lock_guard lock(mutex_);
             answer->emplace(std::move(found));
@@ -103,10 +103,10 @@ public:
     }
 
     /// For what is quick: a read that is under way is given up for it.
-    void order(const std::function<void(X11SelectionClipboard&)>& work) {
+    void order(const std::function<void(X11ClipboardExchange&)>& work) {
         isUrgent_ = true;
         ask<bool>(
-            [work](X11SelectionClipboard& clipboard) {
+            [work](X11ClipboardExchange& clipboard) {
                 work(clipboard);
                 return true;
             },
@@ -127,7 +127,7 @@ private:
     void run() {
         if (!connection_.isOpen())
             return;
-        X11SelectionClipboard clipboard(connection_);
+        X11ClipboardExchange clipboard(connection_);
         connection_.isInterrupted = [this] { return isUrgent_ || isStopping_; };
         clipboard.onFetched = [this] {
             const std::lock_guard lock(mutex_);
@@ -145,7 +145,7 @@ private:
         clipboard.handOver(Clock::now() + kHandOverLimit);
     }
 
-    void runJobs(X11SelectionClipboard& clipboard) {
+    void runJobs(X11ClipboardExchange& clipboard) {
         for (;;) {
             Work work;
             {
@@ -172,20 +172,20 @@ private:
     std::thread thread_;
 };
 
-X11SelectionPasteboard::X11SelectionPasteboard() = default;
-X11SelectionPasteboard::~X11SelectionPasteboard() = default;
+X11Pasteboard::X11Pasteboard() = default;
+X11Pasteboard::~X11Pasteboard() = default;
 
-X11SelectionPasteboard::Thread& X11SelectionPasteboard::thread() const {
+X11Pasteboard::Thread& X11Pasteboard::thread() const {
     if (!thread_)
         thread_ = std::make_unique<Thread>();
     return *thread_;
 }
 
-std::optional<std::string> X11SelectionPasteboard::string() const {
+std::optional<std::string> X11Pasteboard::string() const {
     const auto deadline = Clock::now() + kReadLimit;
     Thread& thread = this->thread();
-    const auto reading = thread.ask<X11SelectionClipboard::Reading>(
-        [&connection = thread.connection(), own = toolkitsOwn(), deadline](X11SelectionClipboard& clipboard) {
+    const auto reading = thread.ask<X11ClipboardExchange::Reading>(
+        [&connection = thread.connection(), own = toolkitsOwn(), deadline](X11ClipboardExchange& clipboard) {
             return clipboard.read(withAtoms(connection, own), deadline);
         },
         deadline + kWaitMargin);
@@ -193,40 +193,40 @@ std::optional<std::string> X11SelectionPasteboard::string() const {
         return *reading->known;
     const SelectionContentRef content = reading ? reading->content : nullptr;
     isWhole_ = content && content->isComplete;
-    thread.post([content](X11SelectionClipboard& clipboard) { clipboard.hasSeen(content); });
+    thread.post([content](X11ClipboardExchange& clipboard) { clipboard.hasSeen(content); });
     return content ? content->text : std::nullopt;
 }
 
-void X11SelectionPasteboard::clearContents() {
-    thread().order([](X11SelectionClipboard& clipboard) { clipboard.clear(); });
+void X11Pasteboard::clearContents() {
+    thread().order([](X11ClipboardExchange& clipboard) { clipboard.clear(); });
 }
 
-void X11SelectionPasteboard::setString(const std::string& text) {
+void X11Pasteboard::setString(const std::string& text) {
     isWhole_ = true;
-    thread().order([text](X11SelectionClipboard& clipboard) { clipboard.write(text); });
+    thread().order([text](X11ClipboardExchange& clipboard) { clipboard.write(text); });
 }
 
-bool X11SelectionPasteboard::paste(const std::string& text, std::int64_t process,
+bool X11Pasteboard::paste(const std::string& text, std::int64_t process,
                                    const std::function<void()>& sendKeys, Clock::time_point deadline) {
     Thread& thread = this->thread();
     thread.forgetFetched();
     const auto isLent = thread.ask<bool>(
         [&connection = thread.connection(), own = toolkitsOwn(), text, process,
-         deadline](X11SelectionClipboard& clipboard) {
+         deadline](X11ClipboardExchange& clipboard) {
             return clipboard.lend(text, process, withAtoms(connection, own), deadline);
         },
         deadline + kWaitMargin);
     if (!isLent.value_or(false)) {
-        thread.order([](X11SelectionClipboard& clipboard) { clipboard.takeBack(); });
+        thread.order([](X11ClipboardExchange& clipboard) { clipboard.takeBack(); });
         return false;
     }
     sendKeys();
     return thread.awaitFetched(deadline);
 }
 
-bool X11SelectionPasteboard::hasOwner(const std::string& selection) const {
+bool X11Pasteboard::hasOwner(const std::string& selection) const {
     return thread()
-        .ask<bool>([selection](X11SelectionClipboard& clipboard) { return clipboard.hasOwner(selection); },
+        .ask<bool>([selection](X11ClipboardExchange& clipboard) { return clipboard.hasOwner(selection); },
                    Clock::now() + kReadLimit)
         .value_or(false);
 }

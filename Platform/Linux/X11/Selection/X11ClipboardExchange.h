@@ -8,11 +8,11 @@ namespace quillmoth::platform {
 
 /// The clipboard (the CLIPBOARD selection) as the program uses it. Lives on a thread of its own, so that
 /// other programs get their answers while the main thread is busy, and it never waits for them.
-class X11SelectionClipboard {
+class X11ClipboardExchange {
 public:
     using Clock = X11SelectionConnection::Clock;
 
-    explicit X11SelectionClipboard(X11SelectionConnection& connection);
+    explicit X11ClipboardExchange(X11SelectionConnection& connection);
 
     /// Either the text is known, or the owner's content was read.
     struct Reading {
