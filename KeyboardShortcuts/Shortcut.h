@@ -1,6 +1,5 @@
 #pragma once
 
-#include "KeyboardShortcuts/Key.h"
 #include "KeyboardShortcuts/Modifiers.h"
 
 #include <cstddef>

@@ -1,5 +1,6 @@
 #include "Platform/Linux/Desktop/DesktopHotKeyCenter.h"
 
+#include "Platform/Keys.h"
 #include "Platform/Linux/Desktop/DesktopKeySettings.h"
 
 #include <utility>
@@ -9,9 +10,7 @@ namespace quillmoth::platform {
 namespace {
 
 bool isWindowMenuKey(std::int64_t keyCode, std::int64_t carbonModifiers) {
-    constexpr std::int64_t kSpace = 49;
-    constexpr std::int64_t kOption = 0x800;
-    return keyCode == kSpace && carbonModifiers == kOption;
+    return keys::Key(keyCode) == keys::Key::space && carbonModifiers == keys::kCarbonOption;
 }
 
 } // namespace

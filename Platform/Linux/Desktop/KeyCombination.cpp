@@ -2,6 +2,7 @@
 
 #include "Foundation/ASCII.h"
 #include "Platform/KeyboardLayout.h"
+#include "Platform/Keys.h"
 
 #include <algorithm>
 #include <array>
@@ -11,35 +12,75 @@ namespace quillmoth::platform {
 
 namespace {
 
-constexpr std::int64_t kCommand = 0x100;
-constexpr std::int64_t kShift = 0x200;
-constexpr std::int64_t kOption = 0x800;
-constexpr std::int64_t kControl = 0x1000;
+using keys::Key;
 
-using NamedModifier = std::pair<std::string_view, std::int64_t>;
+using NamedModifier = std::pair<std::string_view, keys::CarbonModifiers>;
 
-constexpr std::array kOpenboxModifiers{NamedModifier{"C", kCommand}, NamedModifier{"A", kOption},
-                                       NamedModifier{"S", kShift}, NamedModifier{"W", kControl}};
+constexpr std::array kOpenboxModifiers{
+    NamedModifier{"C", keys::kCarbonCommand}, NamedModifier{"A", keys::kCarbonOption},
+    NamedModifier{"S", keys::kCarbonShift}, NamedModifier{"W", keys::kCarbonControl}};
 
 constexpr std::array kAcceleratorModifiers{
-    NamedModifier{"primary", kCommand}, NamedModifier{"control", kCommand}, NamedModifier{"ctrl", kCommand},
-    NamedModifier{"ctl", kCommand},     NamedModifier{"alt", kOption},      NamedModifier{"mod1", kOption},
-    NamedModifier{"shift", kShift},     NamedModifier{"shft", kShift},      NamedModifier{"super", kControl},
-    NamedModifier{"mod4", kControl}};
+    NamedModifier{"primary", keys::kCarbonCommand}, NamedModifier{"control", keys::kCarbonCommand},
+    NamedModifier{"ctrl", keys::kCarbonCommand},    NamedModifier{"ctl", keys::kCarbonCommand},
+    NamedModifier{"alt", keys::kCarbonOption},      NamedModifier{"mod1", keys::kCarbonOption},
+    NamedModifier{"shift", keys::kCarbonShift},     NamedModifier{"shft", keys::kCarbonShift},
+    NamedModifier{"super", keys::kCarbonControl},   NamedModifier{"mod4", keys::kCarbonControl}};
 
 /// Keys that write nothing, by the names of X.h's keysyms.
-constexpr std::pair<std::string_view, std::uint16_t> kNamedKeys[] = {
-    {"space", 49},       {"Tab", 48},         {"ISO_Left_Tab", 48}, {"Return", 36},     {"BackSpace", 51},
-    {"Escape", 53},      {"Delete", 117},     {"Insert", 114},      {"Home", 115},      {"End", 119},
-    {"Prior", 116},      {"Page_Up", 116},    {"Next", 121},        {"Page_Down", 121}, {"Left", 123},
-    {"Right", 124},      {"Down", 125},       {"Up", 126},          {"KP_Enter", 76},   {"KP_0", 82},
-    {"KP_1", 83},        {"KP_2", 84},        {"KP_3", 85},         {"KP_4", 86},       {"KP_5", 87},
-    {"KP_6", 88},        {"KP_7", 89},        {"KP_8", 91},         {"KP_9", 92},       {"KP_Add", 69},
-    {"KP_Subtract", 78}, {"KP_Multiply", 67}, {"KP_Divide", 75},    {"F1", 122},        {"F2", 120},
-    {"F3", 99},          {"F4", 118},         {"F5", 96},           {"F6", 97},         {"F7", 98},
-    {"F8", 100},         {"F9", 101},         {"F10", 109},         {"F11", 103},       {"F12", 111},
-    {"F13", 105},        {"F14", 107},        {"F15", 113},         {"F16", 106},       {"F17", 64},
-    {"F18", 79},         {"F19", 80},         {"F20", 90}};
+constexpr std::pair<std::string_view, Key> kNamedKeys[] = {{"space", Key::space},
+                                                           {"Tab", Key::tab},
+                                                           {"ISO_Left_Tab", Key::tab},
+                                                           {"Return", Key::return_},
+                                                           {"BackSpace", Key::delete_},
+                                                           {"Escape", Key::escape},
+                                                           {"Delete", Key::deleteForward},
+                                                           {"Insert", Key::help},
+                                                           {"Home", Key::home},
+                                                           {"End", Key::end},
+                                                           {"Prior", Key::pageUp},
+                                                           {"Page_Up", Key::pageUp},
+                                                           {"Next", Key::pageDown},
+                                                           {"Page_Down", Key::pageDown},
+                                                           {"Left", Key::leftArrow},
+                                                           {"Right", Key::rightArrow},
+                                                           {"Down", Key::downArrow},
+                                                           {"Up", Key::upArrow},
+                                                           {"KP_Enter", Key::keypadEnter},
+                                                           {"KP_0", Key::keypad0},
+                                                           {"KP_1", Key::keypad1},
+                                                           {"KP_2", Key::keypad2},
+                                                           {"KP_3", Key::keypad3},
+                                                           {"KP_4", Key::keypad4},
+                                                           {"KP_5", Key::keypad5},
+                                                           {"KP_6", Key::keypad6},
+                                                           {"KP_7", Key::keypad7},
+                                                           {"KP_8", Key::keypad8},
+                                                           {"KP_9", Key::keypad9},
+                                                           {"KP_Add", Key::keypadPlus},
+                                                           {"KP_Subtract", Key::keypadMinus},
+                                                           {"KP_Multiply", Key::keypadMultiply},
+                                                           {"KP_Divide", Key::keypadDivide},
+                                                           {"F1", Key::f1},
+                                                           {"F2", Key::f2},
+                                                           {"F3", Key::f3},
+                                                           {"F4", Key::f4},
+                                                           {"F5", Key::f5},
+                                                           {"F6", Key::f6},
+                                                           {"F7", Key::f7},
+                                                           {"F8", Key::f8},
+                                                           {"F9", Key::f9},
+                                                           {"F10", Key::f10},
+                                                           {"F11", Key::f11},
+                                                           {"F12", Key::f12},
+                                                           {"F13", Key::f13},
+                                                           {"F14", Key::f14},
+                                                           {"F15", Key::f15},
+                                                           {"F16", Key::f16},
+                                                           {"F17", Key::f17},
+                                                           {"F18", Key::f18},
+                                                           {"F19", Key::f19},
+                                                           {"F20", Key::f20}};
 
 constexpr std::pair<std::string_view, std::string_view> kPunctuation[] = {
     {"minus", "-"},        {"equal", "="},      {"comma", ","}, {"period", "."},    {"slash", "/"},
@@ -96,8 +137,8 @@ KeyNames::KeyNames(KeyboardLayout& layout) {
 }
 
 std::optional<std::uint16_t> KeyNames::virtualKeyCode(const std::string& key) const {
-    if (const auto code = lookedUp(kNamedKeys, key))
-        return code;
+    if (const auto named = lookedUp(kNamedKeys, key))
+        return named->code();
     const auto sign = lookedUp(kPunctuation, key);
     const auto found = characters_.find(sign ? std::string(*sign) : lowercasedASCII(key));
     return found == characters_.end() ? std::nullopt : std::optional(found->second);

@@ -5,6 +5,7 @@
 #include "Platform/Linux/X11/Server/XkbProtocol.h"
 
 #include <algorithm>
+#include <linux/input-event-codes.h>
 #include <optional>
 #include <utility>
 #include <xcb/xtest.h>
@@ -14,9 +15,9 @@ namespace quillmoth::platform {
 
 namespace {
 
-constexpr xcb_keycode_t kLeftControl = 29 + 8;
-constexpr xcb_keycode_t kRightControl = 97 + 8;
-constexpr xcb_keycode_t kUsualV = 47 + 8;
+constexpr xcb_keycode_t kLeftControl = KEY_LEFTCTRL + 8;
+constexpr xcb_keycode_t kRightControl = KEY_RIGHTCTRL + 8;
+constexpr xcb_keycode_t kUsualV = KEY_V + 8;
 
 bool isControl(xcb_keycode_t keycode) {
     return keycode == kLeftControl || keycode == kRightControl;

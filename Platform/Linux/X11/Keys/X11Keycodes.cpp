@@ -1,5 +1,7 @@
 #include "Platform/Linux/X11/Keys/X11Keycodes.h"
 
+#include "Platform/Keys.h"
+
 #include <algorithm>
 #include <iterator>
 #include <linux/input-event-codes.h>
@@ -10,53 +12,138 @@ namespace {
 
 constexpr int kFirstKeycode = 8;
 
+using keys::Key;
+
 struct Position {
-    std::uint16_t virtualKeyCode;
-    std::uint16_t evdevCode;
+    Key key;
+    int evdevCode;
 };
 
-/// Sorted by virtual key code. The modifier keys are named by position too: 55, left of the space bar's
-/// neighbour, is the left Meta key. 63, the function key, is one that keyboards keep to themselves.
-constexpr Position kPositions[] = {
-    {0, KEY_A},           {1, KEY_S},          {2, KEY_D},           {3, KEY_F},
-    {4, KEY_H},           {5, KEY_G},          {6, KEY_Z},           {7, KEY_X},
-    {8, KEY_C},           {9, KEY_V},          {10, KEY_102ND},      {11, KEY_B},
-    {12, KEY_Q},          {13, KEY_W},         {14, KEY_E},          {15, KEY_R},
-    {16, KEY_Y},          {17, KEY_T},         {18, KEY_1},          {19, KEY_2},
-    {20, KEY_3},          {21, KEY_4},         {22, KEY_6},          {23, KEY_5},
-    {24, KEY_EQUAL},      {25, KEY_9},         {26, KEY_7},          {27, KEY_MINUS},
-    {28, KEY_8},          {29, KEY_0},         {30, KEY_RIGHTBRACE}, {31, KEY_O},
-    {32, KEY_U},          {33, KEY_LEFTBRACE}, {34, KEY_I},          {35, KEY_P},
-    {36, KEY_ENTER},      {37, KEY_L},         {38, KEY_J},          {39, KEY_APOSTROPHE},
-    {40, KEY_K},          {41, KEY_SEMICOLON}, {42, KEY_BACKSLASH},  {43, KEY_COMMA},
-    {44, KEY_SLASH},      {45, KEY_N},         {46, KEY_M},          {47, KEY_DOT},
-    {48, KEY_TAB},        {49, KEY_SPACE},     {50, KEY_GRAVE},      {51, KEY_BACKSPACE},
-    {53, KEY_ESC},        {54, KEY_RIGHTMETA}, {55, KEY_LEFTMETA},   {56, KEY_LEFTSHIFT},
-    {57, KEY_CAPSLOCK},   {58, KEY_LEFTALT},   {59, KEY_LEFTCTRL},   {60, KEY_RIGHTSHIFT},
-    {61, KEY_RIGHTALT},   {62, KEY_RIGHTCTRL}, {64, KEY_F17},        {65, KEY_KPDOT},
-    {67, KEY_KPASTERISK}, {69, KEY_KPPLUS},    {71, KEY_NUMLOCK},    {72, KEY_VOLUMEUP},
-    {73, KEY_VOLUMEDOWN}, {74, KEY_MUTE},      {75, KEY_KPSLASH},    {76, KEY_KPENTER},
-    {78, KEY_KPMINUS},    {79, KEY_F18},       {80, KEY_F19},        {81, KEY_KPEQUAL},
-    {82, KEY_KP0},        {83, KEY_KP1},       {84, KEY_KP2},        {85, KEY_KP3},
-    {86, KEY_KP4},        {87, KEY_KP5},       {88, KEY_KP6},        {89, KEY_KP7},
-    {90, KEY_F20},        {91, KEY_KP8},       {92, KEY_KP9},        {96, KEY_F5},
-    {97, KEY_F6},         {98, KEY_F7},        {99, KEY_F3},         {100, KEY_F8},
-    {101, KEY_F9},        {103, KEY_F11},      {105, KEY_F13},       {106, KEY_F16},
-    {107, KEY_F14},       {109, KEY_F10},      {111, KEY_F12},       {113, KEY_F15},
-    {114, KEY_INSERT},    {115, KEY_HOME},     {116, KEY_PAGEUP},    {117, KEY_DELETE},
-    {118, KEY_F4},        {119, KEY_END},      {120, KEY_F2},        {121, KEY_PAGEDOWN},
-    {122, KEY_F1},        {123, KEY_LEFT},     {124, KEY_RIGHT},     {125, KEY_DOWN},
-    {126, KEY_UP}};
+/// The modifier keys are named by position too: command is the Meta key beside the space bar's neighbour. The
+/// function key is missing: keyboards keep it to themselves.
+constexpr Position kPositions[] = {{Key::a, KEY_A},
+                                   {Key::s, KEY_S},
+                                   {Key::d, KEY_D},
+                                   {Key::f, KEY_F},
+                                   {Key::h, KEY_H},
+                                   {Key::g, KEY_G},
+                                   {Key::z, KEY_Z},
+                                   {Key::x, KEY_X},
+                                   {Key::c, KEY_C},
+                                   {Key::v, KEY_V},
+                                   {Key(10), KEY_102ND},
+                                   {Key::b, KEY_B},
+                                   {Key::q, KEY_Q},
+                                   {Key::w, KEY_W},
+                                   {Key::e, KEY_E},
+                                   {Key::r, KEY_R},
+                                   {Key::y, KEY_Y},
+                                   {Key::t, KEY_T},
+                                   {Key::one, KEY_1},
+                                   {Key::two, KEY_2},
+                                   {Key::three, KEY_3},
+                                   {Key::four, KEY_4},
+                                   {Key::six, KEY_6},
+                                   {Key::five, KEY_5},
+                                   {Key::equal, KEY_EQUAL},
+                                   {Key::nine, KEY_9},
+                                   {Key::seven, KEY_7},
+                                   {Key::minus, KEY_MINUS},
+                                   {Key::eight, KEY_8},
+                                   {Key::zero, KEY_0},
+                                   {Key::rightBracket, KEY_RIGHTBRACE},
+                                   {Key::o, KEY_O},
+                                   {Key::u, KEY_U},
+                                   {Key::leftBracket, KEY_LEFTBRACE},
+                                   {Key::i, KEY_I},
+                                   {Key::p, KEY_P},
+                                   {Key::return_, KEY_ENTER},
+                                   {Key::l, KEY_L},
+                                   {Key::j, KEY_J},
+                                   {Key::quote, KEY_APOSTROPHE},
+                                   {Key::k, KEY_K},
+                                   {Key::semicolon, KEY_SEMICOLON},
+                                   {Key::backslash, KEY_BACKSLASH},
+                                   {Key::comma, KEY_COMMA},
+                                   {Key::slash, KEY_SLASH},
+                                   {Key::n, KEY_N},
+                                   {Key::m, KEY_M},
+                                   {Key::period, KEY_DOT},
+                                   {Key::tab, KEY_TAB},
+                                   {Key::space, KEY_SPACE},
+                                   {Key::backtick, KEY_GRAVE},
+                                   {Key::delete_, KEY_BACKSPACE},
+                                   {Key::escape, KEY_ESC},
+                                   {Key::rightCommand, KEY_RIGHTMETA},
+                                   {Key::command, KEY_LEFTMETA},
+                                   {Key::shift, KEY_LEFTSHIFT},
+                                   {Key::capsLock, KEY_CAPSLOCK},
+                                   {Key::option, KEY_LEFTALT},
+                                   {Key::control, KEY_LEFTCTRL},
+                                   {Key::rightShift, KEY_RIGHTSHIFT},
+                                   {Key::rightOption, KEY_RIGHTALT},
+                                   {Key::rightControl, KEY_RIGHTCTRL},
+                                   {Key::f17, KEY_F17},
+                                   {Key::keypadDecimal, KEY_KPDOT},
+                                   {Key::keypadMultiply, KEY_KPASTERISK},
+                                   {Key::keypadPlus, KEY_KPPLUS},
+                                   {Key::keypadClear, KEY_NUMLOCK},
+                                   {Key::volumeUp, KEY_VOLUMEUP},
+                                   {Key::volumeDown, KEY_VOLUMEDOWN},
+                                   {Key::mute, KEY_MUTE},
+                                   {Key::keypadDivide, KEY_KPSLASH},
+                                   {Key::keypadEnter, KEY_KPENTER},
+                                   {Key::keypadMinus, KEY_KPMINUS},
+                                   {Key::f18, KEY_F18},
+                                   {Key::f19, KEY_F19},
+                                   {Key::keypadEquals, KEY_KPEQUAL},
+                                   {Key::keypad0, KEY_KP0},
+                                   {Key::keypad1, KEY_KP1},
+                                   {Key::keypad2, KEY_KP2},
+                                   {Key::keypad3, KEY_KP3},
+                                   {Key::keypad4, KEY_KP4},
+                                   {Key::keypad5, KEY_KP5},
+                                   {Key::keypad6, KEY_KP6},
+                                   {Key::keypad7, KEY_KP7},
+                                   {Key::f20, KEY_F20},
+                                   {Key::keypad8, KEY_KP8},
+                                   {Key::keypad9, KEY_KP9},
+                                   {Key::f5, KEY_F5},
+                                   {Key::f6, KEY_F6},
+                                   {Key::f7, KEY_F7},
+                                   {Key::f3, KEY_F3},
+                                   {Key::f8, KEY_F8},
+                                   {Key::f9, KEY_F9},
+                                   {Key::f11, KEY_F11},
+                                   {Key::f13, KEY_F13},
+                                   {Key::f16, KEY_F16},
+                                   {Key::f14, KEY_F14},
+                                   {Key::f10, KEY_F10},
+                                   {Key::f12, KEY_F12},
+                                   {Key::f15, KEY_F15},
+                                   {Key::help, KEY_INSERT},
+                                   {Key::home, KEY_HOME},
+                                   {Key::pageUp, KEY_PAGEUP},
+                                   {Key::deleteForward, KEY_DELETE},
+                                   {Key::f4, KEY_F4},
+                                   {Key::end, KEY_END},
+                                   {Key::f2, KEY_F2},
+                                   {Key::pageDown, KEY_PAGEDOWN},
+                                   {Key::f1, KEY_F1},
+                                   {Key::leftArrow, KEY_LEFT},
+                                   {Key::rightArrow, KEY_RIGHT},
+                                   {Key::downArrow, KEY_DOWN},
+                                   {Key::upArrow, KEY_UP}};
 
 } // namespace
 
 std::optional<std::uint8_t> keycodeForVirtualKeyCode(std::uint32_t virtualKeyCode) {
-    const auto* found = std::lower_bound(
-        std::begin(kPositions), std::end(kPositions), virtualKeyCode,
-        [](const Position& position, std::uint32_t code) { return position.virtualKeyCode < code; });
-    if (found == std::end(kPositions) || found->virtualKeyCode != virtualKeyCode)
-        return std::nullopt;
-    return static_cast<std::uint8_t>(found->evdevCode + kFirstKeycode);
+    const auto* found =
+        std::find_if(std::begin(kPositions), std::end(kPositions),
+                     [&](const Position& position) { return position.key == Key(virtualKeyCode); });
+    return found == std::end(kPositions)
+               ? std::nullopt
+               : std::optional(static_cast<std::uint8_t>(found->evdevCode + kFirstKeycode));
 }
 
 std::optional<std::uint16_t> virtualKeyCodeForKeycode(std::uint32_t keycode) {
@@ -64,7 +151,7 @@ std::optional<std::uint16_t> virtualKeyCodeForKeycode(std::uint32_t keycode) {
         std::find_if(std::begin(kPositions), std::end(kPositions), [&](const Position& position) {
             return position.evdevCode + kFirstKeycode == int(keycode);
         });
-    return found == std::end(kPositions) ? std::nullopt : std::optional(found->virtualKeyCode);
+    return found == std::end(kPositions) ? std::nullopt : std::optional(found->key.code());
 }
 
 } // namespace quillmoth::platform

@@ -1,5 +1,6 @@
 #include "Platform/Linux/X11/Keys/X11Modifiers.h"
 
+#include "Platform/Keys.h"
 #include "Platform/Linux/X11/Server/X11Reply.h"
 
 #include <algorithm>
@@ -31,10 +32,10 @@ std::uint32_t modifiersForCarbon(std::uint32_t carbonModifiers) {
         std::uint32_t mask;
     };
 
-    constexpr Pair kPairs[] = {{0x100, XCB_MOD_MASK_CONTROL},
-                               {0x200, XCB_MOD_MASK_SHIFT},
-                               {0x800, XCB_MOD_MASK_1},
-                               {0x1000, XCB_MOD_MASK_4}};
+    constexpr Pair kPairs[] = {{keys::kCarbonCommand, XCB_MOD_MASK_CONTROL},
+                               {keys::kCarbonShift, XCB_MOD_MASK_SHIFT},
+                               {keys::kCarbonOption, XCB_MOD_MASK_1},
+                               {keys::kCarbonControl, XCB_MOD_MASK_4}};
     std::uint32_t result = 0;
     for (const auto& [carbon, mask] : kPairs) {
         if (carbonModifiers & carbon)
