@@ -10,25 +10,23 @@ namespace quillmoth::platform {
 /// Records the keys in place of pressing them.
 class FakeKeyboardEvents final : public KeyboardEvents {
 public:
-    struct Post {
-        std::uint32_t tap = 0;
-        CGKeyboardEvent event;
-    };
+    [[nodiscard]] std::optional<CGKeyboardEvent> createKeyboardEvent(std::uint16_t keyCode,
+                                                                     bool keyDown) override {
+        return failsToMakeEvents ? std::nullopt : std::optional(CGKeyboardEvent{keyCode, keyDown, 0});
+    }
 
-    [[nodiscard]] std::shared_ptr<CGEventSource> createSource(std::uint32_t stateID) override;
-    [[nodiscard]] std::unique_ptr<CGKeyboardEvent>
-    createKeyboardEvent(const std::shared_ptr<CGEventSource>& source, std::uint16_t keyCode,
-                        bool keyDown) override;
-    void post(std::uint32_t tap, const CGKeyboardEvent& event) override;
+    void post(const CGKeyboardEvent& event) override {
+        posts.push_back(event);
+        if (onPost)
+            onPost(event);
+    }
 
-    /// With these no source, or no event, can be made.
-    bool failsToMakeSources = false;
+    /// With this no event can be made.
     bool failsToMakeEvents = false;
     /// Runs after each post: what the other application makes of the key.
     std::function<void(const CGKeyboardEvent& event)> onPost;
 
-    std::vector<std::uint32_t> sourceStates;
-    std::vector<Post> posts;
+    std::vector<CGKeyboardEvent> posts;
 };
 
 } // namespace quillmoth::platform

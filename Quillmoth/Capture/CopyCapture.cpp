@@ -12,19 +12,21 @@ namespace quillmoth {
 
 namespace {
 
-// The position of "C" on an ANSI keyboard.
-constexpr std::uint16_t kKeyCodeC = 8;
+namespace keys = platform::keys;
+
+// What systems with event sources and taps are to be given; no back end here has any.
+[[maybe_unused]] constexpr std::uint32_t kCGEventSourceStateHIDSystemState = 1;
+[[maybe_unused]] constexpr std::uint32_t kCGHIDEventTap = 0;
 
 void postCopy(platform::KeyboardEvents& events) {
-    const auto source = events.createSource(platform::kCGEventSourceStateHIDSystemState);
-    const auto down = events.createKeyboardEvent(source, kKeyCodeC, true);
-    const auto up = events.createKeyboardEvent(source, kKeyCodeC, false);
+    auto down = events.createKeyboardEvent(keys::Key::c.code(), true);
+    auto up = events.createKeyboardEvent(keys::Key::c.code(), false);
     if (!down || !up)
         fatalError("The key events for a copy could not be made");
-    down->flags = platform::kCGEventFlagMaskCommand;
-    events.post(platform::kCGHIDEventTap, *down);
-    up->flags = platform::kCGEventFlagMaskCommand;
-    events.post(platform::kCGHIDEventTap, *up);
+    down->flags = keys::kFlagCommand;
+    events.post(*down);
+    up->flags = keys::kFlagCommand;
+    events.post(*up);
 }
 
 } // namespace

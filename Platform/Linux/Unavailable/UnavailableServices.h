@@ -5,8 +5,8 @@
 #include "Platform/KeyboardLayout.h"
 #include "Platform/PanelFocus.h"
 
-/// What answers where the desktop offers no X server: each says once, in the log, what does not work and what
-/// to do instead, and otherwise does nothing. Main thread.
+/// What answers where the desktop offers no X server: nothing is done, and where the user would miss it the log
+/// says what does not work. Main thread.
 namespace quillmoth::platform {
 
 class UnavailableHotKeyCenter final : public HotKeyCenter {
@@ -27,11 +27,12 @@ public:
 
 class UnavailableKeyboardEvents final : public KeyboardEvents {
 public:
-    [[nodiscard]] std::shared_ptr<CGEventSource> createSource(std::uint32_t) override;
-    [[nodiscard]] std::unique_ptr<CGKeyboardEvent>
-    createKeyboardEvent(const std::shared_ptr<CGEventSource>& source, std::uint16_t keyCode,
-                        bool keyDown) override;
-    void post(std::uint32_t tap, const CGKeyboardEvent& event) override;
+    [[nodiscard]] std::optional<CGKeyboardEvent> createKeyboardEvent(std::uint16_t keyCode,
+                                                                     bool keyDown) override {
+        return CGKeyboardEvent{keyCode, keyDown, 0};
+    }
+
+    void post(const CGKeyboardEvent& event) override;
 
 private:
     bool hasTold_ = false;

@@ -64,12 +64,11 @@ class KeyboardEventsTest : public X11Session {
 protected:
     static void copy() {
         auto& events = backEnd().keyboardEvents();
-        const auto source = events.createSource(platform::kCGEventSourceStateHIDSystemState);
         for (const bool down : {true, false}) {
-            const auto event = events.createKeyboardEvent(source, kC, down);
+            auto event = events.createKeyboardEvent(kC, down);
             ASSERT_TRUE(event);
-            event->flags = platform::kCGEventFlagMaskCommand;
-            events.post(platform::kCGHIDEventTap, *event);
+            event->flags = platform::keys::kFlagCommand;
+            events.post(*event);
         }
     }
 
@@ -145,8 +144,7 @@ TEST_F(KeyboardEventsTest, ACopyPassesByAPanelThatHoldsTheKeyboard) {
 
 TEST_F(KeyboardEventsTest, PositionsWithoutAKeyMakeNoEvent) {
     auto& events = backEnd().keyboardEvents();
-    EXPECT_FALSE(events.createKeyboardEvent(events.createSource(1), 63, true));
-    EXPECT_FALSE(events.createKeyboardEvent(nullptr, kC, true));
+    EXPECT_FALSE(events.createKeyboardEvent(platform::keys::Key::function.code(), true));
 }
 
 TEST_F(KeyboardEventsTest, KeysAreNamedByTheLayoutInForce) {

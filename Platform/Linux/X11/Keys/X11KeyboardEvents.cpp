@@ -47,27 +47,19 @@ std::optional<xcb_keycode_t> keycodeWriting(xcb_connection_t* connection, xcb_ke
     return std::nullopt;
 }
 
-class XTestEventSource : public CGEventSource {};
-
 } // namespace
 
 X11KeyboardEvents::X11KeyboardEvents(X11Connection& connection, Bracket withoutGrab)
     : connection_(connection), withoutGrab_(std::move(withoutGrab)) {}
 
-std::shared_ptr<CGEventSource> X11KeyboardEvents::createSource(std::uint32_t) {
-    return std::make_shared<XTestEventSource>();
-}
-
-std::unique_ptr<CGKeyboardEvent>
-X11KeyboardEvents::createKeyboardEvent(const std::shared_ptr<CGEventSource>& source, std::uint16_t keyCode,
-                                       bool keyDown) {
+std::optional<CGKeyboardEvent> X11KeyboardEvents::createKeyboardEvent(std::uint16_t keyCode, bool keyDown) {
     const auto* test = xcb_get_extension_data(connection_.get(), &xcb_test_id);
-    if (!source || !test->present || !keycodeForVirtualKeyCode(keyCode))
-        return nullptr;
-    return std::make_unique<CGKeyboardEvent>(CGKeyboardEvent{keyCode, keyDown, 0});
+    if (!test->present || !keycodeForVirtualKeyCode(keyCode))
+        return std::nullopt;
+    return CGKeyboardEvent{keyCode, keyDown, 0};
 }
 
-void X11KeyboardEvents::post(std::uint32_t, const CGKeyboardEvent& event) {
+void X11KeyboardEvents::post(const CGKeyboardEvent& event) {
     const auto keycode = keycodeForVirtualKeyCode(event.keyCode);
     const bool isForbidden = isForbidden_ && event.flags != 0 && event.keyDown && isForbidden_();
     if (!keycode || isForbidden)
@@ -84,14 +76,14 @@ void X11KeyboardEvents::post(std::uint32_t, const CGKeyboardEvent& event) {
 void X11KeyboardEvents::postPaste() {
     const xcb_keycode_t keycode = keycodeWriting(connection_.get(), XKB_KEY_v).value_or(kUsualV);
     withoutGrab_([&] {
-        press(keycode, kCGEventFlagMaskCommand);
+        press(keycode, keys::kFlagCommand);
         release(keycode);
         connection_.synchronize();
     });
 }
 
-void X11KeyboardEvents::press(xcb_keycode_t keycode, std::uint64_t flags) {
-    const bool wantsControl = (flags & kCGEventFlagMaskCommand) != 0;
+void X11KeyboardEvents::press(xcb_keycode_t keycode, keys::ModifierFlags flags) {
+    const bool wantsControl = (flags & keys::kFlagCommand) != 0;
     auto held = keysDown(connection_, X11Modifiers(connection_).heldKeys());
     const bool holdsControl = std::any_of(held.begin(), held.end(), isControl);
     if (wantsControl)

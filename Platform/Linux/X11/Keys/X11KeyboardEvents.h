@@ -24,16 +24,14 @@ public:
     /// `connection` outlives the object.
     X11KeyboardEvents(X11Connection& connection, Bracket withoutGrab);
 
-    std::shared_ptr<CGEventSource> createSource(std::uint32_t stateID) override;
-    std::unique_ptr<CGKeyboardEvent> createKeyboardEvent(const std::shared_ptr<CGEventSource>& source,
-                                                         std::uint16_t keyCode, bool keyDown) override;
-    void post(std::uint32_t tap, const CGKeyboardEvent& event) override;
+    std::optional<CGKeyboardEvent> createKeyboardEvent(std::uint16_t keyCode, bool keyDown) override;
+    void post(const CGKeyboardEvent& event) override;
 
     /// Control with the key that writes a "v", where there is one, otherwise with the one in its usual place.
     void postPaste();
 
 private:
-    void press(xcb_keycode_t keycode, std::uint64_t flags);
+    void press(xcb_keycode_t keycode, keys::ModifierFlags flags);
     void release(xcb_keycode_t keycode);
     void fake(std::uint8_t type, xcb_keycode_t keycode);
 
