@@ -1,39 +1,11 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
 
 namespace quillmoth::platform {
-
-/// How a panel wants to be; each back end does what its window system offers.
-struct PanelProperties {
-    struct Rectangle {
-        double x = 0;
-        double y = 0;
-        double width = 0;
-        double height = 0;
-    };
-
-    Rectangle contentRect;
-    std::uint32_t styleMask = 0;
-    std::uint32_t backing = 0;
-    bool defer = false;
-    bool floatingPanel = false;
-    int level = 0;
-    /// Added to what the window has by itself.
-    std::uint32_t addedCollectionBehavior = 0;
-    int titleVisibility = 0;
-    bool titlebarAppearsTransparent = false;
-    bool clearBackground = false;
-    bool hasShadow = true;
-    bool movableByWindowBackground = false;
-    bool releasedWhenClosed = true;
-    int animationBehavior = 0;
-    bool standardButtonsHidden = false;
-};
 
 /// One window that floats over other applications and takes the keyboard without taking their activation.
 /// Main thread.
@@ -60,7 +32,7 @@ class PanelWindows {
 public:
     virtual ~PanelWindows() = default;
 
-    virtual std::unique_ptr<PanelWindow> makePanel(const PanelProperties& properties) = 0;
+    virtual std::unique_ptr<PanelWindow> makePanel() = 0;
 };
 
 } // namespace quillmoth::platform

@@ -58,11 +58,9 @@ private:
     std::shared_ptr<std::set<std::string, std::less<>>> savedFrames_;
 };
 
-std::unique_ptr<PanelWindow> FakePanelWindows::makePanel(const PanelProperties& properties) {
-    auto panel = std::make_shared<Panel>();
-    panel->properties = properties;
-    panels_.push_back(panel);
-    return std::make_unique<Window>(std::move(panel), savedFrames_);
+std::unique_ptr<PanelWindow> FakePanelWindows::makePanel() {
+    panels_.push_back(std::make_shared<Panel>());
+    return std::make_unique<Window>(panels_.back(), savedFrames_);
 }
 
 FakePanelWindows::Panel& FakePanelWindows::lastPanel() const {

@@ -15,7 +15,6 @@ class FakePanelWindows final : public PanelWindows {
 public:
     /// What became of one panel; stays when its window has gone.
     struct Panel {
-        PanelProperties properties;
         std::string title;
         bool isVisible = false;
         bool isKey = false;
@@ -26,7 +25,7 @@ public:
         std::vector<std::string> calls;
     };
 
-    std::unique_ptr<PanelWindow> makePanel(const PanelProperties& properties) override;
+    std::unique_ptr<PanelWindow> makePanel() override;
 
     [[nodiscard]] const std::vector<std::shared_ptr<Panel>>& panels() const { return panels_; }
 

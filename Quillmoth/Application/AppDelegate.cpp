@@ -17,8 +17,6 @@ namespace quillmoth {
 namespace {
 
 constexpr const char* kFirstTimeKey = "firstTime";
-constexpr platform::PanelProperties::Rectangle kPanelContent{0, 0, 612, 90};
-constexpr std::uint32_t kBackingBuffered = 2;
 
 KeyboardShortcuts::Shortcut optionSpace() {
     return {KeyboardShortcuts::Key::space, KeyboardShortcuts::kFlagOption};
@@ -62,8 +60,7 @@ void AppDelegate::showStatusItem() {
 }
 
 void AppDelegate::buildFloatingPanel() {
-    auto panel = std::make_shared<FloatingViewPanel>(platform_.panelWindows, false, false, kPanelContent,
-                                                     kBackingBuffered, false);
+    auto panel = std::make_shared<FloatingViewPanel>(platform_.panelWindows);
     _coreAppModel->_FloatingViewPanel = panel;
     panel->setTitle("Quillmoth Floating");
 }

@@ -2,26 +2,43 @@
 
 #include "Platform/PanelWindow.h"
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
 
 namespace quillmoth {
 
+/// What a window system with such panels is to be told of every one. Here each back end makes them in its own
+/// way, and nothing reads this.
+struct PanelProperties {
+    static constexpr double kContentRect[] = {0, 0, 612, 90};
+    /// Titled, closable, resizable, non-activating panel, full-size content view.
+    static constexpr std::uint32_t kStyleMask = 0x808B;
+    static constexpr std::uint32_t kBackingBuffered = 2;
+    static constexpr bool kDefer = false;
+    static constexpr bool kFloatingPanel = true;
+    static constexpr int kLevel = 3;
+    /// Full-screen auxiliary, added to what the window has by itself.
+    static constexpr std::uint32_t kAddedCollectionBehavior = 0x100;
+    static constexpr int kTitleHidden = 1;
+    static constexpr bool kTitlebarAppearsTransparent = true;
+    static constexpr bool kClearBackground = true;
+    static constexpr bool kHasShadow = false;
+    static constexpr bool kMovableByWindowBackground = true;
+    static constexpr bool kReleasedWhenClosed = false;
+    static constexpr int kUtilityWindowAnimation = 4;
+    static constexpr bool kStandardButtonsHidden = true;
+};
+
 /// A panel that floats over other applications and closes when the user turns to something else. Main thread.
 class DefaultFloatingPanel {
 public:
     /// Makes the window, hidden.
-    DefaultFloatingPanel(platform::PanelWindows& windows,
-                         const platform::PanelProperties::Rectangle& contentRect, std::uint32_t backing,
-                         bool defer);
+    explicit DefaultFloatingPanel(platform::PanelWindows& windows);
     virtual ~DefaultFloatingPanel() = default;
     DefaultFloatingPanel(const DefaultFloatingPanel&) = delete;
     DefaultFloatingPanel& operator=(const DefaultFloatingPanel&) = delete;
-
-    /// The settings of every such panel.
-    static platform::PanelProperties properties(const platform::PanelProperties::Rectangle& contentRect,
-                                                std::uint32_t backing, bool defer);
 
     [[nodiscard]] static bool canBecomeKeyWindow() { return true; }
 
@@ -53,9 +70,7 @@ class FloatingViewPanel final : public DefaultFloatingPanel {
 public:
     static constexpr std::string_view kFrameName = "savedFrame";
 
-    FloatingViewPanel(platform::PanelWindows& windows, bool isOpen, bool isOntop,
-                      const platform::PanelProperties::Rectangle& contentRect, std::uint32_t backing,
-                      bool defer);
+    explicit FloatingViewPanel(platform::PanelWindows& windows) : DefaultFloatingPanel(windows) {}
 
     /// Nothing at all while pinned; otherwise saves the frame and closes.
     void resignMainWindow() override;

@@ -57,8 +57,7 @@ public:
                                .isCompositing = [] { return false; }},
                               [this] { return makeFloatingView(controller_); }),
           model_(DataModel::create(fakes_.platform())),
-          controller_(FloatingViewController::create(model_, fakes_.platform())),
-          panel_(windows_, false, false, {0, 0, 612, 90}, 2, false) {
+          controller_(FloatingViewController::create(model_, fakes_.platform())), panel_(windows_) {
         x11_.hotKeyCenter().installEventHandler([this](const platform::HotKeyEvent* event) {
             if (event->kind == platform::kEventHotKeyReleased)
                 open();

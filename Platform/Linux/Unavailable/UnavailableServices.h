@@ -43,7 +43,7 @@ public:
     [[nodiscard]] std::optional<std::string> translate(std::uint16_t) override { return std::nullopt; }
 };
 
-/// The panel is then an ordinary window: it has the keyboard while the desktop gives it to it.
+/// The panel then has the keyboard while the desktop gives it to it.
 class UnavailablePanelFocus final : public PanelFocus {
 public:
     void acquire(WindowIdentifier) override {}

@@ -41,7 +41,7 @@ void tellActive(QWidget& window) {
 QtPanelWindows::QtPanelWindows(QtPanelServices services, ContentFactory makeContent)
     : services_(std::move(services)), makeContent_(std::move(makeContent)) {}
 
-std::unique_ptr<platform::PanelWindow> QtPanelWindows::makePanel(const platform::PanelProperties&) {
+std::unique_ptr<platform::PanelWindow> QtPanelWindows::makePanel() {
     auto window = std::make_unique<QtPanelWindow>(services_, makeContent_());
     lastSurface_ = &window->surface();
     return window;

@@ -29,7 +29,7 @@ public:
     /// `makeContent` is called with each new panel.
     QtPanelWindows(QtPanelServices services, ContentFactory makeContent);
 
-    std::unique_ptr<platform::PanelWindow> makePanel(const platform::PanelProperties& properties) override;
+    std::unique_ptr<platform::PanelWindow> makePanel() override;
 
     /// The window of the panel made last; none before there is one.
     [[nodiscard]] PanelSurface* lastSurface() const { return lastSurface_; }

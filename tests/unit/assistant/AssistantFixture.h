@@ -63,8 +63,7 @@ protected:
     void makeModel(const std::vector<PromptData>& prompts) {
         platform.documents.put(PromptModel::kFilename, *writeJSON(prompts));
         model = DataModel::create(platform.platform());
-        model->_FloatingViewPanel = std::make_shared<FloatingViewPanel>(platform.panelWindows, false, false,
-                                                                        PanelRectangle{}, 2, false);
+        model->_FloatingViewPanel = std::make_shared<FloatingViewPanel>(platform.panelWindows);
         model->refreshList();
     }
 
@@ -105,8 +104,6 @@ protected:
         std::forward<Action>(action)();
         return names;
     }
-
-    using PanelRectangle = platform::PanelProperties::Rectangle;
 
     platform::FakePlatform platform;
     std::vector<std::string> lines;

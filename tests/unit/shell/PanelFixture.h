@@ -37,8 +37,7 @@ public:
         controller = FloatingViewController::create(model, platform.platform());
         made_ = makeFloatingView(controller, std::move(options));
         view = made_.get();
-        model->_FloatingViewPanel = std::make_shared<FloatingViewPanel>(
-            windows, false, false, platform::PanelProperties::Rectangle{}, 2, false);
+        model->_FloatingViewPanel = std::make_shared<FloatingViewPanel>(windows);
     }
 
     ~PanelUnderTest() { model->_FloatingViewPanel = nullptr; }
