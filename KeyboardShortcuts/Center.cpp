@@ -6,10 +6,8 @@
 
 namespace quillmoth::KeyboardShortcuts {
 
-Center::Center(platform::UserDefaults& userDefaults, platform::HotKeyCenter& hotKeyCenter,
-               platform::NotificationCenter& notificationCenter)
-    : userDefaults_(userDefaults), notificationCenter_(notificationCenter), registry_(hotKeyCenter),
-      self_(std::make_shared<Center*>(this)) {}
+Center::Center(platform::UserDefaults& userDefaults, platform::HotKeyCenter& hotKeyCenter)
+    : userDefaults_(userDefaults), registry_(hotKeyCenter), self_(std::make_shared<Center*>(this)) {}
 
 std::optional<Shortcut> Center::getShortcut(const Name& name) const {
     const auto text = userDefaults_.string(name.defaultsKey());
@@ -32,7 +30,7 @@ void Center::setShortcut(const std::optional<Shortcut>& shortcut, const Name& na
     } else {
         storeCleared(name);
     }
-    notificationCenter_.post({kShortcutByNameDidChange, {{"name", name}}});
+    changed_.emit(name);
 }
 
 void Center::followStore() {
@@ -40,7 +38,7 @@ void Center::followStore() {
 }
 
 void Center::takeStoredChanges() {
-    // A copy: an observer of the notice may set a slot.
+    // A copy: a subscriber may set a slot.
     const auto former = known_;
     for (const auto& [name, shortcut] : former) {
         const auto stored = getShortcut(name);
@@ -53,7 +51,7 @@ void Center::takeStoredChanges() {
         }
         if (stored)
             registerIfNeeded(*stored);
-        notificationCenter_.post({kShortcutByNameDidChange, {{"name", name}}});
+        changed_.emit(name);
     }
 }
 

@@ -4,7 +4,6 @@
 #include "KeyboardShortcuts/CarbonKeyboardShortcuts.h"
 #include "KeyboardShortcuts/EventType.h"
 #include "KeyboardShortcuts/Name.h"
-#include "Platform/NotificationCenter.h"
 #include "Platform/UserDefaults.h"
 
 #include <cstdint>
@@ -18,9 +17,6 @@
 
 namespace quillmoth::KeyboardShortcuts {
 
-/// Posted after a slot has changed; its entry "name" holds the Name.
-constexpr const char* kShortcutByNameDidChange = "KeyboardShortcuts_shortcutByNameDidChange";
-
 /// The program's shortcuts by name: what is stored for each, what runs on it. The store is read anew at every
 /// use. Main thread; made once.
 class Center {
@@ -29,11 +25,10 @@ public:
     using Listener = std::function<void(EventType)>;
 
     /// The services outlive the object.
-    Center(platform::UserDefaults& userDefaults, platform::HotKeyCenter& hotKeyCenter,
-           platform::NotificationCenter& notificationCenter);
+    Center(platform::UserDefaults& userDefaults, platform::HotKeyCenter& hotKeyCenter);
 
     [[nodiscard]] std::optional<Shortcut> getShortcut(const Name& name) const;
-    /// Stores the shortcut, or clears the slot, registers anew and posts the notice.
+    /// Stores the shortcut, or clears the slot, registers anew and tells the subscribers.
     void setShortcut(const std::optional<Shortcut>& shortcut, const Name& name);
     /// True where the store has anything for the slot, the mark of a cleared one included.
     [[nodiscard]] bool hasStoredObject(const Name& name) const;
@@ -61,8 +56,13 @@ public:
     /// Whether the desktop or another program has the shortcut already.
     [[nodiscard]] bool isSystems(const Shortcut& shortcut) const { return registry_.isSystems(shortcut); }
 
-    /// From now on a slot that another process changes in the store is registered anew, with the notice.
+    /// From now on a slot that another process changes in the store is registered anew, and told of.
     void followStore();
+
+    /// Called after a slot has changed.
+    Subscription shortcutByNameDidChange(std::function<void(const Name&)> subscriber) {
+        return changed_.subscribe(std::move(subscriber));
+    }
 
 private:
     struct Handlers {
@@ -81,7 +81,6 @@ private:
     void storeCleared(const Name& name);
 
     platform::UserDefaults& userDefaults_;
-    platform::NotificationCenter& notificationCenter_;
     std::unordered_set<Shortcut> activeShortcuts_;
     /// What each slot with handlers held when it was last looked at.
     std::map<Name, std::optional<Shortcut>> known_;
@@ -90,6 +89,7 @@ private:
     std::uint64_t lastStreamIdentifier_ = 0;
     bool recordingPause_ = false;
     CarbonKeyboardShortcuts registry_;
+    Signal<const Name&> changed_;
     Subscription storeChange_;
     // Lets a subscription that outlives the object find out that it has gone.
     std::shared_ptr<Center*> self_;

@@ -11,7 +11,6 @@ class HotKeyCenter;
 class KeyboardEvents;
 class KeyboardLayout;
 class MainQueue;
-class NotificationCenter;
 class OperationQueues;
 class PanelWindows;
 class Pasteboard;
@@ -34,7 +33,6 @@ struct Platform {
     KeyboardLayout& keyboardLayout;
     Workspace& workspace;
     UserDefaults& userDefaults;
-    NotificationCenter& notificationCenter;
     Documents& documents;
     Bundle& bundle;
     Clock& clock;

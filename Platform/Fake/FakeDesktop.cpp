@@ -27,18 +27,6 @@ std::optional<std::string> FakeKeyboardLayout::translate(std::uint16_t keyCode) 
     return found == characters.end() ? std::nullopt : std::optional(found->second);
 }
 
-void FakeNotificationCenter::post(const Notification& notification) {
-    posts.push_back(notification);
-    const auto found = observers_.find(notification.name);
-    if (found != observers_.end())
-        found->second.emit(notification);
-}
-
-Subscription FakeNotificationCenter::addObserver(const std::string& name,
-                                                 std::function<void(const Notification&)> observer) {
-    return observers_[name].subscribe(std::move(observer));
-}
-
 FakeBundle::FakeBundle() : resources{{"prompt.json", kPresets}} {}
 
 std::optional<std::string> FakeBundle::urlForResource(std::string_view filename) const {

@@ -4,7 +4,6 @@
 #include "Platform/Application.h"
 #include "Platform/Bundle.h"
 #include "Platform/KeyboardLayout.h"
-#include "Platform/NotificationCenter.h"
 #include "Platform/StatusItem.h"
 #include "Platform/Workspace.h"
 
@@ -40,18 +39,6 @@ public:
     std::optional<std::string> terminalSelection;
     bool takesURLs = true;
     std::vector<std::string> openedURLs;
-};
-
-class FakeNotificationCenter final : public NotificationCenter {
-public:
-    void post(const Notification& notification) override;
-    Subscription addObserver(const std::string& name,
-                             std::function<void(const Notification&)> observer) override;
-
-    std::vector<Notification> posts;
-
-private:
-    std::map<std::string, Signal<const Notification&>> observers_;
 };
 
 /// Resources by name. Serves a "prompt.json" with three presets as long as the test puts no other one there.

@@ -21,7 +21,6 @@ Platform FakePlatform::platform() {
             .keyboardLayout = keyboardLayout,
             .workspace = workspace,
             .userDefaults = userDefaults,
-            .notificationCenter = notificationCenter,
             .documents = documents,
             .bundle = bundle,
             .clock = clock,

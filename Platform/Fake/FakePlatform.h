@@ -43,7 +43,6 @@ public:
     FakeKeyboardLayout keyboardLayout;
     FakeWorkspace workspace;
     FakeUserDefaults userDefaults;
-    FakeNotificationCenter notificationCenter;
     FakeDocuments documents;
     FakeBundle bundle;
     FakeClock clock;

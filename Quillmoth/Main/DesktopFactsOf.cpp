@@ -10,7 +10,6 @@
 #include "Platform/Linux/X11/X11BackEnd.h"
 #include "Platform/Posix/DiskSync.h"
 #include "Platform/Qt/FileUserDefaults.h"
-#include "Platform/Qt/LocalNotificationCenter.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -32,8 +31,7 @@ std::optional<KeyboardShortcuts::Shortcut> hotKey() {
     platform::DiskSync diskSync;
     platform::FileUserDefaults defaults(platform::defaultsFilePath(), diskSync);
     platform::UnavailableHotKeyCenter hotKeys;
-    platform::LocalNotificationCenter notifications;
-    const KeyboardShortcuts::Center center(defaults, hotKeys, notifications);
+    const KeyboardShortcuts::Center center(defaults, hotKeys);
     const KeyboardShortcuts::Name name("showFloatingPanel");
     if (!defaults.object(name.defaultsKey()))
         return KeyboardShortcuts::Shortcut{KeyboardShortcuts::Key::space, KeyboardShortcuts::kFlagOption};

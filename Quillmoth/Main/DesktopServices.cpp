@@ -126,7 +126,6 @@ platform::Platform DesktopServices::platform(platform::PanelWindows& panelWindow
         .keyboardLayout = x11_ ? x11_->keyboardLayout() : noLayout,
         .workspace = workspace,
         .userDefaults = userDefaults,
-        .notificationCenter = notificationCenter,
         .documents = documents,
         .bundle = bundle,
         .clock = clock,

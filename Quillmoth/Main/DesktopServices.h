@@ -9,7 +9,6 @@
 #include "Platform/Posix/SystemClock.h"
 #include "Platform/Qt/FileDocuments.h"
 #include "Platform/Qt/FileUserDefaults.h"
-#include "Platform/Qt/LocalNotificationCenter.h"
 #include "Platform/Qt/QtApplication.h"
 #include "Platform/Qt/QtMainQueue.h"
 #include "Platform/Qt/QtPasteboard.h"
@@ -68,7 +67,6 @@ public:
     platform::ResourceBundle bundle;
     platform::SystemClock clock;
     platform::QtUUIDSource uuidSource;
-    platform::LocalNotificationCenter notificationCenter;
     platform::QtStatusItems statusItems;
     platform::QtApplication application;
     platform::SerialOperationQueues operationQueues;

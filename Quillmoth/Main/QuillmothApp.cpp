@@ -45,8 +45,7 @@ QuillmothApp::QuillmothApp()
                      .shown = [this] { services_.prepareForQuestions(); }},
                     [this] { return makePanelContent(); }),
       platform_(services_.platform(panelWindows_)),
-      shortcuts_(services_.userDefaults, platform_.hotKeyCenter, services_.notificationCenter),
-      _appDelegate(platform_, shortcuts_),
+      shortcuts_(services_.userDefaults, platform_.hotKeyCenter), _appDelegate(platform_, shortcuts_),
       controller_(FloatingViewController::create(_appDelegate._coreAppModel, platform_)),
       codeHighlighter_(highlighting::Theme::midnight(highlighting::Font(kCodeFontSize))),
       windows_(

@@ -60,7 +60,6 @@ struct Store {
             .keyboardLayout = fakes.keyboardLayout,
             .workspace = fakes.workspace,
             .userDefaults = fakes.userDefaults,
-            .notificationCenter = fakes.notificationCenter,
             .documents = documents,
             .bundle = fakes.bundle,
             .clock = fakes.clock,

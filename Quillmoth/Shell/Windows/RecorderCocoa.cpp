@@ -66,14 +66,10 @@ RecorderCocoa::RecorderCocoa(Name name, RecorderServices services, Change onChan
     connect(cancelButton_, &QToolButton::clicked, this, [this] { clickClearButton(); });
     showPrompt("record_shortcut");
     refreshText();
-    observer_ = services_.notificationCenter.addObserver(
-        KeyboardShortcuts::kShortcutByNameDidChange, [this](const platform::Notification& notification) {
-            const auto entry = notification.userInfo.find("name");
-            const auto* changed =
-                entry != notification.userInfo.end() ? std::any_cast<Name>(&entry->second) : nullptr;
-            if (changed != nullptr && *changed == shortcutName_)
-                refreshText();
-        });
+    observer_ = services_.shortcuts.shortcutByNameDidChange([this](const Name& changed) {
+        if (changed == shortcutName_)
+            refreshText();
+    });
 }
 
 RecorderCocoa::~RecorderCocoa() {

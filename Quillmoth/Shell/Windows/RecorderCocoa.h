@@ -24,7 +24,6 @@ class SymbolButton;
 /// What a recorder works with. The services outlive it.
 struct RecorderServices {
     KeyboardShortcuts::Center& shortcuts;
-    platform::NotificationCenter& notificationCenter;
     platform::KeyboardLayout& layout;
     platform::MainQueue& mainQueue;
     /// The virtual key code of a native scan code; none where it has none.

@@ -26,7 +26,6 @@ constexpr int kScreenReserve = 80;
 RecorderServices recorderServices(const platform::Platform& platform, KeyboardShortcuts::Center& shortcuts,
                                   const SettingsHooks& hooks, QWidget* window) {
     return {.shortcuts = shortcuts,
-            .notificationCenter = platform.notificationCenter,
             .layout = platform.keyboardLayout,
             .mainQueue = platform.mainQueue,
             .virtualKeyCode = hooks.virtualKeyCode,

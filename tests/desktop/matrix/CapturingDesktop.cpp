@@ -44,7 +44,6 @@ CapturingDesktop::CapturingDesktop(const std::string& windowManager)
                                 .keyboardLayout = fake.keyboardLayout,
                                 .workspace = fake.workspace,
                                 .userDefaults = fake.userDefaults,
-                                .notificationCenter = fake.notificationCenter,
                                 .documents = fake.documents,
                                 .bundle = fake.bundle,
                                 .clock = fake.clock,

@@ -45,7 +45,6 @@ protected:
                 .keyboardLayout = fake.keyboardLayout,
                 .workspace = fake.workspace,
                 .userDefaults = fake.userDefaults,
-                .notificationCenter = fake.notificationCenter,
                 .documents = fake.documents,
                 .bundle = fake.bundle,
                 .clock = fake.clock,

@@ -1,5 +1,4 @@
 #include "Platform/Posix/SystemClock.h"
-#include "Platform/Qt/LocalNotificationCenter.h"
 #include "Platform/Qt/QtMainQueue.h"
 #include "Platform/Qt/QtUUIDSource.h"
 #include "Platform/Qt/QtWorkspace.h"
@@ -73,20 +72,6 @@ TEST(ResourceBundle, TellsWhatTheProgramIsAndReadsWhatShipsWithIt) {
     ASSERT_TRUE(content);
     EXPECT_EQ(*content, test::contentOf(QUILLMOTH_PROMPT_FILE));
 #endif
-}
-
-TEST(LocalNotificationCenter, ReachesTheObserversOfTheNameWithinThePost) {
-    LocalNotificationCenter center;
-    std::vector<std::string> heard;
-    auto first = center.addObserver("a", [&](const Notification& notification) {
-        heard.push_back("first " + std::any_cast<std::string>(notification.userInfo.at("name")));
-    });
-    const auto other = center.addObserver("b", [&](const Notification&) { heard.emplace_back("other"); });
-    center.post({"a", {{"name", std::string("x")}}});
-    first.reset();
-    center.post({"a", {}});
-    center.post({"nobody listens", {}});
-    EXPECT_EQ(heard, std::vector<std::string>{"first x"});
 }
 
 TEST(QtWorkspace, GivesOwnURLsToTheProgramInALaterTurnAndIsNeverInFrontItself) {

@@ -14,7 +14,7 @@ protected:
     AppDelegateTest()
         : fatal_([](const std::string& text) { throw FatalFault(text); }),
           log_([this](std::string line) { lines.push_back(std::move(line)); }),
-          center(platform.userDefaults, platform.hotKeyCenter, platform.notificationCenter),
+          center(platform.userDefaults, platform.hotKeyCenter),
           delegate(platform.platform(), center) {
         platform.workspace.frontmost = 42;
         platform.accessibility.systemWide().fail("AXFocusedUIElement", -25212);

@@ -2,7 +2,6 @@
 
 #include "Platform/HotKeyCenter.h"
 #include "Platform/KeyboardLayout.h"
-#include "Platform/NotificationCenter.h"
 #include "Platform/UserDefaults.h"
 
 #include <map>
@@ -82,18 +81,6 @@ public:
     void remove(std::string_view key) override { values.erase(std::string(key)); }
 
     Subscription onChange(std::function<void()>) override { return {}; }
-};
-
-class RecordingNotificationCenter : public platform::NotificationCenter {
-public:
-    std::vector<platform::Notification> posted;
-
-    void post(const platform::Notification& notification) override { posted.push_back(notification); }
-
-    Subscription addObserver(const std::string&,
-                             std::function<void(const platform::Notification&)>) override {
-        return {};
-    }
 };
 
 class TableLayout : public platform::KeyboardLayout {

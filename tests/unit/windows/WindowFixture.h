@@ -79,7 +79,7 @@ struct WindowFixture {
     platform::FakePlatform fakes;
     FakeLoginItems loginItems;
     ColorScheme colorScheme;
-    KeyboardShortcuts::Center shortcuts{fakes.userDefaults, fakes.hotKeyCenter, fakes.notificationCenter};
+    KeyboardShortcuts::Center shortcuts{fakes.userDefaults, fakes.hotKeyCenter};
     KeyboardShortcuts::Name name{"showFloatingPanel"};
     Updater updater{fakes.platform()};
     int editorOpenings = 0;
