@@ -45,8 +45,8 @@ public:
 
     [[nodiscard]] EventSourceState readyState() const override { return readyState_; }
 
-    /// Why the latest task ended before its answer was whole; none while it runs, and where it was whole. The
-    /// completion is not told of it where a head had arrived.
+    /// Why the latest task ended before its answer was whole; none while it runs, and where it was whole.
+    /// Where a head had arrived, the completion callback gets no error.
     [[nodiscard]] std::optional<platform::URLError> taskError() const;
 
     void connect(const std::optional<std::string>& lastEventId = std::nullopt) override;

@@ -29,15 +29,15 @@ bool contains(std::string_view text, char c) {
     return !text.empty() && std::memchr(text.data(), c, text.size()) != nullptr;
 }
 
-/// As text.find(pattern, from), but fast where the first byte of the pattern is rare.
-std::size_t findRare(std::string_view text, std::string_view pattern, std::size_t from) {
-    while (from + pattern.size() <= text.size()) {
-        const void* hit =
-            std::memchr(text.data() + from, pattern[0], text.size() - from - (pattern.size() - 1));
+/// Where `newline` first comes twice in a row, from `from` on. Fast where its first byte is rare.
+std::size_t findDoubled(std::string_view text, std::string_view newline, std::size_t from) {
+    const std::size_t length = 2 * newline.size();
+    while (from + length <= text.size()) {
+        const void* hit = std::memchr(text.data() + from, newline[0], text.size() - from - (length - 1));
         if (hit == nullptr)
             return kNowhere;
         from = static_cast<std::size_t>(static_cast<const char*>(hit) - text.data());
-        if (text.substr(from, pattern.size()) == pattern)
+        if (text.substr(from).starts_with(newline) && text.substr(from + newline.size()).starts_with(newline))
             return from;
         ++from;
     }
@@ -68,20 +68,20 @@ std::vector<Event> EventStreamParser::append(std::string_view data) {
 }
 
 std::size_t EventStreamParser::findDelimiter(std::size_t index, std::size_t start) {
-    const std::string_view delimiter = kDelimiters[index];
+    const std::string_view newline = validNewlineCharacters[index];
     std::size_t& searched = searched_[index];
     searched = std::max(searched, start);
-    const std::size_t found = findRare(dataBuffer_, delimiter, searched);
-    const std::size_t untilEnd = dataBuffer_.size() - std::min(dataBuffer_.size(), delimiter.size() - 1);
+    const std::size_t found = findDoubled(dataBuffer_, newline, searched);
+    const std::size_t untilEnd = dataBuffer_.size() - std::min(dataBuffer_.size(), 2 * newline.size() - 1);
     searched = found == kNowhere ? std::max(searched, untilEnd) : found;
     return found;
 }
 
 EventStreamParser::Cut EventStreamParser::nextCut(std::size_t start) {
-    for (std::size_t index = 0; index < kDelimiters.size(); ++index) {
+    for (std::size_t index = 0; index < validNewlineCharacters.size(); ++index) {
         const std::size_t found = findDelimiter(index, start);
         if (found != kNowhere)
-            return {found, kDelimiters[index].size()};
+            return {found, 2 * validNewlineCharacters[index].size()};
     }
     return {kNowhere, 0};
 }

@@ -23,7 +23,8 @@ public:
     std::vector<Event> append(std::string_view data);
 
 private:
-    static constexpr std::array<std::string_view, 3> kDelimiters{"\r\n\r\n", "\n\n", "\r\r"};
+    /// A block ends where one of them comes twice in a row.
+    static constexpr std::array<std::string_view, 3> validNewlineCharacters{"\r\n", "\n", "\r"};
 
     struct Cut {
         std::size_t position;
@@ -34,8 +35,8 @@ private:
     [[nodiscard]] Cut nextCut(std::size_t start);
 
     std::string dataBuffer_;
-    // For each delimiter: none begins in the buffer before this offset.
-    std::array<std::size_t, kDelimiters.size()> searched_{};
+    // For each of the line ends: no doubled one begins in the buffer before this offset.
+    std::array<std::size_t, validNewlineCharacters.size()> searched_{};
 };
 
 } // namespace quillmoth

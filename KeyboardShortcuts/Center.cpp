@@ -15,12 +15,11 @@ std::optional<Shortcut> Center::getShortcut(const Name& name) const {
 }
 
 void Center::setShortcut(const std::optional<Shortcut>& shortcut, const Name& name) {
-    if (const auto former = getShortcut(name)) {
-        registry_.unregisterShortcut(*former);
-        activeShortcuts_.erase(*former);
-    } else if (!shortcut) {
+    const auto former = getShortcut(name);
+    if (former)
+        unregister(*former);
+    else if (!shortcut)
         return;
-    }
     // Before the store changes, which tells at once.
     if (known_.contains(name))
         known_[name] = shortcut;
@@ -45,10 +44,8 @@ void Center::takeStoredChanges() {
         if (stored == shortcut)
             continue;
         known_[name] = stored;
-        if (shortcut) {
-            registry_.unregisterShortcut(*shortcut);
-            activeShortcuts_.erase(*shortcut);
-        }
+        if (shortcut)
+            unregister(*shortcut);
         if (stored)
             registerIfNeeded(*stored);
         changed_.emit(name);
@@ -68,15 +65,12 @@ bool Center::hasStoredObject(const Name& name) const {
 }
 
 void Center::onKeyDown(const Name& name, Action action) {
-    addAction(EventType::keyDown, name, std::move(action));
+    keyDownActions_[name].push_back(std::move(action));
+    registerFor(name);
 }
 
 void Center::onKeyUp(const Name& name, Action action) {
-    addAction(EventType::keyUp, name, std::move(action));
-}
-
-void Center::addAction(EventType type, const Name& name, Action action) {
-    handlers(type).actions[name].push_back(std::move(action));
+    keyUpActions_[name].push_back(std::move(action));
     registerFor(name);
 }
 
@@ -91,13 +85,13 @@ Subscription Center::events(const Name& name, Listener listener) {
 
 Subscription Center::events(EventType type, const Name& name, Listener listener) {
     const auto identifier = ++lastStreamIdentifier_;
-    handlers(type).streams[name].emplace(identifier, std::move(listener));
+    streams(type)[name].emplace(identifier, std::move(listener));
     registerFor(name);
     return Subscription([weak = std::weak_ptr(self_), type, name, identifier] {
         const auto self = weak.lock();
         if (!self)
             return;
-        auto& streams = (*self)->handlers(type).streams;
+        auto& streams = (*self)->streams(type);
         const auto found = streams.find(name);
         if (found == streams.end())
             return;
@@ -116,10 +110,8 @@ void Center::enable(const Name& name) {
 }
 
 void Center::disable(const Name& name) {
-    if (const auto shortcut = getShortcut(name)) {
-        registry_.unregisterShortcut(*shortcut);
-        activeShortcuts_.erase(*shortcut);
-    }
+    if (const auto shortcut = getShortcut(name))
+        unregister(*shortcut);
 }
 
 void Center::reset(std::span<const Name> names) {
@@ -129,18 +121,22 @@ void Center::reset(std::span<const Name> names) {
 
 void Center::removeAllHandlers() {
     std::set<Name> names;
-    for (const auto* table : {&keyDown_, &keyUp_}) {
-        for (const auto& [name, actions] : table->actions)
+    for (const auto* table : {&keyDownActions_, &keyUpActions_}) {
+        for (const auto& [name, actions] : *table)
             names.insert(name);
-        for (const auto& [name, listeners] : table->streams)
+    }
+    for (const auto* table : {&keyDownStreams_, &keyUpStreams_}) {
+        for (const auto& [name, listeners] : *table)
             names.insert(name);
     }
     for (const auto& name : names) {
         if (const auto shortcut = getShortcut(name))
-            registry_.unregisterShortcut(*shortcut);
+            unregister(*shortcut);
     }
-    keyDown_ = {};
-    keyUp_ = {};
+    keyDownActions_.clear();
+    keyUpActions_.clear();
+    keyDownStreams_.clear();
+    keyUpStreams_.clear();
     activeShortcuts_.clear();
 }
 
@@ -160,18 +156,23 @@ void Center::registerIfNeeded(const Shortcut& shortcut) {
     activeShortcuts_.insert(shortcut);
 }
 
+void Center::unregister(const Shortcut& shortcut) {
+    registry_.unregisterShortcut(shortcut);
+    activeShortcuts_.erase(shortcut);
+}
+
 void Center::dispatch(EventType type, const Shortcut& shortcut) {
     if (recordingPause_)
         return;
     // Copies: a handler may add or remove handlers, or change a slot.
-    const auto actions = handlers(type).actions;
+    const auto actions = type == EventType::keyDown ? keyDownActions_ : keyUpActions_;
     for (const auto& [name, list] : actions) {
         if (getShortcut(name) != shortcut)
             continue;
         for (const auto& action : list)
             action();
     }
-    const auto streams = handlers(type).streams;
+    const auto streams = this->streams(type);
     for (const auto& [name, listeners] : streams) {
         if (getShortcut(name) != shortcut)
             continue;
@@ -183,7 +184,7 @@ void Center::dispatch(EventType type, const Shortcut& shortcut) {
 }
 
 bool Center::hasStream(EventType type, const Name& name, std::uint64_t identifier) {
-    const auto& streams = handlers(type).streams;
+    const auto& streams = this->streams(type);
     const auto found = streams.find(name);
     return found != streams.end() && found->second.contains(identifier);
 }

@@ -65,15 +65,13 @@ public:
     }
 
 private:
-    struct Handlers {
-        std::map<Name, std::vector<Action>> actions;
-        std::map<Name, std::map<std::uint64_t, Listener>> streams;
-    };
+    using Actions = std::map<Name, std::vector<Action>>;
+    using Streams = std::map<Name, std::map<std::uint64_t, Listener>>;
 
-    Handlers& handlers(EventType type) { return type == EventType::keyDown ? keyDown_ : keyUp_; }
+    Streams& streams(EventType type) { return type == EventType::keyDown ? keyDownStreams_ : keyUpStreams_; }
 
-    void addAction(EventType type, const Name& name, Action action);
     void registerIfNeeded(const Shortcut& shortcut);
+    void unregister(const Shortcut& shortcut);
     void registerFor(const Name& name);
     void takeStoredChanges();
     void dispatch(EventType type, const Shortcut& shortcut);
@@ -84,8 +82,10 @@ private:
     std::unordered_set<Shortcut> activeShortcuts_;
     /// What each slot with handlers held when it was last looked at.
     std::map<Name, std::optional<Shortcut>> known_;
-    Handlers keyDown_;
-    Handlers keyUp_;
+    Actions keyDownActions_;
+    Actions keyUpActions_;
+    Streams keyDownStreams_;
+    Streams keyUpStreams_;
     std::uint64_t lastStreamIdentifier_ = 0;
     bool recordingPause_ = false;
     CarbonKeyboardShortcuts registry_;

@@ -48,7 +48,7 @@ struct Shortcut {
 template<>
 struct std::hash<quillmoth::KeyboardShortcuts::Shortcut> {
     std::size_t operator()(const quillmoth::KeyboardShortcuts::Shortcut& shortcut) const noexcept {
-        // The masks begin above the key codes.
+        // Shifted, the masks stay clear of the codes that keys have.
         return std::hash<std::int64_t>()(shortcut.carbonKeyCode ^ (shortcut.carbonModifiers << 8));
     }
 };
