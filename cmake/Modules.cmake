@@ -34,7 +34,7 @@ set(modules
     "Platform/Curl | Platform/Posix Platform Foundation | curl/"
     "Platform/Qt | Platform/Posix Platform Foundation | ${qt}|nlohmann/|xcb/"
     "Platform/Linux/AtSpi | Platform Foundation | gio/|atspi/"
-    "Platform/Linux/Desktop | Platform Foundation | ${qt}|dbus/|gio/|xcb/"
+    "Platform/Linux/Desktop | Platform Foundation | ${qt}|dbus/|gio/"
     "Platform/Linux/Unavailable | Platform Foundation |"
     "Platform/Linux/X11/Server | Platform Foundation | ${qt}|xcb/"
     "Platform/Linux/X11/Keys | Platform/Linux/X11/Server Platform Foundation | ${qt}|xcb/|xkbcommon/"

@@ -1,13 +1,13 @@
 #include "Quillmoth/Main/StartUp.h"
 
-#include "Quillmoth/Application/CommandLine.h"
 #include "Platform/Linux/Desktop/HandOver.h"
+#include "Quillmoth/Application/CommandLine.h"
 
 namespace quillmoth::platform {
 
 namespace {
 
-constexpr int kFailed = 1;
+constexpr int kStartFailed = 1;
 constexpr int kWrongUse = 2;
 
 /// None for a plain start, which asks nothing of itself.
@@ -57,11 +57,11 @@ StartUp beginStart(std::span<const std::string_view> arguments, std::string_view
         return {0};
     if (outcome == HandOver::failed) {
         reportFailure(errors);
-        return {kFailed};
+        return {kStartFailed};
     }
     if (commandLine->action == CommandLine::Action::quit) {
         errors << "quillmoth: Quillmoth is not running.\n";
-        return {kFailed};
+        return {kStartFailed};
     }
     return {std::nullopt, request};
 }
@@ -70,7 +70,7 @@ int yieldStart(const std::optional<InstanceRequest>& firstRequest, std::ostream&
     if (handOver(firstRequest.value_or(InstanceRequest{})) == HandOver::delivered)
         return 0;
     reportFailure(errors);
-    return kFailed;
+    return kStartFailed;
 }
 
 } // namespace quillmoth::platform

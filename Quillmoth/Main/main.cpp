@@ -1,8 +1,9 @@
 #include "Platform/Linux/Desktop/SessionDisplay.h"
 #include "Platform/Linux/Desktop/SingleInstance.h"
-#include "Quillmoth/Main/StartUp.h"
+#include "Platform/Linux/X11/Server/X11Connection.h"
 #include "Quillmoth/Main/DesktopFactsOf.h"
 #include "Quillmoth/Main/QuillmothApp.h"
+#include "Quillmoth/Main/StartUp.h"
 
 #include <QApplication>
 
@@ -46,7 +47,7 @@ Result<std::string> findDisplay() {
     std::vector<std::filesystem::path> pluginFolders;
     for (const QString& folder : QCoreApplication::libraryPaths())
         pluginFolders.emplace_back(folder.toStdString());
-    return platform::findSessionDisplay(pluginFolders);
+    return platform::findSessionDisplay(pluginFolders, platform::X11Connection::hasServer);
 }
 
 void describeApplication() {

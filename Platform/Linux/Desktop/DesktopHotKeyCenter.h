@@ -11,7 +11,7 @@ namespace quillmoth::platform {
 /// Hot keys of a window system, with what the desktop around it keeps for itself: by its settings, and by a
 /// probe. Main thread.
 ///
-/// The key of the window menu, Alt+Space, is not told: window managers have it, and the program takes it over
+/// The key of the window menu, Alt+Space, is left out: window managers have it, and the program takes it over
 /// by default.
 class DesktopHotKeyCenter final : public HotKeyCenter {
 public:

@@ -7,19 +7,17 @@ namespace quillmoth::platform {
 
 namespace {
 
-using Kind = InstanceRequest::Kind;
-
 struct NamedAction {
     const char* name;
-    Kind kind;
+    InstanceRequest::Kind kind;
 };
 
 constexpr std::array kActions{
-    NamedAction{"toggle", Kind::toggle},
-    NamedAction{"settings", Kind::settings},
-    NamedAction{"get-started", Kind::getStarted},
-    NamedAction{"prompt-editor", Kind::promptEditor},
-    NamedAction{"quit", Kind::quit},
+    NamedAction{"toggle", InstanceRequest::Kind::toggle},
+    NamedAction{"settings", InstanceRequest::Kind::settings},
+    NamedAction{"get-started", InstanceRequest::Kind::getStarted},
+    NamedAction{"prompt-editor", InstanceRequest::Kind::promptEditor},
+    NamedAction{"quit", InstanceRequest::Kind::quit},
 };
 
 } // namespace

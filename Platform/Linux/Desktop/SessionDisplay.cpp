@@ -9,7 +9,6 @@
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
-#include <xcb/xcb.h>
 
 namespace quillmoth::platform {
 
@@ -21,13 +20,6 @@ std::string variable(const char* name) {
     // Nothing in this process changes its environment at this time.
     const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
     return value != nullptr ? value : "";
-}
-
-bool hasXServer() {
-    xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
-    const bool isThere = xcb_connection_has_error(connection) == 0;
-    xcb_disconnect(connection);
-    return isThere;
 }
 
 bool canConnect(const std::string& path) {
@@ -70,7 +62,8 @@ std::string waylandProblem(const std::vector<fs::path>& pluginFolders) {
 }
 
 /// None where the display can be used.
-std::string problemOf(std::string_view plugin, const std::vector<fs::path>& pluginFolders) {
+std::string problemOf(std::string_view plugin, const std::vector<fs::path>& pluginFolders,
+                      const std::function<bool()>& hasXServer) {
     if (plugin.starts_with("xcb") && !hasXServer())
         return "the X server \"" + variable("DISPLAY") + "\" does not answer; check DISPLAY and XAUTHORITY";
     return plugin.starts_with("wayland") ? waylandProblem(pluginFolders) : std::string();
@@ -78,7 +71,8 @@ std::string problemOf(std::string_view plugin, const std::vector<fs::path>& plug
 
 } // namespace
 
-Result<std::string> findSessionDisplay(const std::vector<fs::path>& pluginFolders) {
+Result<std::string> findSessionDisplay(const std::vector<fs::path>& pluginFolders,
+                                       const std::function<bool()>& hasXServer) {
     const std::string chosen = variable("QT_QPA_PLATFORM");
     std::string candidates = chosen;
     if (chosen.empty() && !variable("DISPLAY").empty())
@@ -90,7 +84,7 @@ Result<std::string> findSessionDisplay(const std::vector<fs::path>& pluginFolder
     std::string problems;
     std::istringstream list(candidates);
     for (std::string plugin; std::getline(list, plugin, ';');) {
-        const std::string problem = problemOf(plugin, pluginFolders);
+        const std::string problem = problemOf(plugin, pluginFolders, hasXServer);
         if (problem.empty())
             return chosen.empty() ? plugin : chosen;
         problems += (problems.empty() ? "" : "; and ") + problem;

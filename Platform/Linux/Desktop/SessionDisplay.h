@@ -3,6 +3,7 @@
 #include "Foundation/Result.h"
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -11,8 +12,9 @@ namespace quillmoth::platform {
 /// Whether there is a display that the toolkit can show windows on. Asked before it is started, since it
 /// aborts the process where there is none. Answers with the toolkit's plugins for it, in the form of
 /// QT_QPA_PLATFORM; what that variable says is kept. Prefers an X server, native or beside Wayland. The error
-/// says what is wrong and what to do. `pluginFolders` are the toolkit's. Waits for no answer but that of the
-/// X server.
-[[nodiscard]] Result<std::string> findSessionDisplay(const std::vector<std::filesystem::path>& pluginFolders);
+/// says what is wrong and what to do. `pluginFolders` are the toolkit's; `hasXServer` is asked whether
+/// the server of the variable DISPLAY answers, and no other answer is waited for.
+[[nodiscard]] Result<std::string> findSessionDisplay(const std::vector<std::filesystem::path>& pluginFolders,
+                                                     const std::function<bool()>& hasXServer);
 
 } // namespace quillmoth::platform

@@ -20,8 +20,6 @@ namespace quillmoth::platform {
 
 namespace {
 
-using Kind = InstanceRequest::Kind;
-
 constexpr char kIntrospection[] = R"(<interface name="org.freedesktop.Application">
   <method name="Activate">
     <arg type="a{sv}" name="platform_data" direction="in"/>
@@ -46,9 +44,9 @@ bool isForApplication(const QDBusMessage& message) {
 std::optional<InstanceRequest> requestIn(const QDBusMessage& message) {
     const QString call = message.member() + QLatin1Char('(') + message.signature() + QLatin1Char(')');
     if (call == QLatin1String("Activate(a{sv})"))
-        return InstanceRequest{Kind::activate};
+        return InstanceRequest{InstanceRequest::Kind::activate};
     if (call == QLatin1String("Open(asa{sv})")) {
-        InstanceRequest request{Kind::open};
+        InstanceRequest request{InstanceRequest::Kind::open};
         for (const auto& given : message.arguments().constFirst().toStringList()) {
             if (auto url = ownURL(given.toStdString()))
                 request.urls.push_back(std::move(*url));

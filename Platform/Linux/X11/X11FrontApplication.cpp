@@ -1,7 +1,6 @@
 #include "Platform/Linux/X11/X11FrontApplication.h"
 
 #include "Platform/Linux/X11/Selection/X11Selection.h"
-#include "Platform/Linux/X11/Server/X11Reply.h"
 #include "Platform/Linux/X11/Server/X11Windows.h"
 #include "Platform/Linux/X11/X11Terminals.h"
 
@@ -24,12 +23,8 @@ std::optional<std::int64_t> X11FrontApplication::processIdentifier() const {
 }
 
 std::optional<std::string> X11FrontApplication::primarySelectionOf(std::int64_t processIdentifier) const {
-    auto* connection = connection_.get();
-    const auto cookie = xcb_get_selection_owner(connection, XCB_ATOM_PRIMARY);
-    const auto reply = owned(xcb_get_selection_owner_reply(connection, cookie, nullptr));
-    if (!reply || reply->owner == XCB_WINDOW_NONE)
-        return std::nullopt;
-    if (clientProcessIdentifier(connection_, reply->owner) != processIdentifier)
+    const auto owner = selectionOwner(connection_.get(), XCB_ATOM_PRIMARY);
+    if (owner == XCB_WINDOW_NONE || clientProcessIdentifier(connection_.get(), owner) != processIdentifier)
         return std::nullopt;
     return selectionText(XCB_ATOM_PRIMARY, kDeadline);
 }

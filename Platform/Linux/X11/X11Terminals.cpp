@@ -93,11 +93,11 @@ std::optional<std::int64_t> terminalInFront(X11Connection& connection,
         windows.insert(windows.begin(), active);
     for (const auto window : windows) {
         if (hasTerminalClass(connection, window))
-            return clientProcessIdentifier(connection, window).value_or(0);
+            return clientProcessIdentifier(connection.get(), window).value_or(0);
     }
     // The window manager's frame is among them too, but what it has in front stands before that.
     const auto process =
-        windows.empty() ? std::nullopt : clientProcessIdentifier(connection, windows.front());
+        windows.empty() ? std::nullopt : clientProcessIdentifier(connection.get(), windows.front());
     if (!process)
         return std::nullopt;
     const bool isTerminal =

@@ -14,8 +14,8 @@
 namespace quillmoth::platform {
 
 /// Hot keys as passive grabs of the X Input Extension on a connection of their own. They win against the
-/// window manager's by being the last: they are taken again whenever somebody grabs the same key. Repeats of
-/// a held key are not told.
+/// window manager's by being the last: they are taken again whenever somebody grabs the same key. No
+/// event comes for the repeats of a held key.
 class X11HotKeyCenter : public HotKeyCenter {
 public:
     explicit X11HotKeyCenter(std::unique_ptr<X11Connection> connection);

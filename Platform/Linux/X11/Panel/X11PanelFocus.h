@@ -19,9 +19,10 @@ namespace quillmoth::platform {
 /// than half a second, the input focus is moved instead, and given back.
 ///
 /// A program that asks for the whole keyboard gets it, such as a locker of the screen or a dialog for a
-/// password: that is a turn to it, though its window may be unknown to the window manager.
+/// password. The user counts as turned to it then, though the window manager may not know its window.
 ///
-/// Gives the keyboard up by itself before it tells of a turn, and takes it again when the window is clicked.
+/// Gives the keyboard up by itself before its subscribers are called, and takes it again when the window is
+/// clicked.
 /// A combination that belongs to the window manager is struck again for it afterwards. A key that is still
 /// held when the window gives the keyboard back does not reach the other application, nor do its repeats.
 class X11PanelFocus : public PanelFocus, private QAbstractNativeEventFilter {

@@ -1,7 +1,8 @@
 #include "Platform/Linux/X11/Selection/X11ClipboardExchange.h"
 
+#include "Platform/Linux/X11/Server/X11Windows.h"
+
 #include <utility>
-#include <xcb/res.h>
 #include <xcb/xfixes.h>
 
 namespace quillmoth::platform {
@@ -65,7 +66,7 @@ X11ClipboardExchange::Clock::time_point X11ClipboardExchange::nextWork() const {
 }
 
 X11ClipboardExchange::Reading X11ClipboardExchange::read(const SelectionContentRef& own,
-                                                           Clock::time_point deadline) {
+                                                         Clock::time_point deadline) {
     work();
     if (auto known = memory_.known(Clock::now()))
         return {.known = std::move(known), .content = nullptr};
@@ -93,7 +94,7 @@ void X11ClipboardExchange::offer(const std::string& text) {
 }
 
 SelectionContentRef X11ClipboardExchange::current(const SelectionContentRef& own,
-                                                   Clock::time_point deadline) {
+                                                  Clock::time_point deadline) {
     if (own)
         return own;
     if (paste_)
@@ -103,8 +104,8 @@ SelectionContentRef X11ClipboardExchange::current(const SelectionContentRef& own
     return std::make_shared<const SelectionContent>(reader_.content(selection_, deadline));
 }
 
-bool X11ClipboardExchange::lend(const std::string& text, std::int64_t process,
-                                 const SelectionContentRef& own, Clock::time_point deadline) {
+bool X11ClipboardExchange::lend(const std::string& text, std::int64_t process, const SelectionContentRef& own,
+                                Clock::time_point deadline) {
     auto former = current(own, deadline);
     if (!former->isComplete)
         return false;
@@ -127,29 +128,15 @@ void X11ClipboardExchange::takeBack() {
 }
 
 void X11ClipboardExchange::delivered(xcb_window_t requestor) {
-    if (!paste_ || processOf(requestor) != paste_->process)
+    if (!paste_ || clientProcessIdentifier(connection_.get(), requestor).value_or(0) != paste_->process)
         return;
     paste_->restoreAt = Clock::now() + kFetchGrace;
     if (onFetched)
         onFetched();
 }
 
-std::int64_t X11ClipboardExchange::processOf(xcb_window_t window) const {
-    const xcb_res_client_id_spec_t wanted = {window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-    const auto cookie = xcb_res_query_client_ids(connection_.get(), 1, &wanted);
-    const auto reply = owned(xcb_res_query_client_ids_reply(connection_.get(), cookie, nullptr));
-    if (!reply)
-        return 0;
-    auto entry = xcb_res_query_client_ids_ids_iterator(reply.get());
-    const bool isKnown = entry.rem > 0 && xcb_res_client_id_value_value_length(entry.data) > 0;
-    return isKnown ? *xcb_res_client_id_value_value(entry.data) : 0;
-}
-
 bool X11ClipboardExchange::hasOwner(const std::string& selection) {
-    auto* server = connection_.get();
-    const auto cookie = xcb_get_selection_owner(server, connection_.atom(selection));
-    const auto reply = owned(xcb_get_selection_owner_reply(server, cookie, nullptr));
-    return reply && reply->owner != XCB_WINDOW_NONE;
+    return selectionOwner(connection_.get(), connection_.atom(selection)) != XCB_WINDOW_NONE;
 }
 
 bool X11ClipboardExchange::handOver(Clock::time_point deadline) {

@@ -6,8 +6,9 @@
 
 namespace quillmoth::platform {
 
-/// The clipboard (the CLIPBOARD selection) as the program uses it. Lives on a thread of its own, so that
-/// other programs get their answers while the main thread is busy, and it never waits for them.
+/// What passes between this program and others over the CLIPBOARD selection: reading what they offer,
+/// offering in turn, lending and taking back. Lives on the thread of an X11Pasteboard, so that other programs
+/// get their answers while the main thread is busy, and it never waits for them.
 class X11ClipboardExchange {
 public:
     using Clock = X11SelectionConnection::Clock;
@@ -58,7 +59,6 @@ private:
     void handle(const xcb_generic_event_t& event);
     void delivered(xcb_window_t requestor);
     [[nodiscard]] SelectionContentRef current(const SelectionContentRef& own, Clock::time_point deadline);
-    [[nodiscard]] std::int64_t processOf(xcb_window_t window) const;
     void offer(const std::string& text);
 
     X11SelectionConnection& connection_;

@@ -88,8 +88,7 @@ public:
 
     /// Waits until it is done, or for the deadline; what comes late then has no effect on the caller.
     template<class Answer>
-    std::optional<Answer> ask(std::function<Answer(X11ClipboardExchange&)> work,
-                              Clock::time_point deadline) {
+    std::optional<Answer> ask(std::function<Answer(X11ClipboardExchange&)> work, Clock::time_point deadline) {
         auto answer = std::make_shared<std::optional<Answer>>();
         post([this, answer, work = std::move(work)](X11ClipboardExchange& clipboard) {
             Answer found = work(clipboard);
@@ -207,7 +206,7 @@ void X11Pasteboard::setString(const std::string& text) {
 }
 
 bool X11Pasteboard::paste(const std::string& text, std::int64_t process,
-                                   const std::function<void()>& sendKeys, Clock::time_point deadline) {
+                          const std::function<void()>& sendKeys, Clock::time_point deadline) {
     Thread& thread = this->thread();
     thread.forgetFetched();
     const auto isLent = thread.ask<bool>(

@@ -14,7 +14,8 @@ constexpr std::chrono::milliseconds kTimeLimit{100};
 } // namespace
 
 X11SelectionConnection::X11SelectionConnection()
-    : connection_(xcb_connect(nullptr, nullptr)), wakeFile_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+    : connection_(xcb_connect(nullptr, nullptr)), atoms_(get()),
+      wakeFile_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
     if (!isOpen())
         return;
     root_ = xcb_setup_roots_iterator(xcb_get_setup(get())).data->root;
@@ -36,27 +37,6 @@ X11SelectionConnection::~X11SelectionConnection() {
 
 bool X11SelectionConnection::isOpen() const {
     return xcb_connection_has_error(connection_.get()) == 0;
-}
-
-xcb_atom_t X11SelectionConnection::atom(const std::string& name) {
-    const auto [entry, isNew] = atoms_.try_emplace(name, XCB_ATOM_NONE);
-    if (isNew) {
-        const auto cookie = xcb_intern_atom(get(), 0, static_cast<std::uint16_t>(name.size()), name.c_str());
-        if (const auto reply = owned(xcb_intern_atom_reply(get(), cookie, nullptr)))
-            entry->second = reply->atom;
-    }
-    return entry->second;
-}
-
-const std::string& X11SelectionConnection::atomName(xcb_atom_t atom) {
-    const auto [entry, isNew] = names_.try_emplace(atom);
-    if (isNew && atom != XCB_ATOM_NONE) {
-        const auto reply = owned(xcb_get_atom_name_reply(get(), xcb_get_atom_name(get(), atom), nullptr));
-        if (reply)
-            entry->second.assign(xcb_get_atom_name_name(reply.get()),
-                                 static_cast<std::size_t>(xcb_get_atom_name_name_length(reply.get())));
-    }
-    return entry->second;
 }
 
 xcb_timestamp_t X11SelectionConnection::serverTime() {

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "Platform/Linux/X11/Server/X11Atoms.h"
 #include "Platform/Linux/X11/Server/X11Reply.h"
 
 #include <chrono>
 #include <functional>
-#include <map>
 #include <memory>
 #include <string>
 #include <xcb/xcb.h>
@@ -36,9 +36,9 @@ public:
     /// Another window like it, for as long as the connection lives.
     [[nodiscard]] xcb_window_t makeWindow();
 
-    /// Asked of the server once a name.
-    [[nodiscard]] xcb_atom_t atom(const std::string& name);
-    [[nodiscard]] const std::string& atomName(xcb_atom_t atom);
+    [[nodiscard]] xcb_atom_t atom(const std::string& name) { return atoms_.atom(name); }
+
+    [[nodiscard]] const std::string& atomName(xcb_atom_t atom) { return atoms_.name(atom); }
 
     /// The server's clock now, which the protocol wants in place of "current".
     [[nodiscard]] xcb_timestamp_t serverTime();
@@ -71,10 +71,9 @@ private:
     bool waitForInput(Clock::time_point deadline, bool& isWoken) const;
 
     std::unique_ptr<xcb_connection_t, Disconnect> connection_;
+    X11Atoms atoms_;
     xcb_window_t root_ = XCB_WINDOW_NONE;
     xcb_window_t window_ = XCB_WINDOW_NONE;
-    std::map<std::string, xcb_atom_t> atoms_;
-    std::map<xcb_atom_t, std::string> names_;
     Handler handler_;
     int wakeFile_ = -1;
 };

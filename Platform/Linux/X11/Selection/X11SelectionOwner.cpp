@@ -1,5 +1,7 @@
 #include "Platform/Linux/X11/Selection/X11SelectionOwner.h"
 
+#include "Platform/Linux/X11/Server/X11Windows.h"
+
 #include "Foundation/Text.h"
 
 #include <algorithm>
@@ -48,9 +50,7 @@ bool X11SelectionOwner::own(SelectionContentRef content) {
     auto* server = connection_.get();
     since_ = connection_.serverTime();
     xcb_set_selection_owner(server, connection_.window(), selection_, since_);
-    const auto reply =
-        owned(xcb_get_selection_owner_reply(server, xcb_get_selection_owner(server, selection_), nullptr));
-    const bool isOwner = reply && reply->owner == connection_.window();
+    const bool isOwner = selectionOwner(server, selection_) == connection_.window();
     content_ = isOwner ? std::move(content) : nullptr;
     return isOwner;
 }
@@ -211,9 +211,7 @@ void X11SelectionOwner::store(xcb_window_t requestor, xcb_atom_t property, const
 bool X11SelectionOwner::handOver(Clock::time_point deadline) {
     auto* server = connection_.get();
     const xcb_atom_t manager = connection_.atom("CLIPBOARD_MANAGER");
-    const auto reply =
-        owned(xcb_get_selection_owner_reply(server, xcb_get_selection_owner(server, manager), nullptr));
-    if (!content_ || !reply || reply->owner == XCB_WINDOW_NONE)
+    if (!content_ || selectionOwner(server, manager) == XCB_WINDOW_NONE)
         return false;
     xcb_convert_selection(server, connection_.window(), manager, connection_.atom("SAVE_TARGETS"),
                           connection_.atom("QUILLMOTH_SAVED"), since_);

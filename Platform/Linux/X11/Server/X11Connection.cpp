@@ -18,14 +18,21 @@ Result<std::unique_ptr<X11Connection>> X11Connection::open() {
     return connection;
 }
 
+bool X11Connection::hasServer() {
+    xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
+    const bool isThere = xcb_connection_has_error(connection) == 0;
+    xcb_disconnect(connection);
+    return isThere;
+}
+
+X11Connection::X11Connection() : connection_(xcb_connect(nullptr, nullptr)), atoms_(connection_) {}
+
 X11Connection::~X11Connection() {
     notifier_.reset();
-    if (connection_)
-        xcb_disconnect(connection_);
+    xcb_disconnect(connection_);
 }
 
 Result<void> X11Connection::setUp() {
-    connection_ = xcb_connect(nullptr, nullptr);
     if (xcb_connection_has_error(connection_))
         return Error{"There is no X server to connect to."};
     root_ = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root;
@@ -72,18 +79,6 @@ void X11Connection::drain(bool readSocket) {
         events_.emit(*event);
     }
     xcb_flush(connection_);
-}
-
-xcb_atom_t X11Connection::atom(const std::string& name) {
-    const auto [entry, isNew] = atoms_.try_emplace(name);
-    if (isNew) {
-        const auto cookie =
-            xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.c_str());
-        const auto reply = owned(xcb_intern_atom_reply(connection_, cookie, nullptr));
-        if (reply)
-            entry->second = reply->atom;
-    }
-    return entry->second;
 }
 
 std::string X11Connection::bytes(xcb_window_t window, const std::string& property) {

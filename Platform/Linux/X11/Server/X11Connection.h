@@ -2,6 +2,7 @@
 
 #include "Foundation/Result.h"
 #include "Foundation/Subscription.h"
+#include "Platform/Linux/X11/Server/X11Atoms.h"
 
 #include <cstdint>
 #include <map>
@@ -21,6 +22,10 @@ public:
     /// To the server of the variable DISPLAY. Fails where there is none or where it lacks the X Input
     /// Extension 2.2 or XKB.
     [[nodiscard]] static Result<std::unique_ptr<X11Connection>> open();
+
+    /// Whether there is a server to connect to. Needs no application object.
+    [[nodiscard]] static bool hasServer();
+
     ~X11Connection();
     X11Connection(const X11Connection&) = delete;
     X11Connection& operator=(const X11Connection&) = delete;
@@ -35,8 +40,8 @@ public:
     /// First event code of XKB.
     [[nodiscard]] std::uint8_t xkbEvent() const { return xkbEvent_; }
 
-    /// Asked of the server once a name.
-    [[nodiscard]] xcb_atom_t atom(const std::string& name);
+    [[nodiscard]] xcb_atom_t atom(const std::string& name) { return atoms_.atom(name); }
+
     [[nodiscard]] std::vector<std::uint32_t> numbers(xcb_window_t window, const std::string& property);
     [[nodiscard]] std::string bytes(xcb_window_t window, const std::string& property);
 
@@ -56,16 +61,16 @@ public:
     void tellQueuedEvents() { drain(false); }
 
 private:
-    X11Connection() = default;
+    X11Connection();
     [[nodiscard]] Result<void> setUp();
     void listen();
     void drain(bool readSocket);
 
-    xcb_connection_t* connection_ = nullptr;
+    xcb_connection_t* connection_;
+    X11Atoms atoms_;
     xcb_window_t root_ = 0;
     std::uint8_t inputOpcode_ = 0;
     std::uint8_t xkbEvent_ = 0;
-    std::map<std::string, xcb_atom_t> atoms_;
     std::map<xcb_window_t, std::uint32_t> masks_;
     Signal<const xcb_generic_event_t&> events_;
     std::unique_ptr<QSocketNotifier> notifier_;

@@ -1,6 +1,7 @@
 #include "Platform/Linux/X11/Server/X11Screen.h"
 
 #include "Platform/Linux/X11/Server/X11Reply.h"
+#include "Platform/Linux/X11/Server/X11Windows.h"
 
 #include <utility>
 #include <xcb/xfixes.h>
@@ -25,9 +26,7 @@ X11Screen::X11Screen(X11Connection& connection)
 }
 
 bool X11Screen::hasCompositor() const {
-    const auto cookie = xcb_get_selection_owner(connection_.get(), selection_);
-    const auto reply = owned(xcb_get_selection_owner_reply(connection_.get(), cookie, nullptr));
-    return reply && reply->owner != XCB_WINDOW_NONE;
+    return selectionOwner(connection_.get(), selection_) != XCB_WINDOW_NONE;
 }
 
 void X11Screen::handle(const xcb_generic_event_t& event) {

@@ -19,10 +19,10 @@ constexpr std::string_view kInputMethodClasses[] = {
 
 } // namespace
 
-std::optional<std::int64_t> clientProcessIdentifier(X11Connection& connection, xcb_window_t window) {
+std::optional<std::int64_t> clientProcessIdentifier(xcb_connection_t* connection, xcb_window_t window) {
     const xcb_res_client_id_spec_t wanted = {window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
-    const auto cookie = xcb_res_query_client_ids(connection.get(), 1, &wanted);
-    const auto reply = owned(xcb_res_query_client_ids_reply(connection.get(), cookie, nullptr));
+    const auto cookie = xcb_res_query_client_ids(connection, 1, &wanted);
+    const auto reply = owned(xcb_res_query_client_ids_reply(connection, cookie, nullptr));
     if (!reply)
         return std::nullopt;
     for (auto entry = xcb_res_query_client_ids_ids_iterator(reply.get()); entry.rem;
@@ -37,7 +37,13 @@ std::optional<std::int64_t> windowProcessIdentifier(X11Connection& connection, x
     const auto told = connection.numbers(window, "_NET_WM_PID");
     if (!told.empty() && told.front() != 0)
         return told.front();
-    return clientProcessIdentifier(connection, window);
+    return clientProcessIdentifier(connection.get(), window);
+}
+
+xcb_window_t selectionOwner(xcb_connection_t* connection, xcb_atom_t selection) {
+    const auto cookie = xcb_get_selection_owner(connection, selection);
+    const auto reply = owned(xcb_get_selection_owner_reply(connection, cookie, nullptr));
+    return reply ? reply->owner : static_cast<xcb_window_t>(XCB_WINDOW_NONE);
 }
 
 xcb_window_t activeWindow(X11Connection& connection) {

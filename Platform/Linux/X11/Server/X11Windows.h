@@ -7,13 +7,16 @@
 #include <string>
 #include <vector>
 
-/// Whose a window is.
+/// Whose a window or a selection is.
 namespace quillmoth::platform {
 
 /// The process at the other end of the client's connection, by the X-Resource extension 1.2; none for a
 /// client of another machine.
-[[nodiscard]] std::optional<std::int64_t> clientProcessIdentifier(X11Connection& connection,
+[[nodiscard]] std::optional<std::int64_t> clientProcessIdentifier(xcb_connection_t* connection,
                                                                   xcb_window_t window);
+
+/// The window that owns the selection; XCB_WINDOW_NONE for none.
+[[nodiscard]] xcb_window_t selectionOwner(xcb_connection_t* connection, xcb_atom_t selection);
 
 /// What the window itself says (_NET_WM_PID), otherwise clientProcessIdentifier.
 [[nodiscard]] std::optional<std::int64_t> windowProcessIdentifier(X11Connection& connection,
