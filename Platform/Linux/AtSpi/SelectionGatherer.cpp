@@ -7,7 +7,6 @@ namespace quillmoth::platform {
 
 namespace {
 
-constexpr std::string_view kEmbedded = "\xEF\xBF\xBC";
 constexpr int kObjectLimit = 500;
 constexpr int kDepthLimit = 40;
 constexpr std::chrono::milliseconds kTimeLimit{500};
@@ -62,14 +61,14 @@ private:
             toolkit_ == Toolkit::qt || toolkit_ == Toolkit::gecko ? OffsetUnit::utf16 : OffsetUnit::codePoint;
         std::int64_t offset = range.start;
         std::size_t start = 0;
-        for (std::size_t found = text.find(kEmbedded); found != std::string::npos;
-             found = text.find(kEmbedded, start)) {
+        for (std::size_t found = text.find(kEmbeddedObject); found != std::string::npos;
+             found = text.find(kEmbeddedObject, start)) {
             const std::string_view before = std::string_view(text).substr(start, found - start);
             text_.append(before);
             offset += lengthIn(unit, before);
             enter(embeddedAt(element, offset), depth);
             ++offset;
-            start = found + kEmbedded.size();
+            start = found + kEmbeddedObject.size();
         }
         text_.append(text, start);
     }

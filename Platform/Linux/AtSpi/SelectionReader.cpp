@@ -9,7 +9,6 @@ namespace quillmoth::platform {
 
 namespace {
 
-constexpr std::string_view kEmbedded = "\xEF\xBF\xBC";
 // Nobody selects as many stretches at once by hand; a count beyond comes from a broken application.
 constexpr std::int64_t kSelectionLimit = 256;
 
@@ -76,7 +75,7 @@ TextAnswer readSelectedText(const TextElement& element) {
         return {.error = operation.error(), .text = {}};
     std::string text = joinedSelections(element, *count);
     const bool reachesDeeper =
-        (text.empty() ? holdsSelectionWithin(element) : text.find(kEmbedded) != text.npos) ||
+        (text.empty() ? holdsSelectionWithin(element) : text.find(kEmbeddedObject) != text.npos) ||
         !selectedParagraphs(element).empty();
     if (operation.isOver())
         return {.error = operation.error(), .text = {}};

@@ -12,6 +12,9 @@
 
 namespace quillmoth::platform {
 
+/// U+FFFC, which stands in a text for an object within it.
+inline constexpr std::string_view kEmbeddedObject = "\uFFFC";
+
 /// The set of an accessible object's states.
 class States {
 public:
