@@ -3,7 +3,6 @@
 #include "Foundation/Log.h"
 #include "Platform/Posix/ReplaceFile.h"
 
-#include <QDir>
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
@@ -102,13 +101,6 @@ DefaultsLock::~DefaultsLock() {
     // Closing gives the lock back.
     if (folder_ >= 0)
         close(folder_);
-}
-
-std::string defaultsFilePath() {
-    const QString configured = qEnvironmentVariable("XDG_CONFIG_HOME");
-    // A relative path is to be ignored (XDG Base Directory Specification).
-    const QString folder = QDir::isAbsolutePath(configured) ? configured : QDir::home().filePath(".config");
-    return QDir::cleanPath(folder + "/quillmoth/defaults.json").toStdString();
 }
 
 } // namespace quillmoth::platform

@@ -69,7 +69,4 @@ private:
     int folder_;
 };
 
-/// "quillmoth/defaults.json" in the folder for configuration (XDG Base Directory Specification).
-std::string defaultsFilePath();
-
 } // namespace quillmoth::platform

@@ -3,22 +3,17 @@
 #include "Platform/Posix/DiskSync.h"
 #include "Platform/Posix/ReplaceFile.h"
 
-#include <QDir>
-#include <QStandardPaths>
 #include <sys/stat.h>
 
 namespace quillmoth::platform {
 
 Result<std::string> FileDocuments::documentsDirectory(bool create) {
-    const QString known = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    const QString folder = QDir::isAbsolutePath(known) ? known : QDir::home().filePath("Documents");
-    const std::string path = QDir::cleanPath(folder).toStdString();
     if (create) {
-        const auto made = makeFolders(path);
+        const auto made = makeFolders(folder_);
         if (!made)
             return made.error();
     }
-    return path;
+    return folder_;
 }
 
 bool FileDocuments::fileExists(const std::string& path) const {

@@ -2,15 +2,18 @@
 
 #include "Platform/Documents.h"
 
+#include <utility>
+
 namespace quillmoth::platform {
 
 class DiskSync;
 
-/// The documents folder of the XDG user directories and plain files. What is written reaches the disk without
+/// The user's documents folder and plain files. What is written reaches the disk without
 /// holding the main thread.
 class FileDocuments final : public Documents {
 public:
-    explicit FileDocuments(DiskSync& diskSync) : diskSync_(diskSync) {}
+    /// `folder` is an absolute path.
+    FileDocuments(std::string folder, DiskSync& diskSync) : folder_(std::move(folder)), diskSync_(diskSync) {}
 
     [[nodiscard]] Result<std::string> documentsDirectory(bool create) override;
     [[nodiscard]] bool fileExists(const std::string& path) const override;
@@ -19,6 +22,7 @@ public:
     Result<void> writeFile(const std::string& path, const std::string& bytes) override;
 
 private:
+    std::string folder_;
     DiskSync& diskSync_;
 };
 

@@ -4,8 +4,6 @@
 #include "Platform/Posix/DiskSync.h"
 #include "Platform/Posix/ReplaceFile.h"
 
-#include <QFileInfo>
-#include <QFileSystemWatcher>
 #include <cmath>
 #include <filesystem>
 #include <limits>
@@ -36,41 +34,11 @@ std::string folderOf(const std::string& path) {
 
 } // namespace
 
-/// Tells that the file may have changed: by its folder where it is replaced, by itself where it is written.
-class FileUserDefaults::Watcher {
-public:
-    Watcher(std::string path, const std::function<void()>& changed) : path_(std::move(path)) {
-        const auto notice = [this, changed] {
-            watch();
-            changed();
-        };
-        QObject::connect(&watcher_, &QFileSystemWatcher::fileChanged, &watcher_, notice);
-        QObject::connect(&watcher_, &QFileSystemWatcher::directoryChanged, &watcher_, notice);
-        watch();
-    }
-
-private:
-    /// Again after each notice: a file that was replaced is watched no more.
-    void watch() {
-        const std::string target = resolvedPath(path_);
-        for (const auto& path : {folderOf(path_), folderOf(target), target}) {
-            const QString name = QString::fromStdString(path);
-            if (QFileInfo::exists(name))
-                watcher_.addPath(name);
-        }
-    }
-
-    std::string path_;
-    QFileSystemWatcher watcher_;
-};
-
-FileUserDefaults::FileUserDefaults(std::string path, DiskSync& diskSync)
-    : file_(std::move(path)), diskSync_(diskSync) {
+FileUserDefaults::FileUserDefaults(std::string path, DiskSync& diskSync, WatchFiles watchFiles)
+    : file_(std::move(path)), diskSync_(diskSync), watchFiles_(std::move(watchFiles)) {
     refresh(AtDamage::keepFileAside);
     changedElsewhere_ = false;
 }
-
-FileUserDefaults::~FileUserDefaults() = default;
 
 std::optional<DefaultsValue> FileUserDefaults::object(std::string_view key) const {
     refresh(AtDamage::keepFormerValues);
@@ -92,12 +60,18 @@ void FileUserDefaults::remove(std::string_view key) {
 }
 
 Subscription FileUserDefaults::onChange(std::function<void()> subscriber) {
-    if (!watcher_) {
+    if (!watch_ && watchFiles_) {
         // A folder that does not exist cannot be watched.
         (void)makeFolders(folderOf(file_.path()), 0700);
-        watcher_ = std::make_unique<Watcher>(file_.path(), [this] { tellOfOtherProcesses(); });
+        watch_ = watchFiles_([this] { return watchedPaths(); }, [this] { tellOfOtherProcesses(); });
     }
     return changed_.subscribe(std::move(subscriber));
+}
+
+/// The folders, in which it is replaced, and the file, which may be written in place.
+std::vector<std::string> FileUserDefaults::watchedPaths() const {
+    const std::string target = resolvedPath(file_.path());
+    return {folderOf(file_.path()), folderOf(target), target};
 }
 
 bool FileUserDefaults::refresh(AtDamage atDamage) const {

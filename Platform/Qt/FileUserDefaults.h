@@ -4,7 +4,7 @@
 #include "Platform/UserDefaults.h"
 
 #include <map>
-#include <memory>
+#include <vector>
 
 namespace quillmoth::platform {
 
@@ -17,8 +17,12 @@ class DiskSync;
 /// this process and goes into the file with the next change that can be. Values are never logged.
 class FileUserDefaults final : public UserDefaults {
 public:
-    FileUserDefaults(std::string path, DiskSync& diskSync);
-    ~FileUserDefaults() override;
+    /// Calls `changed` when one of what `paths` names may have changed, as long as the subscription lives.
+    using WatchFiles = std::function<Subscription(std::function<std::vector<std::string>()> paths,
+                                                  std::function<void()> changed)>;
+
+    /// Without `watchFiles` nobody hears of other processes' changes.
+    FileUserDefaults(std::string path, DiskSync& diskSync, WatchFiles watchFiles = {});
 
     [[nodiscard]] std::optional<DefaultsValue> object(std::string_view key) const override;
 
@@ -26,12 +30,10 @@ public:
     void set(std::string_view key, DefaultsValue value) override;
     void remove(std::string_view key) override;
 
-    /// Other processes' changes are looked for only while somebody listens and an event loop runs.
+    /// Other processes' changes are looked for only once somebody has asked to listen.
     Subscription onChange(std::function<void()> subscriber) override;
 
 private:
-    class Watcher;
-
     enum class AtDamage { keepFormerValues, keepFileAside };
 
     /// False where the file holds something that must not be written over.
@@ -40,6 +42,7 @@ private:
     void change(std::string_view key, std::optional<DefaultsObject> value);
     void write();
     void tellOfOtherProcesses();
+    [[nodiscard]] std::vector<std::string> watchedPaths() const;
 
     DefaultsFile file_;
     DiskSync& diskSync_;
@@ -50,7 +53,8 @@ private:
     /// None stands for a removal.
     std::map<std::string, std::optional<DefaultsObject>, std::less<>> unwritten_;
     Signal<> changed_;
-    std::unique_ptr<Watcher> watcher_;
+    WatchFiles watchFiles_;
+    Subscription watch_;
 };
 
 } // namespace quillmoth::platform

@@ -10,6 +10,7 @@
 #include "Platform/Linux/X11/X11BackEnd.h"
 #include "Platform/Posix/DiskSync.h"
 #include "Platform/Qt/FileUserDefaults.h"
+#include "Platform/Qt/UserFolders.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>

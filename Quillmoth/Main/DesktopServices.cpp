@@ -6,6 +6,7 @@
 #include "Platform/Linux/X11/Keys/X11Keycodes.h"
 #include "Platform/Linux/X11/Selection/X11Pasteboard.h"
 #include "Platform/Linux/X11/X11BackEnd.h"
+#include "Platform/Qt/FileWatch.h"
 #include "Quillmoth/Settings/SettingsModel.h"
 
 #include <QApplication>
@@ -54,7 +55,7 @@ std::unique_ptr<platform::HotKeyCenter> makeHotKeys(platform::X11BackEnd& x11) {
 } // namespace
 
 DesktopServices::DesktopServices()
-    : userDefaults(platform::defaultsFilePath(), diskSync), x11_(makeX11()),
+    : userDefaults(platform::defaultsFilePath(), diskSync, platform::watchFiles), x11_(makeX11()),
       desktopHotKeys_(x11_ ? makeHotKeys(*x11_) : nullptr),
       workspace(
           mainQueue, [this] { return frontProcess(); }, [this] { return terminalSelection(); }),

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "Platform/Curl/CurlURLSessions.h"
-#include "Platform/Posix/SerialOperationQueues.h"
 #include "Platform/Linux/AtSpi/AtSpiAccessibility.h"
 #include "Platform/Linux/Unavailable/UnavailableServices.h"
 #include "Platform/Platform.h"
 #include "Platform/Posix/DiskSync.h"
+#include "Platform/Posix/SerialOperationQueues.h"
 #include "Platform/Posix/SystemClock.h"
 #include "Platform/Qt/FileDocuments.h"
 #include "Platform/Qt/FileUserDefaults.h"
@@ -16,6 +16,7 @@
 #include "Platform/Qt/QtUUIDSource.h"
 #include "Platform/Qt/QtWorkspace.h"
 #include "Platform/Qt/ResourceBundle.h"
+#include "Platform/Qt/UserFolders.h"
 
 #include <functional>
 #include <memory>
@@ -63,7 +64,7 @@ public:
     platform::DiskSync diskSync;
     platform::QtMainQueue mainQueue;
     platform::FileUserDefaults userDefaults;
-    platform::FileDocuments documents{diskSync};
+    platform::FileDocuments documents{platform::documentsFolder(), diskSync};
     platform::ResourceBundle bundle;
     platform::SystemClock clock;
     platform::QtUUIDSource uuidSource;

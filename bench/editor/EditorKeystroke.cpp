@@ -86,7 +86,7 @@ struct Store {
     QTemporaryDir folder;
     platform::FakePlatform fake;
     platform::DiskSync diskSync;
-    platform::FileDocuments documents{diskSync};
+    platform::FileDocuments documents{folder.filePath("Documents").toStdString(), diskSync};
     ColorScheme scheme{false};
     std::shared_ptr<DataModel> model;
     std::unique_ptr<PromptEditorWindow> window;

@@ -1,6 +1,7 @@
 #include "Platform/Qt/FileDocuments.h"
 #include "Platform/Posix/DiskSync.h"
 #include "Platform/Posix/ReplaceFile.h"
+#include "Platform/Qt/UserFolders.h"
 #include "tests/integration/platform/TemporaryFolder.h"
 
 #include <QByteArray>
@@ -24,7 +25,7 @@ using Names = std::vector<std::string>;
 struct Fixture {
     TemporaryFolder folder;
     DiskSync diskSync;
-    FileDocuments documents{diskSync};
+    FileDocuments documents{folder.path("Documents"), diskSync};
 
     [[nodiscard]] std::string path(const std::string& name) const { return folder.path(name); }
 };
@@ -241,12 +242,14 @@ TEST(FileDocuments, TheDocumentsFolderIsTheOneOfTheUserDirectoriesAndMadeWhenAsk
     Fixture fixture;
     const ScopedVariable home("HOME", fixture.folder.path());
     const ScopedVariable configuration("XDG_CONFIG_HOME", fixture.path("config"));
-    EXPECT_EQ(*fixture.documents.documentsDirectory(false), fixture.path("Documents"));
-    EXPECT_FALSE(fixture.documents.fileExists(fixture.path("Documents")));
+    EXPECT_EQ(documentsFolder(), fixture.path("Documents"));
     std::filesystem::create_directory(fixture.path("config"));
     setContent(fixture.path("config/user-dirs.dirs"), "XDG_DOCUMENTS_DIR=\"$HOME/Dokumente\"\n");
-    EXPECT_EQ(*fixture.documents.documentsDirectory(true), fixture.path("Dokumente"));
-    EXPECT_TRUE(std::filesystem::is_directory(fixture.path("Dokumente")));
+    EXPECT_EQ(documentsFolder(), fixture.path("Dokumente"));
+    EXPECT_EQ(*fixture.documents.documentsDirectory(false), fixture.path("Documents"));
+    EXPECT_FALSE(fixture.documents.fileExists(fixture.path("Documents")));
+    EXPECT_TRUE(fixture.documents.documentsDirectory(true));
+    EXPECT_TRUE(std::filesystem::is_directory(fixture.path("Documents")));
 }
 
 TEST(DiskSync, TakesRequestsFromManyThreadsAndFinishesThemAtTheEnd) {

@@ -1,6 +1,7 @@
 #include "Platform/Qt/FileUserDefaults.h"
 #include "Foundation/Log.h"
 #include "Platform/Posix/DiskSync.h"
+#include "Platform/Qt/FileWatch.h"
 #include "tests/integration/platform/TemporaryFolder.h"
 
 #include <QCoreApplication>
@@ -21,7 +22,9 @@ using test::TemporaryFolder;
 
 class FileUserDefaultsTest : public testing::Test {
 protected:
-    std::unique_ptr<FileUserDefaults> open() { return std::make_unique<FileUserDefaults>(path_, sync_); }
+    std::unique_ptr<FileUserDefaults> open() {
+        return std::make_unique<FileUserDefaults>(path_, sync_, watchFiles);
+    }
 
     [[nodiscard]] std::string allLogged() const {
         std::string all;
