@@ -30,9 +30,9 @@ set(modules
     "Quillmoth/Shell/Editor | Quillmoth/Shell/Controls Quillmoth/Shell/Looks Quillmoth/Editor Quillmoth/Assistant Platform Foundation/Qt Foundation | ${qt}|unicode/"
 
     "Platform/Fake | Platform Foundation |"
-    "Platform/Posix | Platform Foundation |"
+    "Platform/Posix | Platform Foundation | nlohmann/"
     "Platform/Curl | Platform/Posix Platform Foundation | curl/"
-    "Platform/Qt | Platform/Posix Platform Foundation | ${qt}|nlohmann/|xcb/"
+    "Platform/Qt | Platform Foundation | ${qt}|xcb/"
     "Platform/Linux/AtSpi | Platform Foundation | gio/|atspi/"
     "Platform/Linux/Desktop | Platform Foundation | ${qt}|dbus/|gio/"
     "Platform/Linux/Unavailable | Platform Foundation |"

@@ -9,7 +9,7 @@
 #include "Platform/Linux/X11/Selection/X11Pasteboard.h"
 #include "Platform/Linux/X11/X11BackEnd.h"
 #include "Platform/Posix/DiskSync.h"
-#include "Platform/Qt/FileUserDefaults.h"
+#include "Platform/Posix/FileUserDefaults.h"
 #include "Platform/Qt/UserFolders.h"
 
 #include <QDBusConnection>

@@ -5,7 +5,7 @@
 #include "Foundation/Log.h"
 #include "Platform/Fake/FakePlatform.h"
 #include "Platform/Posix/DiskSync.h"
-#include "Platform/Qt/FileDocuments.h"
+#include "Platform/Posix/FileDocuments.h"
 #include "Quillmoth/Shell/Controls/ColorScheme.h"
 #include "Quillmoth/Shell/Editor/PromptEditorWindow.h"
 

@@ -2,8 +2,8 @@
 
 #include "Foundation/Log.h"
 #include "Platform/Curl/CurlURLSessions.h"
-#include "Platform/Posix/SerialOperationQueues.h"
 #include "Platform/Fake/FakePlatform.h"
+#include "Platform/Posix/SerialOperationQueues.h"
 #include "Quillmoth/Assistant/DataModel.h"
 #include "tests/support/Latch.h"
 #include "tests/support/RunLoop.h"

@@ -1,4 +1,4 @@
-#include "Platform/Qt/FileDocuments.h"
+#include "Platform/Posix/FileDocuments.h"
 #include "Platform/Posix/DiskSync.h"
 #include "Platform/Posix/ReplaceFile.h"
 #include "Platform/Qt/UserFolders.h"

@@ -1,4 +1,4 @@
-#include "Platform/Qt/FileUserDefaults.h"
+#include "Platform/Posix/FileUserDefaults.h"
 #include "Foundation/Log.h"
 #include "Platform/Posix/DiskSync.h"
 #include "Platform/Qt/FileWatch.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Qt/DefaultsFile.h"
+#include "Platform/Posix/DefaultsFile.h"
 #include "Platform/UserDefaults.h"
 
 #include <map>

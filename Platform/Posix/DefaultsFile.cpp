@@ -1,4 +1,4 @@
-#include "Platform/Qt/DefaultsFile.h"
+#include "Platform/Posix/DefaultsFile.h"
 
 #include "Foundation/Log.h"
 #include "Platform/Posix/ReplaceFile.h"
