@@ -7,7 +7,7 @@
 #include <optional>
 #include <utility>
 
-namespace quillmoth::platform {
+namespace quillmoth {
 
 namespace {
 
@@ -91,4 +91,4 @@ std::string_view commandLineHelp() {
     return kHelp;
 }
 
-} // namespace quillmoth::platform
+} // namespace quillmoth

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-namespace quillmoth::platform {
+namespace quillmoth {
 
 /// What the program was started for.
 struct CommandLine {
@@ -26,4 +26,4 @@ Result<CommandLine> parseCommandLine(std::span<const std::string_view> arguments
 /// What "--help" prints.
 std::string_view commandLineHelp();
 
-} // namespace quillmoth::platform
+} // namespace quillmoth

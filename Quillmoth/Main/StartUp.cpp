@@ -3,7 +3,7 @@
 #include "Platform/Linux/Desktop/HandOver.h"
 #include "Quillmoth/Application/CommandLine.h"
 
-namespace quillmoth::platform {
+namespace quillmoth {
 
 namespace {
 
@@ -11,21 +11,21 @@ constexpr int kStartFailed = 1;
 constexpr int kWrongUse = 2;
 
 /// None for a plain start, which asks nothing of itself.
-std::optional<InstanceRequest> requestOf(const CommandLine& commandLine) {
-    using Kind = InstanceRequest::Kind;
+std::optional<platform::InstanceRequest> requestOf(const CommandLine& commandLine) {
+    using Kind = platform::InstanceRequest::Kind;
     switch (commandLine.action) {
     case CommandLine::Action::toggle:
-        return InstanceRequest{Kind::toggle};
+        return platform::InstanceRequest{Kind::toggle};
     case CommandLine::Action::settings:
-        return InstanceRequest{Kind::settings};
+        return platform::InstanceRequest{Kind::settings};
     case CommandLine::Action::quit:
-        return InstanceRequest{Kind::quit};
+        return platform::InstanceRequest{Kind::quit};
     default:
         break;
     }
     if (commandLine.urls.empty())
         return std::nullopt;
-    return InstanceRequest{Kind::open, commandLine.urls};
+    return platform::InstanceRequest{Kind::open, commandLine.urls};
 }
 
 void reportFailure(std::ostream& errors) {
@@ -52,10 +52,10 @@ StartUp beginStart(std::span<const std::string_view> arguments, std::string_view
     if (commandLine->action == CommandLine::Action::diagnose)
         return {.exitCode = std::nullopt, .diagnoses = true};
     const auto request = requestOf(*commandLine);
-    const HandOver outcome = handOver(request.value_or(InstanceRequest{}));
-    if (outcome == HandOver::delivered)
+    const platform::HandOver outcome = platform::handOver(request.value_or(platform::InstanceRequest{}));
+    if (outcome == platform::HandOver::delivered)
         return {0};
-    if (outcome == HandOver::failed) {
+    if (outcome == platform::HandOver::failed) {
         reportFailure(errors);
         return {kStartFailed};
     }
@@ -66,11 +66,12 @@ StartUp beginStart(std::span<const std::string_view> arguments, std::string_view
     return {std::nullopt, request};
 }
 
-int yieldStart(const std::optional<InstanceRequest>& firstRequest, std::ostream& errors) {
-    if (handOver(firstRequest.value_or(InstanceRequest{})) == HandOver::delivered)
+int yieldStart(const std::optional<platform::InstanceRequest>& firstRequest, std::ostream& errors) {
+    if (platform::handOver(firstRequest.value_or(platform::InstanceRequest{})) ==
+        platform::HandOver::delivered)
         return 0;
     reportFailure(errors);
     return kStartFailed;
 }
 
-} // namespace quillmoth::platform
+} // namespace quillmoth

@@ -7,13 +7,13 @@
 #include <span>
 #include <string_view>
 
-namespace quillmoth::platform {
+namespace quillmoth {
 
 /// How a start goes on: it ends with an exit code, or this process becomes the program.
 struct StartUp {
     std::optional<int> exitCode;
     /// To be carried out once the program stands.
-    std::optional<InstanceRequest> firstRequest = {};
+    std::optional<platform::InstanceRequest> firstRequest = {};
     /// The desktop is to be looked at, and nothing else.
     bool diagnoses = false;
 };
@@ -24,6 +24,6 @@ StartUp beginStart(std::span<const std::string_view> arguments, std::string_view
                    std::ostream& output, std::ostream& errors);
 
 /// Hands over to the instance that won the race for the name. Answers with the exit code.
-int yieldStart(const std::optional<InstanceRequest>& firstRequest, std::ostream& errors);
+int yieldStart(const std::optional<platform::InstanceRequest>& firstRequest, std::ostream& errors);
 
-} // namespace quillmoth::platform
+} // namespace quillmoth

@@ -66,7 +66,7 @@ int run(int& argc, char** argv, const std::optional<platform::InstanceRequest>& 
     platform::SingleInstance instance(
         [&program](const platform::InstanceRequest& request) { program.carryOut(request); });
     if (instance.claim() == platform::SingleInstance::Claim::taken)
-        return platform::yieldStart(firstRequest, std::cerr);
+        return yieldStart(firstRequest, std::cerr);
     program.finishLaunching();
     if (firstRequest)
         program.carryOutFirst(*firstRequest);
@@ -91,7 +91,7 @@ int diagnose(int& argc, char** argv) {
 
 int main(int argc, char** argv) {
     const std::vector<std::string_view> arguments(argv + 1, argv + argc);
-    const platform::StartUp start = platform::beginStart(arguments, QUILLMOTH_VERSION, std::cout, std::cerr);
+    const StartUp start = beginStart(arguments, QUILLMOTH_VERSION, std::cout, std::cerr);
     if (start.diagnoses)
         return diagnose(argc, argv);
     return start.exitCode ? *start.exitCode : run(argc, argv, start.firstRequest);

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace quillmoth::platform {
+namespace quillmoth {
 
 namespace {
 
@@ -51,4 +51,4 @@ TEST(CommandLine, NamesTheArgumentThatItCannotUse) {
     }
 }
 
-} // namespace quillmoth::platform
+} // namespace quillmoth
