@@ -1,8 +1,5 @@
 #include "MarkdownUI/Qt/AccessibleMarkdown.h"
 
-#include "MarkdownUI/Qt/AccessibleDocument.h"
-#include "MarkdownUI/Qt/MarkdownView.h"
-
 #include <algorithm>
 #include <utility>
 
@@ -153,23 +150,6 @@ void announceCopyButton(QWidget& widget, const MarkdownItem& item, std::size_t c
     if (button != parts.end()) {
         announce(widget, static_cast<std::size_t>(button - parts.begin()), QAccessible::NameChanged);
     }
-}
-
-void installAccessibleMarkdown() {
-    static const bool isInstalled = [] {
-        QAccessible::installFactory(
-            [](const QString& /*className*/, QObject* object) -> QAccessibleInterface* {
-                auto* view = dynamic_cast<MarkdownView*>(object);
-                if (view == nullptr) {
-                    return nullptr;
-                }
-                return new AccessibleDocument(*view, view->item(), [view] { // owned by Qt's cache
-                    return view->mapToGlobal(view->itemOrigin().toPoint());
-                });
-            });
-        return true;
-    }();
-    (void)isInstalled;
 }
 
 } // namespace quillmoth::markdown

@@ -53,9 +53,6 @@ private:
     mutable std::string indexedText_;
 };
 
-/// Teaches Qt's accessibility about MarkdownView. Cheap when called again.
-void installAccessibleMarkdown();
-
 /// Tells assistive technology that the item's focused part has the focus. The widget's interface is an
 /// AccessibleDocument.
 void announceFocusedPart(QWidget& widget, const MarkdownItem& item);

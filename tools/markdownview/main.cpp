@@ -2,10 +2,10 @@
 // of it.
 
 #include "ImageLoading.h"
+#include "MarkdownView.h"
 #include "Options.h"
 #include "Picture.h"
 
-#include "MarkdownUI/Qt/MarkdownView.h"
 #include "Quillmoth/Highlighting/SplashCodeSyntaxHighlighter.h"
 
 #include <QApplication>

@@ -1,30 +1,29 @@
-#include "MarkdownUI/Qt/AccessibleMarkdown.h"
-#include "MarkdownUI/Qt/MarkdownView.h"
+#include "MarkdownUI/Qt/AccessibleDocument.h"
+
+#include "FakeHost.h"
 
 #include <gtest/gtest.h>
 
 #include <QAccessible>
+#include <QWidget>
 
 namespace quillmoth::markdown {
 
-TEST(AccessibleMarkdown, AViewIsOneDocumentWithHeadingsLinksAndButtons) {
+TEST(AccessibleMarkdown, AnItemIsOneDocumentWithHeadingsLinksAndButtons) {
     MarkdownServices services(MarkdownPalette::panel());
-    MarkdownView view(services);
-    view.resize(500, 400);
-    QString opened;
-    QString copied;
-    view.onLinkActivated = [&opened](const QString& url) { opened = url; };
-    view.onCopy = [&copied](const QString& text) { copied = text; };
-    view.setMarkdown("# T\u00EDtle\n\nSee [guide](https://example.org).\n\n```\ncode\n```\n");
-    view.grab();
-
-    QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(&view);
-    ASSERT_NE(accessible, nullptr);
+    FakeHost host;
+    MarkdownItem item(services, host);
+    item.setWidth(440);
+    item.setMarkdown("# T\u00EDtle\n\nSee [guide](https://example.org).\n\n```\ncode\n```\n");
+    (void)item.ensureLaidOut(0, 400);
+    QWidget widget;
+    AccessibleDocument document(widget, item, [] { return QPoint(); });
+    QAccessibleInterface* const accessible = &document;
     EXPECT_EQ(accessible->role(), QAccessible::Document);
     QAccessibleTextInterface* text = accessible->textInterface();
     ASSERT_NE(text, nullptr);
     const QString all = text->text(0, text->characterCount());
-    EXPECT_EQ(all, QString::fromStdString(view.item().content().documentText()));
+    EXPECT_EQ(all, QString::fromStdString(item.content().documentText()));
     EXPECT_TRUE(all.startsWith("T\u00EDtle\n"));
 
     const int link = static_cast<int>(all.indexOf("guide"));
@@ -35,21 +34,21 @@ TEST(AccessibleMarkdown, AViewIsOneDocumentWithHeadingsLinksAndButtons) {
     EXPECT_EQ(all.mid(begin, end - begin), "guide");
     EXPECT_EQ(text->offsetAtPoint(text->characterRect(link).center()), link);
     text->setSelection(0, link, link + 5);
-    EXPECT_EQ(view.item().selectedText(), "guide");
+    EXPECT_EQ(item.selectedText(), "guide");
 
     ASSERT_EQ(accessible->childCount(), 3);
     EXPECT_EQ(accessible->child(0)->role(), QAccessible::Heading);
     EXPECT_EQ(accessible->child(0)->text(QAccessible::Name), "T\u00EDtle");
     EXPECT_EQ(accessible->child(1)->role(), QAccessible::Link);
     accessible->child(1)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-    EXPECT_EQ(opened, "https://example.org");
+    EXPECT_EQ(host.opened, QStringList("https://example.org"));
     EXPECT_EQ(accessible->child(2)->role(), QAccessible::PushButton);
     EXPECT_EQ(accessible->child(2)->text(QAccessible::Name), "Copy code");
     accessible->child(2)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
-    EXPECT_EQ(copied, "code");
+    EXPECT_EQ(host.copied, QStringList("code"));
     EXPECT_EQ(accessible->child(2)->text(QAccessible::Name), "Copied") << "as the button shows";
 
-    view.setMarkdown("plain");
+    item.setMarkdown("plain");
     EXPECT_EQ(accessible->childCount(), 0);
 }
 

@@ -1,4 +1,4 @@
-#include "MarkdownUI/Qt/MarkdownView.h"
+#include "MarkdownUI/Qt/MarkdownItem.h"
 
 #include "FakeHost.h"
 

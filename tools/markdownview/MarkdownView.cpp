@@ -1,6 +1,7 @@
-#include "MarkdownUI/Qt/MarkdownView.h"
+#include "MarkdownView.h"
 
 #include "Foundation/Qt/Transition.h"
+#include "MarkdownUI/Qt/AccessibleDocument.h"
 #include "MarkdownUI/Qt/AccessibleMarkdown.h"
 
 #include <QClipboard>
@@ -37,6 +38,24 @@ constexpr int kAutoScrollInterval = 16;
 constexpr double kAutoScrollShare = 0.2; // of the distance beyond the edge
 
 constexpr std::size_t kBar = 0;
+
+/// Teaches Qt's accessibility about MarkdownView.
+void installAccessibleMarkdown() {
+    static const bool isInstalled = [] {
+        QAccessible::installFactory(
+            [](const QString& /*className*/, QObject* object) -> QAccessibleInterface* {
+                auto* view = dynamic_cast<MarkdownView*>(object);
+                if (view == nullptr) {
+                    return nullptr;
+                }
+                return new AccessibleDocument(*view, view->item(), [view] { // owned by Qt's cache
+                    return view->mapToGlobal(view->itemOrigin().toPoint());
+                });
+            });
+        return true;
+    }();
+    (void)isInstalled;
+}
 
 } // namespace
 
