@@ -2,6 +2,7 @@
 
 #include "Foundation/Subscription.h"
 
+#include <cstdint>
 #include <functional>
 #include <string_view>
 #include <utility>
@@ -45,8 +46,7 @@ public:
     Published& operator=(const Published& other) { return *this = other.value_; }
 
     Published& operator=(T value) {
-        owner_.sendWillChange(name_);
-        value_ = std::move(value);
+        mutate([&](T& former) { former = std::move(value); });
         return *this;
     }
 
@@ -54,8 +54,21 @@ public:
     template<class Edit>
     void mutate(Edit&& edit) {
         owner_.sendWillChange(name_);
+        ++generation_;
         std::forward<Edit>(edit)(value_);
     }
+
+    /// The same, for an edit that only puts something behind the end of the value (elements behind the last
+    /// one, text behind that of the last one).
+    template<class Edit>
+    void grow(Edit&& edit) {
+        owner_.sendWillChange(name_);
+        std::forward<Edit>(edit)(value_);
+    }
+
+    /// Another one after each assignment but those by `grow`: while it stays the same, what a reader has
+    /// taken over from the value still holds, and only what is behind it is new.
+    [[nodiscard]] std::uint64_t generation() const { return generation_; }
 
     [[nodiscard]] const T& get() const { return value_; }
 
@@ -71,6 +84,7 @@ private:
     ObservableObject& owner_;
     std::string_view name_;
     T value_;
+    std::uint64_t generation_ = 0;
 };
 
 } // namespace quillmoth

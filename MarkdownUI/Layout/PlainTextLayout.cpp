@@ -77,6 +77,10 @@ double PlainTextLayout::totalHeight() const {
     return state_->totalHeight();
 }
 
+bool PlainTextLayout::isHeightExact() const {
+    return state_->isExact();
+}
+
 double PlainTextLayout::usedWidth() const {
     return state_->usedWidth();
 }
@@ -146,10 +150,6 @@ Rect PlainTextLayout::caretRectangle(const TextPosition& position) {
         ++line;
     const Rect frame = frameOfLine(lines[line], state_->top(index));
     return {piece.shaped->caretX(line, offset), frame.y, 0, frame.height};
-}
-
-std::size_t PlainTextLayout::bytesShaped() const {
-    return state_->bytesShaped();
 }
 
 } // namespace quillmoth::markdown

@@ -40,7 +40,9 @@ public:
     /// `top` has moved down.
     double ensureLaidOut(double top, double bottom);
     [[nodiscard]] double totalHeight() const;
-    /// Of the widest line.
+    /// False while a part of it is estimated.
+    [[nodiscard]] bool isHeightExact() const;
+    /// Of the widest line that has been laid out.
     [[nodiscard]] double usedWidth() const;
     [[nodiscard]] double firstLineCenter() const;
 
@@ -50,9 +52,6 @@ public:
     [[nodiscard]] TextPosition positionAt(Point point);
     [[nodiscard]] std::vector<Rect> selectionRectangles(const TextRange& range, const Rect& area);
     [[nodiscard]] Rect caretRectangle(const TextPosition& position);
-
-    /// Bytes given to the text engine so far, in all: the cost of an append is counted by it.
-    [[nodiscard]] std::size_t bytesShaped() const;
 
 private:
     class State;

@@ -59,7 +59,8 @@ void PlainTextPieces::reset(std::string text) {
 
 void PlainTextPieces::layOutAll() {
     pieces_.clear();
-    validTops_ = liveBegin_ = liveEnd_ = settledLines_ = 0;
+    validTops_ = settledLines_ = 0;
+    live_.clear();
     usedWidth_ = 0;
     openPiece(0, false);
     addPieces(0, completeLength(text_));
@@ -126,7 +127,7 @@ void PlainTextPieces::splitOffLastLine() {
     setHeight(pieces_.size() - 1,
               lines[settled - 1].top + lines[settled - 1].height() + options_.lineSpacing);
     settledLines_ = settled == 1 ? settledLines_ + 1 : 0;
-    markLive(pieces_.size() - 1);
+    live_.push_back(pieces_.size() - 1);
     openPiece(last.end, true);
     pieces_.back().end = end;
 }
@@ -147,7 +148,7 @@ void PlainTextPieces::joinSettledLines() {
                   pieces_.begin() + static_cast<std::ptrdiff_t>(behind));
     settledLines_ = 0;
     validTops_ = std::min(validTops_, first + 1);
-    liveEnd_ = std::min(liveEnd_, pieces_.size());
+    std::erase_if(live_, [first](std::size_t index) { return index >= first; });
 }
 
 void PlainTextPieces::estimate(TextPiece& piece) {
@@ -175,17 +176,15 @@ void PlainTextPieces::shape(std::size_t index) {
     piece.text = std::make_unique<const AttributedText>(std::string(content), attributes);
     piece.shaped = engine_.shape(*piece.text, {options_.width, options_.lineSpacing, piece.direction,
                                                options_.alignment, options_.font});
-    bytesShaped_ += length;
     piece.lineCount = piece.shaped->lines().size();
     handLastLineOn(index);
     const TextLine& last = piece.shaped->lines()[piece.lineCount - 1];
-    for (std::size_t line = 0; line < piece.lineCount; ++line) {
-        const TextLine& shapedLine = piece.shaped->lines()[line];
-        usedWidth_ = std::max(usedWidth_, shapedLine.x + shapedLine.advance);
-    }
+    for (std::size_t line = 0; line < piece.lineCount; ++line)
+        usedWidth_ = std::max(usedWidth_, piece.shaped->lines()[line].advance);
     setHeight(index, last.top + last.height() + options_.lineSpacing);
     piece.isExact = true;
-    markLive(index);
+    if (index + 1 < pieces_.size())
+        live_.push_back(index);
 }
 
 /// The last line of a part of a paragraph is not full: the next part, if it has not been seen, starts with
@@ -227,6 +226,10 @@ double PlainTextPieces::totalHeight() const {
     return top(pieces_.size() - 1) + pieces_.back().height - options_.lineSpacing;
 }
 
+bool PlainTextPieces::isExact() const {
+    return std::ranges::all_of(pieces_, &TextPiece::isExact);
+}
+
 std::size_t PlainTextPieces::pieceAt(double y) const {
     (void)top(pieces_.size() - 1);
     const auto end = tops_.begin() + static_cast<std::ptrdiff_t>(pieces_.size());
@@ -240,19 +243,13 @@ std::size_t PlainTextPieces::pieceOfOffset(std::size_t offset) const {
 }
 
 void PlainTextPieces::dropOutside(std::size_t begin, std::size_t end) {
-    for (std::size_t index = liveBegin_; index < liveEnd_; ++index) {
-        if ((index >= begin && index < end) || index + 1 == pieces_.size())
-            continue;
+    std::erase_if(live_, [&](std::size_t index) {
+        if (index >= begin && index < end)
+            return false;
         pieces_[index].shaped.reset();
         pieces_[index].text.reset();
-    }
-    liveBegin_ = std::max(liveBegin_, begin);
-    liveEnd_ = std::max(liveBegin_, std::min(liveEnd_, end));
-}
-
-void PlainTextPieces::markLive(std::size_t index) {
-    liveBegin_ = liveBegin_ == liveEnd_ ? index : std::min(liveBegin_, index);
-    liveEnd_ = std::max(liveEnd_, index + 1);
+        return true;
+    });
 }
 
 } // namespace quillmoth::markdown

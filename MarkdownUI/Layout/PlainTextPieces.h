@@ -40,6 +40,8 @@ public:
     const TextPiece& piece(std::size_t index);
     [[nodiscard]] double top(std::size_t index) const;
     [[nodiscard]] double totalHeight() const;
+    /// Whether every height is that of the lines themselves.
+    [[nodiscard]] bool isExact() const;
     /// The piece at `y`: the first above all, the last below.
     [[nodiscard]] std::size_t pieceAt(double y) const;
     [[nodiscard]] std::size_t pieceOfOffset(std::size_t offset) const;
@@ -48,8 +50,6 @@ public:
     void dropOutside(std::size_t begin, std::size_t end);
 
     [[nodiscard]] double usedWidth() const { return usedWidth_; }
-
-    [[nodiscard]] std::size_t bytesShaped() const { return bytesShaped_; }
 
 private:
     void layOutAll();
@@ -60,7 +60,6 @@ private:
     void shape(std::size_t index);
     void handLastLineOn(std::size_t index);
     void estimate(TextPiece& piece);
-    void markLive(std::size_t index);
     void setHeight(std::size_t index, double height);
 
     TextEngine& engine_;
@@ -70,10 +69,8 @@ private:
     mutable std::vector<double> tops_; ///< of the first `validTops_` pieces
     mutable std::size_t validTops_ = 0;
     std::size_t settledLines_ = 0; ///< pieces of one line at the end of the list, before the last
-    std::size_t liveBegin_ = 0;
-    std::size_t liveEnd_ = 0;
+    std::vector<std::size_t> live_; ///< the shaped pieces but for the last one
     double usedWidth_ = 0;
-    std::size_t bytesShaped_ = 0;
 };
 
 } // namespace quillmoth::markdown

@@ -10,8 +10,8 @@
 namespace quillmoth::markdown {
 
 AccessibleDocument::AccessibleDocument(QWidget& widget, MarkdownItem& item,
-                                       AccessibleMarkdownText::Origin origin)
-    : QAccessibleWidget(&widget, QAccessible::Document), item_(item), text_(item, std::move(origin)) {}
+                                       AccessibleMarkdownText::Origin origin, QAccessible::Role role)
+    : QAccessibleWidget(&widget, role), item_(item), text_(item, std::move(origin)) {}
 
 AccessibleDocument::~AccessibleDocument() {
     forget();
@@ -78,7 +78,9 @@ QAccessible::State AccessibleDocument::state() const {
 }
 
 QString AccessibleDocument::text(QAccessible::Text kind) const {
-    return kind == QAccessible::Value ? text_.text(0, text_.characterCount()) : QAccessibleWidget::text(kind);
+    const bool isNamed = kind != QAccessible::Name || !widget()->accessibleName().isEmpty();
+    return kind == QAccessible::Value || !isNamed ? text_.text(0, text_.characterCount())
+                                                  : QAccessibleWidget::text(kind);
 }
 
 void* AccessibleDocument::interface_cast(QAccessible::InterfaceType type) {

@@ -11,10 +11,12 @@
 namespace quillmoth::markdown {
 
 /// A widget that shows one item, for assistive technology: a document with its text, whose children are its
-/// headings, links, images and copy buttons in reading order. Owned by Qt's cache of interfaces.
+/// headings, links, images and copy buttons in reading order. A widget without a name is called by its text.
+/// Owned by Qt's cache of interfaces.
 class AccessibleDocument : public QAccessibleWidget {
 public:
-    AccessibleDocument(QWidget& widget, MarkdownItem& item, AccessibleMarkdownText::Origin origin);
+    AccessibleDocument(QWidget& widget, MarkdownItem& item, AccessibleMarkdownText::Origin origin,
+                       QAccessible::Role role = QAccessible::Document);
     ~AccessibleDocument() override;
 
     [[nodiscard]] int childCount() const override;

@@ -40,6 +40,10 @@ bool CodeControls::hover(DocumentLayout& document, Point point) {
     return button || bar;
 }
 
+bool CodeControls::isAt(DocumentLayout& document, Point point) {
+    return document.copyButtonAt(point) || barAt(document, point);
+}
+
 void CodeControls::leave() {
     setHovered(std::nullopt, std::nullopt);
 }
@@ -62,7 +66,7 @@ void CodeControls::setHovered(std::optional<std::size_t> button, std::optional<s
     change(barFade_, hoveredBar_, bar);
 }
 
-std::optional<ScrollRegionItem> CodeControls::barAt(DocumentLayout& document, Point point) const {
+std::optional<ScrollRegionItem> CodeControls::barAt(DocumentLayout& document, Point point) {
     const auto region = document.scrollRegionAt(point);
     const bool isLow = region && point.y >= region->frame.bottom() - kBarReach;
     return isLow && scrollThumbOf(*region, 1) ? region : std::nullopt;

@@ -28,6 +28,9 @@ public:
     bool hover(DocumentLayout& document, Point point);
     void leave();
 
+    /// Whether a control is at `point`.
+    [[nodiscard]] static bool isAt(DocumentLayout& document, Point point);
+
     /// True where a control takes the press; `drag` and `release` follow.
     bool press(DocumentLayout& document, Point point);
     void drag(DocumentLayout& document, Point point);
@@ -59,7 +62,7 @@ private:
     void setHovered(std::optional<std::size_t> button, std::optional<std::size_t> bar);
     bool pressBar(DocumentLayout& document, const ScrollRegionItem& region, Point point);
     /// The region whose bar is at `point`.
-    [[nodiscard]] std::optional<ScrollRegionItem> barAt(DocumentLayout& document, Point point) const;
+    [[nodiscard]] static std::optional<ScrollRegionItem> barAt(DocumentLayout& document, Point point);
 
     void changed() { host_.itemChanged({}); }
 

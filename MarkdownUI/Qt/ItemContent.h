@@ -2,7 +2,6 @@
 
 #include "MarkdownUI/Layout/DisplayList.h"
 #include "MarkdownUI/Layout/DocumentLayout.h"
-#include "MarkdownUI/Layout/PlainTextLayout.h"
 #include "MarkdownUI/Layout/TextPosition.h"
 
 #include <memory>
@@ -18,6 +17,7 @@ struct ItemOptions {
     double fontSize = FontProperties::defaultSize;
     ColorScheme colorScheme = ColorScheme::dark;
     TextAlignment alignment = TextAlignment::leading;
+    double lineHeight = 0; ///< of plain text, from line to line; 0 for that of a paragraph
 
     bool operator==(const ItemOptions&) const = default;
 };
@@ -32,7 +32,7 @@ public:
     virtual double ensureLaidOut(double top, double bottom) = 0;
     [[nodiscard]] virtual double totalHeight() const = 0;
 
-    [[nodiscard]] virtual bool isHeightExact() const { return true; }
+    [[nodiscard]] virtual bool isHeightExact() const = 0;
 
     [[nodiscard]] virtual double usedWidth() const = 0;
     [[nodiscard]] virtual double firstLineCenter() = 0;

@@ -29,9 +29,7 @@ SelectionUnit unitOf(int clicks) {
 MarkdownItem::MarkdownItem(MarkdownServices& services, MarkdownHost& host)
     : services_(services), host_(host), controls_(std::make_unique<CodeControls>(host)) {
     options_.colorScheme = services.palette.isDark ? ColorScheme::dark : ColorScheme::light;
-    auto plain = std::make_unique<PlainContent>(services_.engine, std::string());
-    plain_ = plain.get();
-    content_ = std::move(plain);
+    content_ = &contentOf(form_);
     imageSubscription_ = services_.images.onChange([this] { imagesChanged(); });
 }
 
@@ -39,32 +37,26 @@ MarkdownItem::~MarkdownItem() {
     controls_.reset();
 }
 
-void MarkdownItem::setMarkdown(std::string_view markdown) {
-    if (document_ != nullptr) {
-        document_->setMarkdown(markdown);
+void MarkdownItem::setText(std::string_view text) {
+    text_ = text;
+    if (form_ == TextForm::markdown) {
+        document_->setMarkdown(text_);
         controls_->forget();
-        selection_ = {};
-        hasCaret_ = false;
-        return contentChanged();
+        plain_.reset();
+    } else {
+        forgetDocument();
+        plain_.reset();
+        content_ = &contentOf(form_);
     }
-    auto document = std::make_unique<DocumentContent>(services_.engine, services_.images,
-                                                      services_.highlighter, markdown);
-    DocumentContent* const made = document.get();
-    replaceContent(std::move(document));
-    document_ = made;
+    contentChanged();
 }
 
-void MarkdownItem::setPlainText(std::string text) {
-    auto plain = std::make_unique<PlainContent>(services_.engine, std::move(text));
-    PlainContent* const made = plain.get();
-    replaceContent(std::move(plain));
-    plain_ = made;
-}
-
-void MarkdownItem::appendPlainText(std::string_view piece) {
-    if (plain_ == nullptr) {
-        setPlainText({});
+void MarkdownItem::append(std::string_view piece) {
+    if (form_ == TextForm::markdown) {
+        return setText(text_ + std::string(piece));
     }
+    forgetDocument();
+    text_ += piece;
     const double before = plain_->totalHeight();
     plain_->append(piece);
     if (plain_->totalHeight() != before) {
@@ -73,18 +65,41 @@ void MarkdownItem::appendPlainText(std::string_view piece) {
     host_.itemChanged({});
 }
 
-void MarkdownItem::replaceContent(std::unique_ptr<ItemContent> content) {
-    controls_ = std::make_unique<CodeControls>(host_);
-    document_ = nullptr;
-    plain_ = nullptr;
-    content_ = std::move(content);
-    content_->setOptions(options_);
-    selection_ = {};
-    hasCaret_ = false;
+void MarkdownItem::setForm(TextForm form) {
+    if (form == form_) {
+        return;
+    }
+    form_ = form;
+    content_ = &contentOf(form);
+    controls_->forget();
     contentChanged();
 }
 
+/// With the controls goes what they have yet to do to it.
+void MarkdownItem::forgetDocument() {
+    if (document_) {
+        controls_ = std::make_unique<CodeControls>(host_);
+        document_.reset();
+    }
+}
+
+ItemContent& MarkdownItem::contentOf(TextForm form) {
+    if (form == TextForm::plain && !plain_) {
+        plain_ = std::make_unique<PlainContent>(services_.engine, text_);
+    } else if (form == TextForm::markdown && !document_) {
+        document_ = std::make_unique<DocumentContent>(services_.engine, services_.images,
+                                                      services_.highlighter, text_);
+    }
+    ItemContent& content = form == TextForm::plain ? static_cast<ItemContent&>(*plain_) : *document_;
+    content.setOptions(options_);
+    return content;
+}
+
 void MarkdownItem::contentChanged() {
+    selection_ = {};
+    hasCaret_ = false;
+    isSelecting_ = false;
+    pressedLink_.clear();
     parts_.reset();
     ++version_;
     hoveredLink_.reset();
@@ -120,6 +135,12 @@ void MarkdownItem::setAlignment(TextAlignment alignment) {
 void MarkdownItem::setTextColor(const QColor& color) {
     textColor_ = color;
     host_.itemChanged({});
+}
+
+void MarkdownItem::setLineHeight(double height) {
+    if (std::exchange(options_.lineHeight, height) != height) {
+        applyOptions();
+    }
 }
 
 double MarkdownItem::height() const {
@@ -180,8 +201,9 @@ PaintState MarkdownItem::paintState(const Rect& area) {
 
 void MarkdownItem::mousePress(const QPointF& point, int clicks, Qt::KeyboardModifiers modifiers) {
     const Point at = pointOf(point);
+    DocumentLayout* const document = content_->document();
     setFocusedPart(std::nullopt);
-    if (document_ != nullptr && controls_->press(*document_->document(), at)) {
+    if (document != nullptr && controls_->press(*document, at)) {
         return;
     }
     pressedLink_ = clicks == 1 ? linkAt(point) : QString();
@@ -198,12 +220,13 @@ void MarkdownItem::mousePress(const QPointF& point, int clicks, Qt::KeyboardModi
 
 void MarkdownItem::mouseMove(const QPointF& point, bool isPressed) {
     const Point at = pointOf(point);
+    DocumentLayout* const document = content_->document();
     if (!isPressed) {
-        const bool isOnControl = document_ != nullptr && controls_->hover(*document_->document(), at);
+        const bool isOnControl = document != nullptr && controls_->hover(*document, at);
         return isOnControl ? updateLink({-1, -1}) : updateLink(point);
     }
-    if (document_ != nullptr && controls_->isPressed()) {
-        return controls_->drag(*document_->document(), at);
+    if (document != nullptr && controls_->isPressed()) {
+        return controls_->drag(*document, at);
     }
     if (isSelecting_) {
         const TextRange before = selection_.range();
@@ -215,8 +238,9 @@ void MarkdownItem::mouseMove(const QPointF& point, bool isPressed) {
 }
 
 void MarkdownItem::mouseRelease(const QPointF& point) {
-    if (document_ != nullptr && controls_->isPressed()) {
-        return controls_->release(*document_->document(), pointOf(point));
+    DocumentLayout* const document = content_->document();
+    if (document != nullptr && controls_->isPressed()) {
+        return controls_->release(*document, pointOf(point));
     }
     isSelecting_ = false;
     const QString link = std::exchange(pressedLink_, {});
@@ -234,13 +258,14 @@ void MarkdownItem::leave() {
 }
 
 QString MarkdownItem::linkAt(const QPointF& point) {
-    const auto link = document_ != nullptr ? document_->document()->linkAt(pointOf(point)) : std::nullopt;
+    DocumentLayout* const document = content_->document();
+    const auto link = document != nullptr ? document->linkAt(pointOf(point)) : std::nullopt;
     return QString::fromStdString(link.value_or(std::string()));
 }
 
 /// The link whose text is at `point`.
 const PartInfo* MarkdownItem::linkPartAt(Point point) {
-    DocumentLayout* const document = document_ != nullptr ? document_->document() : nullptr;
+    DocumentLayout* const document = content_->document();
     if (document == nullptr || !document->linkAt(point)) {
         return nullptr;
     }
@@ -271,11 +296,11 @@ void MarkdownItem::updateLink(const QPointF& point) {
 
 Qt::CursorShape MarkdownItem::cursorAt(const QPointF& point) {
     const Point at = pointOf(point);
-    if (document_ != nullptr) {
-        if (controls_->hover(*document_->document(), at)) {
+    if (DocumentLayout* const document = content_->document()) {
+        if (CodeControls::isAt(*document, at)) {
             return Qt::ArrowCursor;
         }
-        if (document_->document()->linkAt(at)) {
+        if (document->linkAt(at)) {
             return Qt::PointingHandCursor;
         }
     }
@@ -284,11 +309,9 @@ Qt::CursorShape MarkdownItem::cursorAt(const QPointF& point) {
 
 bool MarkdownItem::isInteractiveAt(const QPointF& point) {
     const Point at = pointOf(point);
-    if (document_ != nullptr &&
-        (controls_->hover(*document_->document(), at) || document_->document()->linkAt(at))) {
-        return true;
-    }
-    return content_->isTextAt(at);
+    DocumentLayout* const document = content_->document();
+    return (document != nullptr && (CodeControls::isAt(*document, at) || document->linkAt(at))) ||
+           content_->isTextAt(at);
 }
 
 } // namespace quillmoth::markdown

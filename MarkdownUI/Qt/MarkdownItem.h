@@ -12,6 +12,7 @@
 #include <QString>
 #include <Qt>
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -25,9 +26,11 @@ class QWheelEvent;
 
 namespace quillmoth::markdown {
 
-/// A document, or text without markup, that can be shown anywhere in a widget: it lays out, paints, and
-/// answers pointer and keys, but is no widget. The widget gives it events in its own coordinates (origin at
-/// its top left corner) and paints it. Main thread.
+enum class TextForm : std::uint8_t { plain, markdown };
+
+/// A text, as it stands or as a Markdown document, that can be shown anywhere in a widget: it lays out,
+/// paints, and answers pointer and keys, but is no widget. The widget gives it events in its own coordinates
+/// (origin at its top left corner) and paints it. Main thread.
 class MarkdownItem {
 public:
     /// Both outlive the item.
@@ -37,10 +40,13 @@ public:
     MarkdownItem& operator=(const MarkdownItem&) = delete;
 
     // Content. A document that follows a document keeps the states of its code blocks.
-    void setMarkdown(std::string_view markdown);
-    void setPlainText(std::string text);
-    /// To text without markup: costs the same however long the text is.
-    void appendPlainText(std::string_view piece);
+    void setText(std::string_view text);
+    /// In the plain form this costs the same however long the text is, as Markdown as much as setting it.
+    void append(std::string_view piece);
+    /// Shows the same text otherwise. What was parsed and laid out of either form is kept for its return.
+    void setForm(TextForm form);
+
+    [[nodiscard]] const std::string& text() const { return text_; }
 
     /// Asks again for images that failed, for when the item is seen again.
     void retryImages();
@@ -50,6 +56,8 @@ public:
     void setAlignment(TextAlignment alignment);
     /// Of text that has no colour of its own; the palette's where invalid.
     void setTextColor(const QColor& color);
+    /// From one line of plain text to the next, in pixels; 0 for that of a paragraph.
+    void setLineHeight(double height);
 
     // Geometry.
     /// Estimated in part until `isHeightExact`: what has not been seen yet has not been laid out.
@@ -120,12 +128,11 @@ public:
 
     [[nodiscard]] const ItemContent& content() const { return *content_; }
 
-    [[nodiscard]] CodeControls& codeControls() { return *controls_; }
-
     [[nodiscard]] MarkdownHost& host() { return host_; }
 
 private:
-    void replaceContent(std::unique_ptr<ItemContent> content);
+    void forgetDocument();
+    [[nodiscard]] ItemContent& contentOf(TextForm form);
     void contentChanged();
     void imagesChanged();
     void applyOptions();
@@ -141,10 +148,12 @@ private:
     MarkdownHost& host_;
     ItemOptions options_;
     QColor textColor_;
-    std::unique_ptr<ItemContent> content_;
-    class DocumentContent* document_ = nullptr; ///< `content_`, where it is one
-    class PlainContent* plain_ = nullptr;       ///< likewise
-    std::unique_ptr<CodeControls> controls_;
+    std::string text_;
+    TextForm form_ = TextForm::plain;
+    std::unique_ptr<class PlainContent> plain_;       ///< of `text_`; null until it is shown so
+    std::unique_ptr<class DocumentContent> document_; ///< likewise
+    ItemContent* content_ = nullptr;                  ///< the one that is shown
+    std::unique_ptr<CodeControls> controls_;          ///< of `document_`
     ItemSelection selection_;
     bool isSelecting_ = false;
     bool hasCaret_ = false;

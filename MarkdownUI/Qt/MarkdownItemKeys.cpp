@@ -170,8 +170,11 @@ std::optional<QRectF> MarkdownItem::focusedFrame() {
 
 /// The parts are the same ones: that which has the focus keeps it.
 void MarkdownItem::imagesChanged() {
-    if (document_ == nullptr) {
+    if (!document_) {
         return;
+    }
+    if (form_ != TextForm::markdown) {
+        return document_->document()->imagesChanged({});
     }
     auto kept = selection_.ranges();
     document_->document()->imagesChanged(kept);
@@ -183,7 +186,7 @@ void MarkdownItem::imagesChanged() {
 }
 
 void MarkdownItem::retryImages() {
-    if (document_ != nullptr && document_->document()->isMissingImages()) {
+    if (document_ && document_->document()->isMissingImages()) {
         imagesChanged();
     }
 }

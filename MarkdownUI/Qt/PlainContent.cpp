@@ -11,7 +11,7 @@ constexpr RelativeSize kLineSpacing = RelativeSize::em(0.15); // as paragraphs h
 
 } // namespace
 
-PlainContent::PlainContent(TextEngine& engine, std::string text) : layout_(engine) {
+PlainContent::PlainContent(TextEngine& engine, std::string text) : engine_(engine), layout_(engine) {
     layout_.setText(std::move(text));
 }
 
@@ -21,13 +21,11 @@ void PlainContent::setOptions(const ItemOptions& options) {
     PlainTextOptions plain;
     plain.width = options.width;
     plain.font = makeFont(properties);
-    plain.lineSpacing = kLineSpacing.points(properties);
+    const FontMetrics metrics = engine_.metricsOf(plain.font);
+    plain.lineSpacing = options.lineHeight > 0 ? options.lineHeight - metrics.ascent - metrics.descent
+                                               : kLineSpacing.points(properties);
     plain.alignment = options.alignment;
     layout_.setOptions(plain);
-}
-
-double PlainContent::ensureLaidOut(double /*top*/, double /*bottom*/) {
-    return 0;
 }
 
 std::string PlainContent::textOfBlock(std::size_t /*block*/) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MarkdownUI/Layout/PlainTextLayout.h"
 #include "MarkdownUI/Qt/ItemContent.h"
 
 namespace quillmoth::markdown {
@@ -12,9 +13,12 @@ public:
     void append(std::string_view piece) { layout_.append(piece); }
 
     void setOptions(const ItemOptions& options) override;
-    double ensureLaidOut(double top, double bottom) override;
+
+    double ensureLaidOut(double top, double bottom) override { return layout_.ensureLaidOut(top, bottom); }
 
     [[nodiscard]] double totalHeight() const override { return layout_.totalHeight(); }
+
+    [[nodiscard]] bool isHeightExact() const override { return layout_.isHeightExact(); }
 
     [[nodiscard]] double usedWidth() const override { return layout_.usedWidth(); }
 
@@ -45,6 +49,7 @@ public:
     [[nodiscard]] TextPosition positionAtDocumentOffset(std::size_t offset) const override;
 
 private:
+    TextEngine& engine_;
     PlainTextLayout layout_;
 };
 

@@ -53,7 +53,7 @@ QtTextEngine::QtTextEngine(MarkdownPalette palette, FontCache fonts)
     : palette_(std::move(palette)), fonts_(std::move(fonts)) {}
 
 std::unique_ptr<ShapedText> QtTextEngine::shape(const AttributedText& text, const TextOptions& options) {
-    const Font base = text.runs().empty() ? Font{} : fontOf(text.runs().front().attributes);
+    const Font base = text.runs().empty() ? options.font : fontOf(text.runs().front().attributes);
     QtShapedText::Input input;
     input.text = UTF16Index(text.text());
     input.layoutText = input.text.text();
@@ -62,8 +62,9 @@ std::unique_ptr<ShapedText> QtTextEngine::shape(const AttributedText& text, cons
     input.formats = formatsOf(text, base, input.text, input.layoutText);
     input.options = options;
     input.tabWidth = kTabCharacters * metricsOf(base).averageAdvance;
-    auto shaped = std::make_unique<QtShapedText>(
-        std::move(input), [&](std::size_t begin, std::size_t end) { return heightOf(text, begin, end); });
+    auto shaped = std::make_unique<QtShapedText>(std::move(input), [&](std::size_t begin, std::size_t end) {
+        return heightOf(text, base, begin, end);
+    });
     linesShaped_ += shaped->lines().size();
     return shaped;
 }
@@ -173,10 +174,10 @@ QTextCharFormat QtTextEngine::attachmentFormat(const ImageAttachment& attachment
     return format;
 }
 
-std::pair<double, double> QtTextEngine::heightOf(const AttributedText& text, std::size_t begin,
-                                                 std::size_t end) {
+std::pair<double, double> QtTextEngine::heightOf(const AttributedText& text, const Font& base,
+                                                 std::size_t begin, std::size_t end) {
     if (text.runs().empty()) {
-        const FontMetrics metrics = metricsOf(Font{});
+        const FontMetrics metrics = metricsOf(base);
         return {metrics.ascent, metrics.descent};
     }
     const auto endsBefore = [](const AttributedText::Run& run, std::size_t offset) {

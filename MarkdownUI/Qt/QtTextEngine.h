@@ -47,8 +47,8 @@ private:
     void appendDigits(const AttributeContainer& attributes, const Font& base, int begin, const QString& text,
                       Formats& formats);
     [[nodiscard]] QTextCharFormat attachmentFormat(const ImageAttachment& attachment);
-    [[nodiscard]] std::pair<double, double> heightOf(const AttributedText& text, std::size_t begin,
-                                                     std::size_t end);
+    [[nodiscard]] std::pair<double, double> heightOf(const AttributedText& text, const Font& base,
+                                                     std::size_t begin, std::size_t end);
 
     MarkdownPalette palette_;
     FontCache fonts_;

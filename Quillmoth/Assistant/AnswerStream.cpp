@@ -152,10 +152,10 @@ void AnswerStream::decodeStreamChunk(const std::optional<std::string>& data,
 void AnswerStream::deliver(Answer& answer, const std::string& content) {
     answer.hasText = answer.hasText || !content.empty();
     const auto growResponse = [&] {
-        model_._responseValue.mutate([&](std::string& response) { response += content; });
+        model_._responseValue.grow([&](std::string& response) { response += content; });
     };
     const auto growMessage = [&] {
-        model_._messages.mutate(
+        model_._messages.grow(
             [&](std::vector<ChatMessage>& messages) { messages.back().content += content; });
     };
     const bool hasMessage = !model_._messages->empty();

@@ -41,7 +41,7 @@ void DataModel::regenerate() {
 }
 
 void DataModel::appendMessage(std::string role, std::string content) {
-    _messages.mutate([&](std::vector<ChatMessage>& messages) {
+    _messages.grow([&](std::vector<ChatMessage>& messages) {
         messages.push_back(makeChatMessage(platform_.uuidSource, std::move(role), std::move(content)));
     });
 }

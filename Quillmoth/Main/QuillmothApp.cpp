@@ -3,7 +3,6 @@
 #include "Foundation/URL.h"
 #include "Platform/Linux/AtSpi/RestartNeeds.h"
 #include "Quillmoth/Shell/Panel/FloatingView.h"
-#include "Quillmoth/Shell/Panel/MarkdownMessage.h"
 #include "Quillmoth/Shell/Panel/MessagePalette.h"
 
 namespace quillmoth {
@@ -35,7 +34,9 @@ markdown::ImageLoader imageLoader(DesktopServices& services) {
 } // namespace
 
 QuillmothApp::QuillmothApp()
-    : panelWindows_({.focus = services_.panelFocus(),
+    : codeHighlighter_(highlighting::Theme::midnight(highlighting::Font(kCodeFontSize))),
+      markdown_(messagePalette(), &codeHighlighter_, imageLoader(services_)),
+      panelWindows_({.focus = services_.panelFocus(),
                      .defaults = services_.userDefaults,
                      .isCompositing = [this] { return services_.isCompositing(); },
                      .onCompositingChange =
@@ -47,7 +48,6 @@ QuillmothApp::QuillmothApp()
       platform_(services_.platform(panelWindows_)),
       shortcuts_(services_.userDefaults, platform_.hotKeyCenter), _appDelegate(platform_, shortcuts_),
       controller_(FloatingViewController::create(_appDelegate._coreAppModel, platform_)),
-      codeHighlighter_(highlighting::Theme::midnight(highlighting::Font(kCodeFontSize))),
       windows_(
           platform_, shortcuts_, _appDelegate._coreAppModel,
           {.openPromptEditor = [this] { _appDelegate.openRoute(AppDelegate::Route::promptEditor); },
@@ -79,17 +79,8 @@ void QuillmothApp::finishLaunching() {
 }
 
 std::unique_ptr<PanelContent> QuillmothApp::makePanelContent() {
-    return makeFloatingView(controller_, {.makeMarkdownContent = [this](QWidget* parent) {
-                                return makeMarkdownContent(parent);
-                            }});
-}
-
-MessageContent* QuillmothApp::makeMarkdownContent(QWidget* parent) {
-    if (!markdown_)
-        markdown_ = std::make_unique<markdown::MarkdownServices>(messagePalette(), &codeHighlighter_,
-                                                                 imageLoader(services_));
     const auto openLink = [this](const QString& url) { services_.workspace.openURL(url.toStdString()); };
-    return markdownMessages(*markdown_, openLink)(parent);
+    return makeFloatingView(controller_, {.messages = {.markdown = &markdown_, .openLink = openLink}});
 }
 
 void QuillmothApp::openURLs(const std::vector<std::string>& urls) {

@@ -8,7 +8,6 @@
 #include "Quillmoth/Highlighting/SplashCodeSyntaxHighlighter.h"
 #include "Quillmoth/Main/DesktopServices.h"
 #include "Quillmoth/Main/ProgramWindows.h"
-#include "Quillmoth/Shell/Panel/MessageContent.h"
 #include "Quillmoth/Shell/Panel/QtPanelWindow.h"
 
 #include <memory>
@@ -36,21 +35,19 @@ public:
 
 private:
     [[nodiscard]] std::unique_ptr<PanelContent> makePanelContent();
-    [[nodiscard]] MessageContent* makeMarkdownContent(QWidget* parent);
     void openURLs(const std::vector<std::string>& urls);
     /// Opens the window whose route the URL is.
     void openRoute(const std::string& url);
     void showPanel();
 
     DesktopServices services_;
+    highlighting::SplashCodeSyntaxHighlighter codeHighlighter_;
+    markdown::MarkdownServices markdown_;
     QtPanelWindows panelWindows_;
     const platform::Platform platform_;
     KeyboardShortcuts::Center shortcuts_;
     AppDelegate _appDelegate;
     std::shared_ptr<FloatingViewController> controller_;
-    highlighting::SplashCodeSyntaxHighlighter codeHighlighter_;
-    /// What all answers share; made with the first finished one.
-    std::unique_ptr<markdown::MarkdownServices> markdown_;
     ProgramWindows windows_;
 };
 

@@ -101,7 +101,8 @@ void md_first_view(benchmark::State& state) {
         MarkdownItem item(services(), host);
         item.setWidth(kWidth);
         item.setFontSize(16);
-        item.setMarkdown(text);
+        item.setForm(TextForm::markdown);
+        item.setText(text);
         (void)item.ensureLaidOut(0, kViewHeight);
         benchmark::DoNotOptimize(item.height());
     }
@@ -123,7 +124,8 @@ void md_paint_view(benchmark::State& state) {
     MarkdownItem item(services(), host);
     item.setWidth(kWidth);
     item.setFontSize(16);
-    item.setMarkdown(text);
+    item.setForm(TextForm::markdown);
+    item.setText(text);
     (void)item.ensureLaidOut(0, kViewHeight);
     for (auto _ : state) {
         QPainter painter(&canvas());
@@ -148,9 +150,9 @@ void stream_frame(benchmark::State& state) {
     MarkdownItem item(services(), host);
     item.setWidth(kWidth);
     item.setFontSize(16);
-    item.setPlainText(answerOf(static_cast<std::size_t>(state.range(0))));
+    item.setText(answerOf(static_cast<std::size_t>(state.range(0))));
     for (auto _ : state) {
-        item.appendPlainText("some more words ");
+        item.append("some more words ");
         const double top = std::max(item.height() - kViewHeight, 0.0);
         QPainter painter(&canvas());
         item.paint(painter, kView.translated(0, top), {0, -top});
@@ -179,7 +181,7 @@ void stream_one_paragraph(benchmark::State& state) {
         MarkdownItem item(services(), host);
         item.setWidth(kWidth);
         for (std::int64_t size = 0; size < state.range(0); size += 16) {
-            item.appendPlainText("some more words ");
+            item.append("some more words ");
         }
         benchmark::DoNotOptimize(item.height());
     }
@@ -200,7 +202,8 @@ void stream_open_fence(benchmark::State& state) {
     MarkdownItem item(services(), host);
     item.setWidth(kWidth);
     for (auto _ : state) {
-        item.setMarkdown(text);
+        item.setForm(TextForm::markdown);
+        item.setText(text);
         (void)item.ensureLaidOut(0, kViewHeight);
     }
 }

@@ -71,7 +71,8 @@ MarkdownView::~MarkdownView() = default;
 
 void MarkdownView::setMarkdown(std::string_view markdown) {
     scroll_ = 0;
-    item_.setMarkdown(markdown);
+    item_.setForm(TextForm::markdown);
+    item_.setText(markdown);
 }
 
 void MarkdownView::setPadding(double padding) {

@@ -79,7 +79,8 @@ bool writeDocument(markdown::MarkdownServices& services, const std::string& text
     markdown::MarkdownItem item(services, host);
     item.setWidth(options.width);
     item.setFontSize(options.fontSize);
-    item.setMarkdown(text);
+    item.setForm(markdown::TextForm::markdown);
+    item.setText(text);
     waitForImages(services, item);
     if (options.dumps) {
         const QRectF area(0, 0, options.width, item.height());
@@ -94,7 +95,8 @@ QStringList writeGallery(markdown::MarkdownServices& services, const std::string
     const QString colors = services.palette.isDark ? QStringLiteral("dark") : QStringLiteral("light");
     NoHost host;
     markdown::MarkdownItem item(services, host);
-    item.setMarkdown(text);
+    item.setForm(markdown::TextForm::markdown);
+    item.setText(text);
     QStringList names;
     for (const int size : {12, 16, 40}) {
         item.setFontSize(size);

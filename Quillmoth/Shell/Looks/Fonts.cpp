@@ -2,7 +2,6 @@
 
 #include <QFontDatabase>
 #include <QFontInfo>
-#include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QStringList>
 
@@ -62,11 +61,6 @@ bool startsWithPictograph(const QString& text) {
     return text.left(4).contains(QChar(kEmojiPresentation)) ||
            (first >= kFirstPictograph && first < kFirstIdeograph) ||
            (first >= kFirstSupplementary && first < 0x20000);
-}
-
-int textLineHeight(double pixelSize) {
-    const QFontMetricsF metrics(textFont(pixelSize));
-    return qRound(metrics.ascent() + metrics.descent() + 0.15 * pixelSize);
 }
 
 } // namespace quillmoth

@@ -14,7 +14,4 @@ namespace quillmoth {
 /// Whether `text` starts with an emoji or another pictograph, rather than with a letter, digit or sign.
 [[nodiscard]] bool startsWithPictograph(const QString& text);
 
-/// The height of a line of running text at `pixelSize`: the natural one and 0.15 em.
-[[nodiscard]] int textLineHeight(double pixelSize);
-
 } // namespace quillmoth

@@ -4,7 +4,6 @@
 #include "Quillmoth/Shell/Looks/Lengths.h"
 #include "Quillmoth/Shell/Looks/Palette.h"
 #include "Quillmoth/Shell/Looks/Pictograph.h"
-#include "Quillmoth/Shell/Panel/PlainTextContent.h"
 
 #include <QPaintEvent>
 #include <QPainter>
@@ -18,21 +17,16 @@ namespace {
 constexpr double kFaceColumn = 1.375; // in font sizes, as in the rows of the lists
 constexpr int kFaceGap = 10;
 constexpr int kFaceFontSize = 16;
-constexpr std::size_t kTail = 64;
 
 QString faceOf(bool assistant) {
     return assistant ? QStringLiteral("🤖") : QStringLiteral("😀");
 }
 
-std::string tailOf(const std::string& text) {
-    return text.substr(text.size() - std::min(text.size(), kTail));
-}
-
 } // namespace
 
 ConversationView::ConversationView(std::shared_ptr<FloatingViewController> controller,
-                                   MessageContentFactory markdown, QWidget* parent)
-    : QWidget(parent), controller_(std::move(controller)), markdown_(std::move(markdown)) {
+                                   MessageServices services, QWidget* parent)
+    : QWidget(parent), controller_(std::move(controller)), services_(std::move(services)) {
     setAccessibleName(QStringLiteral("Conversation"));
 }
 
@@ -46,30 +40,10 @@ ConversationView::Role ConversationView::roleOf(const std::string& role) {
     return role == "system" ? Role::system : Role::other;
 }
 
-bool ConversationView::showsMarkdown(const ChatMessage& message) const {
-    return markdown_ && roleOf(message.role) == Role::assistant && controller_->_markdownOn &&
-           !controller_->model()._isLoading;
-}
-
 bool ConversationView::refresh() {
-    const std::vector<ChatMessage>& messages = controller_->model()._messages;
-    bool changed = false;
-    if (fontSize_ != controller_->_fontSize) {
-        fontSize_ = controller_->_fontSize;
-        for (const Row& row : rows_)
-            if (row.content)
-                row.content->setFontSize(fontSize_);
-        changed = true;
-    }
-    const std::size_t common = std::min(rows_.size(), messages.size());
-    for (std::size_t index = 0; index < common; ++index)
-        changed = updateRow(rows_[index], messages[index]) || changed;
-    for (std::size_t index = common; index < rows_.size(); ++index)
-        delete rows_[index].content;
-    changed = changed || rows_.size() != messages.size();
-    rows_.resize(common);
-    for (std::size_t index = common; index < messages.size(); ++index)
-        rows_.push_back(makeRow(messages[index]));
+    const bool fontChanged = takeFontSize();
+    const bool formChanged = takeForm();
+    const bool changed = takeMessages() || fontChanged || formChanged;
     if (changed) {
         placedWidth_ = -1;
         update();
@@ -77,35 +51,64 @@ bool ConversationView::refresh() {
     return changed;
 }
 
-bool ConversationView::updateRow(Row& row, const ChatMessage& message) {
-    const bool same = row.id == message.id && row.role == roleOf(message.role);
-    if (!same || row.markdown != showsMarkdown(message)) {
-        delete row.content;
-        row = makeRow(message);
-        return true;
-    }
-    const std::string& text = message.content;
-    if (text.size() == row.length && text.ends_with(row.tail))
+bool ConversationView::takeFontSize() {
+    if (std::exchange(fontSize_, controller_->_fontSize) == fontSize_)
         return false;
-    const bool grows = text.size() > row.length &&
-                       text.compare(row.length - row.tail.size(), row.tail.size(), row.tail) == 0;
-    if (row.content && grows)
-        row.content->appendText(text.substr(row.length));
-    else if (row.content)
-        row.content->setText(text);
-    row.length = text.size();
-    row.tail = tailOf(text);
+    for (const Row& row : rows_)
+        if (row.content)
+            row.content->setFontSize(fontSize_);
+    return true;
+}
+
+/// An answer that comes in is not parsed over and over.
+bool ConversationView::takeForm() {
+    const bool isMarkdown = controller_->_markdownOn && !controller_->model()._isLoading;
+    const auto form = isMarkdown ? markdown::TextForm::markdown : markdown::TextForm::plain;
+    if (std::exchange(answerForm_, form) == form)
+        return false;
+    for (const Row& row : rows_)
+        if (row.role == Role::assistant)
+            row.content->setForm(form);
+    return true;
+}
+
+bool ConversationView::takeMessages() {
+    const Published<std::vector<ChatMessage>>& field = controller_->model()._messages;
+    const std::vector<ChatMessage>& messages = field;
+    const bool hasOnlyGrown = std::exchange(knownGeneration_, field.generation()) == field.generation();
+    const std::size_t kept = std::min(rows_.size(), messages.size());
+    bool changed = rows_.size() != messages.size();
+    if (!hasOnlyGrown)
+        for (std::size_t index = 0; index < kept; ++index)
+            changed = updateRow(rows_[index], messages[index]) || changed;
+    else if (kept > 0 && rows_.back().content) {
+        const std::string_view text = messages[kept - 1].content;
+        MessageContent& content = *rows_.back().content;
+        if (text.size() > content.text().size()) {
+            content.append(text.substr(content.text().size()));
+            changed = true;
+        }
+    }
+    for (std::size_t index = kept; index < rows_.size(); ++index)
+        delete rows_[index].content;
+    rows_.resize(kept);
+    for (std::size_t index = kept; index < messages.size(); ++index)
+        rows_.push_back(makeRow(messages[index]));
+    return changed;
+}
+
+bool ConversationView::updateRow(Row& row, const ChatMessage& message) {
+    if (row.id == message.id && row.role == roleOf(message.role))
+        return row.content && row.content->setText(message.content);
+    delete row.content;
+    row = makeRow(message);
     return true;
 }
 
 ConversationView::Row ConversationView::makeRow(const ChatMessage& message) {
     controller_->messageRowAppeared();
-    Row row{.id = message.id,
-            .role = roleOf(message.role),
-            .markdown = showsMarkdown(message),
-            .length = message.content.size(),
-            .tail = tailOf(message.content)};
-    row.content = makeContent(row.role, row.markdown);
+    Row row{.id = message.id, .role = roleOf(message.role)};
+    row.content = makeContent(row.role);
     if (row.content) {
         row.content->setFontSize(controller_->_fontSize);
         row.content->setText(message.content);
@@ -128,24 +131,23 @@ QString ConversationView::describedRole(Role role) {
     return {};
 }
 
-MessageContent* ConversationView::makeContent(Role role, bool markdown) {
+MessageContent* ConversationView::makeContent(Role role) {
     if (role == Role::other)
         return nullptr;
-    ++madeContents_;
-    if (markdown) {
-        MessageContent* content = markdown_(this);
+    auto* content = new MessageContent(services_, this);
+    content->setShrinking(role == Role::user);
+    if (role == Role::assistant) {
+        content->setForm(answerForm_);
         content->setAccessibleName(describedRole(role));
-        if (tabPredecessor_)
-            setTabOrder(tabPredecessor_, content);
-        connectContent(*content);
-        return content;
+    } else {
+        content->setAccessibleDescription(describedRole(role));
     }
-    auto* content = new PlainTextContent(this);
     if (role == Role::system) {
-        content->setColor(kPanelTheme.gray);
-        content->setAlignment(Qt::AlignHCenter);
+        content->item().setTextColor(kPanelTheme.gray);
+        content->item().setAlignment(markdown::TextAlignment::center);
     }
-    content->setAccessibleDescription(describedRole(role));
+    if (tabPredecessor_)
+        setTabOrder(tabPredecessor_, content);
     connectContent(*content);
     return content;
 }
@@ -218,7 +220,7 @@ int ConversationView::contentHeight(const Row& row, int width) const {
 void ConversationView::placeContent(const Row& row, int width) const {
     const int inside = width - 2 * panel::kMessagePadding;
     const int available = inside - (row.role == Role::system ? 0 : faceColumn() + kFaceGap);
-    const int wanted = row.role == Role::user ? row.content->naturalWidth(available) : available;
+    const int wanted = row.content->takenWidth();
     int left = panel::kMessagePadding;
     if (row.role == Role::assistant)
         left += faceColumn() + kFaceGap;

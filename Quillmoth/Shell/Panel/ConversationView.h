@@ -7,12 +7,11 @@
 
 namespace quillmoth {
 
-/// The messages, newest on top. A refresh costs what has changed: text that comes in is put behind the last
-/// message, and finished messages are left alone.
+/// The messages, newest on top. A row keeps its content as long as its message is there. While an answer
+/// comes in all of them are plain, and a refresh costs what has been put behind the last one.
 class ConversationView final : public QWidget {
 public:
-    /// `markdown` makes the contents of finished answers; without it they stay plain.
-    ConversationView(std::shared_ptr<FloatingViewController> controller, MessageContentFactory markdown,
+    ConversationView(std::shared_ptr<FloatingViewController> controller, MessageServices services,
                      QWidget* parent);
     ~ConversationView() override;
 
@@ -38,9 +37,6 @@ public:
     /// The content of the message at an index of the model; none where its role shows nothing.
     [[nodiscard]] MessageContent* contentAt(std::size_t index) const;
 
-    /// Contents made since the view was; tests watch that a piece of an answer makes none.
-    [[nodiscard]] int madeContents() const { return madeContents_; }
-
     std::function<void()> onSelectionBegun;
     std::function<void(int top, int bottom)> onReveal;
     std::function<void()> onHeightChanged;
@@ -55,10 +51,6 @@ private:
     struct Row {
         std::optional<std::string> id;
         Role role = Role::other;
-        bool markdown = false;
-        /// What the content was last given: its length, and its end to tell an append by.
-        std::size_t length = 0;
-        std::string tail;
         MessageContent* content = nullptr;
         int top = 0;
         int height = 0;
@@ -67,10 +59,12 @@ private:
     [[nodiscard]] static Role roleOf(const std::string& role);
     /// For assistive technology.
     [[nodiscard]] static QString describedRole(Role role);
-    [[nodiscard]] bool showsMarkdown(const ChatMessage& message) const;
+    bool takeFontSize();
+    bool takeForm();
+    bool takeMessages();
     bool updateRow(Row& row, const ChatMessage& message);
-    Row makeRow(const ChatMessage& message);
-    MessageContent* makeContent(Role role, bool markdown);
+    [[nodiscard]] Row makeRow(const ChatMessage& message);
+    [[nodiscard]] MessageContent* makeContent(Role role);
     void connectContent(MessageContent& content);
     void place(int width) const;
     [[nodiscard]] int faceColumn() const;
@@ -78,13 +72,14 @@ private:
     void placeContent(const Row& row, int width) const;
 
     std::shared_ptr<FloatingViewController> controller_;
-    MessageContentFactory markdown_;
+    MessageServices services_;
     QWidget* tabPredecessor_ = nullptr;
     mutable std::vector<Row> rows_;
     mutable int placedWidth_ = -1;
     mutable int placedHeight_ = 0;
     double fontSize_ = 16;
-    int madeContents_ = 0;
+    markdown::TextForm answerForm_ = markdown::TextForm::plain;
+    std::uint64_t knownGeneration_ = 0; ///< of the messages that the rows show
 };
 
 } // namespace quillmoth

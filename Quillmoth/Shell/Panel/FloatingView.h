@@ -12,8 +12,7 @@
 namespace quillmoth {
 
 struct FloatingViewOptions {
-    /// Makes the contents of finished answers; without it they stay plain text.
-    MessageContentFactory makeMarkdownContent;
+    MessageServices messages;
     /// The length of a display frame: the view follows the model at most once in it.
     int frameMilliseconds = 16;
 };

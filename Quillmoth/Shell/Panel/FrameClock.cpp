@@ -19,11 +19,6 @@ void FrameClock::request() {
         timer_.start(static_cast<int>(interval_ - elapsed));
 }
 
-void FrameClock::flush() {
-    if (timer_.isActive())
-        run();
-}
-
 void FrameClock::run() {
     timer_.stop();
     sinceLast_.start();

@@ -15,8 +15,6 @@ public:
     FrameClock(int intervalMilliseconds, std::function<void()> work);
 
     void request();
-    /// Runs the work now where it has been asked for and not run.
-    void flush();
 
     [[nodiscard]] bool isPending() const { return timer_.isActive(); }
 

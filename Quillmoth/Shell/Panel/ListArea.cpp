@@ -85,26 +85,26 @@ private:
     PanelButton* button_;
 };
 
-ListArea::ListArea(std::shared_ptr<FloatingViewController> controller, MessageContentFactory markdown,
+ListArea::ListArea(std::shared_ptr<FloatingViewController> controller, const MessageServices& services,
                    QWidget* parent)
     : QWidget(parent), controller_(std::move(controller)), stack_(new Stack(this)),
-      scroll_(new ScrollView(*stack_, this)), error_(new PlainTextContent(stack_)),
+      scroll_(new ScrollView(*stack_, this)), error_(new MessageContent(services, stack_)),
       settings_(new ButtonRow(QStringLiteral("Switch on accessibility in Settings"), stack_)),
-      hint_(new PlainTextContent(stack_)), form_(new FormView(controller_, stack_)),
+      hint_(new MessageContent(services, stack_)), form_(new FormView(controller_, stack_)),
       history_(new HistoryList(controller_, stack_)),
-      conversation_(new ConversationView(controller_, std::move(markdown), stack_)),
+      conversation_(new ConversationView(controller_, services, stack_)),
       presets_(new PresetList(controller_, stack_)) {
-    error_->setColor(kPanelTheme.error);
     error_->setFontSize(kSmallFont);
-    error_->setLineHeight(kErrorLine);
-    hint_->setColor(kPanelTheme.gray);
+    error_->item().setTextColor(kPanelTheme.error);
+    error_->item().setLineHeight(kErrorLine);
     hint_->setFontSize(kSmallFont);
-    hint_->setLineHeight(kHintLine);
+    hint_->item().setTextColor(kPanelTheme.gray);
+    hint_->item().setLineHeight(kHintLine);
     // The hint is no selectable text: the panel can be dragged by it.
     hint_->setAttribute(Qt::WA_TransparentForMouseEvents);
-    stack_->add({error_, kTextInset, 9, 7});
+    stack_->add({error_, kTextInset, 10, 9});
     stack_->add({settings_, kTextInset, 2, 7});
-    stack_->add({hint_, kTextInset, 9, 9});
+    stack_->add({hint_, kTextInset, 10, 10});
     for (QWidget* content : {static_cast<QWidget*>(form_), static_cast<QWidget*>(history_),
                              static_cast<QWidget*>(conversation_), static_cast<QWidget*>(presets_)}) {
         stack_->add({content});
@@ -156,17 +156,12 @@ bool ListArea::refreshTexts() {
     const bool historyIsEmpty = controller_->content() == Content::history && history_->rowCount() == 0;
     const bool hinted = controller_->content() == Content::hintAndPresets || historyIsEmpty;
     const std::string hint(historyIsEmpty ? "No conversations yet." : FloatingViewController::kHint);
-    const bool hintChanged =
-        hint_->isHidden() == hinted || hint_->column().text() != QString::fromStdString(hint);
-    if (error == shownError_ && !hintChanged)
+    const bool errorChanged = error_->setText(error);
+    const bool hintChanged = hint_->setText(hint) || hint_->isHidden() == hinted;
+    if (!errorChanged && !hintChanged)
         return false;
-    if (error != shownError_)
-        error_->setText(error);
-    shownError_ = error;
     error_->setVisible(!error.empty());
     settings_->setVisible(controller_->offersSettings());
-    if (hintChanged)
-        hint_->setText(hint);
     hint_->setVisible(hinted);
     return true;
 }

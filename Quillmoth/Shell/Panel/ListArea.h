@@ -2,7 +2,6 @@
 
 #include "Quillmoth/Shell/Panel/ConversationView.h"
 #include "Quillmoth/Shell/Panel/FormView.h"
-#include "Quillmoth/Shell/Panel/PlainTextContent.h"
 #include "Quillmoth/Shell/Panel/PresetList.h"
 #include "Quillmoth/Shell/Panel/ScrollView.h"
 
@@ -13,7 +12,7 @@ class PanelButton;
 /// The middle of the panel: the error, and under it what the model's state asks for, scrolling together.
 class ListArea final : public QWidget {
 public:
-    ListArea(std::shared_ptr<FloatingViewController> controller, MessageContentFactory markdown,
+    ListArea(std::shared_ptr<FloatingViewController> controller, const MessageServices& services,
              QWidget* parent);
 
     /// Takes all changes of the model over.
@@ -41,12 +40,12 @@ public:
 
     [[nodiscard]] FormView& form() const { return *form_; }
 
-    [[nodiscard]] PlainTextContent& error() const { return *error_; }
+    [[nodiscard]] MessageContent& error() const { return *error_; }
 
     /// Below an error that the settings can mend.
     [[nodiscard]] PanelButton& settingsButton() const;
 
-    [[nodiscard]] PlainTextContent& hint() const { return *hint_; }
+    [[nodiscard]] MessageContent& hint() const { return *hint_; }
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -68,9 +67,9 @@ private:
     std::shared_ptr<FloatingViewController> controller_;
     Stack* stack_;
     ScrollView* scroll_;
-    PlainTextContent* error_;
+    MessageContent* error_;
     ButtonRow* settings_;
-    PlainTextContent* hint_;
+    MessageContent* hint_;
     FormView* form_;
     HistoryList* history_;
     ConversationView* conversation_;
@@ -78,7 +77,6 @@ private:
     std::optional<FloatingViewController::Content> shown_;
     std::optional<std::int64_t> wantedPreset_;
     std::optional<std::int64_t> wantedHistory_;
-    std::string shownError_;
     bool preparing_ = false;
 };
 

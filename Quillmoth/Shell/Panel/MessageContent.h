@@ -1,36 +1,61 @@
 #pragma once
 
+#include "Foundation/Qt/ClickCounter.h"
+#include "MarkdownUI/Qt/MarkdownHost.h"
+#include "MarkdownUI/Qt/MarkdownItem.h"
+#include "MarkdownUI/Qt/MarkdownServices.h"
+
 #include <QWidget>
 
 #include <functional>
-#include <memory>
 #include <string>
+#include <string_view>
 
 namespace quillmoth {
 
-/// The content of one message: a text that the user can select with the pointer and copy. Its height follows
-/// from its width (heightForWidth). It never takes the keyboard from the field.
-class MessageContent : public QWidget {
+/// What the texts of a panel share.
+struct MessageServices {
+    markdown::MarkdownServices* markdown = nullptr; ///< not null; outlives the texts
+    std::function<void(const QString& url)> openLink;
+};
+
+/// A text that the user can select and copy, plain or set as Markdown. Its height follows from its width
+/// (heightForWidth). It never takes the keyboard from the field by a click; the Tab key leads to what is set
+/// as Markdown.
+class MessageContent final : public QWidget, private markdown::MarkdownHost {
 public:
-    using QWidget::QWidget;
+    MessageContent(const MessageServices& services, QWidget* parent);
 
-    virtual void setText(const std::string& text) = 0;
-    /// Puts more text behind it, at a price that does not grow with what is there.
-    virtual void appendText(const std::string& more) = 0;
-    virtual void setFontSize(double pixelSize) = 0;
+    /// False where it is the same text.
+    bool setText(const std::string& text);
+    /// Puts more text behind it. While it is plain the price does not grow with what is there.
+    void append(std::string_view more);
+    void setForm(markdown::TextForm form);
+    void setFontSize(double pixelSize);
 
-    /// The least width at which no line breaks otherwise than at `available`.
-    [[nodiscard]] virtual int naturalWidth(int available) const = 0;
+    /// To take no more of the width than its lines need.
+    void setShrinking(bool isShrinking) { isShrinking_ = isShrinking; }
+
+    [[nodiscard]] const std::string& text() const { return item_.text(); }
+
+    [[nodiscard]] int heightForWidth(int width) const override;
+
+    /// What it takes of the width that its height was asked for.
+    [[nodiscard]] int takenWidth() const { return takenWidth_; }
+
     /// The middle of the first line, from the top.
-    [[nodiscard]] virtual double firstLineMiddle() const = 0;
+    [[nodiscard]] double firstLineMiddle() const { return item_.firstLineCenter(); }
 
     /// The part between two heights is going to be seen. Returns how far it has moved down by getting exact
     /// what was estimated.
-    virtual int prepareToShow(int /*top*/, int /*bottom*/) { return 0; }
+    int prepareToShow(int top, int bottom);
 
     /// Empty where nothing is selected.
-    [[nodiscard]] virtual QString selectedText() const = 0;
-    virtual void clearSelection() = 0;
+    [[nodiscard]] QString selectedText() const { return item_.selectedText(); }
+
+    void clearSelection() { item_.clearSelection(); }
+
+    [[nodiscard]] markdown::MarkdownItem& item() { return item_; }
 
     /// The user has begun to select here.
     std::function<void()> onSelectionBegun;
@@ -38,9 +63,44 @@ public:
     std::function<void()> onHeightChanged;
     /// A part of the content, as a range of heights, is to be seen.
     std::function<void(int top, int bottom)> onReveal;
-};
 
-/// Makes a content of one kind below a parent.
-using MessageContentFactory = std::function<MessageContent*(QWidget* parent)>;
+protected:
+    void showEvent(QShowEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    bool focusNextPrevChild(bool isNext) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+
+private:
+    void itemChanged(const QRectF& area) override;
+    void itemResized() override;
+    void openLink(const QString& url) override;
+    void copyText(const QString& text) override;
+    void copyButtonRenamed(std::size_t codeBlock) override;
+    void callAfter(std::chrono::milliseconds delay, std::function<void()> work) override;
+
+    double layOut(double top, double bottom);
+    void fit(int width) const;
+    void press(QMouseEvent* event);
+    bool focusNextControl(bool isNext);
+
+    std::function<void(const QString& url)> openLink_;
+    ClickCounter clicks_;
+    // Asking for a height sets the width; the text is the same.
+    mutable markdown::MarkdownItem item_;
+    bool isShrinking_ = false;
+    mutable int fittedWidth_ = -1; ///< that was asked for; -1 where the text has changed since
+    mutable int takenWidth_ = 0;
+    mutable int toldHeight_ = 0;
+    bool resizeTold_ = false;
+};
 
 } // namespace quillmoth

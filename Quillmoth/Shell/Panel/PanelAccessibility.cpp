@@ -1,11 +1,11 @@
 #include "Quillmoth/Shell/Panel/PanelAccessibility.h"
 
+#include "MarkdownUI/Qt/AccessibleDocument.h"
 #include "Quillmoth/Shell/Panel/BottomBar.h"
 #include "Quillmoth/Shell/Panel/ConversationView.h"
 #include "Quillmoth/Shell/Panel/FormView.h"
 #include "Quillmoth/Shell/Panel/PanelMenu.h"
 #include "Quillmoth/Shell/Panel/PanelSurface.h"
-#include "Quillmoth/Shell/Panel/PlainTextContent.h"
 #include "Quillmoth/Shell/Panel/RowListAccessible.h"
 #include "Quillmoth/Shell/Panel/SpokenStatus.h"
 
@@ -14,18 +14,6 @@
 namespace quillmoth {
 
 namespace {
-
-/// A widget that is one text.
-class TextAccessible final : public QAccessibleWidget {
-public:
-    explicit TextAccessible(PlainTextContent& content)
-        : QAccessibleWidget(&content, QAccessible::StaticText) {}
-
-    [[nodiscard]] QString text(QAccessible::Text kind) const override {
-        const auto* content = static_cast<const PlainTextContent*>(widget());
-        return kind == QAccessible::Name ? content->column().text() : QAccessibleWidget::text(kind);
-    }
-};
 
 /// The part of a text field in which the text is: the field speaks for it.
 class ViewportAccessible final : public QAccessibleWidget {
@@ -79,8 +67,11 @@ QAccessibleInterface* makePanelInterface(const QString&, QObject* object) {
         return nullptr;
     if (auto* list = dynamic_cast<RowList*>(object))
         return new RowListAccessible(*list);
-    if (auto* text = dynamic_cast<PlainTextContent*>(object))
-        return new TextAccessible(*text);
+    if (auto* message = dynamic_cast<MessageContent*>(object))
+        return new markdown::AccessibleDocument(
+            *message, message->item(), [message] { return message->mapToGlobal(QPoint()); },
+            // What has a name is a document; what has none is told by its text.
+            message->accessibleName().isEmpty() ? QAccessible::StaticText : QAccessible::Document);
     if (auto* chips = dynamic_cast<ChipText*>(object))
         return new QAccessibleWidget(chips, QAccessible::StaticText);
     if (auto* item = dynamic_cast<PanelMenuItem*>(object))

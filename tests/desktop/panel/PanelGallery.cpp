@@ -3,7 +3,7 @@
 
 #include "LampPicture.h"
 #include "Quillmoth/Highlighting/SplashCodeSyntaxHighlighter.h"
-#include "Quillmoth/Shell/Panel/MarkdownMessage.h"
+#include "Quillmoth/Shell/Panel/MessageContent.h"
 #include "Quillmoth/Shell/Panel/MessagePalette.h"
 #include "tests/unit/shell/PanelFixture.h"
 
@@ -63,12 +63,12 @@ const char* const kLongAnswer = "# Debouncing a field\n\nWait until the typing *
 
 class Gallery {
 public:
-    explicit Gallery(QString folder, MessageContentFactory markdown)
-        : folder_(std::move(folder)), markdown_(std::move(markdown)) {}
+    Gallery(QString folder, markdown::MarkdownServices& services)
+        : folder_(std::move(folder)), services_(services) {}
 
     void draw(const QString& name, const std::function<void(PanelUnderTest&)>& arrange,
               QSize size = {612, 410}) {
-        PanelUnderTest panel(presets(), {.makeMarkdownContent = markdown_});
+        PanelUnderTest panel(presets(), {.messages = {.markdown = &services_, .openLink = {}}});
         panel.model->_status = std::string("No selection");
         panel.open();
         panel.surface().setFrame(QRect(QPoint(0, 0), size));
@@ -109,7 +109,7 @@ private:
     }
 
     QString folder_;
-    MessageContentFactory markdown_;
+    markdown::MarkdownServices& services_;
     int failures_ = 0;
 };
 
@@ -260,7 +260,7 @@ int drawImageAtSecondTry(const QString& folder) {
             finished(isServerUp ? lampPicture() : QByteArray());
         },
         markdown::FontCache(), [&now] { return now; });
-    Gallery gallery(folder, markdownMessages(services, {}));
+    Gallery gallery(folder, services);
     const auto openConversation = [&services](PanelUnderTest& panel) {
         converse(panel, "Draw the way of a moth around a lamp.",
                  "Here it is:\n\n![The way of a moth](https://example.org/moth.png)\n\nEach turn is *closer* "
@@ -319,7 +319,7 @@ int main(int argumentCount, char** arguments) {
     const quillmoth::highlighting::SplashCodeSyntaxHighlighter highlighter(
         quillmoth::highlighting::Theme::midnight(quillmoth::highlighting::Font(kCodeFontSize)));
     quillmoth::markdown::MarkdownServices services(quillmoth::messagePalette(), &highlighter);
-    quillmoth::Gallery gallery(*folder, quillmoth::markdownMessages(services, {}));
+    quillmoth::Gallery gallery(*folder, services);
     quillmoth::drawLists(gallery);
     quillmoth::drawConversations(gallery);
     const int failures = gallery.failures() + quillmoth::drawImageAtSecondTry(*folder);

@@ -14,7 +14,8 @@ TEST(AccessibleMarkdown, AnItemIsOneDocumentWithHeadingsLinksAndButtons) {
     FakeHost host;
     MarkdownItem item(services, host);
     item.setWidth(440);
-    item.setMarkdown("# T\u00EDtle\n\nSee [guide](https://example.org).\n\n```\ncode\n```\n");
+    item.setForm(TextForm::markdown);
+    item.setText("# T\u00EDtle\n\nSee [guide](https://example.org).\n\n```\ncode\n```\n");
     (void)item.ensureLaidOut(0, 400);
     QWidget widget;
     AccessibleDocument document(widget, item, [] { return QPoint(); });
@@ -48,7 +49,7 @@ TEST(AccessibleMarkdown, AnItemIsOneDocumentWithHeadingsLinksAndButtons) {
     EXPECT_EQ(host.copied, QStringList("code"));
     EXPECT_EQ(accessible->child(2)->text(QAccessible::Name), "Copied") << "as the button shows";
 
-    item.setMarkdown("plain");
+    item.setText("plain");
     EXPECT_EQ(accessible->childCount(), 0);
 }
 

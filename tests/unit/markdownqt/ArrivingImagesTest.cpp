@@ -36,7 +36,8 @@ class ArrivingImagesTest : public ::testing::Test {
 protected:
     void show(MarkdownItem& shown, const std::string& markdown) {
         shown.setWidth(kWidth);
-        shown.setMarkdown(markdown);
+        shown.setForm(TextForm::markdown);
+        shown.setText(markdown);
         (void)shown.displayList({0, 0, kWidth, kHeight});
     }
 

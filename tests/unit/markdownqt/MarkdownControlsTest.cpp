@@ -37,7 +37,8 @@ protected:
     void show(const std::string& markdown) {
         item.setWidth(kWidth);
         item.setFontSize(16);
-        item.setMarkdown(markdown);
+        item.setForm(TextForm::markdown);
+        item.setText(markdown);
         (void)item.ensureLaidOut(0, kHeight);
         while (services.images.loadingCount() > 0) {
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);

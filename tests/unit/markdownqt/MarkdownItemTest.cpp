@@ -27,7 +27,8 @@ protected:
     void show(std::string_view markdown) {
         item.setWidth(kWidth);
         item.setFontSize(16);
-        item.setMarkdown(markdown);
+        item.setForm(TextForm::markdown);
+        item.setText(markdown);
         (void)item.ensureLaidOut(0, 2000);
     }
 
@@ -149,9 +150,11 @@ TEST_F(MarkdownItemTest, SaysCopiedForTwoSecondsAfterEachPress) {
 TEST_F(MarkdownItemTest, AResetThatComesAfterItsDocumentDoesNothing) {
     show("```\na\n```\n");
     click(middleOf(document().copyButtonFrame(0)));
-    item.setPlainText("gone");
+    item.setForm(TextForm::plain);
+    item.setText("gone");
     host.advance(3s);
-    item.setMarkdown("no code");
+    item.setForm(TextForm::markdown);
+    item.setText("no code");
     EXPECT_EQ(document().codeBlockCount(), 0U);
 }
 
@@ -205,15 +208,28 @@ TEST_F(MarkdownItemTest, ADocumentOfAMegabyteIsLaidOutOnlyWhereItIsSeen) {
 
 TEST_F(MarkdownItemTest, AnAppendShapesNoMoreThanTheEndOfTheText) {
     item.setWidth(kWidth);
-    item.setPlainText("");
     for (int count = 0; count < 2000; ++count) {
-        item.appendPlainText("word after word ");
+        item.append("word after word ");
     }
     const std::size_t before = services.engine.linesShaped();
     for (int count = 0; count < 100; ++count) {
-        item.appendPlainText("more ");
+        item.append("more ");
     }
     EXPECT_LT(services.engine.linesShaped() - before, 400U);
+}
+
+TEST_F(MarkdownItemTest, LinesOfPlainTextStandAtOneDistance) {
+    item.setWidth(kWidth);
+    item.setFontSize(24);
+    const auto heightOf = [this](const char* text) {
+        item.setText(text);
+        return item.height();
+    };
+    const double line = heightOf("a\nb") - heightOf("a");
+    EXPECT_EQ(heightOf("a\n\nb"), heightOf("a") + 2 * line) << "an empty one";
+    EXPECT_EQ(heightOf(""), heightOf("a"));
+    item.setLineHeight(40);
+    EXPECT_EQ(heightOf("a\nb") - heightOf("a"), 40);
 }
 
 TEST_F(MarkdownItemTest, ShowsAnImageWhenItHasComeAndAClearAreaWhenItFails) {

@@ -58,7 +58,7 @@ TEST(LongListsTest, HistoryShowsItsTopicsAndItsEmptiness) {
     panel.model->_openHistory = true;
     panel.settle();
     EXPECT_FALSE(list.hint().isHidden());
-    EXPECT_EQ(list.hint().column().text(), QStringLiteral("No conversations yet."));
+    EXPECT_EQ(list.hint().text(), "No conversations yet.");
     panel.model->_oldMessages = {{.topic = "🦋 Moths", .message = {}, .created = 0},
                                  {.topic = "Rome", .message = {}, .created = 0}};
     panel.settle();

@@ -26,6 +26,7 @@ inline PromptData makePreset(std::string emoji, std::string name, std::string pr
 /// The panel with its real model and window over the fake platform.
 class PanelUnderTest {
 public:
+    /// Without services of its own it has plain ones.
     explicit PanelUnderTest(const std::vector<PromptData>& presets, FloatingViewOptions options = {})
         : windows({.focus = platform.panelFocus,
                    .defaults = platform.userDefaults,
@@ -35,6 +36,8 @@ public:
         platform.documents.put(PromptModel::kFilename, *writeJSON(presets));
         model = DataModel::create(platform.platform());
         controller = FloatingViewController::create(model, platform.platform());
+        if (!options.messages.markdown)
+            options.messages.markdown = &services;
         made_ = makeFloatingView(controller, std::move(options));
         view = made_.get();
         model->_FloatingViewPanel = std::make_shared<FloatingViewPanel>(windows);
@@ -64,6 +67,7 @@ public:
         QCoreApplication::processEvents();
     }
 
+    markdown::MarkdownServices services{markdown::MarkdownPalette::panel()};
     platform::FakePlatform platform;
     bool compositing = true;
     QtPanelWindows windows;

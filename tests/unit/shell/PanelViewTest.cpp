@@ -220,26 +220,50 @@ TEST_F(PanelViewTest, APasteWithoutBlanksIsAboutAsFastAsWords) {
     EXPECT_LT(pasting(QStringLiteral("tenletters")), 4 * words);
 }
 
-TEST_F(PanelViewTest, AStreamedAnswerCostsItsLastLinesAndNoNewContent) {
+TEST_F(PanelViewTest, AStreamedAnswerCostsItsLastLines) {
     model._isLoading = true;
     converse("A");
-    const auto* answer = dynamic_cast<PlainTextContent*>(list.conversation().contentAt(2));
-    ASSERT_NE(answer, nullptr);
-    const int made = list.conversation().madeContents();
     const auto costOfPieces = [&](int count) {
-        const int before = answer->column().laidOutLines();
+        const std::size_t before = panel.services.engine.linesShaped();
         for (int index = 0; index < count; ++index) {
-            model._messages.mutate([](auto& messages) { messages.back().content += " more words of it"; });
+            model._messages.grow([](auto& messages) { messages.back().content += " more words of it"; });
             panel.view->refresh();
         }
-        return answer->column().laidOutLines() - before;
+        return panel.services.engine.linesShaped() - before;
     };
-    const int early = costOfPieces(200);
+    const std::size_t early = costOfPieces(200);
     costOfPieces(3000);
-    const int late = costOfPieces(200);
+    const std::size_t late = costOfPieces(200);
     EXPECT_LE(late, early + early / 2);
-    EXPECT_LE(late, 200 * 9);
-    EXPECT_EQ(list.conversation().madeContents(), made);
+    EXPECT_LE(late, 200U * 3);
+}
+
+TEST_F(PanelViewTest, EarlierAnswersArePlainDuringAStreamAndKeepTheirLayout) {
+    converse("# Title\n\nSome *words*.");
+    MessageContent* const answer = list.conversation().contentAt(2);
+    panel.surface().grab();
+    EXPECT_EQ(answer->item().parts().size(), 1U);
+    const auto goesOn = [&](const std::string& piece, bool isLoading) {
+        model._isLoading = isLoading;
+        model._messages.grow([&](auto& messages) { messages.back().content += piece; });
+        panel.settle();
+        panel.surface().grab();
+    };
+    model._messages.grow([](auto& messages) {
+        messages.push_back({"U2", "user", "And?"});
+        messages.push_back({"A2", "assistant", ""});
+    });
+    goesOn("More.", true);
+    EXPECT_TRUE(answer->item().parts().empty());
+    EXPECT_EQ(answer->item().content().documentText(), answer->text());
+    const std::size_t before = panel.services.engine.linesShaped();
+    goesOn("", false);
+    EXPECT_EQ(list.conversation().contentAt(2), answer);
+    EXPECT_EQ(answer->item().parts().size(), 1U);
+    EXPECT_LE(panel.services.engine.linesShaped() - before, 2U) << "those of the new answer";
+    goesOn("", true);
+    goesOn("", false);
+    EXPECT_LE(panel.services.engine.linesShaped() - before, 2U);
 }
 
 TEST_F(PanelViewTest, AStreamCostsOneRefreshAFrame) {

@@ -1,6 +1,5 @@
-#include "Quillmoth/Shell/Panel/MarkdownMessage.h"
+#include "Quillmoth/Shell/Panel/MessageContent.h"
 
-#include "MarkdownUI/Qt/AccessibleDocument.h"
 #include "MarkdownUI/Qt/AccessibleMarkdown.h"
 #include "Quillmoth/Shell/Looks/Palette.h"
 #include "Quillmoth/Shell/Panel/PanelMenu.h"
@@ -15,6 +14,8 @@
 #include <QWheelEvent>
 #include <QtMath>
 
+#include <algorithm>
+#include <memory>
 #include <utility>
 
 namespace quillmoth {
@@ -24,82 +25,78 @@ namespace {
 /// So much is seen above and below what the Tab key leads to.
 constexpr int kFocusMargin = 20;
 
-QAccessibleInterface* makeInterface(const QString&, QObject* object) {
-    auto* message = dynamic_cast<MarkdownMessage*>(object);
-    if (!message)
-        return nullptr;
-    return new markdown::AccessibleDocument(*message, message->item(),
-                                            [message] { return message->mapToGlobal(QPoint()); });
-}
-
-void installAccessibility() {
-    static const bool installed = [] {
-        QAccessible::installFactory(makeInterface);
-        return true;
-    }();
-    Q_UNUSED(installed);
-}
+/// The lines of a longer text are not all known before they are seen.
+constexpr std::size_t kLongestShrunk = 20'000;
 
 } // namespace
 
-MarkdownMessage::MarkdownMessage(markdown::MarkdownServices& services, OpenLink openLink, QWidget* parent)
-    : MessageContent(parent), openLink_(std::move(openLink)), item_(services, *this) {
+MessageContent::MessageContent(const MessageServices& services, QWidget* parent)
+    : QWidget(parent), openLink_(services.openLink), item_(*services.markdown, *this) {
     setMouseTracking(true);
-    // A click is not to take the keyboard from the field; the Tab key leads to links and copy buttons.
-    setFocusPolicy(Qt::TabFocus);
+    setFocusPolicy(Qt::NoFocus);
 }
 
-void MarkdownMessage::setText(const std::string& text) {
-    text_ = text;
-    item_.setMarkdown(text_);
-    update();
+bool MessageContent::setText(const std::string& text) {
+    if (text == item_.text())
+        return false;
+    fittedWidth_ = -1;
+    if (text.starts_with(item_.text()))
+        item_.append(std::string_view(text).substr(item_.text().size()));
+    else
+        item_.setText(text);
+    return true;
 }
 
-void MarkdownMessage::appendText(const std::string& more) {
-    setText(text_ + more);
+void MessageContent::append(std::string_view more) {
+    fittedWidth_ = -1;
+    item_.append(more);
 }
 
-void MarkdownMessage::setFontSize(double pixelSize) {
+void MessageContent::setForm(markdown::TextForm form) {
+    fittedWidth_ = -1;
+    item_.setForm(form);
+    setFocusPolicy(form == markdown::TextForm::markdown ? Qt::TabFocus : Qt::NoFocus);
+}
+
+void MessageContent::setFontSize(double pixelSize) {
+    fittedWidth_ = -1;
     item_.setFontSize(pixelSize);
-    update();
 }
 
-int MarkdownMessage::heightForWidth(int width) const {
-    item_.setWidth(width);
+int MessageContent::heightForWidth(int width) const {
+    if (width != fittedWidth_)
+        fit(width);
     toldHeight_ = qCeil(item_.height());
     return toldHeight_;
 }
 
-double MarkdownMessage::firstLineMiddle() const {
-    return item_.firstLineCenter();
+void MessageContent::fit(int width) const {
+    fittedWidth_ = takenWidth_ = width;
+    item_.setWidth(width);
+    if (!isShrinking_ || item_.text().size() > kLongestShrunk)
+        return;
+    takenWidth_ = std::min(width, qCeil(item_.usedWidth()) + 1);
+    item_.setWidth(takenWidth_);
 }
 
-int MarkdownMessage::prepareToShow(int top, int bottom) {
+int MessageContent::prepareToShow(int top, int bottom) {
     return qRound(layOut(top, bottom));
 }
 
 /// What is not laid out has an estimated height, and so has an image that has come.
-double MarkdownMessage::layOut(double top, double bottom) {
+double MessageContent::layOut(double top, double bottom) {
     const double moved = item_.ensureLaidOut(top, bottom);
     if (qCeil(item_.height()) != toldHeight_)
         itemResized();
     return moved;
 }
 
-QString MarkdownMessage::selectedText() const {
-    return item_.selectedText();
-}
-
-void MarkdownMessage::clearSelection() {
-    item_.clearSelection();
-}
-
-void MarkdownMessage::showEvent(QShowEvent* event) {
-    MessageContent::showEvent(event);
+void MessageContent::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
     item_.retryImages();
 }
 
-void MarkdownMessage::paintEvent(QPaintEvent* event) {
+void MessageContent::paintEvent(QPaintEvent* event) {
     const QRectF exposed = event->rect();
     item_.setWidth(width());
     layOut(exposed.top(), exposed.bottom());
@@ -111,7 +108,7 @@ void MarkdownMessage::paintEvent(QPaintEvent* event) {
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
-void MarkdownMessage::press(QMouseEvent* event) {
+void MessageContent::press(QMouseEvent* event) {
     const int clicks = clicks_.countPress(*event);
     if (event->button() != Qt::LeftButton || !item_.isInteractiveAt(event->position())) {
         // The panel is dragged by what is no text and no control.
@@ -123,15 +120,15 @@ void MarkdownMessage::press(QMouseEvent* event) {
     item_.mousePress(event->position(), clicks, event->modifiers());
 }
 
-void MarkdownMessage::mousePressEvent(QMouseEvent* event) {
+void MessageContent::mousePressEvent(QMouseEvent* event) {
     press(event);
 }
 
-void MarkdownMessage::mouseDoubleClickEvent(QMouseEvent* event) {
+void MessageContent::mouseDoubleClickEvent(QMouseEvent* event) {
     press(event);
 }
 
-void MarkdownMessage::mouseMoveEvent(QMouseEvent* event) {
+void MessageContent::mouseMoveEvent(QMouseEvent* event) {
     const bool isPressed = event->buttons() & Qt::LeftButton;
     item_.mouseMove(event->position(), isPressed);
     setCursor(item_.cursorAt(event->position()));
@@ -139,29 +136,29 @@ void MarkdownMessage::mouseMoveEvent(QMouseEvent* event) {
         onReveal(qFloor(event->position().y()) - 1, qCeil(event->position().y()) + 1);
 }
 
-void MarkdownMessage::mouseReleaseEvent(QMouseEvent* event) {
+void MessageContent::mouseReleaseEvent(QMouseEvent* event) {
     item_.mouseRelease(event->position());
 }
 
-void MarkdownMessage::leaveEvent(QEvent*) {
+void MessageContent::leaveEvent(QEvent*) {
     item_.leave();
 }
 
-void MarkdownMessage::wheelEvent(QWheelEvent* event) {
+void MessageContent::wheelEvent(QWheelEvent* event) {
     if (!item_.wheel(*event, event->position()))
         event->ignore();
 }
 
-void MarkdownMessage::keyPressEvent(QKeyEvent* event) {
+void MessageContent::keyPressEvent(QKeyEvent* event) {
     if (!item_.keyPress(*event))
         event->ignore();
 }
 
-bool MarkdownMessage::focusNextPrevChild(bool isNext) {
-    return focusNextControl(isNext) || MessageContent::focusNextPrevChild(isNext);
+bool MessageContent::focusNextPrevChild(bool isNext) {
+    return focusNextControl(isNext) || QWidget::focusNextPrevChild(isNext);
 }
 
-bool MarkdownMessage::focusNextControl(bool isNext) {
+bool MessageContent::focusNextControl(bool isNext) {
     if (!item_.focusNextControl(isNext))
         return false;
     const QRectF frame = item_.focusedFrame().value_or(QRectF());
@@ -173,24 +170,24 @@ bool MarkdownMessage::focusNextControl(bool isNext) {
 
 /// The Tab key goes to the first link or copy button at once. Where there is none the answer itself can be
 /// selected by keys.
-void MarkdownMessage::focusInEvent(QFocusEvent* event) {
-    MessageContent::focusInEvent(event);
+void MessageContent::focusInEvent(QFocusEvent* event) {
+    QWidget::focusInEvent(event);
     const bool isForward = event->reason() == Qt::TabFocusReason;
     if (isForward || event->reason() == Qt::BacktabFocusReason)
         focusNextControl(isForward);
     update();
 }
 
-void MarkdownMessage::focusOutEvent(QFocusEvent* event) {
+void MessageContent::focusOutEvent(QFocusEvent* event) {
     const bool returns =
         event->reason() == Qt::PopupFocusReason || event->reason() == Qt::ActiveWindowFocusReason;
     if (!returns)
         item_.clearFocus();
-    MessageContent::focusOutEvent(event);
+    QWidget::focusOutEvent(event);
     update();
 }
 
-void MarkdownMessage::contextMenuEvent(QContextMenuEvent* event) {
+void MessageContent::contextMenuEvent(QContextMenuEvent* event) {
     const bool isByKey = event->reason() == QContextMenuEvent::Keyboard;
     const QPointF point =
         isByKey ? item_.focusedFrame().value_or(item_.caretRectangle()).center() : QPointF(event->pos());
@@ -202,47 +199,39 @@ void MarkdownMessage::contextMenuEvent(QContextMenuEvent* event) {
     PanelMenu::open(*this, std::move(actions), mapToGlobal(point.toPoint()), isByKey);
 }
 
-void MarkdownMessage::itemChanged(const QRectF& area) {
+void MessageContent::itemChanged(const QRectF& area) {
     if (area.isNull())
         update();
     else
         update(area.toAlignedRect());
 }
 
-void MarkdownMessage::itemResized() {
+void MessageContent::itemResized() {
     // It may come from the midst of a paint or of a question for the height.
     if (std::exchange(resizeTold_, true))
         return;
     QTimer::singleShot(0, this, [this] {
         resizeTold_ = false;
-        if (onHeightChanged)
+        if (onHeightChanged && qCeil(item_.height()) != toldHeight_)
             onHeightChanged();
     });
 }
 
-void MarkdownMessage::openLink(const QString& url) {
+void MessageContent::openLink(const QString& url) {
     if (openLink_)
         openLink_(url);
 }
 
-void MarkdownMessage::copyText(const QString& text) {
+void MessageContent::copyText(const QString& text) {
     QGuiApplication::clipboard()->setText(text);
 }
 
-void MarkdownMessage::copyButtonRenamed(std::size_t codeBlock) {
+void MessageContent::copyButtonRenamed(std::size_t codeBlock) {
     markdown::announceCopyButton(*this, item_, codeBlock);
 }
 
-void MarkdownMessage::callAfter(std::chrono::milliseconds delay, std::function<void()> work) {
+void MessageContent::callAfter(std::chrono::milliseconds delay, std::function<void()> work) {
     QTimer::singleShot(delay, this, std::move(work));
-}
-
-MessageContentFactory markdownMessages(markdown::MarkdownServices& services,
-                                       MarkdownMessage::OpenLink openLink) {
-    installAccessibility();
-    return [&services, openLink = std::move(openLink)](QWidget* parent) -> MessageContent* {
-        return new MarkdownMessage(services, openLink, parent);
-    };
 }
 
 } // namespace quillmoth

@@ -1,4 +1,4 @@
-#include "Quillmoth/Shell/Panel/MarkdownMessage.h"
+#include "Quillmoth/Shell/Panel/MessageContent.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +10,7 @@ namespace quillmoth {
 
 namespace {
 
-TEST(MarkdownMessage, asks_again_for_a_failed_image_when_the_panel_is_shown_again) {
+TEST(MessageContent, asks_again_for_a_failed_image_when_the_panel_is_shown_again) {
     std::chrono::steady_clock::time_point now;
     int asked = 0;
     markdown::MarkdownServices services(
@@ -21,7 +21,8 @@ TEST(MarkdownMessage, asks_again_for_a_failed_image_when_the_panel_is_shown_agai
         },
         markdown::FontCache(), [&now] { return now; });
     QWidget panel;
-    MessageContent* const message = markdownMessages(services, {})(&panel);
+    auto* const message = new MessageContent({.markdown = &services, .openLink = {}}, &panel);
+    message->setForm(markdown::TextForm::markdown);
     message->setText("![a](http://example.org/a.png)");
     const auto open = [&] {
         panel.show();
@@ -40,10 +41,27 @@ TEST(MarkdownMessage, asks_again_for_a_failed_image_when_the_panel_is_shown_agai
     EXPECT_EQ(asked, 2);
 }
 
-TEST(MarkdownMessage, tells_that_what_was_laid_out_is_not_as_high_as_it_was_estimated) {
+TEST(MessageContent, shrinks_to_its_widest_line) {
+    markdown::MarkdownServices services(markdown::MarkdownPalette::panel());
+    MessageContent message({.markdown = &services, .openLink = {}}, nullptr);
+    message.setShrinking(true);
+    const auto widthOf = [&](const char* text) {
+        message.setText(text);
+        const int height = message.heightForWidth(400);
+        EXPECT_EQ(message.heightForWidth(400), height);
+        return message.takenWidth();
+    };
+    const int line = widthOf("A question");
+    EXPECT_LT(line, 150);
+    EXPECT_EQ(widthOf("A question\nin lines"), line);
+    EXPECT_GT(widthOf("A question that is far too long for the width of four hundred pixels"), 300);
+}
+
+TEST(MessageContent, tells_that_what_was_laid_out_is_not_as_high_as_it_was_estimated) {
     markdown::MarkdownServices services(markdown::MarkdownPalette::panel());
     QWidget panel;
-    MessageContent* const message = markdownMessages(services, {})(&panel);
+    auto* const message = new MessageContent({.markdown = &services, .openLink = {}}, &panel);
+    message->setForm(markdown::TextForm::markdown);
     message->setText(std::string(1500, 'm'));
     int told = 0;
     message->onHeightChanged = [&] {
