@@ -129,7 +129,7 @@ AttributedText textOfInlines(const LayoutContext& context, const Inlines& values
                              const AttributeContainer& bag, double width) {
     const InlineImages images = [&](const std::string& source) -> std::optional<ImageAttachment> {
         const std::string url = context.imageURL(source);
-        const ImageStatus status = url.empty() ? ImageStatus{} : context.images.imageStatus(url);
+        const ImageStatus status = url.empty() ? ImageStatus{} : context.images.requestImage(url);
         if (status.state != ImageState::success)
             return std::nullopt;
         const double scale = std::min(1.0, width / std::max(status.naturalSize.width, 1.0));

@@ -212,8 +212,4 @@ void DocumentLayout::setScrollOffset(std::size_t group, double offset) {
     markdown::setScrollOffset(*state_, group, offset);
 }
 
-std::size_t DocumentLayout::unitsLaidOut() const {
-    return state_->unitsLaidOut();
-}
-
 } // namespace quillmoth::markdown

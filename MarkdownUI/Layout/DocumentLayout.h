@@ -119,9 +119,6 @@ public:
     /// Moved into the range that there is.
     void setScrollOffset(std::size_t group, double offset);
 
-    /// How many units have been laid out so far, in all: what laziness saves is counted by it.
-    [[nodiscard]] std::size_t unitsLaidOut() const;
-
 private:
     std::unique_ptr<DocumentState> state_;
 };

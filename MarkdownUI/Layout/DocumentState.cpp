@@ -56,7 +56,7 @@ void DocumentState::setHighlighter(const CodeSyntaxHighlighter* highlighter) {
 }
 
 void DocumentState::imagesChanged(std::span<TextRange> kept) {
-    const IsImageLoaded after = questionOf(source_);
+    const IsImageLoaded after = requestTo(source_);
     for (TextRange& range : kept)
         range = movedRange(*this, range, after);
     images_.takeNotice();
@@ -110,10 +110,10 @@ LayoutContext DocumentState::context() const {
     return {engine_, images_, theme_, options_, flow_, environment_, highlighter_};
 }
 
-IsImageLoaded DocumentState::questionOf(ImageSource& images) const {
+IsImageLoaded DocumentState::requestTo(ImageSource& images) const {
     return [this, &images](const std::string& source) {
         const std::string url = context().imageURL(source);
-        return !url.empty() && images.imageStatus(url).state == ImageState::success;
+        return !url.empty() && images.requestImage(url).state == ImageState::success;
     };
 }
 
@@ -145,7 +145,6 @@ void DocumentState::layOut(std::size_t unit) {
     GroupState& group = flowUnit.group == kNoGroup ? none : groups_[flowUnit.group];
     boxes_[unit] = std::make_unique<Box>(makeBox(context(), flowUnit, group));
     handLastLineOn(unit, *boxes_[unit]);
-    ++unitsLaidOut_;
     heights_.set(unit, flowUnit.gap + boxes_[unit]->height);
     usedWidth_ = std::max(usedWidth_, boxes_[unit]->right);
     if (!isExact_[unit]) {

@@ -32,9 +32,6 @@ public:
     /// The box of a unit, laid out if it is not.
     const Box& box(std::size_t unit);
 
-    /// Null where the unit is not laid out.
-    [[nodiscard]] const Box* laidOutBox(std::size_t unit) const { return boxes_[unit].get(); }
-
     /// Of the unit's content, below its gap.
     [[nodiscard]] double contentTop(std::size_t unit) const {
         return heights_.top(unit) + flow_.units[unit].gap;
@@ -54,15 +51,14 @@ public:
 
     [[nodiscard]] LayoutContext context() const;
 
-    [[nodiscard]] IsImageLoaded imageQuestion() const { return questionOf(images_); }
+    /// Requests each image that it is called for, as ImageSource does.
+    [[nodiscard]] IsImageLoaded imageRequest() const { return requestTo(images_); }
 
     [[nodiscard]] bool isMissingImages() const { return images_.isMissingAny(); }
 
     [[nodiscard]] bool isHeightExact() const { return exactCount_ == flow_.units.size(); }
 
     [[nodiscard]] double usedWidth() const { return usedWidth_; }
-
-    [[nodiscard]] std::size_t unitsLaidOut() const { return unitsLaidOut_; }
 
     /// The wider of the two labels of a copy button, in its font.
     [[nodiscard]] Size copyLabelSize();
@@ -75,7 +71,7 @@ public:
     std::vector<std::size_t> documentBlockStarts;
 
 private:
-    [[nodiscard]] IsImageLoaded questionOf(ImageSource& images) const;
+    [[nodiscard]] IsImageLoaded requestTo(ImageSource& images) const;
     void rebuildFlow();
     void forgetLayout();
     void layOut(std::size_t unit);
@@ -85,7 +81,7 @@ private:
 
     TextEngine& engine_;
     ImageSource& source_;
-    mutable SteadyImages images_; ///< asking for one changes it
+    mutable SteadyImages images_; ///< a request changes it
     const Theme& theme_;
     const CodeSyntaxHighlighter* highlighter_ = nullptr;
     MarkdownContent content_;
@@ -104,7 +100,6 @@ private:
     bool hasMovedParts_ = false;
     double usedWidth_ = 0;
     std::optional<Size> copyLabelSize_;
-    std::size_t unitsLaidOut_ = 0;
 };
 
 } // namespace quillmoth::markdown

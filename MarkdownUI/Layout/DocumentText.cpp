@@ -41,7 +41,7 @@ std::string textOfBlock(const DocumentState& state, std::size_t block) {
     if (block >= state.flow().textBlockCount)
         return {};
     const Inlines* values = inlinesOf(state, block);
-    return values != nullptr ? plainTextOf(*values, state.imageQuestion()) : verbatimOf(state, block);
+    return values != nullptr ? plainTextOf(*values, state.imageRequest()) : verbatimOf(state, block);
 }
 
 std::string separatorBefore(const DocumentState& state, std::size_t block) {
@@ -97,7 +97,7 @@ TextRange movedRange(const DocumentState& state, const TextRange& range, const I
         return values == nullptr
                    ? position
                    : TextPosition{position.block, movedOffset(*values, position.offset, isBehind,
-                                                              state.imageQuestion(), after)};
+                                                              state.imageRequest(), after)};
     };
     return {moved(range.begin, false), moved(range.end, !range.empty())};
 }
@@ -120,7 +120,7 @@ std::vector<LinkInfo> linksOfBlock(const DocumentState& state, std::size_t block
     const Inlines* values = inlinesOf(state, block);
     if (values == nullptr)
         return result;
-    const IsImageLoaded isLoaded = state.imageQuestion();
+    const IsImageLoaded isLoaded = state.imageRequest();
     std::string text;
     forEachLink(*values, isLoaded, [&](std::size_t begin, std::size_t end, const std::string& destination) {
         const auto url = resolveLink(destination, state.options().baseURL);

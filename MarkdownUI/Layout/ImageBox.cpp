@@ -18,7 +18,7 @@ ImageItem imageItem(const LayoutContext& context, const Inline::Image& image, co
     item.alt = image.alt;
     if (image.destination)
         item.destination = resolveLink(*image.destination, context.options.baseURL).value_or(std::string());
-    const ImageStatus status = item.source.empty() ? ImageStatus{} : context.images.imageStatus(item.source);
+    const ImageStatus status = item.source.empty() ? ImageStatus{} : context.images.requestImage(item.source);
     if (status.state == ImageState::success) {
         const double scale = std::min(1.0, width / std::max(status.naturalSize.width, 1.0));
         item.frame = {0, 0, status.naturalSize.width * scale, status.naturalSize.height * scale};

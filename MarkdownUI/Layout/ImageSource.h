@@ -21,10 +21,10 @@ class ImageSource {
 public:
     virtual ~ImageSource() = default;
 
-    /// What is known of the image with that absolute URL. Asks for it where it is new, or failed a while ago;
-    /// never waits. When an image arrives, the owner of the layout calls DocumentLayout::imagesChanged; what
-    /// has arrived does not go again.
-    [[nodiscard]] virtual ImageStatus imageStatus(const std::string& url) = 0;
+    /// Starts to load the image with that absolute URL where it is new, or failed a while ago, and gives what
+    /// is known of it; never waits. When an image arrives, the owner of the layout calls
+    /// DocumentLayout::imagesChanged; what has arrived does not go again.
+    [[nodiscard]] virtual ImageStatus requestImage(const std::string& url) = 0;
 };
 
 } // namespace quillmoth::markdown

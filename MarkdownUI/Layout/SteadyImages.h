@@ -13,8 +13,8 @@ class SteadyImages final : public ImageSource {
 public:
     explicit SteadyImages(ImageSource& source) : source_(source) {} ///< outlives this
 
-    [[nodiscard]] ImageStatus imageStatus(const std::string& url) override {
-        const ImageStatus status = source_.imageStatus(url);
+    [[nodiscard]] ImageStatus requestImage(const std::string& url) override {
+        const ImageStatus status = source_.requestImage(url);
         if (status.state != ImageState::success)
             missing_.insert(url);
         else if (!missing_.empty() && missing_.contains(url))
@@ -28,7 +28,7 @@ public:
     /// Of those that have arrived.
     void takeNotice() {
         std::erase_if(missing_, [this](const std::string& url) {
-            return source_.imageStatus(url).state == ImageState::success;
+            return source_.requestImage(url).state == ImageState::success;
         });
     }
 

@@ -91,7 +91,7 @@ ImageStore::~ImageStore() {
     inbox_->detach();
 }
 
-ImageStatus ImageStore::imageStatus(const std::string& url) {
+ImageStatus ImageStore::requestImage(const std::string& url) {
     Entry& entry = entries_[url];
     if (isToLoad(url, entry)) {
         entry.status.state = ImageState::loading;

@@ -38,7 +38,7 @@ public:
     ImageStore(const ImageStore&) = delete;
     ImageStore& operator=(const ImageStore&) = delete;
 
-    [[nodiscard]] ImageStatus imageStatus(const std::string& url) override;
+    [[nodiscard]] ImageStatus requestImage(const std::string& url) override;
 
     /// Nothing where the image is not there.
     void draw(QPainter& painter, const std::string& url, const QRectF& frame);

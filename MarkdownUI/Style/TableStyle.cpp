@@ -35,14 +35,6 @@ std::vector<Rect> allRectangles(const TableBounds& table, double borderWidth) {
 
 } // namespace
 
-TableBorderSelector TableBorderSelector::outsideBorders() {
-    return {outsideRectangles};
-}
-
-TableBorderSelector TableBorderSelector::insideBorders() {
-    return {insideRectangles};
-}
-
 TableBorderSelector TableBorderSelector::allBorders() {
     return {allRectangles};
 }

@@ -31,9 +31,6 @@ struct TableBorderSelector {
 
     Rectangles rectangles;
 
-    [[nodiscard]] static TableBorderSelector outsideBorders();
-    /// Between adjoining rows and columns.
-    [[nodiscard]] static TableBorderSelector insideBorders();
     [[nodiscard]] static TableBorderSelector allBorders();
 };
 

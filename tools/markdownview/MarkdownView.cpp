@@ -24,6 +24,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
+constexpr double kPadding = 30;
 constexpr double kBarWidth = 4;
 constexpr double kHoveredBarWidth = 6;
 constexpr double kBarMargin = 3;
@@ -75,18 +76,12 @@ void MarkdownView::setMarkdown(std::string_view markdown) {
     item_.setText(markdown);
 }
 
-void MarkdownView::setPadding(double padding) {
-    padding_ = padding;
-    item_.setWidth(std::max(width() - 2 * padding_, 1.0));
-    update();
-}
-
 QPointF MarkdownView::itemOrigin() const {
-    return {padding_, padding_ - scroll_};
+    return {kPadding, kPadding - scroll_};
 }
 
 double MarkdownView::contentHeight() const {
-    return item_.height() + 2 * padding_;
+    return item_.height() + 2 * kPadding;
 }
 
 double MarkdownView::greatestScroll() const {
@@ -104,10 +99,10 @@ void MarkdownView::layOutVisible() {
     constexpr int kMostPasses = 4;
     isLayingOut_ = true;
     for (int pass = 0; pass < kMostPasses; ++pass) {
-        const double top = scroll_ - padding_;
+        const double top = scroll_ - kPadding;
         scroll_ += item_.ensureLaidOut(top, top + height());
         const double inside = std::clamp(scroll_, 0.0, greatestScroll());
-        if (std::exchange(scroll_, inside) == top + padding_ && inside == top + padding_) {
+        if (std::exchange(scroll_, inside) == top + kPadding && inside == top + kPadding) {
             break;
         }
     }
@@ -124,7 +119,7 @@ void MarkdownView::paintEvent(QPaintEvent* event) {
 }
 
 void MarkdownView::resizeEvent(QResizeEvent* /*event*/) {
-    item_.setWidth(std::max(width() - 2 * padding_, 1.0));
+    item_.setWidth(std::max(width() - 2 * kPadding, 1.0));
     setScrollPosition(scroll_);
 }
 

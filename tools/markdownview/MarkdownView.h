@@ -22,7 +22,6 @@ public:
     ~MarkdownView() override;
 
     void setMarkdown(std::string_view markdown);
-    void setPadding(double padding);
 
     [[nodiscard]] MarkdownItem& item() { return item_; }
 
@@ -83,7 +82,6 @@ private:
     HoverFade barFade_;
     QBasicTimer autoScroll_; ///< runs while a selection is dragged beyond an edge
     QPointF pointer_;
-    double padding_ = 30;
     double scroll_ = 0;
     std::optional<double> thumbGrab_; ///< from the thumb's top
     bool isLayingOut_ = false;

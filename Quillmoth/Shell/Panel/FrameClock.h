@@ -16,8 +16,6 @@ public:
 
     void request();
 
-    [[nodiscard]] bool isPending() const { return timer_.isActive(); }
-
 private:
     void run();
 

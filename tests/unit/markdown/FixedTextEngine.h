@@ -23,7 +23,7 @@ public:
 /// Images of the sizes that it is told; all others fail.
 class FixedImageSource final : public ImageSource {
 public:
-    [[nodiscard]] ImageStatus imageStatus(const std::string& url) override {
+    [[nodiscard]] ImageStatus requestImage(const std::string& url) override {
         const auto found = sizes.find(url);
         if (found == sizes.end())
             return {ImageState::failure, {}};
