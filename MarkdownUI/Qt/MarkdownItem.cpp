@@ -294,24 +294,4 @@ void MarkdownItem::updateLink(const QPointF& point) {
     }
 }
 
-Qt::CursorShape MarkdownItem::cursorAt(const QPointF& point) {
-    const Point at = pointOf(point);
-    if (DocumentLayout* const document = content_->document()) {
-        if (CodeControls::isAt(*document, at)) {
-            return Qt::ArrowCursor;
-        }
-        if (document->linkAt(at)) {
-            return Qt::PointingHandCursor;
-        }
-    }
-    return content_->isTextAt(at) ? Qt::IBeamCursor : Qt::ArrowCursor;
-}
-
-bool MarkdownItem::isInteractiveAt(const QPointF& point) {
-    const Point at = pointOf(point);
-    DocumentLayout* const document = content_->document();
-    return (document != nullptr && (CodeControls::isAt(*document, at) || document->linkAt(at))) ||
-           content_->isTextAt(at);
-}
-
 } // namespace quillmoth::markdown

@@ -1,4 +1,4 @@
-// The selection and keyboard half of MarkdownItem.
+// The half of MarkdownItem for keys, wheel, menu and selection, and what the pointer is over.
 
 #include "MarkdownUI/Qt/DocumentContent.h"
 #include "MarkdownUI/Qt/MarkdownItem.h"
@@ -55,6 +55,26 @@ bool isMoreSideways(const QWheelEvent& event) {
 }
 
 } // namespace
+
+Qt::CursorShape MarkdownItem::cursorAt(const QPointF& point) {
+    const Point at{point.x(), point.y()};
+    if (DocumentLayout* const document = content_->document()) {
+        if (CodeControls::isAt(*document, at)) {
+            return Qt::ArrowCursor;
+        }
+        if (document->linkAt(at)) {
+            return Qt::PointingHandCursor;
+        }
+    }
+    return content_->isTextAt(at) ? Qt::IBeamCursor : Qt::ArrowCursor;
+}
+
+bool MarkdownItem::isInteractiveAt(const QPointF& point) {
+    const Point at{point.x(), point.y()};
+    DocumentLayout* const document = content_->document();
+    return (document != nullptr && (CodeControls::isAt(*document, at) || document->linkAt(at))) ||
+           content_->isTextAt(at);
+}
 
 bool MarkdownItem::wheel(const QWheelEvent& event, const QPointF& point) {
     DocumentLayout* const document = content_->document();
