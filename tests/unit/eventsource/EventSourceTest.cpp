@@ -1,6 +1,8 @@
 #include "EventSource/EventSource.h"
 
-#include "tests/unit/eventsource/Fakes.h"
+#include "Platform/Fake/FakeMainQueue.h"
+#include "Platform/Fake/FakeOperationQueues.h"
+#include "Platform/Fake/FakeURLSessions.h"
 
 #include <gtest/gtest.h>
 
@@ -17,14 +19,12 @@ std::string shown(const Text& text) {
 
 class EventSourceTest : public testing::Test {
 protected:
-    void TearDown() override {
-        // A session keeps its delegate, which keeps the session.
-        for (const auto& made : sessions.made)
-            made->delegate = nullptr;
-    }
+    EventSourceTest() { operationQueues.setRunsInline(true); }
+
+    void TearDown() override { sessions.releaseDelegates(); }
 
     std::shared_ptr<EventSource> makeSource(EventSource::Headers headers = {{"Authorization", "Bearer k"}}) {
-        auto source = EventSource::create(queue, sessions, queue, request(), std::move(headers));
+        auto source = EventSource::create(queue, sessions, operationQueues, request(), std::move(headers));
         source->onOpen([this] { log.emplace_back("open"); });
         source->onMessage([this](const Text& id, const Text& event, const Text& data) {
             log.push_back("message " + shown(id) + " " + shown(event) + " " + shown(data));
@@ -56,21 +56,24 @@ protected:
     std::shared_ptr<EventSource> openSource() {
         auto source = makeSource();
         source->connect();
-        session().respond(200);
-        queue.runAll();
+        task().deliverStatus(200);
+        queue.runUntilIdle();
         log.clear();
         return source;
     }
 
-    test::FakeSession& session() { return *sessions.made.back(); }
+    platform::FakeURLSession& session() { return sessions.lastSession(); }
+
+    platform::FakeDataTask& task() { return session().lastTask(); }
 
     Strings taken() {
-        queue.runAll();
+        queue.runUntilIdle();
         return std::exchange(log, {});
     }
 
-    test::StepQueue queue;
-    test::FakeSessions sessions;
+    platform::FakeMainQueue queue;
+    platform::FakeOperationQueues operationQueues;
+    platform::FakeURLSessions sessions;
     Strings log;
 };
 
@@ -80,18 +83,18 @@ TEST_F(EventSourceTest, BeginsClosedAndConnectsOnlyWhenAsked) {
     EXPECT_EQ(source->retryTime(), 3000);
     EXPECT_EQ(source->lastEventId(), std::nullopt);
     EXPECT_TRUE(source->events().empty());
-    EXPECT_TRUE(sessions.made.empty());
+    EXPECT_TRUE(sessions.sessions().empty());
 
     source->connect();
     EXPECT_EQ(source->readyState(), EventSourceState::connecting);
-    EXPECT_TRUE(session().task->resumed);
-    EXPECT_EQ(session().task->request, request());
+    EXPECT_TRUE(task().isResumed());
+    EXPECT_EQ(task().request(), request());
 }
 
 TEST_F(EventSourceTest, AsksForAnUnlimitedEventStream) {
     const auto source = makeSource({{"accept", "text/plain"}, {"Cache-Control", "x"}, {"A", "b"}});
     source->connect("41");
-    const auto& configuration = session().configuration;
+    const auto& configuration = session().configuration();
     EXPECT_EQ(configuration.timeoutIntervalForRequest, 2147483647.0);
     EXPECT_EQ(configuration.timeoutIntervalForResource, 2147483647.0);
     const std::map<std::string, std::string> expected = {
@@ -101,16 +104,16 @@ TEST_F(EventSourceTest, AsksForAnUnlimitedEventStream) {
     EXPECT_EQ(source->lastEventId(), std::nullopt);
 
     source->connect();
-    EXPECT_EQ(session().configuration.httpAdditionalHeaders.count("Last-Event-Id"), 0U);
+    EXPECT_EQ(session().configuration().httpAdditionalHeaders.count("Last-Event-Id"), 0U);
 }
 
 TEST_F(EventSourceTest, OpensOnAnyStatusAndCallsBackOnTheMainQueueOnly) {
     const auto source = makeSource();
     source->connect();
-    session().respond(401);
-    EXPECT_EQ(session().disposition, platform::URLSessionDelegate::ResponseDisposition::allow);
+    task().deliverStatus(401);
+    EXPECT_EQ(task().disposition(), platform::URLSessionDelegate::ResponseDisposition::allow);
     EXPECT_EQ(source->readyState(), EventSourceState::open);
-    session().receive("data: a\n\n");
+    task().deliverData("data: a\n\n");
     EXPECT_TRUE(log.empty());
     EXPECT_EQ(taken(), (Strings{"open", "message - message a"}));
 }
@@ -131,7 +134,7 @@ TEST_F(EventSourceTest, SendsEachEventWhereItBelongs) {
     source->addEventListener("update", listener("updates"));
     source->addEventListener("message", listener("listener"));
     for (const auto& [stream, calls] : rows) {
-        session().receive(stream);
+        task().deliverData(stream);
         EXPECT_EQ(taken(), calls) << stream;
     }
     EXPECT_EQ(source->events().size(), 2U);
@@ -140,40 +143,37 @@ TEST_F(EventSourceTest, SendsEachEventWhereItBelongs) {
 TEST_F(EventSourceTest, LooksUpListenersWhenTheEventArrivesAndTheMessageCallbackWhenItIsDue) {
     const auto source = openSource();
     source->addEventListener("update", listener("updates"));
-    session().receive("event: update\n\ndata: a\n\n");
+    task().deliverData("event: update\n\ndata: a\n\n");
     source->removeEventListener("update");
     source->onMessage(listener("new"));
     EXPECT_EQ(taken(), (Strings{"updates - update -", "new - message a"}));
-    session().receive("event: update\n\n");
+    task().deliverData("event: update\n\n");
     EXPECT_TRUE(taken().empty());
 }
 
 TEST_F(EventSourceTest, KeepsIdAndRetryTimeOfTheLatestEventAlone) {
     const auto source = openSource();
-    session().receive("id: 7\nretry: 100\n\n");
+    task().deliverData("id: 7\nretry: 100\n\n");
     EXPECT_EQ(source->lastEventId(), "7");
     EXPECT_EQ(source->retryTime(), 100);
-    session().receive("data: b\n\n");
+    task().deliverData("data: b\n\n");
     EXPECT_EQ(source->lastEventId(), std::nullopt);
     EXPECT_EQ(source->retryTime(), 3000);
-    session().receive("retry: 100\n\n");
+    task().deliverData("retry: 100\n\n");
     EXPECT_EQ(source->retryTime(), 100);
-    session().receive("retry: 2x\n\n");
+    task().deliverData("retry: 2x\n\n");
     EXPECT_EQ(source->retryTime(), 3000);
 }
 
 TEST_F(EventSourceTest, DropsDataBeforeTheHeadAndBehindADisconnect) {
     const auto source = makeSource();
     source->connect();
-    const auto first = sessions.made.back();
-    const auto delegate = first->delegate;
-    first->receive("data: early\n\n");
-    first->respond(200);
+    task().deliverData("data: early\n\n");
+    task().deliverStatus(200);
     source->disconnect();
-    EXPECT_TRUE(first->task->cancelled);
+    EXPECT_TRUE(task().isCancelled());
     EXPECT_EQ(source->readyState(), EventSourceState::closed);
-    delegate->didReceiveData(*first->task, "data: late\n\n");
-    delegate->didCompleteWithError(*first->task, platform::URLError{});
+    source->didReceiveData(task(), "data: late\n\n");
     EXPECT_EQ(taken(), (Strings{"open", "complete 200 no -"}));
 }
 
@@ -185,15 +185,16 @@ TEST_F(EventSourceTest, CompletesWithTheStatusOrElseWithTheError) {
     for (const auto& [status, call] : rows) {
         const auto source = makeSource();
         source->connect();
-        session().respond(status);
-        session().complete(refused);
+        task().deliverStatus(status);
+        task().complete(refused);
         EXPECT_EQ(taken(), (Strings{"open", call}));
         EXPECT_EQ(source->readyState(), EventSourceState::open);
     }
     const auto source = makeSource();
     source->connect();
-    session().complete(refused);
-    session().complete();
+    task().complete(refused);
+    source->connect();
+    task().complete();
     EXPECT_EQ(taken(), (Strings{"complete - - Refused.", "complete - - -"}));
 }
 
@@ -202,9 +203,8 @@ TEST_F(EventSourceTest, PutsItsHeadersOnARedirectedRequest) {
     source->connect("1");
     platform::URLRequest proposed = request();
     proposed.headers = {{"authorization", "none"}, {"Content-Type", "application/json"}};
-    std::optional<platform::URLRequest> answer;
-    session().delegate->willPerformHTTPRedirection(*session().task, {}, proposed,
-                                                   [&](auto request) { answer = std::move(request); });
+    task().redirect({}, proposed);
+    const std::optional<platform::URLRequest> answer = task().redirectAnswers().at(0);
     ASSERT_TRUE(answer);
     EXPECT_EQ(answer->value("Authorization"), "Bearer k");
     EXPECT_EQ(answer->value("X"), "y");
@@ -216,19 +216,20 @@ TEST_F(EventSourceTest, PutsItsHeadersOnARedirectedRequest) {
 
 TEST_F(EventSourceTest, FeedsBothConnectionsOfADoubleConnectToTheSecondParser) {
     const auto source = openSource();
-    sessions.made[0]->receive("data: lost");
+    platform::FakeDataTask& first = task();
+    first.deliverData("data: lost");
     source->connect();
-    EXPECT_FALSE(sessions.made[0]->task->cancelled);
-    sessions.made[1]->respond(200);
-    sessions.made[0]->receive("data: a");
-    sessions.made[1]->receive("\n\n");
+    EXPECT_FALSE(first.isCancelled());
+    task().deliverStatus(200);
+    first.deliverData("data: a");
+    task().deliverData("\n\n");
     EXPECT_EQ(taken(), (Strings{"open", "message - message a"}));
 }
 
 TEST_F(EventSourceTest, DropsCallbacksThatAreDueWhenItHasGone) {
     auto source = openSource();
-    session().receive("data: a\n\ndata: b\n\n");
-    session().complete();
+    task().deliverData("data: a\n\ndata: b\n\n");
+    task().complete();
     const std::weak_ptr<EventSource> weak = source;
     source->onMessage([&](const Text&, const Text&, const Text& data) {
         log.push_back(shown(data));
