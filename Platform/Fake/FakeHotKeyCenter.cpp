@@ -15,12 +15,13 @@ std::string combination(std::uint32_t keyCode, std::uint32_t carbonModifiers) {
 OSStatus FakeHotKeyCenter::registerEventHotKey(std::uint32_t keyCode, std::uint32_t carbonModifiers,
                                                EventHotKeyID id, Handle& handle) {
     calls.push_back("register " + combination(keyCode, carbonModifiers));
+    requests.push_back({.keyCode = keyCode, .carbonModifiers = carbonModifiers, .id = id});
     if (registerStatus != noErr)
         return registerStatus;
     if (givesNoHandle)
         return noErr;
     handle = nextHandle_++;
-    registrations[handle] = {.keyCode = keyCode, .carbonModifiers = carbonModifiers, .id = id};
+    registrations[handle] = requests.back();
     return noErr;
 }
 

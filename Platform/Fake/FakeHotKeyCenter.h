@@ -44,6 +44,8 @@ public:
     bool givesNoHandle = false;
     std::vector<SymbolicHotKey> symbolicHotKeys;
 
+    /// All that were ever asked for, refused ones included.
+    std::vector<Registration> requests;
     std::map<Handle, Registration> registrations;
     std::size_t installCount = 0;
     /// "register 49 2048", "unregister 49 2048", "install", in order.

@@ -1,6 +1,7 @@
 #include "KeyboardShortcuts/Center.h"
 
-#include "tests/unit/shortcuts/ShortcutFakes.h"
+#include "Platform/Fake/FakeHotKeyCenter.h"
+#include "Platform/Fake/FakeUserDefaults.h"
 
 #include <gtest/gtest.h>
 
@@ -18,17 +19,18 @@ protected:
         return [this, text = std::move(text)] { log.push_back(text); };
     }
 
-    bool press(const Shortcut& shortcut) { return strike(shortcut, platform::kEventHotKeyPressed); }
-
-    bool release(const Shortcut& shortcut) { return strike(shortcut, platform::kEventHotKeyReleased); }
-
-    bool strike(const Shortcut& shortcut, std::uint32_t kind) {
-        return system.strike(static_cast<std::uint32_t>(shortcut.carbonKeyCode),
-                             static_cast<std::uint32_t>(shortcut.carbonModifiers), kind);
+    bool press(const Shortcut& shortcut) {
+        return system.press(static_cast<std::uint32_t>(shortcut.carbonKeyCode),
+                            static_cast<std::uint32_t>(shortcut.carbonModifiers)) == platform::noErr;
     }
 
-    RecordingHotKeyCenter system;
-    MapDefaults defaults;
+    bool release(const Shortcut& shortcut) {
+        return system.release(static_cast<std::uint32_t>(shortcut.carbonKeyCode),
+                              static_cast<std::uint32_t>(shortcut.carbonModifiers)) == platform::noErr;
+    }
+
+    platform::FakeHotKeyCenter system;
+    platform::FakeUserDefaults defaults;
     Center center{defaults, system};
     std::vector<Name> changes;
     Subscription changed =
@@ -55,10 +57,10 @@ TEST_F(CenterTest, ADefaultIsWrittenOnlyWhereTheStoreHasNothingAtAll) {
         {platform::DefaultsValue(kCommandK.toJSON()), kCommandK, false},
     };
     for (const auto& [stored, expected, written] : cases) {
-        defaults.values.clear();
+        defaults.remove(kStoreKey);
         changes.clear();
         if (stored)
-            defaults.values.emplace(kStoreKey, *stored);
+            defaults.set(kStoreKey, *stored);
         const Name name("showFloatingPanel", kOptionSpace, center);
         EXPECT_EQ(center.getShortcut(name), expected);
         EXPECT_EQ(changes.size(), written ? 1U : 0U);
@@ -133,7 +135,7 @@ TEST_F(CenterTest, TwoNamesOfOneCombinationShareARegistrationThatAChangeOfEither
     center.setShortcut(kOptionSpace, other);
     center.onKeyUp(plain, noting("plain"));
     center.onKeyUp(other, noting("other"));
-    EXPECT_EQ(system.registered.size(), 1U);
+    EXPECT_EQ(system.registrations.size(), 1U);
     release(kOptionSpace);
     EXPECT_EQ(log.size(), 2U);
     center.setShortcut(kCommandK, other);
@@ -144,10 +146,10 @@ TEST_F(CenterTest, TwoNamesOfOneCombinationShareARegistrationThatAChangeOfEither
 }
 
 TEST_F(CenterTest, ARefusedRegistrationIsNotTriedAgainUntilTheSlotChanges) {
-    system.registrationStatus = -9878;
+    system.registerStatus = -9878;
     center.setShortcut(kOptionSpace, plain);
     EXPECT_EQ(center.getShortcut(plain), kOptionSpace);
-    system.registrationStatus = platform::noErr;
+    system.registerStatus = platform::noErr;
     center.onKeyUp(plain, noting("up"));
     center.enable(plain);
     EXPECT_EQ(system.requests.size(), 1U);
@@ -188,6 +190,18 @@ TEST_F(CenterTest, StreamsCarryTheirEventsUntilTheyEnd) {
     EXPECT_EQ(log, Log({"on", "up"}));
 }
 
+TEST_F(CenterTest, AStreamThatAnotherEndsHearsNoMore) {
+    center.setShortcut(kOptionSpace, plain);
+    Subscription second;
+    const auto first = center.on(EventType::keyUp, plain, [&] {
+        log.emplace_back("first");
+        second.reset();
+    });
+    second = center.on(EventType::keyUp, plain, noting("second"));
+    release(kOptionSpace);
+    EXPECT_EQ(log, Log({"first"}));
+}
+
 TEST_F(CenterTest, HandlersMayRemoveEverythingWhileTheyRun) {
     center.setShortcut(kOptionSpace, plain);
     center.onKeyUp(plain, [this] {
@@ -198,7 +212,7 @@ TEST_F(CenterTest, HandlersMayRemoveEverythingWhileTheyRun) {
     EXPECT_TRUE(release(kOptionSpace));
     EXPECT_EQ(log, Log({"last"}));
     EXPECT_FALSE(release(kOptionSpace));
-    EXPECT_TRUE(system.registered.empty());
+    EXPECT_TRUE(system.registrations.empty());
     EXPECT_EQ(center.getShortcut(plain), kOptionSpace);
 }
 
@@ -208,6 +222,26 @@ TEST_F(CenterTest, ASlotChangedByAnotherProcessCountsAtTheNextKey) {
     defaults.set(kStoreKey, kCommandK.toJSON());
     EXPECT_TRUE(release(kOptionSpace));
     EXPECT_TRUE(log.empty());
+}
+
+TEST_F(CenterTest, AStoreThatIsFollowedMovesTheHotKeyAndTellsOfEachChangeOnce) {
+    center.followStore();
+    center.setShortcut(kOptionSpace, plain);
+    center.onKeyUp(plain, noting("up"));
+    changes.clear();
+    for (const Shortcut& stored : {kCommandK, kOptionSpace}) {
+        defaults.set(kStoreKey, stored.toJSON());
+        defaults.set("other", true);
+        EXPECT_TRUE(release(stored));
+        EXPECT_EQ(system.registrations.size(), 1U);
+        EXPECT_EQ(std::exchange(changes, {}), std::vector{plain});
+    }
+    EXPECT_EQ(log.size(), 2U);
+    center.setShortcut(kCommandK, plain);
+    EXPECT_EQ(changes, std::vector{plain}) << "its own change comes back from the store";
+    EXPECT_TRUE(release(kCommandK));
+    defaults.remove(kStoreKey);
+    EXPECT_FALSE(release(kCommandK));
 }
 
 } // namespace quillmoth::KeyboardShortcuts::test

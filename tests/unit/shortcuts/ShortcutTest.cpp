@@ -1,7 +1,7 @@
 #include "KeyboardShortcuts/Shortcut.h"
 
 #include "KeyboardShortcuts/ShortcutText.h"
-#include "tests/unit/shortcuts/ShortcutFakes.h"
+#include "Platform/Fake/FakeDesktop.h"
 
 #include <gtest/gtest.h>
 
@@ -43,8 +43,8 @@ TEST(Shortcut, ReadsItsStoredFormOrNothing) {
 }
 
 TEST(ShortcutText, ShowsSymbolsInTheirFixedOrderAndTheKeyInUpperCase) {
-    TableLayout layout;
-    layout.texts = {{40, "k"}, {1, "ß"}, {76, "⌤"}, {72, "🔊"}, {82, "0"}};
+    platform::FakeKeyboardLayout layout;
+    layout.characters = {{40, "k"}, {1, "ß"}, {76, "⌤"}, {72, "🔊"}, {82, "0"}};
     const std::tuple<Shortcut, const char*, const char*> cases[] = {
         {{Key::space, kFlagOption}, "⌥⎵", "Alt+Space"},
         {{Key::k, kFlagCommand | kFlagShift}, "⇧⌘K", "Ctrl+Shift+K"},
@@ -69,8 +69,8 @@ TEST(ShortcutText, ShowsSymbolsInTheirFixedOrderAndTheKeyInUpperCase) {
 }
 
 TEST(ShortcutText, MenusShowSingleCharacters) {
-    TableLayout layout;
-    layout.texts = {{40, "k"}, {8, "ch"}};
+    platform::FakeKeyboardLayout layout;
+    layout.characters = {{40, "k"}, {8, "ch"}};
     const std::pair<Key, const char*> cases[] = {
         {Key::k, "k"},       {Key::space, "⎵"},    {Key::help, "?⃝"}, {Key::return_, "↩"}, {Key::f1, "\uF704"},
         {Key::f9, "\uF70C"}, {Key::f20, "\uF717"}, {Key::c, ""},     {Key(200), ""},
