@@ -3,7 +3,9 @@
 #include "Platform/HotKeyCenter.h"
 
 #include <map>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace quillmoth::platform {
@@ -26,6 +28,10 @@ public:
 
     [[nodiscard]] std::vector<SymbolicHotKey> copySymbolicHotKeys() override { return symbolicHotKeys; }
 
+    [[nodiscard]] bool isTakenElsewhere(std::uint32_t keyCode, std::uint32_t carbonModifiers) override {
+        return takenElsewhere.contains({keyCode, carbonModifiers});
+    }
+
     [[nodiscard]] std::string obstacle() const override { return obstacleText; }
 
     /// Hands `event` to the handler; eventNotHandledErr where none is installed.
@@ -43,6 +49,8 @@ public:
     /// With this a registration succeeds and gives no handle.
     bool givesNoHandle = false;
     std::vector<SymbolicHotKey> symbolicHotKeys;
+    /// Combinations that another program has.
+    std::set<std::pair<std::uint32_t, std::uint32_t>> takenElsewhere;
 
     /// All that were ever asked for, refused ones included.
     std::vector<Registration> requests;

@@ -51,6 +51,8 @@ TEST_F(CarbonKeyboardShortcutsTest, NumbersItsRegistrationsAndNeverUsesANumberTw
     // What was refused left no record behind.
     registry.unregisterShortcut(kCommandK);
     EXPECT_EQ(system.registrations.size(), 1U);
+    registry.unregisterShortcut(kOptionSpace);
+    EXPECT_TRUE(system.registrations.empty()) << "the later of the two";
 }
 
 TEST_F(CarbonKeyboardShortcutsTest, InstallsOneHandlerAsSoonAsThereIsATarget) {
@@ -58,11 +60,15 @@ TEST_F(CarbonKeyboardShortcutsTest, InstallsOneHandlerAsSoonAsThereIsATarget) {
     add(kOptionSpace);
     EXPECT_EQ(system.installCount, 0U);
     system.hasTarget = true;
+    system.installStatus = -9874;
     add(kCommandK);
     EXPECT_EQ(system.installCount, 1U);
+    system.installStatus = platform::noErr;
+    add(kCommandK);
+    EXPECT_EQ(system.installCount, 2U) << "where it could not be, once more";
     registry.unregisterShortcut(kCommandK);
     add(kCommandK);
-    EXPECT_EQ(system.installCount, 1U);
+    EXPECT_EQ(system.installCount, 2U);
 }
 
 TEST_F(CarbonKeyboardShortcutsTest, AnswersEachKindOfEvent) {
@@ -99,6 +105,12 @@ TEST_F(CarbonKeyboardShortcutsTest, ListsWhatTheSystemHasTakenAndEnabled) {
         {.enabled = true, .keyCode = 111, .carbonModifiers = 0x20000},
     };
     EXPECT_EQ(registry.system(), (std::vector{Shortcut(49, 0x100), Shortcut(111, 0)}));
+    system.takenElsewhere = {{40, 0x800}};
+    for (const auto& [shortcut, isTaken] : {std::pair{Shortcut(49, 0x100), true},
+                                            {Shortcut(48, 0x100), false},
+                                            {Shortcut(40, 0x800), true},
+                                            {Shortcut(40, 0x100), false}})
+        EXPECT_EQ(registry.isSystems(shortcut), isTaken) << shortcut.carbonKeyCode;
 }
 
 TEST(CarbonKeyboardShortcuts, LeavesNothingRegisteredAndIgnoresLateEvents) {
