@@ -187,6 +187,7 @@ TEST_F(EventSourceTest, CompletesWithTheStatusOrElseWithTheError) {
         source->connect();
         task().deliverStatus(status);
         task().complete(refused);
+        EXPECT_TRUE(source->taskError()) << "for those who ask why the answer is not whole";
         EXPECT_EQ(taken(), (Strings{"open", call}));
         EXPECT_EQ(source->readyState(), EventSourceState::open);
     }
@@ -195,23 +196,40 @@ TEST_F(EventSourceTest, CompletesWithTheStatusOrElseWithTheError) {
     task().complete(refused);
     source->connect();
     task().complete();
+    EXPECT_FALSE(source->taskError());
     EXPECT_EQ(taken(), (Strings{"complete - - Refused.", "complete - - -"}));
+}
+
+TEST_F(EventSourceTest, CompletesBehindWhatTheCallbacksOfItsEventsQueue) {
+    const auto source = openSource();
+    source->onMessage([this](const Text&, const Text&, const Text& data) {
+        queue.async([this, data] { log.push_back("behind " + shown(data)); });
+    });
+    task().deliverData("data: a\n\n");
+    task().complete();
+    EXPECT_EQ(taken(), (Strings{"behind a", "complete 200 no -"}));
 }
 
 TEST_F(EventSourceTest, PutsItsHeadersOnARedirectedRequest) {
     const auto source = makeSource({{"Authorization", "Bearer k"}, {"X", "y"}});
     source->connect("1");
-    platform::URLRequest proposed = request();
-    proposed.headers = {{"authorization", "none"}, {"Content-Type", "application/json"}};
-    task().redirect({}, proposed);
-    const std::optional<platform::URLRequest> answer = task().redirectAnswers().at(0);
-    ASSERT_TRUE(answer);
-    EXPECT_EQ(answer->value("Authorization"), "Bearer k");
-    EXPECT_EQ(answer->value("X"), "y");
-    EXPECT_EQ(answer->value("Content-Type"), "application/json");
-    EXPECT_EQ(answer->headers.size(), 3U);
-    EXPECT_EQ(answer->httpMethod, "POST");
-    EXPECT_EQ(answer->httpBody, "{}");
+    for (const char* method : {"POST", "GET"}) {
+        platform::URLRequest proposed;
+        proposed.url = "http://127.0.0.1/there";
+        proposed.httpMethod = method;
+        if (proposed.httpMethod == "POST")
+            proposed.httpBody = "{}";
+        proposed.headers = {{"authorization", "none"}, {"Content-Type", "application/json"}};
+        task().redirect({}, proposed);
+        const std::optional<platform::URLRequest> answer = task().redirectAnswers().back();
+        ASSERT_TRUE(answer);
+        EXPECT_EQ(answer->value("Authorization"), "Bearer k");
+        EXPECT_EQ(answer->value("X"), "y");
+        // Apart from its headers it is followed as proposed.
+        proposed.setValue("Bearer k", "Authorization");
+        proposed.setValue("y", "X");
+        EXPECT_EQ(answer, proposed);
+    }
 }
 
 TEST_F(EventSourceTest, FeedsBothConnectionsOfADoubleConnectToTheSecondParser) {
