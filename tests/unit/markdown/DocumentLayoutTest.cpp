@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "FixedTextEngine.h"
 #include "MarkdownUI/Layout/DocumentLayout.h"
 
@@ -201,6 +203,69 @@ TEST_F(DocumentLayoutTest, a_table_scrolls_before_its_words_are_broken) {
     set("| הההההההה | וווווווווווו | זזזזזזזזזזזז | חחחחחחחחחחחח |\n|-|-|-|-|\n");
     layout.ensureLaidOut(1000);
     EXPECT_GT(layout.scrollRegion(0).offset, 0) << "where its first column is";
+}
+
+TEST_F(DocumentLayoutTest, a_list_says_for_all_within_it_whether_the_space_below_a_paragraph_counts) {
+    const std::vector<std::pair<std::string, std::vector<double>>> cases{
+        {"a\n\nb", {16}},
+        {"- a\n- b", {0}},
+        {"- a\n\n- b", {16}},
+        {"- > a\n  >\n  > b", {0}},
+        {"- a\n  - b\n\n  - c\n- d", {0, 16, 0}},
+        {"- a\n\n  - b\n  - c\n\n- d", {16, 0, 16}},
+        {"- a\n  1. > b\n     >\n     > c", {0, 0}},
+        {"- [ ] a\n- b\n\nc", {0, 16}},
+    };
+    for (const auto& [text, expected] : cases) {
+        set(text);
+        std::vector<double> gaps;
+        double bottom = -1;
+        for (const DisplayItem& item : layout.displayList({0, 0, 400, 1000})) {
+            const auto* line = std::get_if<TextLineItem>(&item);
+            if (line == nullptr || line->text->text().find_first_of("abcd") == std::string::npos)
+                continue;
+            if (bottom >= 0)
+                gaps.push_back(std::round(line->frame.y - bottom));
+            bottom = line->frame.bottom();
+        }
+        EXPECT_EQ(gaps, expected) << text;
+    }
+}
+
+TEST_F(DocumentLayoutTest, code_and_HTML_lose_one_line_feed_at_their_end) {
+    const std::vector<std::pair<std::string, std::string>> cases{
+        {"```\na\n```", "a"}, {"```\n\na\n\n\n```", "\na\n\n"}, {"```\n\n```", ""},
+        {"```\n```", ""},     {"    a\n    b", "a\nb"},         {"<p>\na\n", "<p>\na"},
+    };
+    for (const auto& [text, expected] : cases) {
+        set(text);
+        EXPECT_EQ(layout.textOfBlock(0), expected) << text;
+        EXPECT_EQ(layout.plainText(layout.wholeRange()), expected) << text;
+        if (layout.codeBlockCount() > 0) {
+            EXPECT_EQ(layout.codeBlockText(0), expected) << "copied from " << text;
+        }
+    }
+}
+
+TEST_F(DocumentLayoutTest, images_stand_in_rows_that_a_line_break_ends) {
+    images.sizes["http://x"] = {20, 30};
+    const std::vector<std::pair<std::string, std::vector<Rect>>> cases{
+        {"%\n%", {{0, 0, 20, 30}, {24, 0, 20, 30}}},
+        {"%  \n%", {{0, 0, 20, 30}, {0, 34, 20, 30}}},
+        {"%\n%\\\n%", {{0, 0, 20, 30}, {24, 0, 20, 30}, {0, 34, 20, 30}}},
+        {"%\n%\n%\n%", {{0, 0, 20, 30}, {24, 0, 20, 30}, {48, 0, 20, 30}, {0, 34, 20, 30}}},
+    };
+    for (const auto& [frame, expected] : cases) {
+        std::string text = frame;
+        for (std::size_t at = text.find('%'); at != std::string::npos; at = text.find('%'))
+            text.replace(at, 1, "![i](http://x)");
+        set(text, 70);
+        std::vector<Rect> frames;
+        for (const DisplayItem& item : layout.displayList({0, 0, 400, 1000}))
+            frames.push_back(std::get<ImageItem>(item).frame);
+        EXPECT_EQ(frames, expected) << frame;
+        EXPECT_EQ(layout.totalHeight(), expected.back().bottom()) << frame;
+    }
 }
 
 TEST_F(DocumentLayoutTest, images_that_arrive_take_their_room) {
