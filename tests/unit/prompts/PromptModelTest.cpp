@@ -55,6 +55,23 @@ TEST_F(PromptModelTest, TheUsersFileReplacesTheShippedPresetsEvenWhenEmpty) {
     EXPECT_EQ(make().prompts().size(), 3U);
 }
 
+TEST_F(PromptModelTest, AFileThatCannotBeReadIsKeptAsideOnceAndWhereIsLogged) {
+    const auto loadsDamaged = [&](const char* bytes) {
+        log.clear();
+        fake.documents.put("QuillmothPrompts.json", bytes);
+        EXPECT_EQ(make().prompts().size(), 3U);
+    };
+    loadsDamaged("[{]");
+    EXPECT_EQ(log.back(),
+              "What it held is kept in \"/documents/Quillmoth/QuillmothPrompts.json.damaged-1\".");
+    loadsDamaged("[1]");
+    loadsDamaged("[{]");
+    loadsDamaged("");
+    EXPECT_EQ(fake.documents.content("QuillmothPrompts.json.damaged-1"), "[{]");
+    EXPECT_EQ(fake.documents.content("QuillmothPrompts.json.damaged-2"), "[1]");
+    EXPECT_EQ(fake.documents.files.size(), 3U);
+}
+
 TEST_F(PromptModelTest, EveryChangeIsToldFirstAndThenSaved) {
     auto model = make();
     log.clear();
