@@ -88,21 +88,6 @@ TEST_F(EventSourceOverHTTP, GivesTheSameEventsHoweverTheAnswerIsCutAndFramed) {
     }
 }
 
-TEST_F(EventSourceOverHTTP, SendsTheRequestWithItsSessionsHeaders) {
-    server.answer("/stream", eventStream({}));
-    const auto source = makeSource(server.url("/stream"));
-    source->connect("41");
-    ASSERT_TRUE(waitForCompletions());
-    const ScriptedRequest request = server.requests().at(0);
-    EXPECT_EQ(request.method, "POST");
-    EXPECT_EQ(request.body, R"({"stream":true})");
-    EXPECT_EQ(request.header("Content-Type"), "application/json");
-    EXPECT_EQ(request.header("Authorization"), "Bearer k");
-    EXPECT_EQ(request.header("Accept"), "text/event-stream");
-    EXPECT_EQ(request.header("Cache-Control"), "no-cache");
-    EXPECT_EQ(request.header("Last-Event-Id"), "41");
-}
-
 TEST_F(EventSourceOverHTTP, KeepsWhatCameBeforeAResetAndCompletesWithTheStatus) {
     ScriptedAnswer answer = eventStream({"data: a\n\n", "data: b"});
     answer.steps.emplace_back(Reset{});
@@ -153,21 +138,6 @@ TEST_F(EventSourceOverHTTP, CanBeCancelledWhileTheServerIsSilent) {
     ASSERT_TRUE(completions[0].error);
     EXPECT_EQ(completions[0].error->code, Code::cancelled);
     EXPECT_TRUE(server.waitForEndedConnections(1));
-}
-
-TEST_F(EventSourceOverHTTP, SaysWhichServerIsDown) {
-    std::uint16_t port = 0;
-    {
-        const ScriptedChatServer gone;
-        port = gone.port();
-    }
-    const std::string address = "127.0.0.1:" + std::to_string(port);
-    makeSource("http://" + address + "/stream")->connect();
-    ASSERT_TRUE(waitForCompletions());
-    EXPECT_EQ(completions[0].status, std::nullopt);
-    ASSERT_TRUE(completions[0].error);
-    EXPECT_EQ(completions[0].error->code, Code::cannotConnectToHost);
-    EXPECT_EQ(completions[0].error->localizedDescription, "Could not connect to the server " + address + ".");
 }
 
 TEST_F(EventSourceOverHTTP, FollowsARedirectWithItsHeaders) {

@@ -133,6 +133,7 @@ TEST_F(URLSessionTest, TellsWhatWentWrongInASentenceWithoutSecrets) {
     const std::string address = "127.0.0.1:" + std::to_string(server.port());
     const std::vector<std::tuple<std::string, Code, std::string>> rows = {
         {"http://nowhere.invalid/", Code::cannotFindHost, "Could not find the server nowhere.invalid."},
+        {"http://127.0.0.1:1/", Code::cannotConnectToHost, "Could not connect to the server 127.0.0.1:1."},
         {"https://" + address + "/", Code::secureConnectionFailed,
          "A secure connection to the server " + address + " could not be made."},
         {server.url("/silent"), Code::timedOut, "The server " + address + " took too long to answer."},
@@ -184,11 +185,11 @@ TEST_F(URLSessionTest, NoticesWithinAMinuteThatItsPeerHasGone) {
     server.answer("/", silentAnswer());
     makeSession()->dataTask(postRequest(server.url("/")))->resume();
     ASSERT_TRUE(server.waitForRequests(1));
+    const auto tcp = [this](int option) { return socketOption(server.port(), IPPROTO_TCP, option); };
     EXPECT_EQ(socketOption(server.port(), SOL_SOCKET, SO_KEEPALIVE), 1);
-    EXPECT_EQ(socketOption(server.port(), IPPROTO_TCP, TCP_KEEPIDLE), 20);
-    EXPECT_EQ(socketOption(server.port(), IPPROTO_TCP, TCP_KEEPINTVL), 10);
-    EXPECT_EQ(socketOption(server.port(), IPPROTO_TCP, TCP_KEEPCNT), 3);
-    EXPECT_EQ(socketOption(server.port(), IPPROTO_TCP, TCP_USER_TIMEOUT), 50000);
+    EXPECT_LE(tcp(TCP_KEEPIDLE) + tcp(TCP_KEEPINTVL) * tcp(TCP_KEEPCNT), 60);
+    EXPECT_GT(tcp(TCP_USER_TIMEOUT), 0);
+    EXPECT_LE(tcp(TCP_USER_TIMEOUT), 60000);
 }
 
 TEST_F(URLSessionTest, HoldsTheBodyBackUntilTheDelegateHasAllowedIt) {

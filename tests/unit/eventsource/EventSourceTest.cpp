@@ -127,7 +127,8 @@ TEST_F(EventSourceTest, SendsEachEventWhereItBelongs) {
         {"event: update\nid: 2\ndata: x\n\n", {"updates 2 update x"}},
         {"event: other\ndata: x\n\n", {}},
         {"retry: 2x\n\n", {}},
-        {"retry: 10\ndata: x\n\n", {"message - message x"}},
+        {"retry: 10\ndata\n\n", {"message - message "}},
+        {"retry: 10\nevent: update\n\n", {"updates - update -"}},
     };
     const auto source = openSource();
     source->addEventListener("update", listener("former"));

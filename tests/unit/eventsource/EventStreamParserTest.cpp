@@ -176,12 +176,6 @@ TEST(Event, ReadsARetryTimeStrictly) {
     EXPECT_EQ(Event().retryTime(), kNone);
 }
 
-TEST(Event, IsARetryAloneWhenThereIsNothingElse) {
-    EXPECT_TRUE(fields(kNone, kNone, kNone, "2x").onlyRetryEvent());
-    EXPECT_FALSE(fields(kNone, kNone, "", "1").onlyRetryEvent());
-    EXPECT_FALSE(Event().onlyRetryEvent());
-}
-
 } // namespace
 
 } // namespace quillmoth
