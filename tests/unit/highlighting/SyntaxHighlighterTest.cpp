@@ -162,6 +162,7 @@ TEST(SyntaxHighlighter, FollowsStringsThroughEscapesAndInterpolation) {
         {R"~(##"a"#b"##)~", R"~(string(##"a"#b"##))~"},
         {R"~("a"#if)~", R"~(string("a")preprocessing(#if))~"},
         {"\"\"\"\n  let\n\"\"\"\nlet", "string(\"\"\")[n..]string(let)[n]string(\"\"\")[n]keyword(let)"},
+        {"\"\"\"\na \"b\" let\n\"\"\"", "string(\"\"\")[n]string(a \"b\" let)[n]string(\"\"\")"},
         {"\"\"\"\n\\(a +\n b)\n\"\"\" x",
          "string(\"\"\")[n]string(\\()a[.]+[n.]bstring())[n]string(\"\"\")[.]x"},
     });
@@ -174,6 +175,7 @@ TEST(SyntaxHighlighter, NestsBlockCommentsAndKeepsPathsOutOfThem) {
         {"/* a\n   b */ x", "comment(/* a)[n...]comment(b */)[.]x"},
         {"curl https://example.com/let", "curl[.]https://example.property(com)/keyword(let)"},
         {"rm build/*", "rm[.]build/*"},
+        {"/* a */ rm build/* let", "comment(/* a */)[.]rm[.]build/*[.]keyword(let)"},
         {"f(x/* note */)", "call(f)(xcomment(/* note */))"},
     });
 }
