@@ -45,12 +45,14 @@ TEST_F(Redirect, LeavesTheRequestsOwnCredentialsBehindAtAnotherServer) {
     server.answer("/there", jsonAnswer(200, "same"));
     auto request = postRequest(server.url("/here"));
     request.setValue("Bearer secret", "authorization");
+    request.setValue("chat.example", "host");
     server.answer("/here", redirectAnswer(307, "/there"));
     EXPECT_EQ(fetch(request).data, "same");
     EXPECT_EQ(server.requests().back().header("Authorization"), "Bearer secret");
     server.answer("/here", redirectAnswer(307, other.url("/there")));
     EXPECT_EQ(fetch(request).data, "other");
     EXPECT_EQ(other.requests().back().header("Authorization"), std::nullopt);
+    EXPECT_EQ(other.requests().back().header("Host"), "127.0.0.1:" + std::to_string(other.port()));
     EXPECT_EQ(other.requests().back().header("Content-Type"), "application/json");
 }
 

@@ -20,6 +20,8 @@ TEST(ChatDeltaReader, GivesWhatReadingEachPieceAloneGives) {
         piece("ü 🦋"),
         piece(R"(a \"quoted\" \n \u00e9)"),
         piece(R"(\\)"),
+        piece(R"(a\"b)"),
+        piece(R"(a"b)"),
         piece(R"(a","role":"b)"),
         piece("a\nb"),
         piece("\xFF"),

@@ -89,8 +89,10 @@ TEST(ChatRecordsJSON, WhatStandsUnderAnUnknownKeyDoesNotMatter) {
             EXPECT_FALSE(readChatResponseDelta("{\"x\":" + broken + "}"))
                 << broken.substr(broken.size() - 10);
     }
-    for (const char* broken : {"1e400.5", "-01e400", "1e", "--1e400", "\"\\ud83e\\x\""})
-        EXPECT_FALSE(readChatResponseDelta("{\"x\":" + std::string(broken) + "}")) << broken;
+    const std::string deep = std::string(300, '[') + "01" + std::string(300, ']');
+    for (const std::string& broken :
+         std::vector<std::string>{"1e400.5", "-01e400", "1e", "--1e400", "\"\\ud83e\\x\"", deep})
+        EXPECT_FALSE(readChatResponseDelta("{\"x\":" + broken + "}")) << broken;
 }
 
 TEST(ChatRecordsJSON, ErrorsNameThePlaceOfTheFault) {
@@ -119,6 +121,8 @@ TEST(ChatBodyJSON, AbsentOptionalsHaveNoKey) {
     ASSERT_TRUE(read);
     body.messages[0].id = FakeUUIDSource::uuid(1);
     EXPECT_EQ(*read, body);
+    const auto known = readChatBody(R"({"model":"","messages":[{"role":"","content":"","id":"X"}]})", uuids);
+    EXPECT_EQ(known->messages.at(0).id, "X");
 }
 
 TEST(ChatResponseJSON, RequiresAllButTheTokenCountsAndTheReasonToFinish) {
