@@ -127,10 +127,7 @@ void AppDelegate::importPreset(const std::string& json) {
     if (!prompt)
         fatalError("The URL holds no preset: " + prompt.error().description);
     prompt->id = platform_.uuidSource.makeUUID();
-    _coreAppModel->_PromptM.get()->mutatePrompts(
-        [&](std::vector<PromptData>& prompts) { prompts.push_back(std::move(*prompt)); });
-    _coreAppModel->refreshList();
-    _coreAppModel->clampSelection();
+    _coreAppModel->_PromptM.get()->append({std::move(*prompt)});
     openRoute(Route::promptEditor);
 }
 

@@ -29,6 +29,10 @@ DataModel::DataModel(const platform::Platform& platform)
     _extractedTexts = extractBracketedTexts(kSamplePrompt);
     promptsSubscription_ =
         _PromptM.get()->objectWillChange([this](std::string_view) { presetFilter_.invalidate(); });
+    arrangementSubscription_ = _PromptM.get()->didArrange([this] {
+        refreshList();
+        clampSelection();
+    });
     _PromptM.get()->save();
 }
 

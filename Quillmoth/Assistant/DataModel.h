@@ -107,6 +107,7 @@ private:
     AnswerStream answerStream_;
     PresetFilter presetFilter_;
     Subscription promptsSubscription_;
+    Subscription arrangementSubscription_;
 };
 
 } // namespace quillmoth

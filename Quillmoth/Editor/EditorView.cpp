@@ -1,32 +1,16 @@
 #include "Quillmoth/Editor/EditorView.h"
 
-#include "Foundation/FatalError.h"
-#include "Quillmoth/Editor/PromptTab.h"
-
 #include <utility>
 
 namespace quillmoth {
 
-namespace {
-
-std::size_t checked(std::int64_t index, std::size_t count) {
-    if (index < 0 || static_cast<std::uint64_t>(index) >= count)
-        fatalError("There is no preset at index " + std::to_string(index));
-    return static_cast<std::size_t>(index);
-}
-
-} // namespace
-
 template<class Change>
 void EditorView::edit(Change&& change) const {
-    PromptModel& model = *coreAppModel->_PromptM.get();
-    const std::size_t place = checked(PromptIndex, model.prompts().size());
-    model.mutatePrompts([&](std::vector<PromptData>& prompts) { change(prompts[place]); });
+    coreAppModel->_PromptM.get()->edit(PromptIndex, std::forward<Change>(change));
 }
 
 const PromptData& EditorView::preset() const {
-    const std::vector<PromptData>& prompts = coreAppModel->_PromptM.get()->prompts();
-    return prompts[checked(PromptIndex, prompts.size())];
+    return coreAppModel->_PromptM.get()->preset(PromptIndex);
 }
 
 std::string EditorView::shownSystemPrompt() const {
@@ -66,20 +50,10 @@ void EditorView::addSelectedText() const {
 }
 
 std::optional<PromptData> EditorView::deletePreset() {
-    PromptModel& model = *coreAppModel->_PromptM.get();
-    const std::size_t place = checked(PromptIndex, model.prompts().size());
-    if (PromptIndex >= 1)
+    const std::int64_t index = PromptIndex;
+    if (index >= 1)
         selection = --PromptIndex;
-    std::optional<PromptData> removed;
-    if (model.prompts().size() > 1) {
-        model.mutatePrompts([&](std::vector<PromptData>& prompts) {
-            const auto found = prompts.begin() + static_cast<std::ptrdiff_t>(place);
-            removed = std::move(*found);
-            prompts.erase(found);
-        });
-    }
-    refreshAssistantList(*coreAppModel);
-    return removed;
+    return coreAppModel->_PromptM.get()->remove(index);
 }
 
 } // namespace quillmoth

@@ -3,7 +3,6 @@
 #include "Platform/Documents.h"
 #include "Platform/UUIDSource.h"
 #include "Quillmoth/Assistant/DataModel.h"
-#include "Quillmoth/Editor/PromptTab.h"
 
 #include <set>
 #include <tuple>
@@ -49,11 +48,7 @@ Result<PresetImport> importPresets(DataModel& model, platform::Documents& docume
     const PresetImport result{.added = added.size(), .present = read->size() - added.size()};
     if (added.empty())
         return result;
-    store.mutatePrompts([&](std::vector<PromptData>& prompts) {
-        prompts.insert(prompts.end(), std::make_move_iterator(added.begin()),
-                       std::make_move_iterator(added.end()));
-    });
-    refreshAssistantList(model);
+    store.append(std::move(added));
     return result;
 }
 

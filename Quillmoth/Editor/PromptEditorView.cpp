@@ -36,14 +36,6 @@ void followMove(Selection& selection, std::int64_t source, std::int64_t target) 
     followInsertion(selection, landing);
 }
 
-void moveElement(std::vector<PromptData>& prompts, std::int64_t source, std::int64_t target) {
-    const auto first = prompts.begin();
-    if (target > source)
-        std::rotate(first + source, first + source + 1, first + target);
-    else
-        std::rotate(first + target, first + source, first + source + 1);
-}
-
 } // namespace
 
 PromptEditorView::PromptEditorView(std::shared_ptr<DataModel> model, const platform::Platform& platform)
@@ -86,9 +78,7 @@ bool PromptEditorView::moveRow(std::size_t row, std::size_t gap) {
     ++arrangement_;
     followMove(contextTab.selection, source, target);
     followMove(nonContextTab.selection, source, target);
-    coreAppModel->_PromptM.get()->mutatePrompts(
-        [&](std::vector<PromptData>& prompts) { moveElement(prompts, source, target); });
-    refreshAssistantList(*coreAppModel);
+    coreAppModel->_PromptM.get()->move(source, target);
     return true;
 }
 
@@ -117,11 +107,8 @@ void PromptEditorView::undoDelete() {
     const std::int64_t index = std::min(deletion.index, count);
     followInsertion(contextTab.selection, index);
     followInsertion(nonContextTab.selection, index);
-    model.mutatePrompts([&](std::vector<PromptData>& prompts) {
-        prompts.insert(prompts.begin() + index, std::move(deletion.preset));
-    });
+    model.insert(index, std::move(deletion.preset));
     showPreset(index);
-    refreshAssistantList(*coreAppModel);
 }
 
 void PromptEditorView::openPromptLibrary() {

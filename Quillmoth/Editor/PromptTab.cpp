@@ -31,11 +31,9 @@ std::vector<std::int64_t> PromptTab::rows() const {
 void PromptTab::add(platform::UUIDSource& uuidSource) {
     PromptData preset = newPreset();
     preset.id = uuidSource.makeUUID();
-    coreAppModel->_PromptM.get()->mutatePrompts([&](std::vector<PromptData>& prompts) {
-        selection = static_cast<std::int64_t>(prompts.size());
-        prompts.push_back(std::move(preset));
-    });
-    refreshAssistantList(*coreAppModel);
+    PromptModel& store = *coreAppModel->_PromptM.get();
+    store.append({std::move(preset)});
+    selection = static_cast<std::int64_t>(store.prompts().size()) - 1;
 }
 
 bool ContextTabView::lists(const PromptData& preset) const {
@@ -54,11 +52,6 @@ PromptData NonContextTabView::newPreset() const {
     PromptData preset = newPresetOfKind("Hi!", EditorView::kNonContext);
     preset.systemPrompt = "You're a helpful assistant!";
     return preset;
-}
-
-void refreshAssistantList(DataModel& model) {
-    model.refreshList();
-    model.clampSelection();
 }
 
 } // namespace quillmoth

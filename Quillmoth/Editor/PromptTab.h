@@ -62,7 +62,4 @@ private:
     [[nodiscard]] PromptData newPreset() const override;
 };
 
-/// What every change of the number or order of the presets ends with: the assistant's list follows.
-void refreshAssistantList(DataModel& model);
-
 } // namespace quillmoth

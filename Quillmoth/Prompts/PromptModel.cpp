@@ -6,6 +6,9 @@
 #include "Platform/Documents.h"
 #include "Quillmoth/Prompts/JSONFunction.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace quillmoth {
 
 namespace {
@@ -28,8 +31,59 @@ void PromptModel::setPrompts(std::vector<PromptData> prompts) {
     didChange();
 }
 
+const PromptData& PromptModel::preset(std::int64_t index) const {
+    return prompts()[checked(index)];
+}
+
+template<class Edit>
+void PromptModel::arrange(Edit&& edit) {
+    _prompts.mutate(std::forward<Edit>(edit));
+    didChange();
+    didArrange_.emit();
+}
+
+void PromptModel::append(std::vector<PromptData> presets) {
+    arrange([&](std::vector<PromptData>& prompts) {
+        prompts.insert(prompts.end(), std::make_move_iterator(presets.begin()),
+                       std::make_move_iterator(presets.end()));
+    });
+}
+
+void PromptModel::insert(std::int64_t index, PromptData preset) {
+    arrange([&](std::vector<PromptData>& prompts) {
+        prompts.insert(prompts.begin() + index, std::move(preset));
+    });
+}
+
+std::optional<PromptData> PromptModel::remove(std::int64_t index) {
+    std::optional<PromptData> removed = preset(index);
+    if (prompts().size() > 1) {
+        arrange([&](std::vector<PromptData>& prompts) { prompts.erase(prompts.begin() + index); });
+    } else {
+        removed.reset();
+        didArrange_.emit();
+    }
+    return removed;
+}
+
+void PromptModel::move(std::int64_t source, std::int64_t target) {
+    arrange([&](std::vector<PromptData>& prompts) {
+        const auto first = prompts.begin();
+        if (target > source)
+            std::rotate(first + source, first + source + 1, first + target);
+        else
+            std::rotate(first + target, first + source, first + source + 1);
+    });
+}
+
 void PromptModel::save() const {
     jsonFunction::saveJSONFile(_prompts.get(), kFilename, documents_);
+}
+
+std::size_t PromptModel::checked(std::int64_t index) const {
+    if (index < 0 || static_cast<std::uint64_t>(index) >= prompts().size())
+        fatalError("There is no preset at index " + std::to_string(index));
+    return static_cast<std::size_t>(index);
 }
 
 void PromptModel::didChange() const {

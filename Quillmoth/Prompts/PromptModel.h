@@ -4,6 +4,9 @@
 #include "Quillmoth/Prompts/PromptData.h"
 
 #include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -16,7 +19,8 @@ class Documents;
 namespace quillmoth {
 
 /// The presets, in display order: the user's own file where there is one, else those that ship with the
-/// program. Every change is told to the subscribers first and written to the file after it. Main thread.
+/// program. Every change is told to the subscribers first and written to the file after it. An index out of
+/// range is a fatal fault. Main thread.
 class PromptModel final : public ObservableObject {
 public:
     static constexpr const char* kFilename = "QuillmothPrompts.json";
@@ -27,13 +31,33 @@ public:
 
     [[nodiscard]] const std::vector<PromptData>& prompts() const { return _prompts; }
 
+    [[nodiscard]] const PromptData& preset(std::int64_t index) const;
+
     void setPrompts(std::vector<PromptData> prompts);
 
-    /// Edits the presets in place, as one change.
+    /// Edits one preset in place, as one change.
     template<class Edit>
-    void mutatePrompts(Edit&& edit) {
-        _prompts.mutate(std::forward<Edit>(edit));
+    void edit(std::int64_t index, Edit&& edit) {
+        const std::size_t place = checked(index);
+        _prompts.mutate([&](std::vector<PromptData>& prompts) { edit(prompts[place]); });
         didChange();
+    }
+
+    void append(std::vector<PromptData> presets);
+
+    /// In front of the preset at `index`; behind the last for `index` equal to their number.
+    void insert(std::int64_t index, PromptData preset);
+
+    /// The last one of all stays, and none is handed back then.
+    std::optional<PromptData> remove(std::int64_t index);
+
+    /// Moves the preset at `source` in front of the one at `target`, counted before it is taken out.
+    void move(std::int64_t source, std::int64_t target);
+
+    /// `subscriber` is called behind append, insert, remove and move, also where the last preset stayed: what
+    /// lists presets by their indices lists them anew.
+    Subscription didArrange(std::function<void()> subscriber) {
+        return didArrange_.subscribe(std::move(subscriber));
     }
 
     /// Writes the presets to the user's file.
@@ -45,10 +69,14 @@ public:
     std::vector<std::byte> ReplyPromptSetting;
 
 private:
+    [[nodiscard]] std::size_t checked(std::int64_t index) const;
+    template<class Edit>
+    void arrange(Edit&& edit);
     void didChange() const;
 
     platform::Documents& documents_;
     Published<std::vector<PromptData>> _prompts;
+    Signal<> didArrange_;
 };
 
 } // namespace quillmoth

@@ -153,14 +153,14 @@ void PromptEditorWindow::storeWillChange() {
         return;
     *isRefreshDue_ = true;
     mainQueue_.async([this, due = std::weak_ptr(isRefreshDue_)] {
-        if (const auto isDue = due.lock()) {
-            *isDue = false;
+        const auto isDue = due.lock();
+        if (isDue && *isDue)
             refresh();
-        }
     });
 }
 
 void PromptEditorWindow::refresh() {
+    *isRefreshDue_ = false;
     const std::optional<EditorView> editor = view_.editor();
     title_->setText(editor ? QString::fromStdString(editor->preset().name) : QString());
     sidebar_->refresh();

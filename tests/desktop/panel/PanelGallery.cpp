@@ -177,16 +177,19 @@ void drawLists(Gallery& gallery) {
         panel.model->_error = std::string("Error 401: Your API key is invalid, Please check again.");
     });
     gallery.draw(QStringLiteral("long-names"), [](PanelUnderTest& panel) {
-        panel.model->_PromptM.get()->mutatePrompts([](auto& all) {
-            all[0].name =
+        PromptModel& presets = *panel.model->_PromptM.get();
+        presets.edit(0, [](auto& preset) {
+            preset.name =
                 "A name that goes on and on and on, far beyond what any row of the panel could show at once";
-            all[1].name =
-                "Rindfleischetikettierungsüberwachungsaufgabenübertragungsgesetzesentwurfsbegründungstext";
-            all[2].emoji = "Ab";
         });
+        presets.edit(1, [](auto& preset) {
+            preset.name =
+                "Rindfleischetikettierungsüberwachungsaufgabenübertragungsgesetzesentwurfsbegründungstext";
+        });
+        presets.edit(2, [](auto& preset) { preset.emoji = "Ab"; });
     });
     gallery.draw(QStringLiteral("right-to-left"), [](PanelUnderTest& panel) {
-        panel.model->_PromptM.get()->mutatePrompts([](auto& all) { all[0].name = "دعوة إلى العمل"; });
+        panel.model->_PromptM.get()->edit(0, [](auto& preset) { preset.name = "دعوة إلى العمل"; });
         converse(panel, "لماذا يطير العث إلى المصابيح؟",
                  "يحافظ العث على زاوية ثابتة مع ضوء بعيد. مع المصباح يفشل ذلك، فيدور حوله مرة بعد مرة.");
     });

@@ -29,8 +29,7 @@ TEST_F(ListsTest, a_search_finds_names_of_the_class_in_force_whatever_their_case
     EXPECT_EQ(*model->_filteredData, (Rows{2}));
     model->filterPrompts("nothing like it");
     EXPECT_TRUE(model->_filteredData->empty());
-    model->_PromptM.get()->mutatePrompts(
-        [](auto& prompts) { prompts.push_back(preset("Nothing like it", "")); });
+    model->_PromptM.get()->append({preset("Nothing like it", "")});
     model->filterPrompts("nothing like it");
     EXPECT_EQ(*model->_filteredData, (Rows{6}));
 }

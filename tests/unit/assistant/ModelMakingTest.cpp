@@ -78,8 +78,10 @@ TEST_F(ModelMakingTest, changing_the_presets_tells_first_then_saves_once) {
     std::size_t countWhenTold = 0;
     const Subscription subscription = model->_PromptM.get()->objectWillChange(
         [&](std::string_view) { countWhenTold = model->_PromptM.get()->prompts().size(); });
-    model->_PromptM.get()->mutatePrompts([](auto& prompts) { prompts.push_back(preset("New", "new")); });
+    model->_PromptM.get()->append({preset("New", "new", "nonContext")});
     EXPECT_EQ(countWhenTold, 5U);
+    EXPECT_EQ(model->_filteredData->back(), 5) << "the list follows";
+    EXPECT_EQ(model->_selectedIndex, DataModel::kTypedCommand);
     EXPECT_EQ(std::count(lines.begin(), lines.end(), "Saved to JSON"), 1);
     EXPECT_EQ(readPrompts(platform.documents.content(PromptModel::kFilename))->size(), 6U);
 }

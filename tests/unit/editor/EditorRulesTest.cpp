@@ -24,7 +24,7 @@ protected:
 
 TEST_F(EditorRulesTest, aPresetThatNamesNoKindOrAnotherOneIsListedInTheContextTab) {
     PromptEditorView& view = open({"c0", "n1", "absent", "n3"});
-    model->_PromptM.get()->mutatePrompts([](auto& presets) { presets[3].promptType = "other"; });
+    model->_PromptM.get()->edit(3, [](auto& preset) { preset.promptType = "other"; });
     EXPECT_EQ(view.contextTab.rows(), (Rows{0, 2, 3}));
     EXPECT_EQ(view.nonContextTab.rows(), (Rows{1}));
 }

@@ -8,16 +8,26 @@ class EditorWindowTest : public EditorWindowFixture {};
 
 TEST_F(EditorWindowTest, whatOthersChangeInTheStoreIsOnShowAfterTheMainQueuesNextTurn) {
     open({"c0"}, 0);
-    model->_PromptM.get()->mutatePrompts([](std::vector<PromptData>& presets) {
-        presets[0].name = "Renamed";
-        presets.push_back(namedPreset("c1"));
-        presets[0].emoji = "🦋";
+    model->_PromptM.get()->edit(0, [](PromptData& preset) {
+        preset.name = "Renamed";
+        preset.emoji = "🦋";
     });
+    model->_PromptM.get()->append({namedPreset("c1")});
     EXPECT_EQ(platform.mainQueue.pendingCount(), 1U);
     platform.runUntilIdle();
     EXPECT_EQ(control<QLineEdit>("Name").text(), "Renamed");
     EXPECT_EQ(list().model()->rowCount(), 2);
     EXPECT_EQ(list().currentIndex().row(), 0);
+}
+
+TEST_F(EditorWindowTest, aKeystrokeRefreshesTheWindowOnce) {
+    open({"c0"}, 0);
+    type(control<QLineEdit>("Name"), "x");
+    // What a refresh would take away.
+    for (auto* button : window_->findChildren<QAbstractButton*>())
+        button->setVisible(true);
+    platform.runUntilIdle();
+    EXPECT_TRUE(control<QAbstractButton>("Undo Delete").isVisible());
 }
 
 TEST_F(EditorWindowTest, theFormIsShownOnlyForASelection) {

@@ -81,10 +81,35 @@ TEST_F(PromptModelTest, EveryChangeIsToldFirstAndThenSaved) {
     model.setPrompts({preset("a")});
     EXPECT_EQ(log, (std::vector<std::string>{"_prompts 3", "Saved to JSON"}));
     log.clear();
-    model.mutatePrompts([](auto& prompts) { prompts.push_back(preset("b")); });
+    model.append({preset("b")});
     EXPECT_EQ(log, (std::vector<std::string>{"_prompts 1", "Saved to JSON", "Already dictionary created."}));
     EXPECT_EQ(*readPrompts(fake.documents.content("QuillmothPrompts.json")),
               (std::vector{preset("a"), preset("b")}));
+}
+
+TEST_F(PromptModelTest, AnArrangementIsSavedAndThenTold) {
+    auto model = make();
+    model.setPrompts({preset("a"), preset("b"), preset("c")});
+    const auto changed = [&](auto&& change) {
+        std::string told;
+        const Subscription subscription = model.didArrange([&] {
+            told = log.back() == "Already dictionary created." ? "saved " : "unsaved ";
+            for (const PromptData& each : model.prompts())
+                told += each.name;
+        });
+        log = {""};
+        change();
+        return told;
+    };
+    EXPECT_EQ(changed([&] { model.append({preset("d"), preset("e")}); }), "saved abcde");
+    EXPECT_EQ(changed([&] { model.insert(1, preset("f")); }), "saved afbcde");
+    EXPECT_EQ(changed([&] { model.move(0, 3); }), "saved fbacde");
+    EXPECT_EQ(changed([&] { model.move(5, 1); }), "saved febacd");
+    EXPECT_EQ(changed([&] { EXPECT_EQ(model.remove(4), preset("c")); }), "saved febad");
+    EXPECT_EQ(changed([&] { model.edit(0, [](PromptData& first) { first.emoji = "x"; }); }), "");
+    model.setPrompts({preset("a")});
+    EXPECT_EQ(changed([&] { EXPECT_EQ(model.remove(0), std::nullopt); }), "unsaved a")
+        << "the last one stays";
 }
 
 TEST_F(PromptModelTest, AFailedSaveIsLoggedAndKeepsFileAndMemory) {

@@ -62,7 +62,7 @@ TEST_F(PanelFormTest, AScreenReaderHearsTheTextThatIsShown) {
     }
     ASSERT_NE(spoken, nullptr);
     EXPECT_EQ(spoken->text(QAccessible::Name), QStringLiteral("A call to [whom] for [what]!"));
-    model._PromptM.get()->mutatePrompts([](auto& all) { all[0].prompt = "For [you]"; });
+    model._PromptM.get()->edit(0, [](PromptData& preset) { preset.prompt = "For [you]"; });
     panel.view->commandArea().backButton().click();
     panel.settle();
     openForm();
@@ -70,7 +70,7 @@ TEST_F(PanelFormTest, AScreenReaderHearsTheTextThatIsShown) {
 }
 
 TEST_F(PanelFormTest, ABlankHasOneLineWhateverComesIn) {
-    model._PromptM.get()->mutatePrompts([](auto& all) { all[0].prompt = "For [two\nlines]"; });
+    model._PromptM.get()->edit(0, [](auto& preset) { preset.prompt = "For [two\nlines]"; });
     openForm();
     PanelTextEdit& blank = list.form().fields()[0]->edit();
     EXPECT_EQ(blank.text(), QStringLiteral("[two lines]"));
