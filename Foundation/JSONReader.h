@@ -2,6 +2,7 @@
 
 #include "Foundation/JSONArray.h"
 #include "Foundation/JSONInBounds.h"
+#include "Foundation/JSONRecord.h"
 #include "Foundation/Result.h"
 
 #include <simdjson.h>
@@ -13,9 +14,8 @@
 #include <utility>
 #include <vector>
 
-/// Reads records from JSON texts (RFC 8259), strictly. For .cpp files only. A record R takes part by a
-/// function `bool readFields(JSONFields&, R&)` in its namespace that reads its keys, required or optional;
-/// false ends the reading of the whole text.
+/// Reads records from JSON texts (RFC 8259), strictly. For .cpp files only. A record takes part by a list of
+/// its fields, see RecordOf; the first one that cannot be read ends the reading of the whole text.
 namespace quillmoth {
 
 class JSONFields;
@@ -82,6 +82,11 @@ public:
         return reader_.read(*found, value.emplace()) || reader_.failAt(key);
     }
 
+    template<class Value>
+    bool ignoredOnWrite(std::string_view key, std::optional<Value>& value) {
+        return optional(key, value);
+    }
+
 private:
     /// Starts behind the key found last, since keys mostly come in the order of the record.
     std::optional<simdjson::dom::element> find(std::string_view key);
@@ -111,7 +116,7 @@ bool JSONReader::read(const simdjson::dom::element& element, Record& record) {
     if (element.get(object) != simdjson::SUCCESS)
         return fail("is no object");
     JSONFields fields(*this, object);
-    return readFields(fields, record);
+    return visitFields(fields, record);
 }
 
 template<class Record>

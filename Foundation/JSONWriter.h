@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/JSONRecord.h"
 #include "Foundation/Result.h"
 
 #include <cstddef>
@@ -33,14 +34,14 @@ public:
     void value(double number);
     void value(float number);
 
-    /// A record R is written as an object by `void writeFields(JSONWriter&, const R&)` in its namespace.
+    /// A record is written as an object of its fields, see RecordOf.
     template<class Value>
     void write(const Value& written) {
         if constexpr (requires { value(written); }) {
             value(written);
         } else {
             beginObject();
-            writeFields(*this, written);
+            visitFields(*this, written);
             endObject();
         }
     }
@@ -53,17 +54,24 @@ public:
         endArray();
     }
 
+    // Writing a field cannot fail: each gives true.
+
     template<class Value>
-    void field(std::string_view name, const Value& written) {
+    bool required(std::string_view name, const Value& written) {
         key(name);
         write(written);
+        return true;
     }
 
     /// Nothing at all without a value.
     template<class Value>
-    void field(std::string_view name, const std::optional<Value>& written) {
-        if (written)
-            field(name, *written);
+    bool optional(std::string_view name, const std::optional<Value>& written) {
+        return !written || required(name, *written);
+    }
+
+    template<class Value>
+    bool ignoredOnWrite(std::string_view /*name*/, const std::optional<Value>& /*written*/) {
+        return true;
     }
 
     /// True once a text was not well-formed UTF-8.

@@ -6,17 +6,9 @@
 
 namespace quillmoth {
 
-// The reader and the writer find these by their arguments' namespace, so they cannot be in an unnamed one.
-
-static bool readFields(JSONFields& fields, oldMessagesStruct& conversation) {
+static bool visitFields(auto& fields, RecordOf<oldMessagesStruct> auto& conversation) {
     return fields.required("topic", conversation.topic) && fields.required("message", conversation.message) &&
            fields.required("created", conversation.created);
-}
-
-static void writeFields(JSONWriter& writer, const oldMessagesStruct& conversation) {
-    writer.field("topic", conversation.topic);
-    writer.field("message", conversation.message);
-    writer.field("created", conversation.created);
 }
 
 /// The length of the JSON text, with an eighth on top for escapes: growing a large text would copy it, and

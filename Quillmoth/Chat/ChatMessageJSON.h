@@ -1,21 +1,20 @@
 #pragma once
 
+#include "Foundation/JSONRecord.h"
 #include "Quillmoth/Chat/ChatRecords.h"
 
 #include <vector>
 
 namespace quillmoth {
 
-class JSONFields;
-class JSONWriter;
-
 // The JSON form of one message, for the records that hold messages.
 
-void writeFields(JSONWriter& writer, const ChatMessage& message);
+bool visitFields(auto& fields, RecordOf<ChatMessage> auto& message) {
+    return fields.required("role", message.role) && fields.required("content", message.content) &&
+           fields.ignoredOnWrite("id", message.id);
+}
 
-/// Leaves `id` absent where the text has none; see makeMissingIDs.
-bool readFields(JSONFields& fields, ChatMessage& message);
-
+/// Reading leaves an `id` absent that the text does not have.
 void makeMissingIDs(std::vector<ChatMessage>& messages, platform::UUIDSource& uuidSource);
 
 } // namespace quillmoth

@@ -63,11 +63,11 @@ Answer statusAnswer(const std::string& server, int status, bool hasKey) {
 
 } // namespace
 
-bool readFields(JSONFields& fields, ModelEntry& entry) {
+bool visitFields(JSONFields& fields, ModelEntry& entry) {
     return fields.required("id", entry.id);
 }
 
-bool readFields(JSONFields& fields, ModelList& list) {
+bool visitFields(JSONFields& fields, ModelList& list) {
     return fields.required("data", list.data);
 }
 

@@ -67,7 +67,7 @@ UpdateOutcome outcome(const std::optional<std::string>& data,
 
 } // namespace
 
-bool readFields(JSONFields& fields, UpdateFeed& feed) {
+bool visitFields(JSONFields& fields, UpdateFeed& feed) {
     return fields.required("version", feed.version) && fields.optional("build", feed.build) &&
            fields.optional("url", feed.url) && fields.optional("notes", feed.notes);
 }

@@ -20,11 +20,11 @@ struct List {
 
 } // namespace
 
-static bool readFields(JSONFields& fields, Item& item) {
+static bool visitFields(JSONFields& fields, Item& item) {
     return fields.required("name", item.name) && fields.optional("count", item.count);
 }
 
-static bool readFields(JSONFields& fields, List& list) {
+static bool visitFields(JSONFields& fields, List& list) {
     return fields.required("items", list.items);
 }
 

@@ -11,9 +11,10 @@ TEST(JSONWriter, NestsAndEscapes) {
     JSONWriter writer(text);
     writer.beginArray();
     writer.beginObject();
-    writer.field("a\"b", std::string("\\ \b\f\n\r\t\x01\x1F\x7F"));
-    writer.field("none", std::optional<std::string>());
-    writer.field("numbers", std::vector<double>{0.1, 1700000000.25, -3, 1e300});
+    writer.required("a\"b", std::string("\\ \b\f\n\r\t\x01\x1F\x7F"));
+    writer.optional("none", std::optional<std::string>());
+    writer.ignoredOnWrite("some", std::optional<std::string>("x"));
+    writer.required("numbers", std::vector<double>{0.1, 1700000000.25, -3, 1e300});
     writer.endObject();
     writer.value(true);
     writer.value(0.1F);
