@@ -11,6 +11,9 @@ namespace quillmoth::platform {
 
 /// The connections to the accessibility bus and to the session bus that tells where it is. Both are made when
 /// first needed, and again when they were lost. The accessibility thread, whose context gets the signals.
+///
+/// GDBus and not libatspi, whose calls share one timeout and cannot be cancelled: here every call has what is
+/// left of its operation's time.
 class AccessibilityBus {
 public:
     /// Any signal of the accessible events that the program listens to, or a change of a name's owner.
