@@ -130,7 +130,8 @@ TEST_F(PanelPointer, TextOfAnAnswerIsSelectedByDraggingAndByClicks) {
     input().chord({KEY_LEFTCTRL, KEY_C});
     EXPECT_TRUE(soon([] { return clipboard() == "first moth line"; })) << clipboard();
     input().chord({KEY_LEFTCTRL, KEY_M});
-    const auto plain = panel().extents(await("label", "first moth line"));
+    EXPECT_TRUE(soon([] { return stored("markdownOnStorage") == "false"; }));
+    const auto plain = panel().extents(await("document", "Answer"));
     const auto clickAt = [&](int clicks) {
         input().movePointer(plain.x + 50, plain.y + 8);
         for (int count = 0; count < clicks; ++count) {
