@@ -36,8 +36,9 @@ protected:
     /// The control that is on screen under this accessible name or text.
     template<class Control>
     Control& control(const QString& name) {
-        for (auto* found : window_->findChildren<Control*>()) {
-            if (found->isVisible() && nameOf(*found) == name)
+        for (auto* child : window_->findChildren<QWidget*>()) {
+            auto* found = dynamic_cast<Control*>(child);
+            if (found != nullptr && found->isVisible() && nameOf(*found) == name)
                 return *found;
         }
         throw std::runtime_error("There is no control " + name.toStdString());

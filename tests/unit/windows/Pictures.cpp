@@ -8,8 +8,10 @@
 #include "Quillmoth/Shell/Windows/UpdateNotice.h"
 #include "tests/unit/windows/WindowFixture.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDialog>
 #include <QDir>
 #include <QLineEdit>
@@ -117,9 +119,10 @@ void drawSettingsWithKey(const Album& album) {
     fixture.fakes.runUntilIdle();
     field(*window, "Server address")->setFocus();
     album.add(*window, "settings-server-error");
-    window->findChild<ModelPicker*>()->showPopup();
-    album.add(*window->findChild<ModelPicker*>()->view()->window(), "settings-picker");
-    window->findChild<ModelPicker*>()->hidePopup();
+    auto* picker = window->findChild<QComboBox*>();
+    picker->showPopup();
+    album.add(*picker->view()->window(), "settings-picker");
+    picker->hidePopup();
     const UpdateNotice notice{{"1.1", {}, "https://get.example/", "Faster."}, "1.0 build 1", {}};
     showUpdateSheet(*window, notice);
     album.add(*window->findChild<QMessageBox*>(), "sheet-update");
@@ -128,12 +131,17 @@ void drawSettingsWithKey(const Album& album) {
     update->close();
 }
 
+void activate(QWidget& window) {
+    window.activateWindow();
+    QApplication::processEvents();
+}
+
 void drawOnboarding(const Album& album) {
     ColorScheme scheme(album.isDark);
     ConsentWindow consent(scheme, {"Kate", "Chromium", "qBittorrent", "VLC media player", "Signal", "Okular"},
                           [](bool) {});
     consent.present();
-    QApplication::setActiveWindow(&consent);
+    activate(consent);
     album.add(consent, "consent");
     consent.close();
     bool isOpen = true;
@@ -142,7 +150,7 @@ void drawOnboarding(const Album& album) {
                              .programsToRestart = [] { return std::vector<std::string>(); },
                              .answer = [&](bool) { isOpen = false; }});
     window.present();
-    QApplication::setActiveWindow(&window);
+    activate(window);
     album.add(window, "onboarding-1");
     window.view().continuePressed();
     album.add(window, "onboarding-question");
@@ -199,7 +207,7 @@ void drawEditor(const Album& album) {
     auto* picker = EmojiPicker::open(window, "🪶", [](const QString&) {});
     album.add(*picker, "editor-emoji");
     picker->close();
-    auto* files = dynamic_cast<PresetFileMenu*>(window.findChild<StripButton*>("files"));
+    auto* files = dynamic_cast<PresetFileMenu*>(window.findChild<QAbstractButton*>("files"));
     if (files != nullptr) {
         files->showMenu();
         album.add(*files->findChild<QMenu*>(), "editor-files-menu");

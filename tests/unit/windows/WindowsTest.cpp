@@ -41,19 +41,20 @@ protected:
         settings = makeSettings();
         settings->present();
         fakes.runUntilIdle();
-        activate();
+        activate(*settings);
         recorder = dynamic_cast<RecorderCocoa*>(field("Open Quillmoth Hotkey:"));
     }
 
-    void activate() {
-        settings->activateWindow();
+    static void activate(QWidget& window) {
+        window.activateWindow();
         QApplication::processEvents();
     }
 
     template<class Widget>
     Widget* named(const char* name) {
-        for (Widget* widget : settings->findChildren<Widget*>()) {
-            if (widget->accessibleName() == QString::fromUtf8(name))
+        for (QWidget* child : settings->findChildren<QWidget*>()) {
+            auto* widget = dynamic_cast<Widget*>(child);
+            if (widget != nullptr && widget->accessibleName() == QString::fromUtf8(name))
                 return widget;
         }
         return nullptr;
@@ -197,7 +198,7 @@ TEST_F(Windows, AMenuItemsShortcutRaisesAnAlertAndDoesNotAct) {
     EXPECT_TRUE(alert()->text().contains("“Quit”"));
     EXPECT_FALSE(recorder->isRecording());
     alert()->accept();
-    activate();
+    activate(*settings);
     EXPECT_TRUE(recorder->isRecording());
     EXPECT_FALSE(stored());
 }
@@ -442,7 +443,7 @@ TEST_F(Windows, TheOnboardingAsksForAccessibilityBetweenItsPagesAndReturnGivesNo
         return nullptr;
     };
     onboarding.present();
-    QApplication::setActiveWindow(&onboarding);
+    activate(onboarding);
     EXPECT_EQ(button("Switch On"), nullptr) << "the welcome comes first, alone";
     QTest::keyClick(&onboarding, Qt::Key_Return);
     ASSERT_NE(button("Switch On"), nullptr);
