@@ -22,7 +22,7 @@ Finding session(const DesktopFacts& facts) {
     if (facts.hasXServer)
         return {"Session", type + ", with an X server"};
     return {"Session", type + ", without an X server",
-            std::string("the panel is an ordinary window here; ") + kBindToggle};
+            "the panel is an ordinary window here; " + std::string(kBindToggle)};
 }
 
 Finding windowManager(const DesktopFacts& facts) {
@@ -42,7 +42,7 @@ Finding hotKey(const DesktopFacts& facts) {
                 (facts.hotKey.empty() ? "none; one" : facts.hotKey + ", which") + " needs an X server",
                 kBindToggle};
     if (facts.hotKey.empty())
-        return {"Hot key", "none", std::string("record one in the settings, or ") + kBindToggle};
+        return {"Hot key", "none", "record one in the settings, or " + std::string(kBindToggle)};
     const std::string holder = facts.windowManager.empty() ? "another program" : facts.windowManager;
     const std::string shared = facts.isHotKeyShared ? "; " + holder + " has it too" : "";
     if (!facts.isRunning)
@@ -83,10 +83,10 @@ Finding capture(const Front& front) {
         return {"Capture", "through its mouse selection"};
     if (front.hasFocus)
         return {"Capture", "not through accessibility: what has the focus shows no text",
-                std::string("click into a text, or ") + kByCopy};
+                "click into a text, or " + std::string(kByCopy)};
     return {"Capture", "not through accessibility: the program shows nothing there",
-            std::string("restart it, if it was started before accessibility was switched on; otherwise ") +
-                kByCopy};
+            "restart it, if it was started before accessibility was switched on; otherwise " +
+                std::string(kByCopy)};
 }
 
 Finding writeBack(const Front& front) {
