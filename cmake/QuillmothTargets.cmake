@@ -25,6 +25,10 @@ target_compile_options(QuillmothOptions INTERFACE -Wall -Wextra -Wpedantic)
 if(QUILLMOTH_WARNINGS_AS_ERRORS)
     target_compile_options(QuillmothOptions INTERFACE -Werror)
 endif()
+if(CMAKE_UNITY_BUILD)
+    # The compiler takes a source that another one includes for a header, whose unnamed namespaces it warns of.
+    target_compile_options(QuillmothOptions INTERFACE -Wno-subobject-linkage)
+endif()
 # "emit" is a function of Signal here.
 target_compile_definitions(QuillmothOptions INTERFACE QT_NO_KEYWORDS)
 if(CCACHE_PROGRAM)

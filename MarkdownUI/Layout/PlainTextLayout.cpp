@@ -9,7 +9,7 @@ namespace quillmoth::markdown {
 namespace {
 
 /// Lines further from the viewport are forgotten.
-constexpr double kKeptPixels = 4000;
+constexpr double kKeptPlainPixels = 4000;
 
 Rect frameOfLine(const TextLine& line, double top) {
     return {line.x, top + line.top, line.advance, line.height()};
@@ -31,7 +31,7 @@ public:
             if (y < top + moved)
                 moved += change;
         } while (++index < count() && this->top(index) < bottom + moved);
-        dropOutside(pieceAt(top + moved - kKeptPixels), pieceAt(bottom + moved + kKeptPixels) + 1);
+        dropOutside(pieceAt(top + moved - kKeptPlainPixels), pieceAt(bottom + moved + kKeptPlainPixels) + 1);
         return moved;
     }
 

@@ -14,7 +14,7 @@ namespace quillmoth::markdownview {
 
 namespace {
 
-constexpr double kPadding = 30;
+constexpr double kPicturePadding = 30;
 constexpr int kImageWait = 10000;         // milliseconds
 constexpr double kHighestPicture = 30000; // pixels
 
@@ -53,13 +53,13 @@ void waitForImages(markdown::MarkdownServices& services, markdown::MarkdownItem&
 QImage pictureOf(markdown::MarkdownServices& services, markdown::MarkdownItem& item, double width,
                  double scale) {
     const QRectF area(0, 0, width, item.height());
-    const QSizeF size(width + 2 * kPadding,
-                      std::min(std::ceil(area.height()) + 2 * kPadding, kHighestPicture / scale));
+    const QSizeF size(width + 2 * kPicturePadding,
+                      std::min(std::ceil(area.height()) + 2 * kPicturePadding, kHighestPicture / scale));
     QImage picture((size * scale).toSize(), QImage::Format_RGB32);
     picture.setDevicePixelRatio(scale);
     picture.fill(services.palette.base);
     QPainter painter(&picture);
-    item.paint(painter, area, {kPadding, kPadding});
+    item.paint(painter, area, {kPicturePadding, kPicturePadding});
     return picture;
 }
 

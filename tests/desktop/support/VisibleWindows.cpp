@@ -9,7 +9,7 @@ namespace quillmoth::test {
 namespace {
 
 template<class Reply>
-std::unique_ptr<Reply, void (*)(void*)> owned(Reply* reply) {
+std::unique_ptr<Reply, void (*)(void*)> ownedReply(Reply* reply) {
     return {reply, std::free};
 }
 
@@ -20,12 +20,12 @@ template<class Condition>
 std::uint32_t findWindow(const VirtualDesktop& desktop, Condition&& fits) {
     xcb_connection_t* connection = desktop.connection();
     const auto tree =
-        owned(xcb_query_tree_reply(connection, xcb_query_tree(connection, desktop.rootWindow()), nullptr));
+        ownedReply(xcb_query_tree_reply(connection, xcb_query_tree(connection, desktop.rootWindow()), nullptr));
     if (!tree)
         return 0;
     const xcb_window_t* children = xcb_query_tree_children(tree.get());
     for (int i = 0; i < xcb_query_tree_children_length(tree.get()); ++i) {
-        const auto attributes = owned(xcb_get_window_attributes_reply(
+        const auto attributes = ownedReply(xcb_get_window_attributes_reply(
             connection, xcb_get_window_attributes(connection, children[i]), nullptr));
         if (attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE && fits(children[i], *attributes))
             return children[i];

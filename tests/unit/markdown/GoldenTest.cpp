@@ -14,7 +14,7 @@
 namespace quillmoth::markdown {
 namespace {
 
-std::string readFile(const std::filesystem::path& path) {
+std::string contentOf(const std::filesystem::path& path) {
     std::ostringstream text;
     text << std::ifstream(path).rdbuf();
     return text.str();
@@ -94,12 +94,12 @@ class Golden : public testing::TestWithParam<std::filesystem::path> {};
 TEST_P(Golden, lays_out_as_its_file_says) {
     std::filesystem::path expected = GetParam();
     expected.replace_extension(".layout");
-    const std::string layout = layoutOf(readFile(GetParam()));
+    const std::string layout = layoutOf(contentOf(GetParam()));
     if (std::getenv("QUILLMOTH_REWRITE_GOLDENS") != nullptr) { // NOLINT(concurrency-mt-unsafe)
         std::ofstream(expected) << layout;
         return;
     }
-    EXPECT_EQ(layout, readFile(expected))
+    EXPECT_EQ(layout, contentOf(expected))
         << "If the new layout of " << GetParam().filename()
         << " is right, set QUILLMOTH_REWRITE_GOLDENS=1, run this test again, and read the change of "
         << expected.filename() << ".";

@@ -18,8 +18,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr double kWidth = 400;
-constexpr double kHeight = 300;
+constexpr double kItemWidth = 400;
+constexpr double kItemHeight = 300;
 
 QByteArray picture() {
     QImage image(30, 20, QImage::Format_RGB32);
@@ -35,10 +35,10 @@ QByteArray picture() {
 class ArrivingImagesTest : public ::testing::Test {
 protected:
     void show(MarkdownItem& shown, const std::string& markdown) {
-        shown.setWidth(kWidth);
+        shown.setWidth(kItemWidth);
         shown.setForm(TextForm::markdown);
         shown.setText(markdown);
-        (void)shown.displayList({0, 0, kWidth, kHeight});
+        (void)shown.displayList({0, 0, kItemWidth, kItemHeight});
     }
 
     /// Answers all that were asked for, and takes in what follows. Gives how many they were.
@@ -121,15 +121,15 @@ TEST_F(ArrivingImagesTest, AreAskedForAgainByALaterUseButNotByEachPaint) {
     show(item, text);
     EXPECT_EQ(askedAgain(), 2U) << "for another answer";
     now += ImageStore::kRetryPause;
-    (void)item.displayList({0, 0, kWidth, kHeight});
+    (void)item.displayList({0, 0, kItemWidth, kItemHeight});
     EXPECT_EQ(askedAgain(), 0U) << "for a paint";
     item.retryImages();
     item.retryImages();
-    (void)item.displayList({0, 0, kWidth, kHeight});
+    (void)item.displayList({0, 0, kItemWidth, kItemHeight});
     EXPECT_EQ(askedAgain(), 2U) << "where it is shown again";
     now += ImageStore::kRetryPause;
-    item.setWidth(kWidth + 1);
-    (void)item.displayList({0, 0, kWidth, kHeight});
+    item.setWidth(kItemWidth + 1);
+    (void)item.displayList({0, 0, kItemWidth, kItemHeight});
     const int resizes = host.resizes;
     EXPECT_EQ(answer(picture()), 2U) << "for another layout";
     EXPECT_GT(host.resizes, resizes);

@@ -18,8 +18,8 @@ namespace quillmoth::markdown {
 
 namespace {
 
-constexpr int kWidth = 400;
-constexpr int kHeight = 300;
+constexpr int kControlsWidth = 400;
+constexpr int kControlsHeight = 300;
 
 /// A picture of one colour as a URL.
 std::string dataURL(const QColor& color, int width, int height) {
@@ -35,21 +35,21 @@ std::string dataURL(const QColor& color, int width, int height) {
 class MarkdownControlsTest : public ::testing::Test {
 protected:
     void show(const std::string& markdown) {
-        item.setWidth(kWidth);
+        item.setWidth(kControlsWidth);
         item.setFontSize(16);
         item.setForm(TextForm::markdown);
         item.setText(markdown);
-        (void)item.ensureLaidOut(0, kHeight);
+        (void)item.ensureLaidOut(0, kControlsHeight);
         while (services.images.loadingCount() > 0) {
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         }
-        (void)item.ensureLaidOut(0, kHeight);
+        (void)item.ensureLaidOut(0, kControlsHeight);
     }
 
     bool press(Qt::Key key) { return item.keyPress(QKeyEvent(QEvent::KeyPress, key, Qt::NoModifier)); }
 
     QImage picture() {
-        QImage image(kWidth, kHeight, QImage::Format_RGB32);
+        QImage image(kControlsWidth, kControlsHeight, QImage::Format_RGB32);
         image.fill(services.palette.base);
         QPainter painter(&image);
         item.paint(painter, QRectF(image.rect()), {});
@@ -146,7 +146,7 @@ TEST_F(MarkdownControlsTest, AnImageInALineStandsInTheText) {
     show("word ![a](" + red + ")![a](" + red + ") word");
     const QImage image = picture();
     int reds = 0;
-    for (int x = 0; x < kWidth; ++x) {
+    for (int x = 0; x < kControlsWidth; ++x) {
         reds += image.pixelColor(x, 10) == QColor(Qt::red) ? 1 : 0;
     }
     EXPECT_EQ(reds, 60) << "both of them";

@@ -25,21 +25,21 @@ protected:
     std::vector<std::pair<std::string, Shortcut>> log;
 };
 
-const Shortcut kOptionSpace(Key::space, kFlagOption);
-const Shortcut kCommandK(Key::k, kFlagCommand);
+const Shortcut kCarbonOptionSpace(Key::space, kFlagOption);
+const Shortcut kCarbonCommandK(Key::k, kFlagCommand);
 
 } // namespace
 
 TEST_F(CarbonKeyboardShortcutsTest, NumbersItsRegistrationsAndNeverUsesANumberTwice) {
-    add(kOptionSpace);
+    add(kCarbonOptionSpace);
     system.registerStatus = -9878;
-    add(kCommandK);
+    add(kCarbonCommandK);
     system.registerStatus = platform::noErr;
     system.givesNoHandle = true;
-    add(kCommandK);
+    add(kCarbonCommandK);
     system.givesNoHandle = false;
-    registry.unregisterShortcut(kOptionSpace);
-    add(kOptionSpace);
+    registry.unregisterShortcut(kCarbonOptionSpace);
+    add(kCarbonOptionSpace);
 
     ASSERT_EQ(system.requests.size(), 4U);
     for (std::uint32_t index = 0; index < 4; ++index) {
@@ -49,30 +49,30 @@ TEST_F(CarbonKeyboardShortcutsTest, NumbersItsRegistrationsAndNeverUsesANumberTw
     EXPECT_EQ(system.requests[0].keyCode, 49U);
     EXPECT_EQ(system.requests[0].carbonModifiers, 0x800U);
     // What was refused left no record behind.
-    registry.unregisterShortcut(kCommandK);
+    registry.unregisterShortcut(kCarbonCommandK);
     EXPECT_EQ(system.registrations.size(), 1U);
-    registry.unregisterShortcut(kOptionSpace);
+    registry.unregisterShortcut(kCarbonOptionSpace);
     EXPECT_TRUE(system.registrations.empty()) << "the later of the two";
 }
 
 TEST_F(CarbonKeyboardShortcutsTest, InstallsOneHandlerAsSoonAsThereIsATarget) {
     system.hasTarget = false;
-    add(kOptionSpace);
+    add(kCarbonOptionSpace);
     EXPECT_EQ(system.installCount, 0U);
     system.hasTarget = true;
     system.installStatus = -9874;
-    add(kCommandK);
+    add(kCarbonCommandK);
     EXPECT_EQ(system.installCount, 1U);
     system.installStatus = platform::noErr;
-    add(kCommandK);
+    add(kCarbonCommandK);
     EXPECT_EQ(system.installCount, 2U) << "where it could not be, once more";
-    registry.unregisterShortcut(kCommandK);
-    add(kCommandK);
+    registry.unregisterShortcut(kCarbonCommandK);
+    add(kCarbonCommandK);
     EXPECT_EQ(system.installCount, 2U);
 }
 
 TEST_F(CarbonKeyboardShortcutsTest, AnswersEachKindOfEvent) {
-    add(kOptionSpace);
+    add(kCarbonOptionSpace);
     EXPECT_EQ(system.send(nullptr), platform::eventNotHandledErr);
     const std::pair<platform::HotKeyEvent, platform::OSStatus> cases[] = {
         {{.kind = 5, .hotKeyID = std::nullopt, .parameterError = -9870}, -9870},
@@ -84,8 +84,8 @@ TEST_F(CarbonKeyboardShortcutsTest, AnswersEachKindOfEvent) {
     };
     for (const auto& [event, status] : cases)
         EXPECT_EQ(system.send(&event), status);
-    const std::vector<std::pair<std::string, Shortcut>> expected = {{"down", kOptionSpace},
-                                                                    {"up", kOptionSpace}};
+    const std::vector<std::pair<std::string, Shortcut>> expected = {{"down", kCarbonOptionSpace},
+                                                                    {"up", kCarbonOptionSpace}};
     EXPECT_EQ(log, expected);
 }
 
@@ -118,7 +118,7 @@ TEST(CarbonKeyboardShortcuts, LeavesNothingRegisteredAndIgnoresLateEvents) {
     {
         CarbonKeyboardShortcuts registry(system);
         registry.registerShortcut(
-            kOptionSpace, [](const Shortcut&) { FAIL(); }, [](const Shortcut&) {});
+            kCarbonOptionSpace, [](const Shortcut&) { FAIL(); }, [](const Shortcut&) {});
     }
     EXPECT_TRUE(system.registrations.empty());
     const platform::HotKeyEvent late{.kind = 5, .hotKeyID = platform::EventHotKeyID{kSignature, 1}};
