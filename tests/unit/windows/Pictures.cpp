@@ -123,7 +123,11 @@ void drawSettingsWithKey(const Album& album) {
     picker->showPopup();
     album.add(*picker->view()->window(), "settings-picker");
     picker->hidePopup();
-    const UpdateNotice notice{{"1.1", {}, "https://get.example/", "Faster."}, "1.0 build 1", {}};
+    UpdateNotice notice;
+    notice.feed.version = "1.1";
+    notice.feed.url = "https://get.example/";
+    notice.feed.notes = "Faster.";
+    notice.presentVersion = "1.0 build 1";
     showUpdateSheet(*window, notice);
     album.add(*window->findChild<QMessageBox*>(), "sheet-update");
     QMessageBox* update = showUpdateWindow(windowPalette(album.isDark), notice);
