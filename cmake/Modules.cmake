@@ -26,7 +26,7 @@ set(modules
     "Quillmoth/Shell/Looks | Foundation/Qt | ${qt}"
     "Quillmoth/Shell/Controls | Quillmoth/Shell/Looks Foundation/Qt Foundation | ${qt}"
     "Quillmoth/Shell/Panel | Quillmoth/Shell/Looks Quillmoth/Assistant Quillmoth/Prompts MarkdownUI/Qt Platform Foundation/Qt Foundation | ${qt}"
-    "Quillmoth/Shell/Windows | Quillmoth/Shell/Controls Quillmoth/Shell/Looks Quillmoth/Settings Quillmoth/Chat KeyboardShortcuts Platform Foundation | ${qt}"
+    "Quillmoth/Shell/Windows | Quillmoth/Shell/Controls Quillmoth/Shell/Looks Quillmoth/Settings Quillmoth/Chat KeyboardShortcuts Platform Foundation/Qt Foundation | ${qt}"
     "Quillmoth/Shell/Editor | Quillmoth/Shell/Controls Quillmoth/Shell/Looks Quillmoth/Editor Quillmoth/Assistant Platform Foundation/Qt Foundation | ${qt}|unicode/"
 
     "Platform/Fake | Platform Foundation |"

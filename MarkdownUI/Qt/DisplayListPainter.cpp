@@ -1,5 +1,6 @@
 #include "MarkdownUI/Qt/DisplayListPainter.h"
 
+#include "Foundation/Qt/Symbols.h"
 #include "Foundation/Qt/Transition.h"
 #include "MarkdownUI/Qt/QtShapedText.h"
 
@@ -109,9 +110,8 @@ std::optional<Rect> scrollThumbOf(const ScrollRegionItem& region, double hover) 
     return Rect{left, region.frame.bottom() - margin - height, width, height};
 }
 
-DisplayListPainter::DisplayListPainter(const MarkdownPalette& palette, FontCache& fonts, ImageStore& images,
-                                       SymbolImages& symbols)
-    : palette_(palette), fonts_(fonts), images_(images), symbols_(symbols) {}
+DisplayListPainter::DisplayListPainter(const MarkdownPalette& palette, FontCache& fonts, ImageStore& images)
+    : palette_(palette), fonts_(fonts), images_(images) {}
 
 void DisplayListPainter::paint(QPainter& painter, const DisplayList& list, const PaintState& state) {
     painter.save();
@@ -166,8 +166,8 @@ void DisplayListPainter::paintRange(QPainter& painter, const DisplayList& list, 
                 paintRectangle(painter, *rectangle);
             }
         } else if (const auto* symbol = std::get_if<SymbolItem>(&item)) {
-            symbols_.draw(painter, QString::fromStdString(symbol->name), qt(symbol->frame),
-                          palette_.resolve(symbol->color));
+            drawSymbol(painter, QString::fromStdString(symbol->name), qt(symbol->frame),
+                       palette_.resolve(symbol->color));
         } else if (const auto* image = std::get_if<ImageItem>(&item)) {
             images_.draw(painter, image->source, qt(image->frame));
         } else if (const auto* button = std::get_if<ButtonItem>(&item)) {
@@ -273,7 +273,7 @@ void DisplayListPainter::paintButton(QPainter& painter, const ButtonItem& item, 
     painter.setPen(look.isFocused ? QPen(palette_.accent, 2) : QPen(Qt::NoPen));
     painter.setBrush(fill);
     painter.drawRoundedRect(qt(item.frame), kButtonRadius, kButtonRadius);
-    symbols_.draw(painter, QString::fromStdString(item.symbol), qt(item.symbolFrame), label);
+    drawSymbol(painter, QString::fromStdString(item.symbol), qt(item.symbolFrame), label);
     const QFont& font = fonts_.fontOf(item.font);
     painter.setFont(font);
     painter.setPen(label);

@@ -5,7 +5,6 @@
 #include "MarkdownUI/Qt/FontCache.h"
 #include "MarkdownUI/Qt/ImageStore.h"
 #include "MarkdownUI/Qt/MarkdownPalette.h"
-#include "MarkdownUI/Qt/SymbolImages.h"
 
 #include <QColor>
 
@@ -52,8 +51,7 @@ struct PaintState {
 /// Paints display lists. All referenced services outlive it.
 class DisplayListPainter {
 public:
-    DisplayListPainter(const MarkdownPalette& palette, FontCache& fonts, ImageStore& images,
-                       SymbolImages& symbols);
+    DisplayListPainter(const MarkdownPalette& palette, FontCache& fonts, ImageStore& images);
 
     /// The document's top left corner is at the painter's origin.
     void paint(QPainter& painter, const DisplayList& list, const PaintState& state);
@@ -73,7 +71,6 @@ private:
     const MarkdownPalette& palette_;
     FontCache& fonts_;
     ImageStore& images_;
-    SymbolImages& symbols_;
 };
 
 /// The thumb of the scroll bar of a region; nothing where its content fits.

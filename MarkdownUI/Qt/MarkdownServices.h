@@ -4,7 +4,6 @@
 #include "MarkdownUI/Qt/ImageStore.h"
 #include "MarkdownUI/Qt/MarkdownPalette.h"
 #include "MarkdownUI/Qt/QtTextEngine.h"
-#include "MarkdownUI/Qt/SymbolImages.h"
 #include "MarkdownUI/Style/CodeSyntaxHighlighter.h"
 
 #include <utility>
@@ -19,7 +18,7 @@ struct MarkdownServices {
                               FontCache fonts = FontCache(),
                               ImageClock clock = std::chrono::steady_clock::now)
         : palette(colors), engine(palette, std::move(fonts)), images(std::move(loader), std::move(clock)),
-          highlighter(codeHighlighter), painter(palette, engine.fonts(), images, symbols) {}
+          highlighter(codeHighlighter), painter(palette, engine.fonts(), images) {}
 
     MarkdownServices(const MarkdownServices&) = delete;
     MarkdownServices& operator=(const MarkdownServices&) = delete;
@@ -27,7 +26,6 @@ struct MarkdownServices {
     const MarkdownPalette palette;
     QtTextEngine engine;
     ImageStore images;
-    SymbolImages symbols;
     const CodeSyntaxHighlighter* highlighter;
     DisplayListPainter painter;
 };

@@ -1,9 +1,9 @@
 #include "Quillmoth/Shell/Controls/Buttons.h"
 
+#include "Foundation/Qt/Symbols.h"
 #include "Quillmoth/Shell/Looks/Fonts.h"
 #include "Quillmoth/Shell/Looks/Motion.h"
 #include "Quillmoth/Shell/Looks/Palette.h"
-#include "Quillmoth/Shell/Looks/SymbolCache.h"
 
 #include <QPainter>
 
@@ -51,8 +51,8 @@ void SymbolButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const WindowTheme& theme = windowTheme(palette());
     const bool strong = underMouse() || hasFocus();
-    windowSymbols().draw(painter, symbol_, QPointF((width() - symbolSize_) / 2, (height() - symbolSize_) / 2),
-                         symbolSize_, strong ? theme.text2 : theme.text3);
+    drawSymbol(painter, symbol_, QPointF((width() - symbolSize_) / 2, (height() - symbolSize_) / 2),
+               symbolSize_, strong ? theme.text2 : theme.text3);
 }
 
 RoundedRectangleButtonStyle::RoundedRectangleButtonStyle(const QString& text, Fill fill)

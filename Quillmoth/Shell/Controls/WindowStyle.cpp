@@ -1,10 +1,10 @@
 #include "Quillmoth/Shell/Controls/WindowStyle.h"
 
+#include "Foundation/Qt/Symbols.h"
 #include "Foundation/Qt/Transition.h"
 #include "Quillmoth/Shell/Looks/Lengths.h"
 #include "Quillmoth/Shell/Looks/Motion.h"
 #include "Quillmoth/Shell/Looks/Palette.h"
-#include "Quillmoth/Shell/Looks/SymbolCache.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -79,7 +79,7 @@ void drawPicker(QPainter& painter, const QStyleOptionComboBox& option, const QWi
     drawButton(painter, option, widget);
     const WindowTheme& theme = windowTheme(option.palette);
     const QRect rect = option.rect;
-    windowSymbols().draw(
+    drawSymbol(
         painter, QStringLiteral("chevron.down"),
         QPointF(rect.right() + 1 - kPickerRight - kChevron, rect.top() + (rect.height() - kChevron) / 2),
         kChevron, theme.text2);

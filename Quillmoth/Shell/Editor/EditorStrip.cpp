@@ -1,9 +1,9 @@
 #include "Quillmoth/Shell/Editor/EditorStrip.h"
 
+#include "Foundation/Qt/Symbols.h"
 #include "Quillmoth/Shell/Looks/Fonts.h"
 #include "Quillmoth/Shell/Looks/Motion.h"
 #include "Quillmoth/Shell/Looks/Palette.h"
-#include "Quillmoth/Shell/Looks/SymbolCache.h"
 
 #include <QPainter>
 
@@ -55,16 +55,15 @@ void StripButton::paintEvent(QPaintEvent* /*event*/) {
     painter.drawRoundedRect(rect(), kButtonRadius, kButtonRadius);
     painter.setOpacity(1);
     if (!symbol_.isEmpty())
-        windowSymbols().draw(painter, symbol_,
-                             QPointF((width() - kButtonSymbol) / 2, (height() - kButtonSymbol) / 2),
-                             kButtonSymbol, theme.text2);
+        drawSymbol(painter, symbol_, QPointF((width() - kButtonSymbol) / 2, (height() - kButtonSymbol) / 2),
+                   kButtonSymbol, theme.text2);
 }
 
 void EmptyDetail::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    windowSymbols().draw(painter, "quillmoth-symbolic",
-                         QPointF((width() - kEmptySymbol) / 2, (height() - kEmptySymbol) / 2), kEmptySymbol,
-                         windowTheme(palette()).text3);
+    drawSymbol(painter, "quillmoth-symbolic",
+               QPointF((width() - kEmptySymbol) / 2, (height() - kEmptySymbol) / 2), kEmptySymbol,
+               windowTheme(palette()).text3);
 }
 
 StripGround::StripGround() {

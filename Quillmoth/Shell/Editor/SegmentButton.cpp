@@ -1,10 +1,10 @@
 #include "Quillmoth/Shell/Editor/SegmentButton.h"
 
+#include "Foundation/Qt/Symbols.h"
 #include "Foundation/Qt/Transition.h"
 #include "Quillmoth/Shell/Looks/Fonts.h"
 #include "Quillmoth/Shell/Looks/Motion.h"
 #include "Quillmoth/Shell/Looks/Palette.h"
-#include "Quillmoth/Shell/Looks/SymbolCache.h"
 
 #include <QHBoxLayout>
 #include <QPainter>
@@ -49,8 +49,7 @@ void SegmentButton::paintEvent(QPaintEvent* /*event*/) {
     const QColor color = isChecked() ? theme.text : blended(theme.text2, theme.text, hoverShare(*this));
     const int textWidth = QFontMetrics(textFont).horizontalAdvance(text());
     const int left = (width() - kSegmentSymbol - kSegmentGap - textWidth) / 2;
-    windowSymbols().draw(painter, symbol_, QPointF(left, (height() - kSegmentSymbol) / 2), kSegmentSymbol,
-                         color);
+    drawSymbol(painter, symbol_, QPointF(left, (height() - kSegmentSymbol) / 2), kSegmentSymbol, color);
     painter.setPen(color);
     painter.drawText(QRect(left + kSegmentSymbol + kSegmentGap, 0, width(), height()),
                      Qt::AlignLeft | Qt::AlignVCenter, text());

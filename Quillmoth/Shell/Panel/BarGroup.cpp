@@ -33,8 +33,8 @@ void drawFocusLine(QPainter& painter, const QRect& rect) {
 
 } // namespace
 
-BarGroup::BarGroup(SymbolCache& symbols, Description description, QWidget* parent)
-    : QPushButton(parent), symbols_(symbols), description_(std::move(description)) {
+BarGroup::BarGroup(Description description, QWidget* parent)
+    : QPushButton(parent), description_(std::move(description)) {
     setFont(textFont(kBarFont));
     // A click is not to take the keyboard from the field.
     setFocusPolicy(Qt::TabFocus);
@@ -76,10 +76,10 @@ void BarGroup::paintEvent(QPaintEvent*) {
         x += labelWidth() + kLabelGap;
     const int top = (height() - panel::kIcon) / 2;
     for (const QString& symbol : description_.symbols) {
-        symbols_.draw(painter, symbol, QPointF(x, top), panel::kIcon, kPanelTheme.gray);
+        drawSymbol(painter, symbol, QPointF(x, top), panel::kIcon, kPanelTheme.gray);
         if (hovered > 0) {
             painter.setOpacity(hovered);
-            symbols_.draw(painter, symbol, QPointF(x, top), panel::kIcon, kPanelTheme.barHovered);
+            drawSymbol(painter, symbol, QPointF(x, top), panel::kIcon, kPanelTheme.barHovered);
             painter.setOpacity(1);
         }
         x += panel::kIcon + kSymbolGap;

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Foundation/Qt/Symbols.h"
 #include "Foundation/Qt/Transition.h"
-#include "Quillmoth/Shell/Looks/SymbolCache.h"
 
 #include <QCheckBox>
 #include <QPushButton>
@@ -19,7 +19,7 @@ public:
         QString keys;
     };
 
-    BarGroup(SymbolCache& symbols, Description description, QWidget* parent);
+    BarGroup(Description description, QWidget* parent);
 
     void setLabel(const QString& label);
 
@@ -32,7 +32,6 @@ private:
     [[nodiscard]] int labelWidth() const;
     [[nodiscard]] int symbolsWidth() const;
 
-    SymbolCache& symbols_;
     Description description_;
 };
 

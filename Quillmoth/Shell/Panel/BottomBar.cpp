@@ -30,23 +30,20 @@ QString symbolName(const char* name) {
 
 } // namespace
 
-BottomBar::BottomBar(std::shared_ptr<FloatingViewController> controller, SymbolCache& symbols,
-                     QWidget* parent)
+BottomBar::BottomBar(std::shared_ptr<FloatingViewController> controller, QWidget* parent)
     : QWidget(parent), controller_(std::move(controller)) {
     // In the order in which they stand, which is the order of the Tab key and of screen readers.
     const QString control = symbolName("command.square.fill");
     const QString shift = symbolName("shift.fill");
-    addGroup(symbols, Item::select, {{symbolName("return")}, false, QStringLiteral("Return")});
-    addGroup(symbols, Item::history,
-             {{control, symbolName("h.square.fill")}, false, QStringLiteral("Ctrl+H")});
+    addGroup(Item::select, {{symbolName("return")}, false, QStringLiteral("Return")});
+    addGroup(Item::history, {{control, symbolName("h.square.fill")}, false, QStringLiteral("Ctrl+H")});
     onTop_ = new BarSwitch(QStringLiteral("On top"), QStringLiteral("Ctrl+T"), this);
     widgets_[Item::onTop] = onTop_;
     status_ = new QLabel(this);
     widgets_[Item::status] = status_;
-    addGroup(symbols, Item::regenerate,
-             {{control, symbolName("r.square.fill")}, false, QStringLiteral("Ctrl+R")});
-    addGroup(symbols, Item::cancelOrNewChat, {{symbolName("escape")}, true, QStringLiteral("Escape")});
-    addGroup(symbols, Item::copyAll,
+    addGroup(Item::regenerate, {{control, symbolName("r.square.fill")}, false, QStringLiteral("Ctrl+R")});
+    addGroup(Item::cancelOrNewChat, {{symbolName("escape")}, true, QStringLiteral("Escape")});
+    addGroup(Item::copyAll,
              {{control, shift, symbolName("c.square.fill")}, false, QStringLiteral("Ctrl+Shift+C")});
 
     QPalette palette;
@@ -65,8 +62,8 @@ BottomBar::BottomBar(std::shared_ptr<FloatingViewController> controller, SymbolC
     setAccessibleName(QStringLiteral("Actions"));
 }
 
-void BottomBar::addGroup(SymbolCache& symbols, Item item, BarGroup::Description description) {
-    auto* group = new BarGroup(symbols, std::move(description), this);
+void BottomBar::addGroup(Item item, BarGroup::Description description) {
+    auto* group = new BarGroup(std::move(description), this);
     QObject::connect(group, &QAbstractButton::clicked, this,
                      [this, item] { controller_->barItemClicked(item); });
     widgets_[item] = group;

@@ -16,7 +16,7 @@ class BottomBar final : public QWidget {
 public:
     using Item = FloatingViewController::BarItem;
 
-    BottomBar(std::shared_ptr<FloatingViewController> controller, SymbolCache& symbols, QWidget* parent);
+    BottomBar(std::shared_ptr<FloatingViewController> controller, QWidget* parent);
 
     void refresh();
     void setActive(bool active);
@@ -32,7 +32,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
-    void addGroup(SymbolCache& symbols, Item item, BarGroup::Description description);
+    void addGroup(Item item, BarGroup::Description description);
     void place();
     [[nodiscard]] int widthOfItems(bool withStatus, int gap) const;
 

@@ -39,8 +39,7 @@ bool isTyping(const QKeyEvent& event) {
 
 FloatingView::FloatingView(std::shared_ptr<FloatingViewController> controller, FloatingViewOptions options)
     : controller_(std::move(controller)), command_(new CommandArea(controller_, this)),
-      list_(new ListArea(controller_, options.messages, this)),
-      bar_(new BottomBar(controller_, symbols_, this)),
+      list_(new ListArea(controller_, options.messages, this)), bar_(new BottomBar(controller_, this)),
       clock_(options.frameMilliseconds, [this] { refresh(); }) {
     setAccessibleName(QStringLiteral("Quillmoth"));
     watch(command_->field());

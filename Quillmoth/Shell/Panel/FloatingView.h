@@ -1,7 +1,7 @@
 #pragma once
 
+#include "Foundation/Qt/Symbols.h"
 #include "Quillmoth/Assistant/FloatingViewController.h"
-#include "Quillmoth/Shell/Looks/SymbolCache.h"
 #include "Quillmoth/Shell/Panel/BottomBar.h"
 #include "Quillmoth/Shell/Panel/CommandArea.h"
 #include "Quillmoth/Shell/Panel/FrameClock.h"
@@ -63,7 +63,6 @@ private:
     void announceChanges();
 
     std::shared_ptr<FloatingViewController> controller_;
-    SymbolCache symbols_;
     CommandArea* command_;
     ListArea* list_;
     BottomBar* bar_;

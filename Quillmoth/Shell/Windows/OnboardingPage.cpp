@@ -1,10 +1,10 @@
 #include "Quillmoth/Shell/Windows/OnboardingPage.h"
 
+#include "Foundation/Qt/Symbols.h"
 #include "Quillmoth/Shell/Controls/Labels.h"
 #include "Quillmoth/Shell/Looks/EmojiText.h"
 #include "Quillmoth/Shell/Looks/Fonts.h"
 #include "Quillmoth/Shell/Looks/Palette.h"
-#include "Quillmoth/Shell/Looks/SymbolCache.h"
 
 #include <QBoxLayout>
 #include <QLabel>
@@ -105,7 +105,7 @@ SymbolView::SymbolView(const QString& name, int size) : name_(name), size_(size)
 
 void SymbolView::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    windowSymbols().draw(painter, name_, QPointF(0, 0), size_, windowTheme(palette()).indigoText);
+    drawSymbol(painter, name_, QPointF(0, 0), size_, windowTheme(palette()).indigoText);
 }
 
 InformationDetailView::InformationDetailView(const QString& title, const QString& subTitle,
