@@ -12,7 +12,7 @@
 #include "Platform/Qt/QtApplication.h"
 #include "Platform/Qt/QtMainQueue.h"
 #include "Platform/Qt/QtPasteboard.h"
-#include "Platform/Qt/QtStatusItems.h"
+#include "Platform/Linux/Tray/QtStatusItems.h"
 #include "Platform/Qt/QtUUIDSource.h"
 #include "Platform/Qt/QtWorkspace.h"
 #include "Platform/Qt/ResourceBundle.h"

@@ -1,6 +1,6 @@
 #include "Foundation/Log.h"
 #include "Platform/Qt/QtPasteboard.h"
-#include "Platform/Qt/QtStatusItems.h"
+#include "Platform/Linux/Tray/QtStatusItems.h"
 #include "tests/desktop/support/VirtualDesktop.h"
 
 #include <QApplication>

@@ -1,10 +1,10 @@
-#include "Platform/Qt/QtStatusItems.h"
+#include "Platform/Linux/Tray/QtStatusItems.h"
 
 #include "Foundation/FatalError.h"
 #include "Foundation/Log.h"
-#include "Platform/Qt/StatusMenu.h"
-#include "Platform/Qt/TintedSymbol.h"
-#include "Platform/Qt/TrayWatcher.h"
+#include "Platform/Linux/Tray/StatusMenu.h"
+#include "Platform/Linux/Tray/TintedSymbol.h"
+#include "Platform/Linux/Tray/TrayWatcher.h"
 
 #include <QCursor>
 #include <QGuiApplication>

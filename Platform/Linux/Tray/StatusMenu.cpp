@@ -1,4 +1,4 @@
-#include "Platform/Qt/StatusMenu.h"
+#include "Platform/Linux/Tray/StatusMenu.h"
 
 #include <QKeyEvent>
 #include <utility>

@@ -1,4 +1,4 @@
-#include "Platform/Qt/TintedSymbol.h"
+#include "Platform/Linux/Tray/TintedSymbol.h"
 
 #include <QFile>
 #include <QPainter>
@@ -7,7 +7,7 @@
 
 /// Outside every namespace, as Qt asks: a static library's resources are registered by name.
 static void registerSymbols() {
-    Q_INIT_RESOURCE(quillmoth_platform);
+    Q_INIT_RESOURCE(tray);
 }
 
 namespace quillmoth::platform {

@@ -1,4 +1,4 @@
-#include "Platform/Qt/TrayWatcher.h"
+#include "Platform/Linux/Tray/TrayWatcher.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
