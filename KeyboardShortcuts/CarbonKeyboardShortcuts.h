@@ -23,7 +23,7 @@ public:
     CarbonKeyboardShortcuts(const CarbonKeyboardShortcuts&) = delete;
     CarbonKeyboardShortcuts& operator=(const CarbonKeyboardShortcuts&) = delete;
 
-    /// Does nothing, and tells nothing, where the system refuses.
+    /// Silently does nothing where the system refuses.
     void registerShortcut(const Shortcut& shortcut, Callback onKeyDown, Callback onKeyUp);
 
     /// Does nothing for a shortcut that is not registered.

@@ -28,19 +28,19 @@ public:
     OSStatus unregisterEventHotKey(Handle handle) override;
     OSStatus installEventHandler(Handler handler) override;
 
-    /// Empty: what a window manager has taken works here all the same.
+    /// Empty: a combination that a window manager has grabbed can be taken here all the same.
     std::vector<SymbolicHotKey> copySymbolicHotKeys() override { return {}; }
 
     /// While a window of this program has grabbed the keyboard nothing arrives here; so that window offers
     /// what it receives. True where the event belongs to a hot key and is not for the window.
     bool offer(const X11KeyStroke& stroke);
 
-    /// Keeps the keys to come from all programs, until they are let go. The press of a hot key does so too.
+    /// Holds back the keys that are typed from now on, until letKeysGo. The press of a hot key does so too.
     void holdKeys();
 
     [[nodiscard]] bool holdsKeys() const { return hold_.isActive(); }
 
-    /// In a way that leaves the keyboard to no window of this program either.
+    /// Whether the keys are held by a grab that no window of this program can take over.
     [[nodiscard]] bool holdsKeysByForce() const { return hold_.isForced(); }
 
     void letKeysGo();
@@ -48,7 +48,8 @@ public:
     /// What was typed while the keyboard was held. Nothing more comes once it has been let go.
     [[nodiscard]] std::vector<X11KeyStroke> takeHeldKeys() { return hold_.take(); }
 
-    /// Called when a program asks for the whole keyboard, with the base of its resource numbers. Ours too.
+    /// Called when a program asks for the whole keyboard, this one included, with the base of its resource
+    /// numbers.
     Subscription onKeyboardAskedFor(std::function<void(std::uint32_t)> subscriber) {
         return keyboardAskedFor_.subscribe(std::move(subscriber));
     }

@@ -14,7 +14,8 @@ public:
     /// `connection` outlives the object; it must not be the hot keys' own.
     explicit X11HotKeyProbe(X11Connection& connection) : connection_(connection) {}
 
-    /// By whatever means; a hot key of our own counts too.
+    /// Whether any client has grabbed the key, in the core way or by the X Input Extension, this one
+    /// included.
     [[nodiscard]] bool isGrabbed(xcb_keycode_t keycode, std::uint32_t modifiers) const;
 
     /// In virtual key codes and Carbon modifiers. Our own hot keys do not count.

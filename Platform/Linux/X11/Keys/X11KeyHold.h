@@ -21,10 +21,10 @@ struct X11KeyStroke {
 /// The same of an event of the X Input Extension.
 [[nodiscard]] X11KeyStroke strokeOf(const xcb_input_key_press_event_t& key, bool isPress);
 
-/// Sends all keys to this connection, as events of the X Input Extension for the root window. Where another
-/// program has the keyboard it stays there, and nobody is told.
+/// Has the server send all keys to this connection, as events of the X Input Extension for the root window.
+/// Does nothing while another program holds the keyboard.
 void grabKeyboard(X11Connection& connection);
-/// Ends that; the request is not flushed.
+/// Gives the keyboard back. The request is not flushed.
 void ungrabKeyboard(X11Connection& connection);
 
 /// Keeps the keyboard from the press of a hot key until the panel has come up: what the user types then would
@@ -35,21 +35,22 @@ void ungrabKeyboard(X11Connection& connection);
 class X11KeyHold {
 public:
     struct Callbacks {
-        /// The passive grabs of the connection are gone. What it asks for has been done when the hold ends.
+        /// The connection has lost its passive grabs and should make them anew. The hold ends only after the
+        /// server has handled what this sends.
         std::function<void()> lostGrabs;
-        /// It has let the keyboard go because nobody took it in time.
+        /// The keyboard was given up because no window took it in time.
         std::function<void()> gaveUp;
     };
 
     /// `connection` outlives the object, and tells its subscribers of the keys.
     X11KeyHold(X11Connection& connection, Callbacks callbacks);
 
-    /// Keeps the keyboard as long as the key is down, and for half a second more at most.
+    /// Holds the keyboard until `key` is released, and then for half a second at most.
     void start(xcb_keycode_t key);
-    /// The key is up.
+    /// To be called when that key is released.
     void keyReleased();
-    /// From now on also where another program holds keys of its own by the same means; but then the other
-    /// programs see that they lose the keyboard.
+    /// Takes the keyboard by a grab that also wins against another program's passive grabs of single keys.
+    /// The program in front sees that it loses the focus then.
     void insist();
 
     [[nodiscard]] bool isActive() const { return isActive_; }
@@ -57,17 +58,17 @@ public:
     /// Whether it holds a grab of all keys. Servers up to 21.1 crash when one key is taken out of it.
     [[nodiscard]] bool hasAllKeys() const { return hasAllKeys_; }
 
-    /// Whether it had to insist.
+    /// Whether `insist` has been called for this hold.
     [[nodiscard]] bool isForced() const { return isForced_; }
 
     void add(const X11KeyStroke& stroke) { strokes_.push_back(stroke); }
 
-    /// Gives the keyboard up, and with it all passive grabs of the connection; what has been kept stays.
-    /// Returns after the server has done it, and after all events up to then have been told to the
-    /// connection's subscribers.
+    /// Gives the keyboard up, and with it all passive grabs of the connection. The keys held so far stay
+    /// here. Returns after the server has done so and the connection's subscribers have had all events up to
+    /// then.
     void letGo();
 
-    /// What has been kept, and forgets it.
+    /// Moves the held keys out.
     [[nodiscard]] std::vector<X11KeyStroke> take();
 
 private:

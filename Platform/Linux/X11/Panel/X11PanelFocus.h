@@ -19,12 +19,12 @@ namespace quillmoth::platform {
 /// than half a second, the input focus is moved instead, and given back.
 ///
 /// A program that asks for the whole keyboard gets it, such as a locker of the screen or a dialog for a
-/// password. The user counts as turned to it then, though the window manager may not know its window.
+/// password. That is told as a turn to another window, though the window manager may not know its window.
 ///
-/// Gives the keyboard up by itself before its subscribers are called, and takes it again when the window is
-/// clicked.
-/// A combination that belongs to the window manager is struck again for it afterwards. A key that is still
-/// held when the window gives the keyboard back does not reach the other application, nor do its repeats.
+/// The keyboard has been given up when the subscribers are called; a click into the window takes it again. A
+/// combination that belongs to the window manager is then struck again, so that it takes effect. A key that
+/// is still held when the window gives the keyboard back does not reach the other application, nor do its
+/// repeats.
 class X11PanelFocus : public PanelFocus, private QAbstractNativeEventFilter {
 public:
     /// Needs a Qt application on X11. `connection` is for watching, and `hotKeys` is offered each key first;
@@ -46,8 +46,8 @@ public:
     /// Runs `work` while no grab of ours keeps keys from other programs; afterwards the grab is back.
     void withoutGrab(const std::function<void()>& work);
 
-    /// Called before a window gets the keyboard: has the toolkit give up what grabs it has, since one that it
-    /// gave up afterwards would take this one along.
+    /// `freeToolkit` ends the toolkit's own grabs. It is called before a window gets the keyboard: both kinds
+    /// use one connection, so a toolkit's grab that ended later would end this one too.
     void setFreeToolkit(std::function<void()> freeToolkit) { freeToolkit_ = std::move(freeToolkit); }
 
     /// How long the keyboard is held without a key; one minute. Tests shorten it.

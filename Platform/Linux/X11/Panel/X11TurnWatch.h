@@ -7,18 +7,17 @@
 
 namespace quillmoth::platform {
 
-/// Buttons 4 to 7 are the wheels: turning one is not turning to something else.
+/// Buttons 4 to 7 are the wheels. Scrolling elsewhere does not count as a press there.
 [[nodiscard]] bool isWheel(std::uint32_t button);
 
 /// Watches what the user does around one window of this program: presses of the pointer anywhere, and changes
-/// of the active window. What opens on behalf of the window counts as the window; every other one of this
-/// program is as foreign as those of others. Tells nothing, and costs nothing, while it is not started. Main
-/// thread.
+/// of the active window. Menus and dialogs that belong to the window count as the window; all others of
+/// this program count as elsewhere. No events are asked for before `start` and after `stop`. Main thread.
 class X11TurnWatch {
 public:
     struct Callbacks {
-        /// With the time of the press. The pointer is looked for only afterwards: when it has moved out of
-        /// the window at once, this is told of a press inside.
+        /// With the time of the press. Where the pointer was is asked after the press, so this is also called
+        /// for a press inside after which the pointer left the window at once.
         std::function<void(xcb_timestamp_t)> pressedOutside;
         std::function<void()> pressedInside;
         std::function<void()> activatedElsewhere;

@@ -24,8 +24,8 @@ public:
 
     void handle(const xcb_generic_event_t& event);
 
-    /// Called when a form of the content has been given to `requestor`, not for the questions which there
-    /// are.
+    /// Called when a form of the content has been given to `requestor`; not when it has only asked
+    /// which forms there are.
     std::function<void(xcb_window_t requestor)> onDelivered;
 
     /// Gives the content to the clipboard manager, where there is one, and waits until it has it. Without one
