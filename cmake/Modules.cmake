@@ -31,7 +31,7 @@ set(modules
 
     "Platform/Fake | Platform Foundation |"
     "Platform/Posix | Platform Foundation | nlohmann/"
-    "Platform/Curl | Platform/Posix Platform Foundation | curl/"
+    "Platform/Curl | Platform Foundation | curl/"
     "Platform/Qt | Platform Foundation | ${qt}"
     "Platform/Linux/AtSpi | Platform Foundation | gio/|atspi/"
     "Platform/Linux/Desktop | Platform Foundation | ${qt}|dbus/|gio/"

@@ -1,6 +1,6 @@
 #include "Platform/Curl/NetworkThread.h"
 
-#include "Platform/Posix/BlockedSignals.h"
+#include "Foundation/BlockedSignals.h"
 #include "Platform/Curl/Transfer.h"
 
 #include <algorithm>

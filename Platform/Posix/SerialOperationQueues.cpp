@@ -1,6 +1,6 @@
 #include "Platform/Posix/SerialOperationQueues.h"
 
-#include "Platform/Posix/BlockedSignals.h"
+#include "Foundation/BlockedSignals.h"
 
 #include <condition_variable>
 #include <deque>

@@ -4,6 +4,7 @@
 #include <QRasterWindow>
 #include <fstream>
 #include <linux/input-event-codes.h>
+#include <poll.h>
 
 namespace quillmoth::test {
 
@@ -95,6 +96,24 @@ TEST_F(PanelFocusTest, TheKeysComeToThePanelAndTheOtherWindowStaysActiveAndFocus
     input().type("after\n");
     EXPECT_TRUE(holdsWithin(1s, [] { return typedIntoTerminal() == "after\n"; })) << typedIntoTerminal();
     EXPECT_EQ(seen, std::vector<Turn>());
+}
+
+TEST_F(PanelFocusTest, AProgramThatHangsGivesTheKeysBack) {
+    focus().setHangLimit(100ms);
+    acquire();
+    input().type("lost\n");
+    // The main loop does not run before the terminal has got what is typed.
+    const auto deadline = std::chrono::steady_clock::now() + 5s;
+    while (typedIntoTerminal().empty() && std::chrono::steady_clock::now() < deadline) {
+        input().type("x\n");
+        poll(nullptr, 0, 20);
+    }
+    EXPECT_NE(typedIntoTerminal(), "");
+    EXPECT_TRUE(sees({Turn::activatedElsewhere}));
+    EXPECT_FALSE(focus().isHeld());
+    focus().setHangLimit(2s);
+    acquire();
+    EXPECT_TRUE(types("again")) << panel.typed;
 }
 
 TEST_F(PanelFocusTest, AnOutsidePressGivesTheKeysBackAndAnInsideOneTakesThemAgain) {

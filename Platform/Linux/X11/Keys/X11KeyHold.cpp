@@ -40,7 +40,15 @@ void ungrabKeyboard(X11Connection& connection) {
 }
 
 X11KeyHold::X11KeyHold(X11Connection& connection, Callbacks callbacks)
-    : connection_(connection), callbacks_(std::move(callbacks)) {
+    : connection_(connection), callbacks_(std::move(callbacks)), watchdog_(
+                                                                     [this] {
+                                                                         ungrab();
+                                                                         xcb_flush(connection_.get());
+                                                                     },
+                                                                     [this] {
+                                                                         letGo();
+                                                                         callbacks_.gaveUp();
+                                                                     }) {
     guardTimer_.setInterval(kGuardPause);
     QObject::connect(&guardTimer_, &QTimer::timeout, &guardTimer_, [this] { giveUp(); });
 }
@@ -48,6 +56,7 @@ X11KeyHold::X11KeyHold(X11Connection& connection, Callbacks callbacks)
 void X11KeyHold::start(xcb_keycode_t key) {
     key_ = key;
     guardTimer_.start();
+    watchdog_.start();
     if (!std::exchange(isActive_, true))
         hasAllKeys_ = grabKey(connection_, kAnyKey, kAnyModifiers);
 }
@@ -66,14 +75,20 @@ void X11KeyHold::letGo() {
     if (!isActive_)
         return;
     guardTimer_.stop();
-    ungrabKey(connection_, kAnyKey, kAnyModifiers);
-    ungrabKeyboard(connection_);
+    watchdog_.stop();
+    ungrab();
     hasAllKeys_ = false;
     callbacks_.lostGrabs();
     connection_.synchronize();
     connection_.tellQueuedEvents();
     isActive_ = false;
     isForced_ = false;
+}
+
+/// Any thread.
+void X11KeyHold::ungrab() {
+    ungrabKey(connection_, kAnyKey, kAnyModifiers);
+    ungrabKeyboard(connection_);
 }
 
 void X11KeyHold::giveUp() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Linux/X11/Server/MainLoopWatchdog.h"
 #include "Platform/Linux/X11/Server/X11Connection.h"
 
 #include <QTimer>
@@ -72,6 +73,7 @@ public:
     [[nodiscard]] std::vector<X11KeyStroke> take();
 
 private:
+    void ungrab();
     void giveUp();
 
     X11Connection& connection_;
@@ -83,6 +85,8 @@ private:
     std::vector<X11KeyStroke> strokes_;
     /// Ends the hold where nobody takes the keyboard.
     QTimer guardTimer_;
+    /// While the main loop hangs, no timer of it gives the keys back.
+    MainLoopWatchdog watchdog_;
 };
 
 } // namespace quillmoth::platform

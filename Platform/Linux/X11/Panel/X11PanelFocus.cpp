@@ -1,6 +1,7 @@
 #include "Platform/Linux/X11/Panel/X11PanelFocus.h"
 
 #include "Foundation/FatalError.h"
+#include "Foundation/Log.h"
 #include "Platform/Linux/X11/Server/X11Reply.h"
 #include "Platform/Linux/X11/Server/X11Windows.h"
 
@@ -59,7 +60,16 @@ X11PanelFocus::X11PanelFocus(X11Connection& connection, X11HotKeyCenter& hotKeys
           if (window_)
               turn(Turn::sessionLocked);
       }),
-      drain_(connection, [this](const X11KeyStroke& stroke) { strikeAgain(stroke); }) {
+      drain_(connection, [this](const X11KeyStroke& stroke) { strikeAgain(stroke); }),
+      watchdog_(
+          [this] {
+              giveKeyboardBack();
+              xcb_flush(toolkit_);
+          },
+          [this] {
+              logLine("The program hung while it had the keyboard, which went back to the program in front.");
+              turn(Turn::activatedElsewhere);
+          }) {
     retryTimer_.setTimerType(Qt::PreciseTimer);
     retryTimer_.setInterval(kRetryPause);
     pressTimer_.setSingleShot(true);
@@ -140,6 +150,7 @@ void X11PanelFocus::tryToGrab() {
         moveInputFocus();
     retryTimer_.stop();
     idleTimer_.start();
+    watchdog_.start();
     hotKeys_.letKeysGo();
     handOnHeldKeys();
     if (means_ == Means::grab)
@@ -166,15 +177,21 @@ void X11PanelFocus::moveInputFocus() {
 void X11PanelFocus::giveUp() {
     retryTimer_.stop();
     idleTimer_.stop();
-    const auto means = std::exchange(means_, Means::none);
-    if (means == Means::none)
+    watchdog_.stop();
+    if (means_ == Means::none)
         return;
-    if (means == Means::grab)
+    giveKeyboardBack();
+    means_ = Means::none;
+    // The reply says that the server has done it.
+    owned(xcb_get_input_focus_reply(toolkit_, xcb_get_input_focus(toolkit_), nullptr)).reset();
+}
+
+/// On the watchdog's thread too: reads only what is left alone while the watchdog is on.
+void X11PanelFocus::giveKeyboardBack() {
+    if (means_ == Means::grab)
         xcb_ungrab_keyboard(toolkit_, XCB_CURRENT_TIME);
     else
         xcb_set_input_focus(toolkit_, XCB_INPUT_FOCUS_POINTER_ROOT, formerFocus_, XCB_CURRENT_TIME);
-    // The reply says that the server has done it.
-    owned(xcb_get_input_focus_reply(toolkit_, xcb_get_input_focus(toolkit_), nullptr)).reset();
 }
 
 void X11PanelFocus::handlePressOutside(xcb_timestamp_t time) {
@@ -213,7 +230,11 @@ void X11PanelFocus::handleToolkitPress(const xcb_generic_event_t& event) {
 void X11PanelFocus::handleFocusOut(const xcb_focus_out_event_t& event) {
     if (means_ != Means::grab || event.event != window_)
         return;
+    // What the watchdog has done comes back as such an event too.
+    if (watchdog_.hasRescued())
+        return;
     if (event.mode == XCB_NOTIFY_MODE_GRAB) {
+        watchdog_.stop();
         means_ = Means::none;
         turn(Turn::activatedElsewhere);
     } else if (event.mode == XCB_NOTIFY_MODE_UNGRAB) {

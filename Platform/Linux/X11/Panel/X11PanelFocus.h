@@ -25,6 +25,10 @@ namespace quillmoth::platform {
 /// combination that belongs to the window manager is then struck again, so that it takes effect. A key that
 /// is still held when the window gives the keyboard back does not reach the other application, nor do its
 /// repeats.
+///
+/// Where the main loop hangs, the keyboard goes back to the other application after two seconds, and the loop
+/// tells of it as of another window's activation when it runs again. A process that is stopped as a whole
+/// keeps it.
 class X11PanelFocus : public PanelFocus, private QAbstractNativeEventFilter {
 public:
     /// Needs a Qt application on X11. `connection` is for watching, and `hotKeys` is offered each key first;
@@ -53,6 +57,9 @@ public:
     /// How long the keyboard is held without a key; one minute. Tests shorten it.
     void setIdleTime(std::chrono::milliseconds time) { idleTimer_.setInterval(time); }
 
+    /// How long the main loop may hang with the keyboard held; two seconds. Tests shorten it.
+    void setHangLimit(std::chrono::milliseconds limit) { watchdog_.setLimit(limit); }
+
 private:
     enum class Means { none, grab, inputFocus };
 
@@ -69,6 +76,7 @@ private:
     [[nodiscard]] bool grab();
     void moveInputFocus();
     void giveUp();
+    void giveKeyboardBack();
     void turn(Turn kind);
     void strikeAgain(const X11KeyStroke& stroke);
 
@@ -93,6 +101,7 @@ private:
     QTimer pressTimer_;
     QTimer retryTimer_;
     QTimer idleTimer_;
+    MainLoopWatchdog watchdog_;
     Signal<Turn> turned_;
     Subscription foreignGrabs_;
 };

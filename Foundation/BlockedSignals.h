@@ -2,7 +2,7 @@
 
 #include <csignal>
 
-namespace quillmoth::platform {
+namespace quillmoth {
 
 /// Blocks all signals on this thread for the lifetime of the object, so that a thread started meanwhile
 /// leaves them to the main thread, and no write to a closed connection ends the process with SIGPIPE.
@@ -23,4 +23,4 @@ private:
     sigset_t former_{};
 };
 
-} // namespace quillmoth::platform
+} // namespace quillmoth
