@@ -3,18 +3,13 @@
 #include "Platform/Linux/AtSpi/ParagraphChain.h"
 #include "Platform/Linux/AtSpi/SelectionGatherer.h"
 
-#include <algorithm>
-
 namespace quillmoth::platform {
 
 namespace {
 
-// Nobody selects as many stretches at once by hand; a count beyond comes from a broken application.
-constexpr std::int64_t kSelectionLimit = 256;
-
 std::string joinedSelections(const TextElement& element, std::int64_t count) {
     std::string joined;
-    for (std::int64_t index = 0; index < std::min(count, kSelectionLimit); ++index) {
+    for (std::int64_t index = 0; index < count; ++index) {
         const TextRange range = element.selection(index).value_or(TextRange{});
         const std::string part = range.empty() ? std::string() : element.text(range).value_or("");
         if (!joined.empty() && !part.empty() && joined.back() != '\n')

@@ -8,6 +8,9 @@ namespace quillmoth::platform {
 
 namespace {
 
+// Nobody selects as many stretches at once by hand; a count beyond comes from a broken application.
+constexpr std::int64_t kSelectionLimit = 256;
+
 gint32 int32(std::int64_t value) {
     return static_cast<gint32>(std::clamp<std::int64_t>(value, std::numeric_limits<gint32>::min(),
                                                         std::numeric_limits<gint32>::max()));
@@ -67,7 +70,7 @@ std::optional<std::int64_t> TextElement::selectionCount() const {
         return std::nullopt;
     gint32 count = 0;
     g_variant_get(reply.get(), "(i)", &count);
-    return count;
+    return std::clamp<std::int64_t>(count, 0, kSelectionLimit);
 }
 
 std::optional<TextRange> TextElement::selection(std::int64_t index) const {

@@ -57,6 +57,7 @@ public:
     [[nodiscard]] std::optional<std::int64_t> characterCount() const;
     /// Negative where the element has no caret.
     [[nodiscard]] std::optional<std::int64_t> caret() const;
+    /// At most 256, whatever the application says.
     [[nodiscard]] std::optional<std::int64_t> selectionCount() const;
     [[nodiscard]] std::optional<TextRange> selection(std::int64_t index) const;
     [[nodiscard]] std::optional<std::string> text(TextRange range) const;
