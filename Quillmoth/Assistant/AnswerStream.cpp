@@ -8,6 +8,7 @@
 #include "Quillmoth/Chat/ChatDeltaReader.h"
 #include "Quillmoth/Chat/ChatRequests.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace quillmoth {
@@ -40,6 +41,8 @@ struct AnswerStream::Answer {
     ChatDeltaReader reader = {};
     bool hasRecord = false;
     bool hasText = false;
+    /// A record without a choice has been logged.
+    bool hasToldOfEmptiness = false;
     /// The service has said that this was all of it.
     bool isClosed = false;
 };
@@ -136,9 +139,13 @@ void AnswerStream::decodeStreamChunk(const std::optional<std::string>& data,
     const ChatResponseDelta* chunk = answer->reader.read(*data);
     if (chunk == nullptr || !chunk->choices)
         return;
-    if (chunk->choices->empty())
-        fatalError("A piece of the answer came with no choice in it");
     answer->hasRecord = true;
+    if (chunk->choices->empty()) {
+        // Services send such pieces with their usage figures, or ahead of the answer.
+        if (!std::exchange(answer->hasToldOfEmptiness, true))
+            logLine("ignoring a piece of the answer without a choice");
+        return;
+    }
     const auto& delta = chunk->choices->front().delta;
     if (!delta)
         return;
@@ -165,8 +172,9 @@ void AnswerStream::deliver(Answer& answer, const std::string& content) {
             growMessage();
         return;
     }
+    // The conversation may have been closed while the piece was on its way.
     if (!hasMessage)
-        fatalError("A piece of the answer came with no message to take it");
+        return;
     growMessage();
     growResponse();
 }
@@ -226,11 +234,12 @@ void AnswerStream::giveTextBack(const std::optional<std::string>& sentText) {
     model_._command = text;
 }
 
+/// All there are where there are fewer: the conversation may have been closed meanwhile, or have come from
+/// the history with less in it.
 void AnswerStream::dropTwo() {
-    if (model_._messages->size() < 2)
-        fatalError("A failed request is to take two messages away, and there are " +
-                   std::to_string(model_._messages->size()));
-    model_._messages.mutate([](std::vector<ChatMessage>& messages) { messages.resize(messages.size() - 2); });
+    model_._messages.mutate([](std::vector<ChatMessage>& messages) {
+        messages.resize(messages.size() - std::min<std::size_t>(messages.size(), 2));
+    });
 }
 
 } // namespace quillmoth

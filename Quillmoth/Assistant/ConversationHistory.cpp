@@ -38,16 +38,15 @@ void summaryArrived(platform::MainQueue& mainQueue, Closed closed, const std::op
     if (!data)
         return;
     auto response = readChatResponse(*data);
-    if (!response) {
-        logLine("Unexpected saving error: " + response.error().description);
+    if (!response || response->choices.empty()) {
+        logLine(response ? "ignoring an answer with the topic that has no choice"
+                         : "Unexpected saving error: " + response.error().description);
         mainQueue.async([closed = std::move(closed)]() mutable {
             if (const auto model = closed.model.lock())
                 model->storeConversationWithDate(std::move(closed.messages), closed.index);
         });
         return;
     }
-    if (response->choices.empty())
-        fatalError("The answer with the topic of the conversation came with no choice in it");
     mainQueue.async(
         [closed = std::move(closed), topic = std::move(response->choices.front().message.content)]() mutable {
             if (const auto model = closed.model.lock())
