@@ -8,6 +8,7 @@
 #include "Quillmoth/Assistant/FloatingViewController.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace quillmoth {
 
@@ -34,6 +35,7 @@ FloatingViewController::FieldAnswer FloatingViewController::fieldCommand(FieldCo
     update();
     switch (command) {
     case FieldCommand::moveUp:
+        leaveUnlistedRow();
         model_->selectPrevious();
         return FieldAnswer::notConsumed;
     case FieldCommand::moveDown:
@@ -46,7 +48,7 @@ FloatingViewController::FieldAnswer FloatingViewController::fieldCommand(FieldCo
     case FieldCommand::insertNewline:
         if (shiftHeld)
             return FieldAnswer::insertLineBreak;
-        model_->runPrompt();
+        run();
         return FieldAnswer::consumed;
     case FieldCommand::other:
         break;
@@ -61,7 +63,7 @@ void FloatingViewController::presetRowClicked(std::int64_t index) {
 void FloatingViewController::presetRowDoubleClicked(std::int64_t index) {
     model_->_command = std::string();
     model_->_selectedIndex = index;
-    model_->runPrompt();
+    run();
 }
 
 void FloatingViewController::presetRowEntered(std::int64_t index) {
@@ -74,7 +76,7 @@ void FloatingViewController::historyRowClicked(std::int64_t index) {
 
 void FloatingViewController::historyRowDoubleClicked(std::int64_t index) {
     model_->_keyHistorySelected = index;
-    model_->runPrompt();
+    run();
 }
 
 void FloatingViewController::historyRowEntered(std::int64_t index) {
@@ -83,7 +85,8 @@ void FloatingViewController::historyRowEntered(std::int64_t index) {
 
 void FloatingViewController::messageRowAppeared() {
     _markdownOn = platform_.userDefaults.boolean(kMarkdownKey, true);
-    _fontSize = platform_.userDefaults.number(kFontSizeKey, kDefaultFont);
+    const double size = platform_.userDefaults.number(kFontSizeKey, kDefaultFont);
+    _fontSize = std::isfinite(size) ? std::clamp(size, kSmallestFont, kLargestFont) : kDefaultFont;
 }
 
 void FloatingViewController::formFieldAppeared(std::int64_t id) {
@@ -95,35 +98,37 @@ void FloatingViewController::formAppeared() {
         const auto controller = weak.lock();
         if (!controller)
             return;
-        if (controller->model_->_focusTemp->empty())
-            fatalError("The form has no blank to fill in");
-        controller->_focusField = controller->model_->_focusTemp->front();
+        const std::vector<std::int64_t>& order = controller->model_->_focusTemp;
+        if (order.empty())
+            // A bracket that makes no blank: nothing is to be filled in, and the panel takes the keys itself.
+            controller->fieldFocus_.emit();
+        else
+            controller->_focusField = order.front();
     });
 }
 
 void FloatingViewController::formFieldEdited(std::int64_t id, const std::string& text) {
-    model_->_extractedTexts.mutate([&](std::vector<ExtractedText>& pieces) {
-        const auto piece = std::find_if(pieces.begin(), pieces.end(),
-                                        [&](const ExtractedText& each) { return each.id == id; });
-        if (piece == pieces.end())
-            fatalError("The form has no blank " + std::to_string(id));
-        piece->text = text;
-    });
+    const std::vector<ExtractedText>& pieces = model_->_extractedTexts;
+    const auto found =
+        std::find_if(pieces.begin(), pieces.end(), [&](const ExtractedText& each) { return each.id == id; });
+    // A field that is about to go belongs to a form that has gone.
+    if (found == pieces.end())
+        return;
+    const auto place = static_cast<std::size_t>(found - pieces.begin());
+    model_->_extractedTexts.mutate([&](std::vector<ExtractedText>& texts) { texts[place].text = text; });
 }
 
 void FloatingViewController::returnInFormField(std::int64_t id) {
     const std::vector<std::int64_t>& order = model_->_focusTemp;
     const auto greatest = std::max_element(order.begin(), order.end());
     const bool isLast = greatest == order.end() ? id >= 0 : id >= *greatest;
-    if (isLast) {
-        model_->runPrompt();
+    const auto found = std::find(order.begin(), order.end(), id);
+    const std::size_t next = found == order.end() ? 1 : static_cast<std::size_t>(found - order.begin()) + 1;
+    if (isLast || next >= order.size()) {
+        run();
         return;
     }
-    const auto found = std::find(order.begin(), order.end(), id);
-    const auto position = found == order.end() ? 0 : found - order.begin();
-    if (position + 1 >= static_cast<std::ptrdiff_t>(order.size()))
-        fatalError("The form has no blank behind " + std::to_string(id));
-    _focusField = order[static_cast<std::size_t>(position + 1)];
+    _focusField = order[next];
 }
 
 bool FloatingViewController::isPresent(Key key) const {
@@ -175,7 +180,7 @@ void FloatingViewController::barItemClicked(BarItem item) {
     update();
     switch (item) {
     case BarItem::select:
-        model_->runPrompt();
+        run();
         break;
     case BarItem::history:
         model_->_openHistory = !model_->_openHistory;
@@ -210,7 +215,9 @@ void FloatingViewController::settingsClicked() {
 /// Regenerating takes the last message away, which has to be an answer. Where the question is the last one,
 /// as after an early cancel, an empty answer is added for that; where there is no question nothing happens.
 void FloatingViewController::askAgain() {
-    if (model_->_messages->empty() || model_->_messages->back().role == "system")
+    const std::vector<ChatMessage>& messages = model_->_messages;
+    if (std::none_of(messages.begin(), messages.end(),
+                     [](const ChatMessage& message) { return message.role == "user"; }))
         return;
     if (!model_->_isLoading && model_->_messages->back().role == "user")
         model_->_messages.mutate([](auto& messages) { messages.push_back({std::nullopt, "assistant", ""}); });
@@ -224,8 +231,8 @@ void FloatingViewController::toggleHistoryWithSelection() {
 }
 
 void FloatingViewController::changeFontSize(double size) {
-    _fontSize = size;
-    platform_.userDefaults.set(kFontSizeKey, size);
+    _fontSize = std::clamp(size, kSmallestFont, kLargestFont);
+    platform_.userDefaults.set(kFontSizeKey, _fontSize.get());
 }
 
 void FloatingViewController::toggleMarkdown() {

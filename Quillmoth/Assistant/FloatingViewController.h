@@ -148,6 +148,11 @@ private:
     void formToggled(bool shown);
     void pinPanel(bool pinned);
     void serveFocusRequest();
+    void run();
+    [[nodiscard]] bool isRunnable();
+    [[nodiscard]] bool selectFormPreset();
+    void giveFormBack();
+    void leaveUnlistedRow();
     void askAgain();
     void toggleHistoryWithSelection();
     void changeFontSize(double size);
@@ -159,6 +164,8 @@ private:
     std::shared_ptr<DataModel> model_;
     platform::Platform platform_;
     Seen seen_;
+    // The preset of the form on show, as it was when the form opened.
+    std::optional<PromptData> formPreset_;
     bool updateScheduled_ = false;
     bool listRewritten_ = false;
     Signal<> updated_;

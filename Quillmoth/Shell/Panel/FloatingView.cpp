@@ -255,8 +255,12 @@ void FloatingView::focusMoved(QWidget& widget, Qt::FocusReason reason) {
 }
 
 void FloatingView::focusCommandField() {
-    if (command_->field().isHidden())
+    if (command_->field().isHidden()) {
+        // Behind a form; one without a blank has nothing else to take the keys.
+        if (list_->form().fields().empty())
+            setFocus(Qt::OtherFocusReason);
         return;
+    }
     command_->field().setFocus(Qt::OtherFocusReason);
     followedFocus_ = FloatingViewController::kCommandField;
     if (controller_->_focusField.get() != followedFocus_)

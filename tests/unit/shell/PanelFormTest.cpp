@@ -112,6 +112,46 @@ TEST_F(PanelFormTest, ABlankHasOneLineWhateverComesIn) {
     EXPECT_TRUE(model._messages->empty());
 }
 
+TEST_F(PanelFormTest, AFormWithoutABlankIsSentByReturnAndLeftByEscape) {
+    model._PromptM.get()->append({makePreset("🧩", "Odd", "a[0", "nonContext")});
+    const auto open = [&] {
+        model._selectedIndex = 4;
+        press(field, Qt::Key_Return);
+        ASSERT_TRUE(field.isHidden());
+        ASSERT_EQ(panel.surface().focusWidget(), panel.view);
+    };
+    open();
+    press(*panel.view, Qt::Key_Escape);
+    EXPECT_FALSE(field.isHidden());
+    EXPECT_TRUE(model._messages->empty());
+    open();
+    press(*panel.view, Qt::Key_Return);
+    ASSERT_FALSE(model._messages->empty());
+    EXPECT_EQ(model._messages->back().content, "a[0");
+}
+
+TEST_F(PanelFormTest, AFormIsSentThoughTheSelectionHasGoneAndGivesItsTextBackWhereItsPresetHas) {
+    const auto element = std::make_shared<platform::FakeAXUIElement>("element");
+    element->set("AXSelectedText", std::string());
+    panel.platform.accessibility.systemWide().set("AXFocusedUIElement", platform::AXUIElementRef(element));
+    openForm();
+    model.captureContext();
+    ASSERT_EQ(model._selectedIndex, DataModel::kTypedCommand);
+    press(list.form().fields()[1]->edit(), Qt::Key_Return);
+    ASSERT_EQ(model._messages->size(), 2U);
+    EXPECT_EQ(model._messages->back().content, "A call to [whom] for [what]!");
+    press(field, Qt::Key_Escape);
+    press(field, Qt::Key_Escape);
+
+    openForm();
+    model._PromptM.get()->remove(0);
+    press(list.form().fields()[1]->edit(), Qt::Key_Return);
+    EXPECT_TRUE(model._messages->empty());
+    EXPECT_EQ(*model._command, "A call to [whom] for [what]!");
+    EXPECT_FALSE(model._error->empty());
+    EXPECT_FALSE(field.isHidden());
+}
+
 } // namespace
 
 } // namespace quillmoth
