@@ -15,4 +15,9 @@ constexpr const char* kPermissionMessage = "You have not enabled accessibility a
                                            "Security & Privacy > Privacy > Accessibility, "
                                            "then grant access to Quillmoth.";
 
+/// Value of `_error` where a copy is asked for, and no key can be sent for it.
+constexpr const char* kNoCopyMessage =
+    "The selection cannot be copied: this desktop takes no keys from programs (on X11 the XTEST extension is "
+    "missing). Switch off \"Use an alternative method to obtain the text\" in the settings.";
+
 } // namespace quillmoth

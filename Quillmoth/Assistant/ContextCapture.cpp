@@ -4,6 +4,7 @@
 #include "Foundation/Log.h"
 #include "Platform/MainQueue.h"
 #include "Platform/UserDefaults.h"
+#include "Platform/Workspace.h"
 #include "Quillmoth/Assistant/CaptureTexts.h"
 #include "Quillmoth/Assistant/DataModel.h"
 #include "Quillmoth/Capture/CopyCapture.h"
@@ -61,6 +62,11 @@ void DataModel::captureContext() {
         copyCapture();
         return;
     }
+    // Nothing to ask, as between two windows.
+    if (!platform_.workspace.frontmostApplicationProcessIdentifier()) {
+        logLine("There is no application in front");
+        return;
+    }
     const CaptureResult result = SelectionCapture(platform_.accessibility, platform_.workspace).capture();
     if (!result.isPermitted)
         _error = std::string(kPermissionMessage);
@@ -76,6 +82,11 @@ void DataModel::copyCapture() {
     CopyCapture capture = copyCaptureOn(platform_);
     if (const auto selection = capture.terminalSelection()) {
         takeCopiedText(*this, selection->text);
+        return;
+    }
+    if (!capture.canCopy()) {
+        takeCopiedText(*this, "");
+        _error = std::string(kNoCopyMessage);
         return;
     }
     platform_.mainQueue.asyncAfter(CopyCapture::kWait, [model = shared_from_this(), saved = capture.start()] {

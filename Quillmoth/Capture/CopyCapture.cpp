@@ -38,6 +38,10 @@ std::optional<CaptureResult> CopyCapture::terminalSelection() {
     return captured(CaptureWay::primary, std::move(*selected));
 }
 
+bool CopyCapture::canCopy() const {
+    return keyboardEvents_.createKeyboardEvent(keys::Key::c.code(), true).has_value();
+}
+
 std::optional<std::string> CopyCapture::start() {
     std::optional<std::string> saved = pasteboard_.string();
     pasteboard_.clearContents();

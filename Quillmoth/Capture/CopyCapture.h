@@ -30,8 +30,11 @@ public:
     /// else is in front.
     [[nodiscard]] std::optional<CaptureResult> terminalSelection();
 
+    /// Whether keys can be sent to other programs.
+    [[nodiscard]] bool canCopy() const;
+
     /// Empties the clipboard and presses the keys of a copy. The text that the clipboard held; none where it
-    /// held no text.
+    /// held no text. A fatal fault where canCopy() is false.
     [[nodiscard]] std::optional<std::string> start();
 
     /// What has been copied. `saved` is what `start` has given.

@@ -106,7 +106,7 @@ platform::AtSpiHooks DesktopServices::accessibilityHooks() {
 
 bool DesktopServices::paste(const std::string& text, std::int64_t process,
                             std::chrono::steady_clock::time_point deadline) {
-    return selectionPasteboard_ &&
+    return selectionPasteboard_ && x11_->takesKeys() &&
            selectionPasteboard_->paste(
                text, process, [this] { x11_->keyboardEvents().postPaste(); }, deadline);
 }

@@ -14,11 +14,4 @@ std::string UnavailableHotKeyCenter::obstacle() const {
            "a key in the desktop’s settings.";
 }
 
-void UnavailableKeyboardEvents::post(const CGKeyboardEvent&) {
-    if (hasTold_)
-        return;
-    hasTold_ = true;
-    logLine("There is no X server to send keys through: the selection cannot be copied from other programs.");
-}
-
 } // namespace quillmoth::platform

@@ -5,8 +5,8 @@
 #include "Platform/KeyboardLayout.h"
 #include "Platform/PanelFocus.h"
 
-/// What answers where the desktop offers no X server: nothing is done, and where the user would miss it the log
-/// says what does not work. Main thread.
+/// What answers where the desktop offers no X server: nothing is done, and where the user would miss it the
+/// log says what does not work. Main thread.
 namespace quillmoth::platform {
 
 class UnavailableHotKeyCenter final : public HotKeyCenter {
@@ -27,15 +27,11 @@ public:
 
 class UnavailableKeyboardEvents final : public KeyboardEvents {
 public:
-    [[nodiscard]] std::optional<CGKeyboardEvent> createKeyboardEvent(std::uint16_t keyCode,
-                                                                     bool keyDown) override {
-        return CGKeyboardEvent{keyCode, keyDown, 0};
+    [[nodiscard]] std::optional<CGKeyboardEvent> createKeyboardEvent(std::uint16_t, bool) override {
+        return std::nullopt;
     }
 
-    void post(const CGKeyboardEvent& event) override;
-
-private:
-    bool hasTold_ = false;
+    void post(const CGKeyboardEvent&) override {}
 };
 
 class UnavailableKeyboardLayout final : public KeyboardLayout {

@@ -20,6 +20,9 @@ public:
     /// Fails where the toolkit does not run on X11 or the server lacks an extension.
     [[nodiscard]] static Result<std::unique_ptr<X11BackEnd>> create();
 
+    /// Whether keys can be sent to other programs.
+    [[nodiscard]] bool takesKeys() const { return connection_->takesKeys(); }
+
     X11HotKeyCenter& hotKeyCenter() { return hotKeyCenter_; }
 
     X11PanelFocus& panelFocus() { return panelFocus_; }

@@ -8,7 +8,6 @@
 #include <linux/input-event-codes.h>
 #include <optional>
 #include <utility>
-#include <xcb/xtest.h>
 #include <xkbcommon/xkbcommon-keysyms.h>
 
 namespace quillmoth::platform {
@@ -53,8 +52,7 @@ X11KeyboardEvents::X11KeyboardEvents(X11Connection& connection, Bracket withoutG
     : connection_(connection), withoutGrab_(std::move(withoutGrab)) {}
 
 std::optional<CGKeyboardEvent> X11KeyboardEvents::createKeyboardEvent(std::uint16_t keyCode, bool keyDown) {
-    const auto* test = xcb_get_extension_data(connection_.get(), &xcb_test_id);
-    if (!test->present || !keycodeForVirtualKeyCode(keyCode))
+    if (!connection_.takesKeys() || !keycodeForVirtualKeyCode(keyCode))
         return std::nullopt;
     return CGKeyboardEvent{keyCode, keyDown, 0};
 }
@@ -107,7 +105,7 @@ void X11KeyboardEvents::release(xcb_keycode_t keycode) {
 }
 
 void X11KeyboardEvents::fake(std::uint8_t type, xcb_keycode_t keycode) {
-    xcb_test_fake_input(connection_.get(), type, keycode, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+    connection_.strike(type, keycode);
 }
 
 } // namespace quillmoth::platform

@@ -10,7 +10,6 @@
 #include <chrono>
 #include <utility>
 #include <xcb/xinput.h>
-#include <xcb/xtest.h>
 
 namespace quillmoth::platform {
 
@@ -313,7 +312,7 @@ void X11PanelFocus::strikeAgain(const X11KeyStroke& stroke) {
     // The user holds the key, so a press alone would be a repeat of it.
     const std::uint8_t strokes[] = {XCB_KEY_RELEASE, XCB_KEY_PRESS, XCB_KEY_RELEASE};
     for (const auto type : strokes)
-        xcb_test_fake_input(connection_.get(), type, stroke.keycode, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
+        connection_.strike(type, stroke.keycode);
     connection_.synchronize();
 }
 

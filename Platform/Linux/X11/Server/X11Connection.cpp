@@ -7,6 +7,7 @@
 #include <QSocketNotifier>
 #include <cstring>
 #include <xcb/xinput.h>
+#include <xcb/xtest.h>
 
 namespace quillmoth::platform {
 
@@ -41,7 +42,7 @@ Result<void> X11Connection::setUp() {
     xcb_prefetch_extension_data(connection_, &xcb_xkb_id);
     const auto* input = xcb_get_extension_data(connection_, &xcb_input_id);
     const auto* xkb = xcb_get_extension_data(connection_, &xcb_xkb_id);
-    if (!input->present || !xkb->present)
+    if (!input || !input->present || !xkb || !xkb->present)
         return Error{"The X server lacks the X Input Extension or XKB."};
     inputOpcode_ = input->major_opcode;
     xkbEvent_ = xkb->first_event;
@@ -113,6 +114,16 @@ void X11Connection::selectInputEvents(std::uint16_t device, std::uint32_t mask) 
 
     xcb_input_xi_select_events(connection_, root_, 1, &request.head);
     xcb_flush(connection_);
+}
+
+bool X11Connection::takesKeys() const {
+    const auto* test = xcb_get_extension_data(connection_, &xcb_test_id);
+    return test != nullptr && test->present;
+}
+
+void X11Connection::strike(std::uint8_t type, xcb_keycode_t keycode) {
+    if (takesKeys())
+        xcb_test_fake_input(connection_, type, keycode, XCB_CURRENT_TIME, XCB_NONE, 0, 0, 0);
 }
 
 void X11Connection::synchronize() {

@@ -54,6 +54,12 @@ public:
         return events_.subscribe(std::move(subscriber));
     }
 
+    /// Whether the server takes keys from programs: whether it has the XTEST extension.
+    [[nodiscard]] bool takesKeys() const;
+    /// Presses or releases a key as if on the keyboard (XCB_KEY_PRESS, XCB_KEY_RELEASE). Nothing where the
+    /// server takes none: a request that it does not know would end the connection.
+    void strike(std::uint8_t type, xcb_keycode_t keycode);
+
     /// Returns after the server has handled all requests so far.
     void synchronize();
 
