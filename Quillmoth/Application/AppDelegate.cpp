@@ -112,6 +112,8 @@ void AppDelegate::handleOpenURL(const std::vector<std::string>& urls) {
             continue;
         logLine("RUNNING URL SCHME");
         const auto parsed = URL::parse(url, URL::kAnything);
+        if (!parsed)
+            refuseLink("it is no valid address");
         const auto items = parsed ? parsed->queryItems() : std::nullopt;
         if (!items)
             continue;
@@ -124,11 +126,19 @@ void AppDelegate::handleOpenURL(const std::vector<std::string>& urls) {
 
 void AppDelegate::importPreset(const std::string& json) {
     auto prompt = readPromptData(json);
-    if (!prompt)
-        fatalError("The URL holds no preset: " + prompt.error().description);
+    if (!prompt) {
+        refuseLink(prompt.error().description);
+        return;
+    }
     prompt->id = platform_.uuidSource.makeUUID();
     _coreAppModel->_PromptM.get()->append({std::move(*prompt)});
     openRoute(Route::promptEditor);
+}
+
+void AppDelegate::refuseLink(const std::string& reason) const {
+    logLine("A link was refused: " + reason);
+    if (onRefusedLink)
+        onRefusedLink(reason);
 }
 
 } // namespace quillmoth

@@ -5,6 +5,7 @@
 #include "Platform/Platform.h"
 #include "Quillmoth/Assistant/DataModel.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -33,10 +34,12 @@ public:
 
     void finishLaunching();
 
-    /// Takes URLs as ownURL() gives them. Imports the presets that the URLs carry in a query item "data". A
-    /// text there that is no preset is a fatal fault; URLs of other schemes, or without that item, have no
-    /// effect here.
+    /// Takes URLs as ownURL() gives them. Imports the presets that the URLs carry in a query item "data";
+    /// what is no preset there is refused. URLs of other schemes, or without that item, have no effect here.
     void handleOpenURL(const std::vector<std::string>& urls);
+
+    /// Called for each link that is refused, with the reason in words for the user.
+    std::function<void(const std::string& reason)> onRefusedLink;
 
     /// The reaction to the hot key: captures the context, then opens or closes the panel.
     void toggleFloatingPanel();
@@ -54,6 +57,7 @@ private:
     void showStatusItem();
     void buildFloatingPanel();
     void importPreset(const std::string& json);
+    void refuseLink(const std::string& reason) const;
 
     const platform::Platform platform_;
     KeyboardShortcuts::Center& shortcuts_;

@@ -110,6 +110,15 @@ void ProgramWindows::showNewestPreset() {
     promptEditor_->showPreset(static_cast<std::int64_t>(model_->_PromptM.get()->prompts().size()) - 1);
 }
 
+void ProgramWindows::showRefusedLink(const std::string& reason) {
+    delete refusedLink_;
+    refusedLink_ = makeAlert(nullptr, true, QStringLiteral("The link holds no preset that can be read."),
+                             QString::fromStdString(reason) + QStringLiteral("\n\nNothing has been added."),
+                             {}, windowPalette(windowColorScheme().isDark()));
+    refusedLink_->setWindowModality(Qt::NonModal);
+    refusedLink_->show();
+}
+
 void ProgramWindows::styleTrayMenu(QMenu& menu) {
     constexpr int kWidth = 232;
     styleMenu(menu, windowPalette(colorScheme().isDark()));

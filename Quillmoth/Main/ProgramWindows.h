@@ -4,6 +4,8 @@
 #include "Platform/Platform.h"
 #include "Quillmoth/Shell/Windows/SettingsWindow.h"
 
+#include <QPointer>
+
 #include <functional>
 #include <memory>
 #include <optional>
@@ -12,6 +14,7 @@
 
 class QColor;
 class QMenu;
+class QMessageBox;
 
 namespace quillmoth {
 
@@ -42,6 +45,8 @@ public:
     void showPromptEditor();
     /// The same, with the preset that came last.
     void showNewestPreset();
+    /// Says why a link of the program's own scheme has done nothing.
+    void showRefusedLink(const std::string& reason);
     void styleTrayMenu(QMenu& menu);
     /// The colour of the symbol in the tray.
     [[nodiscard]] QColor trayColour();
@@ -81,6 +86,8 @@ private:
     std::unique_ptr<PromptEditorWindow> promptEditor_;
     bool expectsOnboarding_ = false;
     bool asksForConsent_ = false;
+    // One at a time, however many a page may open.
+    QPointer<QMessageBox> refusedLink_;
     // Told when nothing else wants the user's attention.
     std::optional<UpdateFeed> pendingUpdate_;
 };

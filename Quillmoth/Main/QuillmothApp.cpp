@@ -63,6 +63,7 @@ QuillmothApp::QuillmothApp()
     services_.statusItems.setMenuStyle([this](QMenu& menu) { windows_.styleTrayMenu(menu); });
     services_.statusItems.setSymbolColour([this] { return windows_.trayColour(); });
     windows_.onTrayColourChange = [this] { services_.statusItems.redrawSymbol(); };
+    _appDelegate.onRefusedLink = [this](const std::string& reason) { windows_.showRefusedLink(reason); };
     services_.setConsentQuestion([this] { windows_.askForConsent(); });
 }
 

@@ -14,8 +14,7 @@ protected:
     AppDelegateTest()
         : fatal_([](const std::string& text) { throw FatalFault(text); }),
           log_([this](std::string line) { lines.push_back(std::move(line)); }),
-          center(platform.userDefaults, platform.hotKeyCenter),
-          delegate(platform.platform(), center) {
+          center(platform.userDefaults, platform.hotKeyCenter), delegate(platform.platform(), center) {
         platform.workspace.frontmost = 42;
         platform.accessibility.systemWide().fail("AXFocusedUIElement", -25212);
     }
@@ -117,7 +116,19 @@ TEST_F(AppDelegateTest, a_url_with_a_preset_adds_it_under_a_new_id_and_shows_the
     EXPECT_FALSE(prompts.back().promptType);
     EXPECT_EQ(platform.workspace.openedURLs, Texts{"quillmoth://promptEditor"});
     EXPECT_EQ(std::count(lines.begin(), lines.end(), "RUNNING URL SCHME"), 3);
-    EXPECT_THROW(delegate.handleOpenURL({"quillmoth://x?data=%7B%7D"}), FatalFault);
+}
+
+TEST_F(AppDelegateTest, a_link_that_holds_no_preset_is_refused_in_words_and_adds_nothing) {
+    const auto before = delegate._coreAppModel->_PromptM.get()->prompts();
+    Texts told;
+    delegate.handleOpenURL({"quillmoth://x?data=%7B%7D"});
+    delegate.onRefusedLink = [&](const std::string& reason) { told.push_back(reason); };
+    delegate.handleOpenURL({"quillmoth://x?data=%7B%7D", "quillmoth://x?data=", "quillmoth://x?data=%FF",
+                            "quillmoth://x:y?data=%7B%7D"});
+    EXPECT_EQ(told.size(), 4U);
+    EXPECT_EQ(told.front(), "\"emoji\" is missing");
+    EXPECT_EQ(delegate._coreAppModel->_PromptM.get()->prompts(), before);
+    EXPECT_TRUE(platform.workspace.openedURLs.empty());
 }
 
 } // namespace
