@@ -22,10 +22,14 @@ std::shared_ptr<DataModel> DataModel::create(const platform::Platform& platform)
 DataModel::DataModel(const platform::Platform& platform)
     : _PromptM(*this, "_PromptM", std::make_shared<PromptModel>(platform.bundle, platform.documents)),
       platform_(platform), answerStream_(*this, platform) {
+    std::string historyProblem;
     _oldMessages = jsonFunction::loadJSONFile<oldMessagesStruct>(
                        kHistoryFilename, platform_.documents,
-                       [&](const std::string& json) { return readOldMessages(json, platform_.uuidSource); })
+                       [&](const std::string& json) { return readOldMessages(json, platform_.uuidSource); },
+                       historyProblem)
                        .value_or(std::vector<oldMessagesStruct>());
+    const std::string& problem = _PromptM.get()->loadProblem();
+    _error = problem + (problem.empty() || historyProblem.empty() ? "" : "\n") + historyProblem;
     _extractedTexts = extractBracketedTexts(kSamplePrompt);
     promptsSubscription_ =
         _PromptM.get()->objectWillChange([this](std::string_view) { presetFilter_.invalidate(); });

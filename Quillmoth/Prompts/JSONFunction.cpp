@@ -31,20 +31,28 @@ Result<std::string> readDocument(const std::string& filename, platform::Document
     return documents.readFile(*directory + kFolder + "/" + filename);
 }
 
-void keepAside(const std::string& filename, const std::string& bytes, platform::Documents& documents) {
+bool documentExists(const std::string& filename, platform::Documents& documents) {
+    const auto directory = documents.documentsDirectory(false);
+    return directory && documents.fileExists(*directory + kFolder + "/" + filename);
+}
+
+std::string keepAside(const std::string& filename, const std::string& bytes, platform::Documents& documents) {
     const auto directory = documents.documentsDirectory(false);
     if (!directory || bytes.empty())
-        return;
+        return {};
     const std::string damaged = *directory + kFolder + "/" + filename + ".damaged-";
     int number = 1;
     while (documents.fileExists(damaged + std::to_string(number))) {
-        const auto kept = documents.readFile(damaged + std::to_string(number++));
+        const std::string path = damaged + std::to_string(number++);
+        const auto kept = documents.readFile(path);
         if (kept && *kept == bytes)
-            return;
+            return path;
     }
     const std::string path = damaged + std::to_string(number);
-    if (documents.writeFile(path, bytes))
-        logLine("What it held is kept in \"" + path + "\".");
+    if (!documents.writeFile(path, bytes))
+        return {};
+    logLine("What it held is kept in \"" + path + "\".");
+    return path;
 }
 
 Result<void> writeDocument(const std::string& filename, const Result<std::string>& json,

@@ -13,18 +13,30 @@ namespace quillmoth {
 
 namespace {
 
-std::vector<PromptData> loadPrompts(const platform::Bundle& bundle, platform::Documents& documents) {
+/// A list without a preset would leave nothing to choose from.
+Result<std::vector<PromptData>> readOwnPrompts(std::string_view json) {
+    auto prompts = readPrompts(json);
+    if (prompts && prompts->empty())
+        return Error{"it holds no preset"};
+    return prompts;
+}
+
+std::vector<PromptData> loadPrompts(const platform::Bundle& bundle, platform::Documents& documents,
+                                    std::string& problem) {
     auto shipped = readPrompts(jsonFunction::load(PromptModel::kResource, bundle));
     if (!shipped)
         fatalError(shipped.error().description);
-    auto own = jsonFunction::loadJSONFile<PromptData>(PromptModel::kFilename, documents, readPrompts);
+    auto own =
+        jsonFunction::loadJSONFile<PromptData>(PromptModel::kFilename, documents, readOwnPrompts, problem);
+    if (!problem.empty())
+        problem += " The presets that come with Quillmoth are listed.";
     return own ? std::move(*own) : std::move(*shipped);
 }
 
 } // namespace
 
 PromptModel::PromptModel(const platform::Bundle& bundle, platform::Documents& documents)
-    : documents_(documents), _prompts(*this, "_prompts", loadPrompts(bundle, documents)) {}
+    : documents_(documents), _prompts(*this, "_prompts", loadPrompts(bundle, documents, loadProblem_)) {}
 
 void PromptModel::setPrompts(std::vector<PromptData> prompts) {
     _prompts = std::move(prompts);
@@ -32,7 +44,7 @@ void PromptModel::setPrompts(std::vector<PromptData> prompts) {
 }
 
 const PromptData& PromptModel::preset(std::int64_t index) const {
-    return prompts()[checked(index)];
+    return prompts()[checked(index, prompts().size())];
 }
 
 template<class Edit>
@@ -50,9 +62,9 @@ void PromptModel::append(std::vector<PromptData> presets) {
 }
 
 void PromptModel::insert(std::int64_t index, PromptData preset) {
-    arrange([&](std::vector<PromptData>& prompts) {
-        prompts.insert(prompts.begin() + index, std::move(preset));
-    });
+    const auto gap = static_cast<std::ptrdiff_t>(checked(index, prompts().size() + 1));
+    arrange(
+        [&](std::vector<PromptData>& prompts) { prompts.insert(prompts.begin() + gap, std::move(preset)); });
 }
 
 std::optional<PromptData> PromptModel::remove(std::int64_t index) {
@@ -67,6 +79,8 @@ std::optional<PromptData> PromptModel::remove(std::int64_t index) {
 }
 
 void PromptModel::move(std::int64_t source, std::int64_t target) {
+    checked(source, prompts().size());
+    checked(target, prompts().size() + 1);
     arrange([&](std::vector<PromptData>& prompts) {
         const auto first = prompts.begin();
         if (target > source)
@@ -80,8 +94,8 @@ void PromptModel::save() const {
     jsonFunction::saveJSONFile(_prompts.get(), kFilename, documents_);
 }
 
-std::size_t PromptModel::checked(std::int64_t index) const {
-    if (index < 0 || static_cast<std::uint64_t>(index) >= prompts().size())
+std::size_t PromptModel::checked(std::int64_t index, std::size_t count) {
+    if (index < 0 || static_cast<std::uint64_t>(index) >= count)
         fatalError("There is no preset at index " + std::to_string(index));
     return static_cast<std::size_t>(index);
 }

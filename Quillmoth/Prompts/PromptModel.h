@@ -31,6 +31,9 @@ public:
 
     [[nodiscard]] const std::vector<PromptData>& prompts() const { return _prompts; }
 
+    /// Why the user's own file was not taken, in words for the user; empty where it was, or is missing.
+    [[nodiscard]] const std::string& loadProblem() const { return loadProblem_; }
+
     [[nodiscard]] const PromptData& preset(std::int64_t index) const;
 
     void setPrompts(std::vector<PromptData> prompts);
@@ -38,7 +41,7 @@ public:
     /// Edits one preset in place, as one change.
     template<class Edit>
     void edit(std::int64_t index, Edit&& edit) {
-        const std::size_t place = checked(index);
+        const std::size_t place = checked(index, prompts().size());
         _prompts.mutate([&](std::vector<PromptData>& prompts) { edit(prompts[place]); });
         didChange();
     }
@@ -69,12 +72,13 @@ public:
     std::vector<std::byte> ReplyPromptSetting;
 
 private:
-    [[nodiscard]] std::size_t checked(std::int64_t index) const;
+    static std::size_t checked(std::int64_t index, std::size_t count);
     template<class Edit>
     void arrange(Edit&& edit);
     void didChange() const;
 
     platform::Documents& documents_;
+    std::string loadProblem_;
     Published<std::vector<PromptData>> _prompts;
     Signal<> didArrange_;
 };

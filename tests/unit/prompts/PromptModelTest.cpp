@@ -45,12 +45,17 @@ TEST_F(PromptModelTest, WithoutAFileTheShippedPresetsAreTakenAndNothingIsWritten
     EXPECT_TRUE(fake.documents.files.empty());
 }
 
-TEST_F(PromptModelTest, TheUsersFileReplacesTheShippedPresetsEvenWhenEmpty) {
+TEST_F(PromptModelTest, TheUsersFileReplacesTheShippedPresetsUnlessItHoldsNone) {
     fake.documents.put("QuillmothPrompts.json", R"([{"emoji":"e","name":"own","prompt":"p"}])");
     EXPECT_EQ(make().prompts().at(0).name, "own");
+    EXPECT_EQ(make().loadProblem(), "");
     fake.documents.put("QuillmothPrompts.json", "[]");
-    EXPECT_TRUE(make().prompts().empty());
-    EXPECT_TRUE(log.empty());
+    EXPECT_EQ(make().prompts().size(), 3U);
+    EXPECT_EQ(
+        make().loadProblem(),
+        "QuillmothPrompts.json cannot be used: it holds no preset. What it held is kept in "
+        "\"/documents/Quillmoth/QuillmothPrompts.json.damaged-1\". The presets that come with Quillmoth are "
+        "listed.");
     fake.documents.put("QuillmothPrompts.json", "[{]");
     EXPECT_EQ(make().prompts().size(), 3U);
 }
