@@ -1,5 +1,7 @@
 #include "KeyboardShortcuts/Center.h"
 
+#include "Foundation/Log.h"
+
 #include <memory>
 #include <set>
 #include <utility>
@@ -62,6 +64,10 @@ void Center::storeCleared(const Name& name) {
 
 bool Center::hasStoredObject(const Name& name) const {
     return userDefaults_.object(name.defaultsKey()).has_value();
+}
+
+bool Center::hasUnusableShortcut(const Name& name) const {
+    return userDefaults_.string(name.defaultsKey()) && !getShortcut(name);
 }
 
 void Center::onKeyDown(const Name& name, Action action) {
@@ -145,6 +151,9 @@ void Center::registerFor(const Name& name) {
     known_[name] = shortcut;
     if (shortcut)
         registerIfNeeded(*shortcut);
+    else if (hasUnusableShortcut(name))
+        logLine("The shortcut that is stored as \"" + name.defaultsKey() +
+                "\" cannot be used. Record another one.");
 }
 
 void Center::registerIfNeeded(const Shortcut& shortcut) {

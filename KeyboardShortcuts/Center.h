@@ -33,6 +33,9 @@ public:
     /// True where the store has anything for the slot, the mark of a cleared one included.
     [[nodiscard]] bool hasStoredObject(const Name& name) const;
 
+    /// True where the store has a text for the slot that is no shortcut.
+    [[nodiscard]] bool hasUnusableShortcut(const Name& name) const;
+
     /// Adds to the actions of the name; there is no taking back but removeAllHandlers.
     void onKeyDown(const Name& name, Action action);
     void onKeyUp(const Name& name, Action action);

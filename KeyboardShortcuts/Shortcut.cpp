@@ -2,6 +2,7 @@
 
 #include "Foundation/JSONWriter.h"
 
+#include <limits>
 #include <nlohmann/json.hpp>
 
 namespace quillmoth::KeyboardShortcuts {
@@ -36,7 +37,9 @@ std::optional<Shortcut> Shortcut::fromJSON(std::string_view text) {
         return std::nullopt;
     const auto keyCode = integerMember(object, "carbonKeyCode");
     const auto modifiers = integerMember(object, "carbonModifiers");
-    return keyCode && modifiers ? std::optional(Shortcut(*keyCode, *modifiers)) : std::nullopt;
+    if (!keyCode || !modifiers || *keyCode < 0 || *keyCode > std::numeric_limits<std::uint16_t>::max())
+        return std::nullopt;
+    return Shortcut(*keyCode, *modifiers);
 }
 
 std::string Shortcut::toJSON() const {

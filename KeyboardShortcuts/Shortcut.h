@@ -32,7 +32,8 @@ struct Shortcut {
     /// None for an event that is no press and no release of a key.
     [[nodiscard]] static std::optional<Shortcut> fromEvent(const KeyEvent& event);
 
-    /// The stored form: a JSON object with the members "carbonKeyCode" and "carbonModifiers".
+    /// The stored form: a JSON object with the members "carbonKeyCode", which events have from 0 to 65535,
+    /// and "carbonModifiers". None for anything else.
     [[nodiscard]] static std::optional<Shortcut> fromJSON(std::string_view text);
     [[nodiscard]] std::string toJSON() const;
 

@@ -26,8 +26,7 @@ Recorder::Recorder(const QString& title, KeyboardShortcuts::Name name, RecorderS
 }
 
 DoubleShortcut::DoubleShortcut(RecorderServices services)
-    : Recorder(QStringLiteral("Open Quillmoth Hotkey:"), KeyboardShortcuts::Name("showFloatingPanel"),
-               std::move(services)) {
+    : Recorder(QStringLiteral("Open Quillmoth Hotkey:"), name(), std::move(services)) {
     setMaximumWidth(kFormWidth);
 }
 

@@ -14,6 +14,10 @@ public:
 class DoubleShortcut final : public Recorder {
 public:
     explicit DoubleShortcut(RecorderServices services);
+
+    [[nodiscard]] static KeyboardShortcuts::Name name() {
+        return KeyboardShortcuts::Name("showFloatingPanel");
+    }
 };
 
 } // namespace quillmoth

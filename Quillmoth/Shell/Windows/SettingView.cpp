@@ -45,6 +45,8 @@ const auto kOwnKey = QStringLiteral("You are using your own key\nMake sure you f
 const auto kEligibility =
     QStringLiteral("Ensure that you're eligible to use GPT-4, otherwise, you will encounter a 404 error.");
 
+const auto kBadHotKey = QStringLiteral("The stored hot key cannot be used. Record another one.");
+
 const auto kAccessibilityPurpose =
     QStringLiteral("Through it Quillmoth reads what you select in other programs, and writes answers back.");
 const auto kStaysOn = QStringLiteral("Quillmoth no longer switches it on. Where it is on now, it stays on.");
@@ -65,13 +67,15 @@ SettingView::SettingView(const platform::Platform& platform, RecorderServices re
                          Updater& updater, LaunchAtLogin& launchAtLogin,
                          std::function<void()> openPromptEditor, AccessibilityHooks accessibility)
     : _checkForUpdatesViewModel(updater), updater(updater), platform_(platform),
-      settings_(platform.userDefaults), openPromptEditor_(std::move(openPromptEditor)),
-      accessibility_(std::move(accessibility)), loginToggle_(new LaunchAtLoginToggle(launchAtLogin)),
+      settings_(platform.userDefaults), shortcuts_(recorderServices.shortcuts),
+      openPromptEditor_(std::move(openPromptEditor)), accessibility_(std::move(accessibility)),
+      badHotKey_(new ToneLabel(Tone::bad, kBadHotKey)), loginToggle_(new LaunchAtLoginToggle(launchAtLogin)),
       server_(new ServerSettings(settings_, platform_)) {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(kPadding, kPadding, kPadding, kPadding);
     column->setSpacing(kItemSpacing);
     column->addWidget(new DoubleShortcut(std::move(recorderServices)));
+    column->addWidget(badHotKey_);
     addHotKeyObstacle(*column);
     column->addWidget(loginToggle_);
     addHairline(*column);
@@ -223,6 +227,7 @@ void SettingView::showSettings() {
     keyStatus_->setPlainText(key.empty() ? kPaying : kOwnKey);
     keyStatus_->setTone(key.empty() ? Tone::bad : Tone::good);
     showText(*keyField_, key);
+    badHotKey_->setVisible(shortcuts_.hasUnusableShortcut(DoubleShortcut::name()));
     showKeyControl();
     warning_->setVisible(settings_.showsEligibilityWarning());
     QStringList offered;

@@ -72,9 +72,11 @@ private:
 
     const platform::Platform platform_;
     SettingsModel settings_;
+    const KeyboardShortcuts::Center& shortcuts_;
     std::function<void()> openPromptEditor_;
     AccessibilityHooks accessibility_;
 
+    ToneLabel* badHotKey_;
     LaunchAtLoginToggle* loginToggle_;
     ToneLabel* keyStatus_;
     QLineEdit* keyField_;

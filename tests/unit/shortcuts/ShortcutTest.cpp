@@ -32,6 +32,8 @@ TEST(Shortcut, ReadsItsStoredFormOrNothing) {
         {R"({"carbonKeyCode":"49","carbonModifiers":2048})", std::nullopt},
         {R"({"carbonKeyCode":null,"carbonModifiers":2048})", std::nullopt},
         {R"({"carbonKeyCode":18446744073709551615,"carbonModifiers":0})", std::nullopt},
+        {R"({"carbonKeyCode":65536,"carbonModifiers":2048})", std::nullopt},
+        {R"({"carbonKeyCode":-1,"carbonModifiers":2048})", std::nullopt},
         {R"([49,2048])", std::nullopt},
         {R"({"carbonKeyCode":49,)", std::nullopt},
         {"\xFF", std::nullopt},
