@@ -19,6 +19,7 @@ namespace {
 
 constexpr mode_t kFileMode = 0600;
 constexpr mode_t kFolderMode = 0700;
+constexpr int kLargestDepth = 64;
 
 bool sameMoment(const timespec& first, const timespec& second) {
     return first.tv_sec == second.tv_sec && first.tv_nsec == second.tv_nsec;
@@ -53,8 +54,14 @@ DefaultsFile::Content DefaultsFile::read() const {
         return {.condition = Condition::unreadable, .reason = bytes.error().description};
     if (bytes->find_first_not_of(" \t\r\n") == std::string::npos)
         return {};
-    auto object = DefaultsObject::parse(*bytes, nullptr, false);
-    if (!object.is_object())
+    // Settings are flat; what follows nested values in depth would run out of stack.
+    bool isTooDeep = false;
+    const auto isWithinDepth = [&isTooDeep](int depth, DefaultsObject::parse_event_t, DefaultsObject&) {
+        isTooDeep = isTooDeep || depth > kLargestDepth;
+        return !isTooDeep;
+    };
+    auto object = DefaultsObject::parse(*bytes, isWithinDepth, false);
+    if (isTooDeep || !object.is_object())
         return {.condition = Condition::damaged, .reason = "it does not hold a JSON object"};
     return {.object = std::move(object)};
 }

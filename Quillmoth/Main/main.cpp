@@ -7,6 +7,7 @@
 
 #include <QApplication>
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
@@ -90,6 +91,9 @@ int diagnose(int& argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
+    // A log that nobody reads any more ends nothing. A handler, unlike SIG_IGN, is not passed on to programs
+    // that are started from here.
+    std::signal(SIGPIPE, [](int) {});
     const std::vector<std::string_view> arguments(argv + 1, argv + argc);
     const StartUp start = beginStart(arguments, QUILLMOTH_VERSION, std::cout, std::cerr);
     if (start.diagnoses)

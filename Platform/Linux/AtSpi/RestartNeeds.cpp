@@ -82,8 +82,9 @@ std::vector<std::string> programsToRestart(const std::string& display, const fs:
     std::set<std::string> names;
     std::error_code error;
     const std::string self = std::to_string(getpid());
-    for (const auto& entry : fs::directory_iterator(processes, error)) {
-        const fs::path& process = entry.path();
+    for (fs::directory_iterator entry(processes, error), end; !error && entry != end;
+         entry.increment(error)) {
+        const fs::path& process = entry->path();
         if (!isProcess(process) || process.filename() == self)
             continue;
         if ((isOnChromium(process) || isOnQt6(process)) && !isHelper(process) &&

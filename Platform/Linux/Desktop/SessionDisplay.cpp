@@ -39,9 +39,10 @@ bool canConnect(const std::string& path) {
 
 bool hasWaylandPlugin(const std::vector<fs::path>& pluginFolders) {
     for (const fs::path& folder : pluginFolders) {
-        std::error_code ignored;
-        for (const auto& file : fs::directory_iterator(folder / "platforms", ignored)) {
-            if (file.path().filename().string().starts_with("libqwayland"))
+        std::error_code error;
+        for (fs::directory_iterator file(folder / "platforms", error), end; !error && file != end;
+             file.increment(error)) {
+            if (file->path().filename().string().starts_with("libqwayland"))
                 return true;
         }
     }
