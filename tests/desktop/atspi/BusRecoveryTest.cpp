@@ -1,22 +1,21 @@
-#include "tests/desktop/atspi/AtSpiDesktop.h"
+#include "tests/desktop/atspi/AtSpiTest.h"
 
+#include <csignal>
 #include <cstdlib>
-#include <linux/input-event-codes.h>
-#include <signal.h>
 
-using namespace quillmoth::platform;
-using namespace quillmoth::test;
+namespace quillmoth::test {
+
+using namespace platform;
+using namespace std::chrono_literals;
 
 namespace {
-
-using BusRecoveryTest = AtSpiDesktop;
 
 /// The process that owns a name on the session bus.
 pid_t ownerOf(const std::string& name) {
     const auto result =
         runChild({"dbus-send", "--session", "--print-reply=literal", "--dest=org.freedesktop.DBus", "/",
                   "org.freedesktop.DBus.GetConnectionUnixProcessID", "string:" + name},
-                 std::chrono::seconds(2));
+                 2s);
     const auto number = result.output.find("uint32 ");
     return number == std::string::npos ? 0
                                        : static_cast<pid_t>(std::atol(result.output.c_str() + number + 7));
@@ -26,18 +25,17 @@ void setEnabled(bool enabled) {
     runChild({"dbus-send", "--session", "--print-reply", "--dest=org.a11y.Bus", "/org/a11y/bus",
               "org.freedesktop.DBus.Properties.Set", "string:org.a11y.Status", "string:IsEnabled",
               enabled ? "variant:boolean:true" : "variant:boolean:false"},
-             std::chrono::seconds(2));
+             2s);
 }
 
 } // namespace
 
-TEST_F(BusRecoveryTest, trustIsThatAccessibilityIsEnabledAndIsAskedForOnce) {
+TEST_F(AtSpiTest, TrustIsThatAccessibilityIsEnabledAndIsAskedForOnce) {
     bool consent = false;
     int asked = 0;
-    AtSpiAccessibility asking({.frontProcess = frontProcess,
-                               .hasConsent = [&] { return consent; },
-                               .askForConsent = [&] { ++asked; }});
-    const auto editor = openEditor(editorKinds()[0], "words");
+    AtSpiAccessibility asking =
+        newcomer({.hasConsent = [&] { return consent; }, .askForConsent = [&] { ++asked; }});
+    const auto editor = openEditor(lightEditors()[0], "words");
     const auto application = asking.createApplication(editor.processIdentifier());
     EXPECT_TRUE(asking.isProcessTrustedWithOptions(true));
     EXPECT_EQ(asked, 0) << "nothing to ask for";
@@ -58,22 +56,22 @@ TEST_F(BusRecoveryTest, trustIsThatAccessibilityIsEnabledAndIsAskedForOnce) {
     EXPECT_TRUE(asking.isProcessTrusted());
 }
 
-TEST_F(BusRecoveryTest, worksAgainWhenTheAccessibilityBusIsBack) {
-    { const auto editor = openEditor(editorKinds()[0], "before"); }
+TEST_F(AtSpiTest, ItWorksAgainWhenTheAccessibilityBusIsBack) {
+    { const auto editor = openEditor(lightEditors()[0], "before"); }
     const pid_t launcher = ownerOf("org.a11y.Bus");
     ASSERT_GT(launcher, 0);
     kill(launcher, SIGSTOP);
-    const auto start = std::chrono::steady_clock::now();
-    EXPECT_FALSE(accessibility().isProcessTrusted()) << "it does not answer";
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(1100));
+    EXPECT_LT(millisecondsOf([] { EXPECT_FALSE(accessibility().isProcessTrusted()); }), 1100);
     kill(launcher, SIGCONT);
-    ASSERT_TRUE(holdsWithin(std::chrono::seconds(3), [] { return accessibility().isProcessTrusted(); }));
+    ASSERT_TRUE(holdsWithin(3s, [] { return accessibility().isProcessTrusted(); }));
     kill(launcher, SIGTERM);
-    ASSERT_TRUE(holdsWithin(std::chrono::seconds(3), [&] { return ownerOf("org.a11y.Bus") != launcher; }));
+    ASSERT_TRUE(holdsWithin(3s, [&] { return ownerOf("org.a11y.Bus") != launcher; }));
     // The session bus starts another one when it is asked for.
-    ASSERT_TRUE(holdsWithin(std::chrono::seconds(5), [] { return accessibility().enableForDesktop(); }));
+    ASSERT_TRUE(holdsWithin(5s, [] { return accessibility().enableForDesktop(); }));
     EXPECT_TRUE(accessibility().isProcessTrusted());
-    const auto editor = openEditor(editorKinds()[0], "after");
-    desktop().input().chord({KEY_LEFTCTRL, KEY_A});
-    EXPECT_EQ(capturedTextOnce("after"), "after");
+    const auto editor = openEditor(lightEditors()[0], "after");
+    input().chord({KEY_LEFTCTRL, KEY_A});
+    EXPECT_EQ(capturedOnce("after"), "after");
 }
+
+} // namespace quillmoth::test

@@ -1,141 +1,97 @@
-#include "tests/desktop/atspi/AtSpiDesktop.h"
+#include "Foundation/Text.h"
+#include "tests/desktop/atspi/AtSpiTest.h"
 
 #include <algorithm>
-#include <chrono>
-#include <linux/input-event-codes.h>
 
-using namespace quillmoth::platform;
-using namespace quillmoth::test;
+namespace quillmoth::test {
 
-namespace {
+using namespace platform;
+using namespace std::chrono_literals;
 
-using CaptureTest = AtSpiDesktop;
-
-// Lines that differ in what one character takes; the selections below are of whole lines.
-const std::vector<std::string> kLines = {
-    "plain words",
-    "\U0001F600 smile \U0001F469\u200D\U0001F680 flies",
-    "e\u0301le\u0300ve na\u00EFve",
-    "\u05E9\u05DC\u05D5\u05DD \u05E2\u05D5\u05DC\u05DD",
-    "behind all of it",
-};
-
-std::string joined(std::size_t first, std::size_t count) {
-    std::string text;
-    for (std::size_t index = first; index < first + count; ++index)
-        text.append(index == first ? "" : "\n").append(kLines[index]);
-    return text;
-}
-
-void selectLines(DesktopInput& input, std::size_t first, std::size_t count) {
-    input.chord({KEY_LEFTCTRL, KEY_HOME});
-    for (std::size_t line = 0; line < first; ++line)
-        input.tapKey(KEY_DOWN);
-    // In a line from right to left the place below is its end.
-    input.tapKey(KEY_HOME);
-    for (std::size_t line = 1; line < count; ++line)
-        input.chord({KEY_LEFTSHIFT, KEY_DOWN});
-    input.chord({KEY_LEFTSHIFT, KEY_END});
-}
-
-} // namespace
-
-TEST_F(CaptureTest, readsWhatIsSelectedInEachEditor) {
-    for (const EditorKind& kind : editorKinds()) {
-        SCOPED_TRACE(kind.name);
-        const auto editor = openEditor(kind, joined(0, kLines.size()));
-        EXPECT_EQ(capturedText(), "") << "nothing is selected yet";
-        for (std::size_t line = 0; line < kLines.size(); ++line) {
-            selectLines(desktop().input(), line, 1);
-            EXPECT_EQ(capturedTextOnce(kLines[line]), kLines[line]);
-        }
-        selectLines(desktop().input(), 0, 3);
-        EXPECT_EQ(capturedTextOnce(joined(0, 3)), joined(0, 3)) << "several lines";
-        desktop().input().tapKey(KEY_RIGHT);
-        EXPECT_EQ(capturedTextOnce(""), "");
-    }
-}
-
-TEST_F(CaptureTest, findsTheFocusWithoutHavingSeenTheEvent) {
-    for (const EditorKind& kind : editorKinds()) {
-        SCOPED_TRACE(kind.name);
-        const auto editor = openEditor(kind, "one two");
-        desktop().input().chord({KEY_LEFTCTRL, KEY_A});
-        EXPECT_EQ(capturedTextOnce("one two"), "one two");
-        AtSpiAccessibility newcomer({.frontProcess = frontProcess});
+TEST_F(AtSpiTest, TheSelectionOfEachEditorIsReadQuicklyAlsoWhereTheFocusWasNotSeenToCome) {
+    inEachEditor("one \U0001F600 two", [](const ChildProcess&) {
+        EXPECT_EQ(capturedOnce(""), "");
+        input().chord({KEY_LEFTCTRL, KEY_A});
+        ASSERT_EQ(capturedOnce("one \U0001F600 two"), "one \U0001F600 two");
+        std::vector<double> times(9);
+        for (double& time : times)
+            time = millisecondsOf([] { session().capture(); });
+        std::sort(times.begin(), times.end());
+        std::printf("median of a capture %.2f ms, slowest %.2f ms\n", times[4], times.back());
+        EXPECT_LT(times[4], 50);
+        AtSpiAccessibility other = newcomer();
         AXValue element;
         AXValue value;
-        ASSERT_EQ(newcomer.copyAttributeValue(newcomer.createSystemWide(), "AXFocusedUIElement", element),
+        ASSERT_EQ(other.copyAttributeValue(other.createSystemWide(), "AXFocusedUIElement", element),
                   kAXErrorSuccess);
-        ASSERT_EQ(newcomer.copyAttributeValue(std::get<AXUIElementRef>(element), "AXSelectedText", value),
+        ASSERT_EQ(other.copyAttributeValue(std::get<AXUIElementRef>(element), "AXSelectedText", value),
                   kAXErrorSuccess);
-        EXPECT_EQ(std::get<std::string>(value), "one two");
-    }
+        EXPECT_EQ(std::get<std::string>(value), "one \U0001F600 two");
+        input().tapKey(KEY_RIGHT);
+        EXPECT_EQ(capturedOnce(""), "");
+    });
 }
 
-TEST_F(CaptureTest, rangesAreInUTF16UnitsWhateverTheApplicationCounts) {
-    for (const EditorKind& kind : editorKinds()) {
-        SCOPED_TRACE(kind.name);
-        const auto editor = openEditor(kind, "\U0001F600\U0001F601 a word");
-        AXValue range;
-        const auto element = focused();
-        ASSERT_EQ(accessibility().setAttributeValue(element, "AXSelectedTextRange", CFRange{5, 6}),
-                  kAXErrorSuccess);
-        EXPECT_EQ(capturedTextOnce("a word"), "a word");
-        ASSERT_EQ(read(element, "AXSelectedTextRange", range), kAXErrorSuccess);
-        EXPECT_EQ(std::get<CFRange>(range), (CFRange{5, 6}));
-        ASSERT_EQ(accessibility().setAttributeValue(element, "AXSelectedTextRange", CFRange{4, 0}),
-                  kAXErrorSuccess);
-        ASSERT_EQ(read(element, "AXSelectedTextRange", range), kAXErrorSuccess);
-        EXPECT_EQ(std::get<CFRange>(range), (CFRange{4, 0})) << "length 0 places the caret";
-    }
+TEST_F(AtSpiTest, RangesAreInUTF16UnitsWhateverTheApplicationCounts) {
+    inEachEditor("\U0001F600\U0001F601 a word", [](const ChildProcess&) {
+        select({5, 6});
+        EXPECT_EQ(capturedOnce("a word"), "a word");
+        EXPECT_EQ(selectedRange(), (CFRange{5, 6}));
+        select({4, 0});
+        EXPECT_EQ(selectedRange(), (CFRange{4, 0})) << "length 0 places the caret";
+    });
 }
 
-TEST_F(CaptureTest, aProgramWithoutAccessibleTreeStandsForItsPrimarySelection) {
-    std::optional<std::string> primary = "picked in the terminal";
+TEST_F(AtSpiTest, AProgramWithoutAccessibleTreeStandsForItsPrimarySelection) {
+    std::optional<std::string> primary = "picked";
     std::int64_t asked = 0;
-    AtSpiAccessibility withHook(
-        {.frontProcess = frontProcess, .primarySelectionOf = [&](std::int64_t process) {
-             asked = process;
-             return primary;
-         }});
+    AtSpiAccessibility other = newcomer({.primarySelectionOf = [&](std::int64_t process) {
+        asked = process;
+        return primary;
+    }});
+    AtSpiAccessibility withoutHook = newcomer();
     const ChildProcess terminal({"xterm", "-e", "sleep", "60"});
-    ASSERT_TRUE(holdsWithin(std::chrono::seconds(5), [&] { return isInFront(terminal); }));
+    ASSERT_TRUE(holdsWithin(5s, [&] { return isInFront(terminal); }));
     AXValue element;
     AXValue value;
-    EXPECT_EQ(
-        accessibility().copyAttributeValue(accessibility().createSystemWide(), "AXFocusedUIElement", value),
-        kAXErrorNoValue)
-        << "without the hook there is nothing";
-    ASSERT_EQ(withHook.copyAttributeValue(withHook.createSystemWide(), "AXFocusedUIElement", element),
+    EXPECT_EQ(withoutHook.copyAttributeValue(withoutHook.createSystemWide(), "AXFocusedUIElement", element),
+              kAXErrorNoValue);
+    ASSERT_EQ(other.copyAttributeValue(other.createSystemWide(), "AXFocusedUIElement", element),
               kAXErrorSuccess);
     const auto stand = std::get<AXUIElementRef>(element);
-    ASSERT_EQ(withHook.copyAttributeValue(stand, "AXSelectedText", value), kAXErrorSuccess);
-    EXPECT_EQ(std::get<std::string>(value), "picked in the terminal");
-    EXPECT_EQ(asked, terminal.processIdentifier());
-    primary.reset();
-    ASSERT_EQ(withHook.copyAttributeValue(stand, "AXSelectedText", value), kAXErrorSuccess);
-    EXPECT_EQ(std::get<std::string>(value), "") << "not its own selection";
-    EXPECT_EQ(withHook.copyAttributeValue(stand, "AXValue", value), kAXErrorAttributeUnsupported);
+    for (const char* expected : {"picked", ""}) {
+        ASSERT_EQ(other.copyAttributeValue(stand, "AXSelectedText", value), kAXErrorSuccess);
+        EXPECT_EQ(std::get<std::string>(value), expected);
+        EXPECT_EQ(asked, terminal.processIdentifier());
+        primary.reset();
+    }
+    EXPECT_EQ(other.copyAttributeValue(stand, "AXValue", value), kAXErrorAttributeUnsupported);
 }
 
-TEST_F(CaptureTest, aCaptureIsQuick) {
-    for (const EditorKind& kind : editorKinds()) {
-        SCOPED_TRACE(kind.name);
-        const auto editor = openEditor(kind, joined(0, kLines.size()));
-        selectLines(desktop().input(), 1, 1);
-        ASSERT_EQ(capturedTextOnce(kLines[1]), kLines[1]);
-        std::vector<double> times;
-        for (int round = 0; round < 20; ++round) {
-            const auto start = std::chrono::steady_clock::now();
-            EXPECT_EQ(capturedText(), kLines[1]);
-            times.push_back(
-                std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count());
+TEST_F(AtSpiTest, AnAnswerTakesThePlaceOfTheSelectionAndNothingElseChanges) {
+    const std::string before = "first \U0001F600 line\nthe \u05E9\u05DC\u05D5\u05DD middle\n";
+    std::string after = "\nand e\u0301 the rest";
+    while (after.size() < 200'000)
+        after += "\na line of some words, with an accent \u00E9 in it";
+    const auto place = static_cast<std::int64_t>(utf16Length(before));
+    inEachEditor(before + "replace \U0001F601 me" + after, [&](const ChildProcess& editor) {
+        std::string held = "replace \U0001F601 me";
+        // The last one but one leaves nothing to be replaced, so that the last one comes to the caret.
+        for (const std::string answer :
+             {"short", "several \U0001F680 lines,\nwith na\u00EFve \u05E2\u05D5\u05DC\u05DD", "",
+              "replace \U0001F602 me"}) {
+            select({place, static_cast<std::int64_t>(utf16Length(held))});
+            ASSERT_EQ(capturedOnce(held), held);
+            EXPECT_EQ(write(answer), WriteResult::written);
+            EXPECT_TRUE(textOnce(editor, before + answer + after) == before + answer + after) << answer;
+            EXPECT_EQ(selectedRange(), (CFRange{place, 0})) << "at the start of the answer";
+            held = answer;
         }
-        std::sort(times.begin(), times.end());
-        RecordProperty(kind.name + "MedianMilliseconds", std::to_string(times[10]));
-        std::printf("%s: median of a capture %.2f ms, slowest %.2f ms\n", kind.name.c_str(), times[10],
-                    times.back());
-        EXPECT_LT(times[10], 50);
-    }
+        const auto end = static_cast<std::int64_t>(utf16Length(before + held + after));
+        select({end, 0});
+        EXPECT_EQ(write("the end"), WriteResult::written);
+        EXPECT_TRUE(textOnce(editor, before + held + after + "the end").ends_with("itthe end"));
+    });
 }
+
+} // namespace quillmoth::test

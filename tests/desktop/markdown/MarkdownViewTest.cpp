@@ -82,7 +82,7 @@ TEST_F(MarkdownViewTest, anotherProcessReadsADocumentWithHeadingsLinksAndButtons
     EXPECT_TRUE(holds(tree, "heading \"A title\"")) << tree;
     EXPECT_TRUE(holds(tree, "link \"the guide\"")) << tree;
     EXPECT_TRUE(holds(tree, "button \"Copy code\"")) << tree;
-    EXPECT_TRUE(holds(tree, "graphic \"a moth\"")) << tree;
+    EXPECT_TRUE(holds(tree, "image \"a moth\"")) << tree;
 
     ASSERT_TRUE(holdsWithin(kPatience, [&] {
         return desktop_->windows().processIdentifier(desktop_->windows().activeWindow()) ==

@@ -104,8 +104,8 @@ private:
     /// All that the field holds, by copying it as a user would.
     std::string documentText() {
         constexpr const char* kMarker = "nothing was copied";
-        desktop_.pasteboard().clearContents();
-        desktop_.pasteboard().setString(kMarker);
+        desktop_.pasteboard.clearContents();
+        desktop_.pasteboard.setString(kMarker);
         desktop_.input().chord({KEY_LEFTCTRL, KEY_A});
         desktop_.input().chord({KEY_LEFTCTRL, KEY_C});
         std::string text = kMarker;

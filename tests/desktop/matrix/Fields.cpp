@@ -11,35 +11,23 @@ namespace {
 
 using namespace std::chrono_literals;
 
-ChildOptions programOptions() {
-    // Without stored settings no program asks whether to bring back what it showed the time before.
-    return {.environment = {{"GSETTINGS_BACKEND", "memory"},
-                            {"LC_ALL", "C.UTF-8"},
-                            {"GSK_RENDERER", "cairo"},
-                            {"LIBGL_ALWAYS_SOFTWARE", "1"},
-                            {"QT_QPA_PLATFORM", "xcb"}}};
-}
-
 Field editorField(CapturingDesktop& desktop, const std::string& name) {
     return {.name = name, .samples = documentSamples(), .select = [&desktop](std::size_t sample) {
                 selectLinesOfSample(desktop.input(), sample);
             }};
 }
 
-ProgramKind editorKind(const std::string& name, const std::string& executable,
-                       const std::vector<std::string>& options, bool isLight) {
-    return {
-        .name = name, .executable = executable, .isLight = isLight, .open = [=](CapturingDesktop& desktop) {
-            const std::string path = desktop.desktop().homeDirectory() + "/sample.txt";
-            std::ofstream(path, std::ios::binary) << sampleDocument();
-            std::vector<std::string> command = {executable};
-            command.insert(command.end(), options.begin(), options.end());
-            command.push_back(path);
-            RunningProgram program;
-            program.processes.push_back(startInFront(desktop, command));
-            program.fields.push_back(editorField(desktop, name));
-            return program;
-        }};
+ProgramKind editorKind(const Editor& editor, bool isLight) {
+    return {.name = editor.name,
+            .executable = editor.command.front(),
+            .isLight = isLight,
+            .open = [=](CapturingDesktop& desktop) {
+                RunningProgram program;
+                program.processes.push_back(
+                    startInFront(desktop, editor.commandOn(desktop.desktop, sampleDocument())));
+                program.fields.push_back(editorField(desktop, editor.name));
+                return program;
+            }};
 }
 
 ProgramKind ownWindow(const std::string& name, const std::string& what, Field::Kind kind) {
@@ -65,7 +53,7 @@ ProgramKind ownWindow(const std::string& name, const std::string& what, Field::K
 void dragOverLines(CapturingDesktop& desktop, std::size_t first, std::size_t count) {
     constexpr int kLineHeight = 13;
     constexpr int kBorder = 2;
-    const auto place = desktop.desktop().windows().geometry(desktop.desktop().windows().activeWindow());
+    const auto place = desktop.desktop.windows().geometry(desktop.desktop.windows().activeWindow());
     const auto lineAt = [&](std::size_t line) {
         return place.y + kBorder + kLineHeight * static_cast<int>(line) + kLineHeight / 2;
     };
@@ -81,7 +69,7 @@ void dragOverLines(CapturingDesktop& desktop, std::size_t first, std::size_t cou
 
 ProgramKind xterm() {
     return {.name = "xterm", .executable = "xterm", .isLight = true, .open = [](CapturingDesktop& desktop) {
-                const std::string path = desktop.desktop().homeDirectory() + "/sample.txt";
+                const std::string path = desktop.desktop.homeDirectory() + "/sample.txt";
                 std::ofstream(path, std::ios::binary) << sampleDocument();
                 RunningProgram program;
                 program.processes.push_back(
@@ -105,7 +93,7 @@ ProgramKind xterm() {
 /// Shows one sample after the other, as its select-all key takes everything.
 ProgramKind xfceTerminal() {
     return {.name = "xfce4-terminal", .executable = "xfce4-terminal", .open = [](CapturingDesktop& desktop) {
-                const std::string folder = desktop.desktop().homeDirectory();
+                const std::string folder = desktop.desktop.homeDirectory();
                 const auto samples = documentSamples();
                 for (std::size_t sample = 0; sample < samples.size(); ++sample)
                     std::ofstream(folder + "/sample" + std::to_string(sample)) << samples[sample];
@@ -128,6 +116,29 @@ ProgramKind xfceTerminal() {
 
 } // namespace
 
+ChildOptions programOptions() {
+    // Without stored settings no program asks whether to bring back what it showed the time before.
+    return {.environment = {{"GSETTINGS_BACKEND", "memory"},
+                            {"LC_ALL", "C.UTF-8"},
+                            {"GSK_RENDERER", "cairo"},
+                            {"LIBGL_ALWAYS_SOFTWARE", "1"},
+                            {"QT_QPA_PLATFORM", "xcb"}}};
+}
+
+std::vector<std::string> Editor::commandOn(const VirtualDesktop& desktop, const std::string& text) const {
+    const std::string path = desktop.homeDirectory() + "/sample.txt";
+    std::ofstream(path, std::ios::binary) << text;
+    std::vector<std::string> whole = command;
+    whole.push_back(path);
+    return whole;
+}
+
+std::vector<Editor> lightEditors() {
+    return {{"mousepad (GTK 3)", {"mousepad", "--disable-server"}},
+            {"featherpad (Qt 5)", {"featherpad", "--standalone"}},
+            {"QPlainTextEdit (Qt 6)", {ATSPI_FIELD_WINDOW, "file"}}};
+}
+
 std::vector<std::string> documentLines() {
     return {"plain words",
             "\U0001F600 smile e\u0301le\u0300ve \U0001F469\u200D\U0001F680 flies",
@@ -149,25 +160,21 @@ std::vector<std::string> documentSamples() {
     return {lines[0], lines[1], lines[2] + "\n" + lines[3], lines[4]};
 }
 
-void selectLines(DesktopInput& input, std::size_t first, std::size_t count) {
+void selectLinesOfSample(DesktopInput& input, std::size_t sample) {
+    constexpr std::size_t kFirst[] = {0, 1, 2, 4};
     input.chord({KEY_LEFTCTRL, KEY_HOME});
-    for (std::size_t line = 0; line < first; ++line)
+    for (std::size_t line = 0; line < kFirst[sample]; ++line)
         input.tapKey(KEY_DOWN);
     // In a line from right to left the place below is its end.
     input.tapKey(KEY_HOME);
-    for (std::size_t line = 1; line < count; ++line)
+    if (sample == 2)
         input.chord({KEY_LEFTSHIFT, KEY_DOWN});
     input.chord({KEY_LEFTSHIFT, KEY_END});
 }
 
-void selectLinesOfSample(DesktopInput& input, std::size_t sample) {
-    constexpr std::size_t kFirst[] = {0, 1, 2, 4};
-    selectLines(input, kFirst[sample], sample == 2 ? 2 : 1);
-}
-
 ChildProcess startInFront(CapturingDesktop& desktop, const std::vector<std::string>& command,
                           std::chrono::seconds limit) {
-    DesktopWindows& windows = desktop.desktop().windows();
+    DesktopWindows& windows = desktop.desktop.windows();
     waitFor([&] { return windows.managedWindows().empty(); });
     ChildProcess process(command, programOptions());
     const bool isInFront = holdsWithin(limit, [&] {
@@ -180,16 +187,14 @@ ChildProcess startInFront(CapturingDesktop& desktop, const std::vector<std::stri
 }
 
 std::vector<ProgramKind> programKinds() {
-    std::vector<ProgramKind> kinds = {
-        editorKind("mousepad (GTK 3)", "mousepad", {"--disable-server"}, true),
-        editorKind("gnome-text-editor (GTK 4)", "gnome-text-editor", {"--standalone"}, false),
-        editorKind("featherpad (Qt 5)", "featherpad", {"--standalone"}, true),
-        editorKind("QPlainTextEdit (Qt 6)", ATSPI_FIELD_WINDOW, {"file"}, true),
-        ownWindow("read-only view (Qt 6)", "readonly", Field::Kind::readOnly),
-        ownWindow("password field (Qt 6)", "password", Field::Kind::secret),
-        xterm(),
-        xfceTerminal(),
-    };
+    std::vector<ProgramKind> kinds;
+    for (const Editor& editor : lightEditors())
+        kinds.push_back(editorKind(editor, true));
+    kinds.push_back(editorKind({"gnome-text-editor (GTK 4)", {"gnome-text-editor", "--standalone"}}, false));
+    kinds.push_back(ownWindow("read-only view (Qt 6)", "readonly", Field::Kind::readOnly));
+    kinds.push_back(ownWindow("password field (Qt 6)", "password", Field::Kind::secret));
+    kinds.push_back(xterm());
+    kinds.push_back(xfceTerminal());
     for (auto& kind : webPrograms())
         kinds.push_back(std::move(kind));
     kinds.push_back(writerProgram());

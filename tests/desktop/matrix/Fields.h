@@ -37,6 +37,23 @@ struct ProgramKind {
     std::function<RunningProgram(CapturingDesktop&)> open;
 };
 
+/// An editor that opens a file.
+struct Editor {
+    std::string name;
+    /// What the name of the file is added to.
+    std::vector<std::string> command;
+
+    /// Puts the text into a file of the home folder; the whole command.
+    [[nodiscard]] std::vector<std::string> commandOn(const VirtualDesktop& desktop,
+                                                     const std::string& text) const;
+};
+
+/// Those that start quickly: a GTK 3, a Qt 5 and a Qt 6 one.
+std::vector<Editor> lightEditors();
+
+/// What every program is started with.
+ChildOptions programOptions();
+
 /// The document that editors show: one paragraph a line.
 std::string sampleDocument();
 
@@ -51,7 +68,6 @@ ChildProcess startInFront(CapturingDesktop& desktop, const std::vector<std::stri
                           std::chrono::seconds limit = std::chrono::seconds(10));
 
 /// With the keys that every editor has.
-void selectLines(DesktopInput& input, std::size_t first, std::size_t count);
 void selectLinesOfSample(DesktopInput& input, std::size_t sample);
 
 std::vector<std::string> documentSamples();

@@ -54,7 +54,7 @@ document.title = "ready 0";
 
 /// Presses a key that the page knows until the title says that it has done what is wanted.
 void pressForPage(CapturingDesktop& desktop, int key, const std::string& wanted) {
-    DesktopWindows& windows = desktop.desktop().windows();
+    DesktopWindows& windows = desktop.desktop.windows();
     constexpr int kPressLimit = 12;
     for (int press = 0; press < kPressLimit; ++press) {
         const std::string before = windows.title(windows.activeWindow());
@@ -93,14 +93,14 @@ std::vector<Field> pageFields(CapturingDesktop& desktop, const std::string& brow
 
 RunningProgram openBrowser(CapturingDesktop& desktop, const std::string& name,
                            std::vector<std::string> command) {
-    const std::string path = desktop.desktop().homeDirectory() + "/page.html";
+    const std::string path = desktop.desktop.homeDirectory() + "/page.html";
     std::ofstream(path, std::ios::binary) << page();
     command.push_back("file://" + path);
     RunningProgram program;
     program.processes.push_back(startInFront(desktop, command, 60s));
     const bool isReady = holdsWithin(60s, [&] {
-        const auto window = desktop.desktop().windows().windowTitled("ready 0");
-        return window && desktop.desktop().windows().activeWindow() == *window;
+        const auto window = desktop.desktop.windows().windowTitled("ready 0");
+        return window && desktop.desktop.windows().activeWindow() == *window;
     });
     if (!isReady)
         throw std::runtime_error(name + " does not show the page");
@@ -109,7 +109,7 @@ RunningProgram openBrowser(CapturingDesktop& desktop, const std::string& name,
 }
 
 RunningProgram openChromium(CapturingDesktop& desktop) {
-    const std::string profile = desktop.desktop().homeDirectory() + "/chromium";
+    const std::string profile = desktop.desktop.homeDirectory() + "/chromium";
     std::filesystem::remove_all(profile);
     return openBrowser(desktop, "Chromium",
                        {"chromium", "--no-sandbox", "--no-first-run", "--disable-gpu",
@@ -117,7 +117,7 @@ RunningProgram openChromium(CapturingDesktop& desktop) {
 }
 
 RunningProgram openFirefox(CapturingDesktop& desktop) {
-    const std::string profile = desktop.desktop().homeDirectory() + "/firefox";
+    const std::string profile = desktop.desktop.homeDirectory() + "/firefox";
     std::filesystem::remove_all(profile);
     std::filesystem::create_directories(profile);
     std::ofstream(profile + "/user.js")
@@ -143,7 +143,7 @@ std::string writerDocument() {
 }
 
 RunningProgram openWriter(CapturingDesktop& desktop) {
-    const std::string home = desktop.desktop().homeDirectory();
+    const std::string home = desktop.desktop.homeDirectory();
     const std::string profile = home + "/office";
     std::filesystem::remove_all(profile);
     std::filesystem::create_directories(profile + "/user");
@@ -162,8 +162,8 @@ RunningProgram openWriter(CapturingDesktop& desktop) {
                       "-env:UserInstallation=file://" + profile, path},
                      60s));
     const bool isReady = holdsWithin(60s, [&] {
-        const auto window = desktop.desktop().windows().windowTitled("sample.fodt");
-        return window && desktop.desktop().windows().activeWindow() == *window;
+        const auto window = desktop.desktop.windows().windowTitled("sample.fodt");
+        return window && desktop.desktop.windows().activeWindow() == *window;
     });
     if (!isReady)
         throw std::runtime_error("Writer does not show the document");

@@ -68,10 +68,10 @@ std::vector<Row> rowsOf(CapturingDesktop& desktop, const ProgramKind& kind) {
         }
     } catch (const std::exception& problem) {
         std::cerr << kind.name << ": " << problem.what() << '\n';
-        desktop.desktop().saveScreenshot("matrix-failure.png");
+        desktop.desktop.saveScreenshot("matrix-failure.png");
         rows.push_back(rowWithout(kind.name, "no: did not start"));
     }
-    waitFor([&] { return desktop.desktop().windows().managedWindows().empty(); });
+    waitFor([&] { return desktop.desktop.windows().managedWindows().empty(); });
     return rows;
 }
 
@@ -124,7 +124,7 @@ int run(const Options& options) {
         for (Row& row : rowsOf(desktop, kind))
             rows.push_back(std::move(row));
     }
-    const std::string text = "Under " + desktop.desktop().windowManager() + ":\n\n" + table(rows) + "\n";
+    const std::string text = "Under " + desktop.desktop.windowManager() + ":\n\n" + table(rows) + "\n";
     std::cout << text;
     if (!options.output.empty())
         std::ofstream(options.output, std::ios::app) << text;

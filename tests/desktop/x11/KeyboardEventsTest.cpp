@@ -72,6 +72,10 @@ protected:
         }
     }
 
+    static bool hasFocus(const Witness& witness) {
+        return holdsWithin(2s, [&] { return desktop().windows().inputFocus() == witness.window(); });
+    }
+
     /// The modifiers as the server sees them.
     static std::uint32_t modifiers() {
         auto* connection = desktop().connection();
@@ -85,10 +89,12 @@ protected:
 
 } // namespace
 
-TEST_F(KeyboardEventsTest, ACopyReachesTheFrontWindowWhateverTheUserHolds) {
+TEST_F(KeyboardEventsTest, ACopyReachesTheFrontWindowWhateverTheUserHoldsOrHasLocked) {
     struct Case {
         std::vector<int> held;
         std::uint32_t modifiers;
+        const char* received = "+C-C";
+        std::vector<int> locks = {};
     };
 
     const Case cases[] = {
@@ -98,34 +104,29 @@ TEST_F(KeyboardEventsTest, ACopyReachesTheFrontWindowWhateverTheUserHolds) {
         {{KEY_LEFTMETA}, XCB_MOD_MASK_4},
         {{KEY_RIGHTCTRL}, XCB_MOD_MASK_CONTROL},
         {{KEY_LEFTCTRL, KEY_RIGHTSHIFT}, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_SHIFT},
+        {{}, XCB_MOD_MASK_LOCK, "+CL-CL", {KEY_CAPSLOCK}},
     };
-    for (const auto& [held, mask] : cases) {
+    for (const auto& [held, mask, received, locks] : cases) {
         Witness witness;
-        ASSERT_TRUE(holdsWithin(2s, [&] { return desktop().windows().inputFocus() == witness.window(); }));
+        ASSERT_TRUE(hasFocus(witness));
+        for (const int key : locks)
+            input().tapKey(key);
         for (const int key : held)
             input().pressKey(key);
         copy();
-        EXPECT_TRUE(holdsWithin(1s, [&] { return witness.received() == "+C-C"; })) << witness.received();
+        EXPECT_TRUE(holdsWithin(1s, [&] { return witness.received() == received; })) << witness.received();
         EXPECT_EQ(modifiers(), mask) << "what is held stays held";
         for (const int key : held)
             input().releaseKey(key);
+        for (const int key : locks)
+            input().tapKey(key);
         EXPECT_EQ(modifiers(), 0U);
     }
 }
 
-TEST_F(KeyboardEventsTest, LocksStayAsTheyAre) {
-    Witness witness;
-    ASSERT_TRUE(holdsWithin(2s, [&] { return desktop().windows().inputFocus() == witness.window(); }));
-    input().tapKey(KEY_CAPSLOCK);
-    copy();
-    EXPECT_TRUE(holdsWithin(1s, [&] { return witness.received() == "+CL-CL"; })) << witness.received();
-    EXPECT_EQ(modifiers(), XCB_MOD_MASK_LOCK);
-    input().tapKey(KEY_CAPSLOCK);
-}
-
 TEST_F(KeyboardEventsTest, ACopyPassesByAPanelThatHoldsTheKeyboard) {
     Witness witness;
-    ASSERT_TRUE(holdsWithin(2s, [&] { return desktop().windows().inputFocus() == witness.window(); }));
+    ASSERT_TRUE(hasFocus(witness));
     QRasterWindow panel;
     panel.setFlags(Qt::Tool | Qt::BypassWindowManagerHint);
     panel.setGeometry(600, 300, 100, 100);
@@ -140,11 +141,6 @@ TEST_F(KeyboardEventsTest, ACopyPassesByAPanelThatHoldsTheKeyboard) {
     letPass(50ms);
     EXPECT_EQ(witness.received(), "+C-C") << "the panel has the keyboard again";
     focus.release();
-}
-
-TEST_F(KeyboardEventsTest, PositionsWithoutAKeyMakeNoEvent) {
-    auto& events = backEnd().keyboardEvents();
-    EXPECT_FALSE(events.createKeyboardEvent(platform::keys::Key::function.code(), true));
 }
 
 TEST_F(KeyboardEventsTest, KeysAreNamedByTheLayoutInForce) {
@@ -168,6 +164,8 @@ TEST_F(KeyboardEventsTest, KeysAreNamedByTheLayoutInForce) {
         EXPECT_EQ(layout.translate(keyCode), expected) << layouts << ' ' << keyCode;
     }
     runChild({"setxkbmap", "us"}, 5s);
+    EXPECT_FALSE(backEnd().keyboardEvents().createKeyboardEvent(platform::keys::Key::function.code(), true))
+        << "a position without a key";
 }
 
 TEST_F(KeyboardEventsTest, TheFrontTerminalsSelectionIsReadAndNobodyElses) {
@@ -188,19 +186,11 @@ TEST_F(KeyboardEventsTest, TheFrontTerminalsSelectionIsReadAndNobodyElses) {
 }
 
 TEST_F(KeyboardEventsTest, TerminalsAreToldByTheirNamesAndByWhatTheyHold) {
-    struct Case {
-        std::string name;
-        bool isTerminal;
-    };
-
-    const Case names[] = {{"XTerm", true},           {"st-256color", true},
-                          {"Gnome-terminal", true},  {"org.gnome.Console", true},
-                          {"URxvt", true},           {"org.wezfurlong.wezterm", true},
-                          {"x-terminal-emul", true}, {"foot", true},
-                          {"firefox", false},        {"steam", false},
-                          {"Mousepad", false},       {"", false}};
-    for (const auto& [name, isTerminal] : names)
-        EXPECT_EQ(platform::isTerminalName(name), isTerminal) << name;
+    for (const char* name : {"XTerm", "st-256color", "Gnome-terminal", "org.gnome.Console", "URxvt",
+                             "org.wezfurlong.wezterm", "x-terminal-emul", "foot"})
+        EXPECT_TRUE(platform::isTerminalName(name)) << name;
+    for (const char* name : {"firefox", "steam", "Mousepad", ""})
+        EXPECT_FALSE(platform::isTerminalName(name)) << name;
 
     auto connection = platform::X11Connection::open();
     ASSERT_TRUE(connection);
@@ -219,7 +209,7 @@ TEST_F(KeyboardEventsTest, TerminalsAreToldByTheirNamesAndByWhatTheyHold) {
         hasOtherFocus = false;
     }
     Witness witness;
-    ASSERT_TRUE(holdsWithin(2s, [&] { return desktop().windows().inputFocus() == witness.window(); }));
+    ASSERT_TRUE(hasFocus(witness));
     EXPECT_EQ(inFront(), std::nullopt);
 }
 

@@ -46,6 +46,8 @@ protected:
     }
 
     ~PanelFocusTest() override {
+        backEnd().hotKeyCenter().unregisterEventHotKey(altSpace);
+        backEnd().hotKeyCenter().installEventHandler({});
         focus().release();
         focus().setIdleTime(60s);
     }
@@ -74,12 +76,47 @@ protected:
         return holdsWithin(1s, [&] { return seen == expected; });
     }
 
+    /// What the server answers where another program wants the keyboard.
+    static std::uint8_t grabForRival() {
+        auto* rival = desktop().connection();
+        const auto cookie = xcb_grab_keyboard(rival, 0, desktop().rootWindow(), XCB_CURRENT_TIME,
+                                              XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+        auto* reply = xcb_grab_keyboard_reply(rival, cookie, nullptr);
+        const std::uint8_t status = reply->status;
+        std::free(reply);
+        return status;
+    }
+
+    static void ungrabForRival() {
+        xcb_ungrab_keyboard(desktop().connection(), XCB_CURRENT_TIME);
+        xcb_flush(desktop().connection());
+    }
+
+    static bool comesToFront(std::uint32_t window) {
+        return holdsWithin(2s, [&] { return desktop().windows().activeWindow() == window; });
+    }
+
+    bool panelTakesKeys() {
+        input().click(750, 350);
+        return holdsWithin(1s, [] { return focus().isHeld(); });
+    }
+
+    /// Until the end of the test.
+    void onAltSpace(const std::function<void(bool isPress)>& react) {
+        backEnd().hotKeyCenter().installEventHandler([react](const platform::HotKeyEvent* event) {
+            react(event->kind == platform::kEventHotKeyPressed);
+            return platform::noErr;
+        });
+        ASSERT_EQ(backEnd().hotKeyCenter().registerEventHotKey(49, 0x800, {7, 1}, altSpace), platform::noErr);
+    }
+
     /// As the program's own panel: never managed, never activated.
     OwnWindow panel{Qt::Tool | kUnmanaged, {700, 300, 200, 100}};
     std::unique_ptr<ChildProcess> terminal;
     std::uint32_t front = 0;
     std::vector<Turn> seen;
     Subscription turns;
+    platform::HotKeyCenter::Handle altSpace = 0;
 };
 
 } // namespace
@@ -87,6 +124,10 @@ protected:
 TEST_F(PanelFocusTest, TheKeysComeToThePanelAndTheOtherWindowStaysActiveAndFocused) {
     const auto focused = desktop().windows().inputFocus();
     acquire();
+    input().chord({KEY_LEFTCTRL, KEY_C});
+    input().chord({KEY_LEFTALT, KEY_K});
+    input().tapKey(KEY_ESC);
+    letPass(100ms);
     EXPECT_TRUE(types("Hello")) << panel.typed;
     EXPECT_EQ(desktop().windows().activeWindow(), front);
     EXPECT_EQ(desktop().windows().inputFocus(), focused);
@@ -121,24 +162,20 @@ TEST_F(PanelFocusTest, AnOutsidePressGivesTheKeysBackAndAnInsideOneTakesThemAgai
     input().click(750, 350);
     letPass(50ms);
     EXPECT_EQ(seen, std::vector<Turn>());
-    input().movePointer(150, 200);
-    input().pressButton(5);
-    input().releaseButton(5);
+    input().click(150, 200, 5);
     letPass(50ms);
     EXPECT_EQ(seen, std::vector<Turn>()) << "the wheel";
     input().click(150, 200);
     EXPECT_TRUE(sees({Turn::pressedElsewhere}));
     EXPECT_FALSE(focus().isHeld());
-    input().click(750, 350);
-    EXPECT_TRUE(holdsWithin(1s, [] { return focus().isHeld(); }));
+    EXPECT_TRUE(panelTakesKeys());
     EXPECT_TRUE(types("again"));
     EXPECT_EQ(desktop().windows().activeWindow(), front);
 }
 
 TEST_F(PanelFocusTest, AnotherWindowOfTheProgramIsElsewhereAndAPopUpOfThePanelIsNot) {
     OwnWindow settings(Qt::Window, {100, 500, 200, 100});
-    const auto isActive = [&] { return desktop().windows().activeWindow() == settings.winId(); };
-    ASSERT_TRUE(holdsWithin(2s, isActive));
+    ASSERT_TRUE(comesToFront(settings.winId()));
     const OwnWindow popUp(Qt::ToolTip | kUnmanaged, {700, 420, 200, 50}, &panel);
     for (int round = 0; round < 2; ++round) {
         acquire();
@@ -146,9 +183,7 @@ TEST_F(PanelFocusTest, AnotherWindowOfTheProgramIsElsewhereAndAPopUpOfThePanelIs
         input().click(750, 440);
         letPass(100ms);
         EXPECT_EQ(seen, std::vector<Turn>());
-        input().movePointer(150, 550);
-        input().pressButton(5);
-        input().releaseButton(5);
+        input().click(150, 550, 5);
         letPass(50ms);
         EXPECT_TRUE(focus().isHeld()) << "the wheel";
         input().click(150, 550);
@@ -156,16 +191,15 @@ TEST_F(PanelFocusTest, AnotherWindowOfTheProgramIsElsewhereAndAPopUpOfThePanelIs
         EXPECT_FALSE(focus().isHeld());
         input().type("s");
         EXPECT_TRUE(holdsWithin(1s, [&] { return settings.typed == "s"; })) << settings.typed;
-        input().click(750, 350);
-        EXPECT_TRUE(holdsWithin(1s, [] { return focus().isHeld(); }));
+        EXPECT_TRUE(panelTakesKeys());
         EXPECT_TRUE(types("again"));
         EXPECT_EQ(std::exchange(settings.typed, {}), "s");
-        EXPECT_TRUE(isActive());
+        EXPECT_EQ(desktop().windows().activeWindow(), settings.winId());
         focus().release();
         seen.clear();
     }
     desktop().windows().activate(front);
-    ASSERT_TRUE(holdsWithin(2s, [&] { return desktop().windows().activeWindow() == front; }));
+    ASSERT_TRUE(comesToFront(front));
     acquire();
     desktop().windows().activate(static_cast<std::uint32_t>(settings.winId()));
     EXPECT_TRUE(sees({Turn::activatedElsewhere}));
@@ -175,22 +209,15 @@ TEST_F(PanelFocusTest, AnotherWindowOfTheProgramIsElsewhereAndAPopUpOfThePanelIs
 TEST_F(PanelFocusTest, AGrabOfAnotherWindowOfTheProgramIsLeftAloneAndItsEndTakesNothingAway) {
     OwnWindow settings(Qt::Window, {100, 500, 200, 100});
     settings.grabsWhenPressed = true;
-    ASSERT_TRUE(holdsWithin(2s, [&] { return desktop().windows().activeWindow() == settings.winId(); }));
+    ASSERT_TRUE(comesToFront(settings.winId()));
     acquire();
     input().click(150, 550);
     EXPECT_TRUE(sees({Turn::pressedElsewhere}));
-    auto* rival = desktop().connection();
-    const auto cookie = xcb_grab_keyboard(rival, 0, desktop().rootWindow(), XCB_CURRENT_TIME,
-                                          XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-    auto* reply = xcb_grab_keyboard_reply(rival, cookie, nullptr);
-    EXPECT_EQ(reply->status, XCB_GRAB_STATUS_ALREADY_GRABBED) << "it has the keyboard as it wanted";
-    std::free(reply);
-    xcb_ungrab_keyboard(rival, XCB_CURRENT_TIME);
-    xcb_flush(rival);
+    EXPECT_EQ(grabForRival(), XCB_GRAB_STATUS_ALREADY_GRABBED) << "it has the keyboard as it wanted";
+    ungrabForRival();
     // Its question is noticed too, and is a turn where the panel has the keyboard by then.
     letPass(100ms);
-    input().click(750, 350);
-    ASSERT_TRUE(holdsWithin(1s, [] { return focus().isHeld(); }));
+    ASSERT_TRUE(panelTakesKeys());
     settings.setKeyboardGrabEnabled(false);
     letPass(100ms);
     EXPECT_TRUE(types("panel"));
@@ -208,7 +235,7 @@ TEST_F(PanelFocusTest, ANewActiveWindowIsToldButNothingAfterRelease) {
     focus().release();
     desktop().windows().activate(front);
     input().click(150, 200);
-    EXPECT_TRUE(holdsWithin(1s, [&] { return desktop().windows().activeWindow() == front; }));
+    EXPECT_TRUE(comesToFront(front));
     letPass(100ms);
     EXPECT_EQ(seen.size(), 1U);
 }
@@ -227,29 +254,13 @@ TEST_F(PanelFocusTest, AChordOfTheWindowManagerReachesItAtTheFirstStroke) {
     input().releaseKey(KEY_LEFTALT);
     ASSERT_FALSE(seen.empty());
     EXPECT_EQ(seen.front(), Turn::desktopShortcut);
-    EXPECT_TRUE(holdsWithin(2s, [this] { return desktop().windows().activeWindow() == front; }));
+    EXPECT_TRUE(comesToFront(front));
     focus().release();
-}
-
-TEST_F(PanelFocusTest, OrdinaryChordsStayInThePanel) {
-    acquire();
-    input().chord({KEY_LEFTCTRL, KEY_C});
-    input().chord({KEY_LEFTALT, KEY_K});
-    input().tapKey(KEY_ESC);
-    letPass(100ms);
-    EXPECT_EQ(seen, std::vector<Turn>());
-    EXPECT_TRUE(focus().isHeld());
 }
 
 TEST_F(PanelFocusTest, TheHotKeyWorksUnderTheGrabAndWritesNothing) {
     std::string log;
-    auto& center = backEnd().hotKeyCenter();
-    center.installEventHandler([&](const platform::HotKeyEvent* event) {
-        log += event->kind == platform::kEventHotKeyPressed ? '+' : '-';
-        return platform::noErr;
-    });
-    platform::HotKeyCenter::Handle handle = 0;
-    ASSERT_EQ(center.registerEventHotKey(49, 0x800, {7, 1}, handle), platform::noErr);
+    onAltSpace([&](bool isPress) { log += isPress ? '+' : '-'; });
     acquire();
     panel.typed.clear();
     input().pressKey(KEY_LEFTALT);
@@ -262,8 +273,6 @@ TEST_F(PanelFocusTest, TheHotKeyWorksUnderTheGrabAndWritesNothing) {
     EXPECT_EQ(panel.typed, "");
     EXPECT_TRUE(types("a b"));
     EXPECT_EQ(seen, std::vector<Turn>());
-    center.unregisterEventHotKey(handle);
-    center.installEventHandler({});
 }
 
 TEST_F(PanelFocusTest, WithoutAKeyForLongItGivesUp) {
@@ -297,18 +306,11 @@ TEST_F(PanelFocusTest, AStartingScreenSaverTakesTheKeysAway) {
 }
 
 TEST_F(PanelFocusTest, WhileAnotherProgramGrabsTheKeyboardItWaitsAndThenMovesTheFocus) {
-    auto* rival = desktop().connection();
-    const auto grabForRival = [&] {
-        const auto cookie = xcb_grab_keyboard(rival, 0, desktop().rootWindow(), XCB_CURRENT_TIME,
-                                              XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-        std::free(xcb_grab_keyboard_reply(rival, cookie, nullptr));
-    };
     grabForRival();
     focus().acquire(panel.winId());
     letPass(100ms);
     EXPECT_FALSE(focus().isHeld());
-    xcb_ungrab_keyboard(rival, XCB_CURRENT_TIME);
-    xcb_flush(rival);
+    ungrabForRival();
     EXPECT_TRUE(holdsWithin(300ms, [] { return focus().isHeld(); }));
     EXPECT_TRUE(types("grab"));
     focus().release();
@@ -320,8 +322,7 @@ TEST_F(PanelFocusTest, WhileAnotherProgramGrabsTheKeyboardItWaitsAndThenMovesThe
     EXPECT_EQ(desktop().windows().inputFocus(), panel.winId());
     focus().release();
     EXPECT_EQ(desktop().windows().inputFocus(), focused);
-    xcb_ungrab_keyboard(rival, XCB_CURRENT_TIME);
-    xcb_flush(rival);
+    ungrabForRival();
 }
 
 TEST_F(PanelFocusTest, AClickInACandidateWindowIsInside) {
@@ -345,10 +346,9 @@ TEST_F(PanelFocusTest, AClickInACandidateWindowIsInside) {
 }
 
 TEST_F(PanelFocusTest, WhatIsTypedBeforeThePanelHasTheKeyboardComesToItAndNotToTheOtherWindow) {
-    auto& center = backEnd().hotKeyCenter();
     int presses = 0;
-    center.installEventHandler([&](const platform::HotKeyEvent* event) {
-        if (event->kind == platform::kEventHotKeyPressed)
+    onAltSpace([&](bool isPress) {
+        if (isPress)
             ++presses;
         else if (!focus().isHeld()) {
             focus().prepare();
@@ -357,19 +357,11 @@ TEST_F(PanelFocusTest, WhatIsTypedBeforeThePanelHasTheKeyboardComesToItAndNotToT
             focus().acquire(panel.winId());
             input().type("e");
         }
-        return platform::noErr;
     });
-    platform::HotKeyCenter::Handle handle = 0;
-    ASSERT_EQ(center.registerEventHotKey(49, 0x800, {7, 1}, handle), platform::noErr);
-    input().pressKey(KEY_LEFTALT);
-    input().pressKey(KEY_SPACE);
-    input().releaseKey(KEY_SPACE);
-    input().releaseKey(KEY_LEFTALT);
+    input().chord({KEY_LEFTALT, KEY_SPACE});
     EXPECT_TRUE(holdsWithin(2s, [&] { return panel.typed == "aB cde"; })) << panel.typed;
     EXPECT_EQ(presses, 2) << "the second one too";
     focus().release();
-    EXPECT_EQ(center.unregisterEventHotKey(handle), platform::noErr);
-    center.installEventHandler({});
     input().type("after\n");
     EXPECT_TRUE(holdsWithin(2s, [] { return typedIntoTerminal() == "after\n"; })) << typedIntoTerminal();
 }

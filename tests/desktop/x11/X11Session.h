@@ -1,42 +1,27 @@
 #pragma once
 
 #include "Platform/Linux/X11/X11BackEnd.h"
-#include "tests/desktop/support/FailureScreenshots.h"
-#include "tests/desktop/support/VirtualDesktop.h"
+#include "tests/desktop/support/SessionTest.h"
 
-#include <QGuiApplication>
-#include <gtest/gtest.h>
-#include <memory>
+#include <stdexcept>
 
 namespace quillmoth::test {
 
-/// A desktop with the toolkit and the X11 back end on it, one for all tests of a suite.
-class X11Session : public testing::Test {
+/// A desktop with the toolkit and the X11 back end on it.
+struct X11Desktop : ApplicationDesktop<> {
+    explicit X11Desktop(const VirtualDesktopOptions& options = {}) : ApplicationDesktop(options) {
+        auto made = platform::X11BackEnd::create();
+        if (!made)
+            throw std::runtime_error(made.error().description);
+        backEnd = std::move(*made);
+    }
+
+    std::unique_ptr<platform::X11BackEnd> backEnd;
+};
+
+class X11Session : public SessionTest<X11Desktop> {
 protected:
-    static void SetUpTestSuite() {
-        static int argumentCount = 1;
-        static char name[] = "test";
-        static char* arguments[] = {name, nullptr};
-        desktop_ = std::make_unique<VirtualDesktop>();
-        keepScreenshotsOnFailure(desktop_.get());
-        application_ = std::make_unique<QGuiApplication>(argumentCount, arguments);
-        auto backEnd = platform::X11BackEnd::create();
-        ASSERT_TRUE(backEnd) << backEnd.error().description;
-        backEnd_ = std::move(*backEnd);
-    }
-
-    static void TearDownTestSuite() {
-        keepScreenshotsOnFailure(nullptr);
-        backEnd_.reset();
-        application_.reset();
-        desktop_.reset();
-    }
-
-    static VirtualDesktop& desktop() { return *desktop_; }
-
-    static DesktopInput& input() { return desktop_->input(); }
-
-    static platform::X11BackEnd& backEnd() { return *backEnd_; }
+    static platform::X11BackEnd& backEnd() { return *session().backEnd; }
 
     /// A terminal that stands in for the application in front.
     static std::unique_ptr<ChildProcess> frontTerminal(const std::string& title,
@@ -50,11 +35,6 @@ protected:
         })) << terminal->output();
         return terminal;
     }
-
-private:
-    static inline std::unique_ptr<VirtualDesktop> desktop_;
-    static inline std::unique_ptr<QGuiApplication> application_;
-    static inline std::unique_ptr<platform::X11BackEnd> backEnd_;
 };
 
 } // namespace quillmoth::test
