@@ -1,19 +1,7 @@
-// The assistant with a real network and real queues, against a real server on the loopback interface.
-
 #include "Foundation/Log.h"
-#include "Platform/Curl/CurlURLSessions.h"
 #include "Platform/Fake/FakePlatform.h"
-#include "Platform/Posix/SerialOperationQueues.h"
 #include "Quillmoth/Assistant/DataModel.h"
-#include "tests/support/Latch.h"
-#include "tests/support/RunLoop.h"
-#include "tests/support/ScriptedChatServer.h"
-
-#include <gtest/gtest.h>
-
-#include <memory>
-#include <string>
-#include <vector>
+#include "tests/integration/network/NetworkTest.h"
 
 namespace quillmoth {
 
@@ -25,7 +13,7 @@ constexpr const char* kStreamPath = "/api/v1/chat/completions/stream";
 constexpr const char* kOneShotPath = "/api/v1/chat/completions";
 constexpr const char* kOpenAIPath = "/v1/chat/completions";
 
-class AssistantOverHTTPTest : public testing::Test {
+class AssistantOverHTTPTest : public test::NetworkTest {
 protected:
     AssistantOverHTTPTest() : log_([](const std::string&) {}) {
         fakes.userDefaults.set("gatewayBaseURL", server.baseURL());
@@ -37,7 +25,7 @@ protected:
         const platform::Platform fake = fakes.platform();
         return {.mainQueue = loop,
                 .operationQueues = queues,
-                .urlSessions = sessions,
+                .urlSessions = *sessions,
                 .pasteboard = fake.pasteboard,
                 .accessibility = fake.accessibility,
                 .keyboardEvents = fake.keyboardEvents,
@@ -66,11 +54,7 @@ protected:
         model->runPrompt();
     }
 
-    test::ScriptedChatServer server;
     platform::FakePlatform fakes;
-    test::RunLoop loop;
-    platform::SerialOperationQueues queues;
-    platform::CurlURLSessions sessions{queues};
     ScopedLogCapture log_;
     std::shared_ptr<DataModel> model;
 };
@@ -103,25 +87,6 @@ TEST_F(AssistantOverHTTPTest, a_key_changes_the_route_and_goes_only_into_its_hea
     EXPECT_EQ(requests.front().body.find("sk-secret"), std::string::npos);
 }
 
-TEST_F(AssistantOverHTTPTest, each_status_ends_in_its_words_and_the_next_request_works) {
-    for (const auto& [status, error] :
-         {std::pair{401, "Error 401: Your API key is invalid, Please check again."},
-          {404, "Error 404: The model does not exist."},
-          {500, "Error 500"}}) {
-        SCOPED_TRACE(status);
-        server.answer(kStreamPath, test::jsonAnswer(status, R"({"error":{"message":"no"}})"));
-        ASSERT_TRUE(ask("hi"));
-        EXPECT_EQ(*model->_error, error);
-        EXPECT_EQ(*model->_command, "");
-        EXPECT_EQ(model->_messages->size(), 1U) << "the system message is left";
-        server.answer(kStreamPath, test::chatStream({"fine"}));
-        ASSERT_TRUE(ask("again"));
-        EXPECT_EQ(*model->_error, "");
-        EXPECT_EQ(*model->_responseValue, "fine");
-        model->_messages = std::vector<ChatMessage>();
-    }
-}
-
 TEST_F(AssistantOverHTTPTest, a_reset_in_mid_stream_keeps_what_had_come) {
     ScriptedAnswer answer = test::chatStream({"part"});
     answer.steps.pop_back();
@@ -144,12 +109,12 @@ TEST_F(AssistantOverHTTPTest, what_is_no_chat_service_is_told_and_the_text_comes
     for (int number = 0; number < 400; ++number)
         endless.headers.emplace_back("X-" + std::to_string(number), std::string(4000, 'x'));
     server.answer("/login", page({{"Content-Type", "text/html"}}, "<html>\n\nLog in\n\n</html>"));
+    const char* noService = "as a chat service does";
     const std::pair<ScriptedAnswer, const char*> cases[] = {
-        {page({{"Content-Type", "text/html"}}, "<html>\n\nLog in\n\n</html>"), "as a chat service does"},
-        {test::redirectAnswer(302, "/login"), "as a chat service does"},
-        {test::jsonAnswer(200, ""), "as a chat service does"},
-        {test::jsonAnswer(200, test::chatResponse("whole")), "as a chat service does"},
-        {page({{"Content-Encoding", "gzip"}}, "\x1f\x8b\x08"), "as a chat service does"},
+        {test::redirectAnswer(302, "/login"), noService},
+        {test::jsonAnswer(200, ""), noService},
+        {test::jsonAnswer(200, test::chatResponse("whole")), noService},
+        {page({{"Content-Encoding", "gzip"}}, "\x1f\x8b\x08"), noService},
         {broken, " was lost. "},
         {endless, "127.0.0.1"},
     };
@@ -167,40 +132,33 @@ TEST_F(AssistantOverHTTPTest, what_is_no_chat_service_is_told_and_the_text_comes
     ASSERT_TRUE(ask("my question"));
     EXPECT_EQ(*model->_responseValue, "fine");
     EXPECT_EQ(*model->_error, "");
-}
-
-TEST_F(AssistantOverHTTPTest, an_unreachable_server_gives_the_text_back_with_an_error_that_names_it) {
+    model->_messages = std::vector<ChatMessage>();
     fakes.userDefaults.set("gatewayBaseURL", std::string("http://127.0.0.1:1"));
     ASSERT_TRUE(ask("my question"));
     EXPECT_EQ(*model->_command, "my question");
-    EXPECT_NE(model->_error->find("127.0.0.1"), std::string::npos) << *model->_error;
-    EXPECT_TRUE(model->_messages->empty());
+    EXPECT_NE(model->_error->find("127.0.0.1:1"), std::string::npos) << *model->_error;
 }
 
-TEST_F(AssistantOverHTTPTest, a_server_that_never_answers_is_left_with_escape) {
-    server.answer(kStreamPath, test::silentAnswer());
-    start("hi");
-    ASSERT_TRUE(server.waitForRequests(1));
-    model->dismissStep();
-    EXPECT_FALSE(model->_isLoading);
-    ASSERT_TRUE(loop.runUntil([&] { return !model->_isCancelRequest; }));
-    server.answer(kStreamPath, test::chatStream({"fine"}));
-    ASSERT_TRUE(ask("again"));
-    EXPECT_EQ(*model->_responseValue, "fine");
-}
-
-TEST_F(AssistantOverHTTPTest, a_cancelled_stream_does_not_end_the_next_one) {
+TEST_F(AssistantOverHTTPTest, what_is_left_with_escape_does_not_disturb_the_next_request) {
     const auto gate = std::make_shared<test::Latch>();
     ScriptedAnswer held = test::chatStream({"one"});
     held.steps.insert(held.steps.end() - 1, test::WaitFor{gate});
-    server.answer(kStreamPath, held);
-    start("first");
-    ASSERT_TRUE(loop.runUntil([&] { return *model->_responseValue == "one"; }));
-    server.answer(kStreamPath, test::chatStream({"two"}));
-    model->dismissStep();
-    ASSERT_TRUE(ask("second"));
-    EXPECT_EQ(model->_messages->back().content, "two");
-    EXPECT_FALSE(model->_isCancelRequest);
+    std::size_t requests = 0;
+    for (const ScriptedAnswer& answer : {held, test::silentAnswer()}) {
+        server.answer(kStreamPath, answer);
+        start("first");
+        ASSERT_TRUE(server.waitForRequests(++requests));
+        if (answer.sendsHead) {
+            ASSERT_TRUE(loop.runUntil([&] { return *model->_responseValue == "one"; }));
+        }
+        server.answer(kStreamPath, test::chatStream({"two"}));
+        model->dismissStep();
+        EXPECT_FALSE(model->_isLoading);
+        ASSERT_TRUE(ask("second"));
+        ++requests;
+        EXPECT_EQ(model->_messages->back().content, "two");
+        ASSERT_TRUE(loop.runUntil([&] { return !model->_isCancelRequest; }));
+    }
     gate->release();
 }
 

@@ -2,11 +2,9 @@
 #include "Foundation/Log.h"
 #include "Platform/Posix/DiskSync.h"
 #include "Platform/Qt/FileWatch.h"
+#include "tests/integration/platform/CoreApplication.h"
 #include "tests/integration/platform/TemporaryFolder.h"
 
-#include <QCoreApplication>
-#include <QDeadlineTimer>
-#include <QEventLoop>
 #include <cmath>
 #include <gtest/gtest.h>
 
@@ -15,6 +13,7 @@ namespace quillmoth::platform {
 namespace {
 
 using test::contentOf;
+using test::eventually;
 using test::modeOf;
 using test::replaceContent;
 using test::setContent;
@@ -26,32 +25,11 @@ protected:
         return std::make_unique<FileUserDefaults>(path_, sync_, watchFiles);
     }
 
-    [[nodiscard]] std::string allLogged() const {
-        std::string all;
-        for (const auto& line : logged_)
-            all += line + '\n';
-        return all;
-    }
-
     TemporaryFolder folder_;
     std::string path_ = folder_.path("defaults.json");
     DiskSync sync_;
-    std::vector<std::string> logged_;
-    ScopedLogCapture capture_{[this](std::string line) { logged_.push_back(std::move(line)); }};
-};
-
-bool eventually(const std::function<bool()>& condition) {
-    QDeadlineTimer deadline(5000);
-    while (!condition() && !deadline.hasExpired())
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
-    return condition();
-}
-
-struct Application {
-    int count = 1;
-    char name[5] = "test";
-    char* arguments[2] = {name, nullptr};
-    QCoreApplication application{count, arguments};
+    std::string logged_;
+    ScopedLogCapture capture_{[this](const std::string& line) { logged_ += line; }};
 };
 
 } // namespace
@@ -77,7 +55,7 @@ TEST_F(FileUserDefaultsTest, ValuesKeepTheirTypesAndSurviveTheProcess) {
     EXPECT_EQ(writer->object("infinite"), std::nullopt);
 }
 
-TEST_F(FileUserDefaultsTest, TheFileIsForItsOwnerAloneAlsoWhereALooserOneStood) {
+TEST_F(FileUserDefaultsTest, FileAndFolderAreForTheOwnerAloneAlsoWhereALooserFileStood) {
     setContent(path_, R"({"openapikey": "secret"})");
     chmod(path_.c_str(), 0644);
     const auto defaults = open();
@@ -86,9 +64,6 @@ TEST_F(FileUserDefaultsTest, TheFileIsForItsOwnerAloneAlsoWhereALooserOneStood) 
     defaults->set("model", std::string("gpt-4"));
     EXPECT_EQ(modeOf(path_), 0600U) << "after writing";
     EXPECT_EQ(defaults->string("openapikey"), "secret");
-}
-
-TEST_F(FileUserDefaultsTest, MakesItsFolderForTheOwnerAlone) {
     path_ = folder_.path("config/quillmoth/defaults.json");
     open()->set("key", true);
     EXPECT_EQ(contentOf(path_), "{\n  \"key\": true\n}\n");
@@ -156,8 +131,8 @@ TEST_F(FileUserDefaultsTest, ADamagedFileIsKeptAsideAndNamedInTheLogWithoutItsCo
     EXPECT_EQ(contentOf(folder_.path("defaults.json.damaged-1")), "from before");
     EXPECT_EQ(contentOf(folder_.path("defaults.json.damaged-2")), R"({"openapikey": "sk-secret")");
     EXPECT_EQ(contentOf(folder_.path("defaults.json.damaged-4")), "\xFFsk-secret");
-    EXPECT_NE(allLogged().find("defaults.json.damaged-4"), std::string::npos);
-    EXPECT_EQ(allLogged().find("sk-secret"), std::string::npos);
+    EXPECT_NE(logged_.find("defaults.json.damaged-4"), std::string::npos);
+    EXPECT_EQ(logged_.find("sk-secret"), std::string::npos);
     setContent(path_, "");
     EXPECT_EQ(open()->object("key"), std::nullopt);
     EXPECT_TRUE(std::filesystem::exists(path_)) << "an empty file holds nothing worth keeping";
@@ -181,8 +156,8 @@ TEST_F(FileUserDefaultsTest, AChangeThatCannotBeWrittenHoldsAndIsWrittenWithTheN
     const auto defaults = open();
     defaults->set("a", std::string("unwritten"));
     EXPECT_EQ(defaults->string("a"), "unwritten");
-    EXPECT_NE(allLogged().find(path_), std::string::npos);
-    EXPECT_EQ(allLogged().find("unwritten"), std::string::npos);
+    EXPECT_NE(logged_.find(path_), std::string::npos);
+    EXPECT_EQ(logged_.find("unwritten"), std::string::npos);
     std::filesystem::remove(path_);
     EXPECT_EQ(defaults->string("a"), "unwritten");
     defaults->set("b", true);
@@ -190,7 +165,7 @@ TEST_F(FileUserDefaultsTest, AChangeThatCannotBeWrittenHoldsAndIsWrittenWithTheN
 }
 
 TEST_F(FileUserDefaultsTest, ListenersHearOfOwnChangesAndOfThoseOfOtherProcesses) {
-    const Application application;
+    const test::CoreApplication application;
     const auto defaults = open();
     int calls = 0;
     auto subscription = defaults->onChange([&] { ++calls; });

@@ -1,16 +1,13 @@
 #include "Platform/Qt/QtMainQueue.h"
+#include "tests/integration/platform/CoreApplication.h"
 
 #include <QAbstractEventDispatcher>
-#include <QCoreApplication>
 #include <QEventLoop>
 #include <QSocketNotifier>
 #include <array>
 #include <gtest/gtest.h>
-#include <memory>
-#include <optional>
 #include <thread>
 #include <unistd.h>
-#include <vector>
 
 namespace quillmoth::platform {
 
@@ -21,42 +18,40 @@ using SteadyClock = std::chrono::steady_clock;
 
 class QtMainQueueTest : public testing::Test {
 protected:
-    QtMainQueueTest() : application_(std::in_place, count_, arguments_.data()) {}
-
     /// Runs the loop until some work calls stop().
-    void run() { QCoreApplication::exec(); }
+    static void run() { QCoreApplication::exec(); }
 
     static void stop() { QCoreApplication::exit(); }
 
-    int count_ = 1;
-    char name_[5] = "test";
-    std::array<char*, 2> arguments_{name_, nullptr};
-    std::optional<QCoreApplication> application_;
+    std::optional<test::CoreApplication> application{std::in_place};
+    QtMainQueue queue;
+    std::vector<int> order;
 };
 
 } // namespace
 
-TEST_F(QtMainQueueTest, WorkRunsInOrderAfterTheTurnThatQueuedIt) {
-    QtMainQueue queue;
-    std::vector<int> order;
+TEST_F(QtMainQueueTest, WorkRunsInOrderAfterTheTurnThatQueuedItAlsoInANestedLoop) {
+    const auto add = [&](int number) { queue.async([&, number] { order.push_back(number); }); };
     queue.async([&] {
-        queue.async([&] { order.push_back(3); });
-        queue.async([&] {
-            order.push_back(4);
-            stop();
-        });
         order.push_back(1);
+        add(4);
+        QEventLoop nested;
+        queue.async([&] { nested.quit(); });
+        nested.exec();
+        order.push_back(5);
+        add(6);
+        queue.async([] { stop(); });
     });
-    queue.async([&] { order.push_back(2); });
+    add(2);
+    add(3);
     EXPECT_TRUE(order.empty());
     run();
-    EXPECT_EQ(order, (std::vector{1, 2, 3, 4}));
+    EXPECT_EQ(order, (std::vector{1, 2, 3, 4, 5, 6}));
 }
 
 TEST_F(QtMainQueueTest, WorkOfEveryThreadKeepsItsOrderAndSeesWhatTheThreadWrote) {
     constexpr int kThreads = 4;
     constexpr int kPosts = 5000;
-    QtMainQueue queue;
     std::array<int, kThreads> next{};
     int finished = 0;
     bool inOrder = true;
@@ -79,9 +74,7 @@ TEST_F(QtMainQueueTest, WorkOfEveryThreadKeepsItsOrderAndSeesWhatTheThreadWrote)
 }
 
 TEST_F(QtMainQueueTest, DelayedWorkIsNeverEarlyAndComesInTheOrderOfItsMoments) {
-    QtMainQueue queue;
     const auto start = SteadyClock::now();
-    std::vector<int> order;
     bool early = false;
     const auto add = [&](int number, std::chrono::microseconds delay) {
         queue.asyncAfter(delay, [&, number, delay] {
@@ -103,7 +96,6 @@ TEST_F(QtMainQueueTest, DelayedWorkIsNeverEarlyAndComesInTheOrderOfItsMoments) {
 }
 
 TEST_F(QtMainQueueTest, WorkThatNeverEndsToQueueMoreLetsInputThrough) {
-    QtMainQueue queue;
     std::array<int, 2> ends{};
     ASSERT_EQ(pipe(ends.data()), 0);
     QSocketNotifier input(ends[0], QSocketNotifier::Read);
@@ -123,28 +115,7 @@ TEST_F(QtMainQueueTest, WorkThatNeverEndsToQueueMoreLetsInputThrough) {
     close(ends[1]);
 }
 
-TEST_F(QtMainQueueTest, ANestedLoopRunsTheRestInOrder) {
-    QtMainQueue queue;
-    std::vector<int> order;
-    queue.async([&] {
-        order.push_back(1);
-        QEventLoop nested;
-        queue.async([&] {
-            order.push_back(4);
-            nested.quit();
-        });
-        nested.exec();
-        order.push_back(5);
-        stop();
-    });
-    queue.async([&] { order.push_back(2); });
-    queue.async([&] { order.push_back(3); });
-    run();
-    EXPECT_EQ(order, (std::vector{1, 2, 3, 4, 5}));
-}
-
 TEST_F(QtMainQueueTest, ManyPostsWakeTheLoopOnceAndNoneLeaveItAsleep) {
-    QtMainQueue queue;
     int awakenings = 0;
     QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake,
                      [&] { ++awakenings; });
@@ -162,12 +133,11 @@ TEST_F(QtMainQueueTest, ManyPostsWakeTheLoopOnceAndNoneLeaveItAsleep) {
 }
 
 TEST_F(QtMainQueueTest, WorkThatIsLeftOrComesLaterIsDroppedWhenTheApplicationGoes) {
-    QtMainQueue queue;
     const auto captured = std::make_shared<int>();
     const auto work = [captured] { ADD_FAILURE() << "ran without an application"; };
     queue.async(work);
     queue.asyncAfter(1ms, work);
-    application_.reset();
+    application.reset();
     queue.async(work);
     std::thread([&] { queue.asyncAfter(1ms, work); }).join();
     // The one here and the one in `work`.

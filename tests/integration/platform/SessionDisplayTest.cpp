@@ -1,9 +1,9 @@
 #include "Platform/Linux/Desktop/SessionDisplay.h"
+#include "tests/integration/ScopedVariable.h"
 #include "tests/integration/platform/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -19,7 +19,7 @@ TEST(SessionDisplay, OneThatCannotBeUsedIsNamedWithWhatToDo) {
     const int listener = socket(AF_UNIX, SOCK_STREAM, 0);
     ASSERT_EQ(bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
     ASSERT_EQ(listen(listener, 8), 0);
-    setenv("XDG_RUNTIME_DIR", folder.path().c_str(), 1);
+    const test::ScopedVariable runtime("XDG_RUNTIME_DIR", folder.path());
 
     struct Case {
         const char* chosen;
@@ -44,9 +44,9 @@ TEST(SessionDisplay, OneThatCannotBeUsedIsNamedWithWhatToDo) {
         {"wayland-egl;xcb", "", "wayland-7", "plugins", "wayland-egl;xcb"},
     };
     for (const auto& [chosen, x11, wayland, plugins, outcome] : cases) {
-        setenv("QT_QPA_PLATFORM", chosen, 1);
-        setenv("DISPLAY", x11, 1);
-        setenv("WAYLAND_DISPLAY", wayland, 1);
+        const test::ScopedVariable chosenVariable("QT_QPA_PLATFORM", chosen);
+        const test::ScopedVariable x11Variable("DISPLAY", x11);
+        const test::ScopedVariable waylandVariable("WAYLAND_DISPLAY", wayland);
         const auto display = findSessionDisplay({folder.path(plugins)}, [] { return false; });
         const std::string told = display ? *display : "error: " + display.error().description;
         EXPECT_NE(told.find(outcome), std::string::npos) << told;

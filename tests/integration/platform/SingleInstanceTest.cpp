@@ -1,15 +1,13 @@
 #include "Platform/Linux/Desktop/SingleInstance.h"
 #include "Platform/Linux/Desktop/HandOver.h"
 #include "Platform/Linux/Desktop/InstanceRequest.h"
+#include "tests/integration/platform/CoreApplication.h"
 #include "tests/integration/platform/TemporaryFolder.h"
 
-#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 #include <QDBusVirtualObject>
-#include <QDeadlineTimer>
-#include <QElapsedTimer>
 #include <QProcess>
 #include <QVariantMap>
 #include <gtest/gtest.h>
@@ -26,7 +24,7 @@ using Kind = InstanceRequest::Kind;
 class PrivateBus final : public testing::Environment {
 public:
     void SetUp() override {
-        application_ = std::make_unique<QCoreApplication>(count_, arguments_);
+        application_ = std::make_unique<test::CoreApplication>();
         const QString address = "unix:path=" + QString::fromStdString(folder_.path("bus"));
         daemon_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         daemon_.start("timeout", {"100", "dbus-daemon", "--session", "--nofork", "--nopidfile",
@@ -42,11 +40,8 @@ public:
     }
 
 private:
-    int count_ = 1;
-    char name_[5] = "test";
-    char* arguments_[2] = {name_, nullptr};
     test::TemporaryFolder folder_;
-    std::unique_ptr<QCoreApplication> application_;
+    std::unique_ptr<test::CoreApplication> application_;
     QProcess daemon_;
 };
 
@@ -64,9 +59,7 @@ Ended start(const QStringList& arguments, const QProcessEnvironment& environment
     if (!environment.isEmpty())
         process.setProcessEnvironment(environment);
     process.start("timeout", QStringList{"20", SECOND_START_PROGRAM} + arguments);
-    QDeadlineTimer deadline(20'000);
-    while (process.state() != QProcess::NotRunning && !deadline.hasExpired())
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 100);
+    EXPECT_TRUE(test::eventually([&] { return process.state() == QProcess::NotRunning; }, 20'000));
     return {process.exitCode(), process.readAllStandardOutput().toStdString(),
             process.readAllStandardError().toStdString()};
 }
@@ -102,20 +95,17 @@ TEST(SingleInstance, ASecondStartHandsItsCommandOverAndEndsWell) {
 }
 
 TEST(SingleInstance, WithNoneRunningAStartGoesOnAndQuitSaysSo) {
-    EXPECT_EQ(start({}).exitCode, kBecomesTheProgram);
-    const auto toggle = start({"--toggle"});
-    EXPECT_EQ(toggle.exitCode, kBecomesTheProgram);
-    EXPECT_EQ(toggle.output, "first request " + std::to_string(static_cast<int>(Kind::toggle)) + "\n");
-    const auto quit = start({"--quit"});
-    EXPECT_EQ(quit.exitCode, 1);
-    EXPECT_EQ(quit.errors, "quillmoth: Quillmoth is not running.\n");
-}
-
-TEST(SingleInstance, WithoutASessionBusTheProgramRunsAlone) {
-    auto environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere/bus");
-    EXPECT_EQ(start({"--toggle"}, environment).exitCode, kBecomesTheProgram);
-    EXPECT_EQ(start({"--quit"}, environment).exitCode, 1);
+    auto withoutBus = QProcessEnvironment::systemEnvironment();
+    withoutBus.insert("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere/bus");
+    for (const auto& environment : {QProcessEnvironment(), withoutBus}) {
+        EXPECT_EQ(start({}, environment).exitCode, kBecomesTheProgram);
+        const auto toggle = start({"--toggle"}, environment);
+        EXPECT_EQ(toggle.exitCode, kBecomesTheProgram);
+        EXPECT_EQ(toggle.output, "first request " + std::to_string(static_cast<int>(Kind::toggle)) + "\n");
+        const auto quit = start({"--quit"}, environment);
+        EXPECT_EQ(quit.exitCode, 1);
+        EXPECT_EQ(quit.errors, "quillmoth: Quillmoth is not running.\n");
+    }
 }
 
 TEST(SingleInstance, WrongUseHelpAndVersionNeedNoInstance) {
@@ -167,9 +157,7 @@ TEST(SingleInstance, LaunchersReachEachActionAndHearOfUnknownOnes) {
         message.setArguments(arguments);
         message << QVariantMap{{"activation-token", "token-1"}};
         const auto pending = launcher.asyncCall(message, 5000);
-        QDeadlineTimer deadline(5000);
-        while (!pending.isFinished() && !deadline.hasExpired())
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 50);
+        EXPECT_TRUE(test::eventually([&] { return pending.isFinished(); }));
         QCoreApplication::processEvents();
         return pending.reply().type() == QDBusMessage::ReplyMessage;
     };

@@ -3,9 +3,10 @@
 #include "Platform/Qt/QtUUIDSource.h"
 #include "Platform/Qt/QtWorkspace.h"
 #include "Platform/Qt/ResourceBundle.h"
+#include "tests/integration/ScopedVariable.h"
+#include "tests/integration/platform/CoreApplication.h"
 #include "tests/integration/platform/TemporaryFolder.h"
 
-#include <QCoreApplication>
 #include <QRegularExpression>
 #include <gtest/gtest.h>
 #include <limits>
@@ -37,24 +38,19 @@ TEST(QtUUIDSource, GivesDifferentVersion4UUIDsToAllThreads) {
 }
 
 TEST(SystemClock, WritesTheLocalDateAndMinuteAlsoAfterTheZoneHasChanged) {
-    const QByteArray former = qgetenv("TZ");
     const SystemClock clock;
-    qputenv("TZ", "UTC0");
+    const test::ScopedVariable utc("TZ", "UTC0");
     EXPECT_EQ(clock.localDateAndMinute(1'700'000'059.9), "2023-11-14 22:14");
     EXPECT_EQ(clock.localDateAndMinute(-0.5), "1969-12-31 23:59");
-    qputenv("TZ", "XYZ-5:30");
+    const test::ScopedVariable other("TZ", "XYZ-5:30");
     EXPECT_EQ(clock.localDateAndMinute(1'700'000'059.9), "2023-11-15 03:44");
-    former.isNull() ? qunsetenv("TZ") : qputenv("TZ", former);
     EXPECT_EQ(clock.localDateAndMinute(std::numeric_limits<double>::quiet_NaN()), "");
     EXPECT_EQ(clock.localDateAndMinute(1e300), "");
     EXPECT_GT(clock.secondsSince1970(), 1.7e9);
 }
 
 TEST(ResourceBundle, TellsWhatTheProgramIsAndReadsWhatShipsWithIt) {
-    int count = 1;
-    char name[] = "test";
-    char* arguments[] = {name, nullptr};
-    const QCoreApplication application(count, arguments);
+    const test::CoreApplication application;
     const ResourceBundle bundle;
     EXPECT_EQ(bundle.info("CFBundleIdentifier"), "org.quillmoth.Quillmoth");
     const QRegularExpression version("^[0-9]+\\.[0-9]+\\.[0-9]+$");
@@ -75,10 +71,7 @@ TEST(ResourceBundle, TellsWhatTheProgramIsAndReadsWhatShipsWithIt) {
 }
 
 TEST(QtWorkspace, GivesOwnURLsToTheProgramInALaterTurnAndIsNeverInFrontItself) {
-    int count = 1;
-    char name[] = "test";
-    char* arguments[] = {name, nullptr};
-    const QCoreApplication application(count, arguments);
+    const test::CoreApplication application;
     QtMainQueue queue;
     std::optional<std::int64_t> front = 12;
     QtWorkspace workspace(queue, [&] { return front; });
