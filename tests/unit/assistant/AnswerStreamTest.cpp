@@ -6,40 +6,38 @@ namespace {
 
 class AnswerStreamTest : public AssistantFixture {
 protected:
-    void ask(const std::string& command = "hi") {
-        model->_selectedIndex = DataModel::kTypedCommand;
-        model->_command = command;
-        model->runPrompt();
-    }
-
     /// What the next turn of the main queue assigns, once all that was delivered has reached it.
     Texts nextTurn() {
         platform.operationQueues.runUntilIdle();
         return assignments([&] { platform.mainQueue.runOne(); });
     }
+
+    void deliver(const std::string& data) {
+        stream().deliverData(data);
+        platform.runUntilIdle();
+    }
+
+    /// Opens the stream, and lets a first piece of the answer come.
+    void begin(const std::string& answer) {
+        stream().deliverStatus(200);
+        deliver(piece(answer));
+    }
 };
 
 TEST_F(AnswerStreamTest, an_answer_grows_in_the_last_message_and_in_the_response) {
-    ask();
-    EXPECT_EQ(*model->_responseValue, " ");
-    EXPECT_EQ(*model->_command, " ");
+    ask("hi");
+    EXPECT_EQ(shown(), " | | ...");
     stream().deliverStatus(200);
-    stream().deliverData("data: {\"choices\":[{\"delta\":{\"role\":\"assistant\"},\"index\":0}]}\n\n");
-    platform.runUntilIdle();
-    EXPECT_EQ(*model->_responseValue, "");
+    deliver("data: {\"choices\":[{\"delta\":{\"role\":\"assistant\"},\"index\":0}]}\n\n");
+    EXPECT_EQ(shown(), "| | ...");
     EXPECT_EQ(model->_messages->back().role, "assistant");
-    stream().deliverData(piece("Hel") + piece("lo") +
-                         ": ping\n\ndata: nonsense\n\ndata: {}\n\ndata: [DONE]\n\n");
-    platform.runUntilIdle();
-    EXPECT_EQ(*model->_responseValue, "Hello");
-    EXPECT_TRUE(model->_isLoading);
+    deliver(piece("Hel") + piece("lo") + ": ping\n\ndata: nonsense\n\ndata: {}\n\ndata: [DONE]\n\n");
+    EXPECT_EQ(shown(), "Hello| | ...");
     stream().complete();
     platform.runUntilIdle();
+    EXPECT_EQ(shown(), "Hello||");
     EXPECT_EQ(model->_messages->back().content, "Hello");
-    EXPECT_FALSE(model->_isLoading);
-    EXPECT_EQ(*model->_command, "");
-    EXPECT_EQ(*model->_error, "");
-    EXPECT_EQ(platform.urlSessions.shared().tasks().size(), 0U) << "a finished answer is not stored yet";
+    EXPECT_EQ(summaryCount(), 0U) << "a finished answer is not stored yet";
 }
 
 TEST_F(AnswerStreamTest, the_two_starts_assign_each_in_its_own_order) {
@@ -50,7 +48,7 @@ TEST_F(AnswerStreamTest, the_two_starts_assign_each_in_its_own_order) {
     model->_command = std::string("typed meanwhile");
     EXPECT_EQ(nextTurn(), Texts{});
     EXPECT_EQ(nextTurn(), (Texts{"_responseValue", "_messages", "_command"}));
-    EXPECT_EQ(*model->_responseValue + *model->_command, " ");
+    EXPECT_EQ(shown(), "| | ...");
     stream().deliverData(piece("1"));
     EXPECT_EQ(nextTurn(), Texts{});
     EXPECT_EQ(nextTurn(), (Texts{"_responseValue", "_messages"}));
@@ -61,25 +59,22 @@ TEST_F(AnswerStreamTest, the_two_starts_assign_each_in_its_own_order) {
     model->_error = std::string("old");
     EXPECT_EQ(assignments([&] { model->regenerate(); }),
               (Texts{"_command", "_messages", "_error", "_isLoading", "_responseValue", "_eventSource"}));
-    EXPECT_EQ(*model->_responseValue + *model->_error, "");
+    EXPECT_EQ(shown(), "| | ...");
+    EXPECT_EQ(assignments([&] { model->regenerate(); }), Texts{}) << "while it runs";
+    EXPECT_EQ(streamCount(), 2U);
     stream().deliverStatus(200);
     model->_responseValue = std::string("old");
     model->_command = std::string("typed meanwhile");
     EXPECT_EQ(nextTurn(), Texts{"_responseValue"});
+    EXPECT_EQ(shown(), "|typed meanwhile| ...");
     EXPECT_EQ(nextTurn(), (Texts{"_messages", "_command"}));
-    EXPECT_EQ(*model->_responseValue + *model->_command, " ");
+    EXPECT_EQ(shown(), "| | ...");
     stream().deliverData(piece("2"));
     EXPECT_EQ(nextTurn(), Texts{});
     EXPECT_EQ(nextTurn(), (Texts{"_messages", "_responseValue"}));
     EXPECT_EQ(texts(model->_messages),
               (Texts{"system: You are a helpful assistant.", "user: hi", "assistant: 2"}));
-    EXPECT_EQ(*model->_responseValue, "2");
-}
-
-TEST_F(AnswerStreamTest, a_running_request_is_not_regenerated) {
-    ask();
-    EXPECT_EQ(assignments([&] { model->regenerate(); }), Texts{});
-    EXPECT_EQ(streamCount(), 1U);
+    EXPECT_EQ(shown(), "2| | ...");
 }
 
 TEST_F(AnswerStreamTest, each_status_ends_in_its_words_and_drops_the_exchange) {
@@ -96,80 +91,77 @@ TEST_F(AnswerStreamTest, each_status_ends_in_its_words_and_drops_the_exchange) {
         {401, "Error 401: Your API key is invalid, Please check again.", ""},
         {402, "Error 402", ""},
         {404, "Error 404: The model does not exist.", ""},
-        {429,
-         "Error 429: Rate limit reached for requests.\nThe most likely cause is you have spent all of your "
-         "OpenAI free tokens, To upgrade to a OpenAI paid plan, visit https://",
+        {429, "Error 429: Rate limit reached for requests.\nThe most likely cause is you have spent all",
          "Error 429"},
         {500, "Error 500", ""},
         {204, "Error 204", ""},
     };
-    for (const Case& each : cases) {
-        SCOPED_TRACE(each.status);
-        model->_messages = std::vector<ChatMessage>();
-        converse("one", {"1"});
+    std::size_t count = 0;
+    for (const auto& [status, error, archived] : cases) {
+        SCOPED_TRACE(status);
+        startAnew();
+        converse("one", "1");
         const Texts former = texts(model->_messages);
-        const auto& summaries = platform.urlSessions.shared().tasks();
-        const std::size_t count = summaries.size();
-        ask();
-        serve(each.status);
-        EXPECT_TRUE(model->_error->starts_with(each.error)) << *model->_error;
-        EXPECT_EQ(*model->_responseValue, each.archived);
-        EXPECT_EQ(texts(model->_messages), former);
+        ask("two");
+        serveData(status, "");
+        EXPECT_TRUE(shown().starts_with(archived + "||" + error)) << shown();
         EXPECT_FALSE(model->_isLoading);
-        EXPECT_EQ(*model->_command, "");
+        EXPECT_EQ(texts(model->_messages), former);
         EXPECT_TRUE(platform.urlSessions.lastSession().isInvalidated());
-        ASSERT_EQ(summaries.size(), count + (each.archived.empty() ? 0 : 1));
-        if (!each.archived.empty()) {
+        ASSERT_EQ(summaryCount(), count += archived.empty() ? 0 : 1);
+        if (!archived.empty()) {
             const auto body = readChatBody(*summary().request().httpBody, platform.uuidSource);
             EXPECT_EQ(body->messages.size(), former.size() + 1) << "without the exchange that failed";
         }
 
-        model->_messages = std::vector<ChatMessage>();
-        converse("one", {"1"});
+        startAnew();
+        converse("one", "1");
         model->regenerate();
-        serve(each.status);
+        serveData(status, "");
         EXPECT_EQ(*model->_responseValue, "");
         EXPECT_EQ(texts(model->_messages), Texts{former.front()});
-        EXPECT_EQ(summaries.size(), count + (each.archived.empty() ? 0 : 1)) << "a new answer is not stored";
+        EXPECT_EQ(summaryCount(), count) << "a new answer is not stored";
     }
 }
 
-TEST_F(AnswerStreamTest, a_refused_connection_gives_the_text_back) {
+TEST_F(AnswerStreamTest, a_refused_connection_gives_the_text_of_a_new_question_back) {
     ask("my long question");
-    failToConnect("Could not connect.");
+    failToConnect("down");
+    EXPECT_EQ(shown(), " |my long question|down");
     EXPECT_TRUE(model->_messages->empty());
-    EXPECT_EQ(*model->_command, "my long question");
-    EXPECT_EQ(*model->_error, "Could not connect.");
-    EXPECT_FALSE(model->_isLoading);
-}
 
-TEST_F(AnswerStreamTest, a_failed_connection_later_takes_the_former_answer_too) {
-    converse("one", {"1"});
+    converse("one", "1");
     ask("two");
-    failToConnect("Could not connect.");
-    EXPECT_EQ(texts(model->_messages), (Texts{"system: Your are helpful assistant", "user: one"}));
+    failToConnect("down");
+    EXPECT_EQ(texts(model->_messages), (Texts{"system: Your are helpful assistant", "user: one"}))
+        << "the former answer goes too";
+
+    startAnew();
+    converse("one", "1");
+    model->regenerate();
+    failToConnect("down");
+    EXPECT_EQ(shown(), "||down");
+    EXPECT_TRUE(model->_messages->empty());
 }
 
 TEST_F(AnswerStreamTest, neither_status_nor_error_means_no_connection) {
-    ask();
+    ask("hi");
     stream().complete();
     platform.runUntilIdle();
-    EXPECT_EQ(*model->_error, "No internet connection");
+    EXPECT_EQ(shown(), " ||No internet connection");
     EXPECT_EQ(model->_messages->size(), 2U);
 }
 
 TEST_F(AnswerStreamTest, a_200_that_is_no_whole_answer_is_told_and_loses_nothing) {
     platform.userDefaults.set("gatewayBaseURL", std::string("https://gateway.example:8443/relay"));
-    const std::string noService =
-        "gateway.example:8443 did not answer as a chat service does. Your text is back in the field. Check "
-        "the "
-        "address of the server in Settings, and whether this network wants you to log in first.";
+    const std::string noService = "gateway.example:8443 did not answer as a chat service does. Your text is "
+                                  "back in the field. Check the address of the server in Settings, and "
+                                  "whether this network wants you to log in first.";
     const std::string sendAgain = " Your text is back in the field; Return sends it again.";
     const std::string noText = "gateway.example:8443 sent an answer without text." + sendAgain;
     const std::string cut =
         "It broke. The answer is not complete. What has come of it is kept; Ctrl+R asks for it again.";
-    const std::string role = R"(data: {"choices":[{"delta":{"role":"assistant"},"index":0}]})"
-                             "\n\n";
+    const std::string role = "data: {\"choices\":[{\"delta\":{\"role\":\"assistant\"},\"index\":0}]}\n\n";
     const std::string done = "data: [DONE]\n\n";
 
     struct Case {
@@ -187,63 +179,51 @@ TEST_F(AnswerStreamTest, a_200_that_is_no_whole_answer_is_told_and_loses_nothing
         {role, true, "It broke." + sendAgain, ""},
         {piece("part"), true, cut, "part"},
         {piece("all") + done, true, "", "all"},
-        {piece("all"), false, "", "all"},
+        {piece("all") + piece("") + role, false, "", "all"},
     };
-    const auto answer = [&](const Case& each) {
-        stream().deliverStatus(200);
-        stream().deliverData(each.body);
-        stream().complete(each.breaks ? std::optional(platform::URLError{
-                                            platform::URLError::Code::connectionLost, "It broke."})
-                                      : std::nullopt);
-        platform.runUntilIdle();
-        EXPECT_EQ(*model->_error, each.error);
-        EXPECT_EQ(*model->_responseValue, each.response);
-        EXPECT_EQ(*model->_command, each.response.empty() ? "my question" : "");
-        EXPECT_EQ(model->_messages->size(), each.response.empty() ? 1U : 3U);
-        EXPECT_FALSE(model->_isLoading);
-    };
+    const platform::URLError broke{platform::URLError::Code::connectionLost, "It broke."};
     for (const Case& each : cases) {
         SCOPED_TRACE(each.body);
-        model->_messages = std::vector<ChatMessage>();
-        ask("my question");
-        answer(each);
-        model->_messages = std::vector<ChatMessage>();
-        converse("my question", {"1"});
-        model->regenerate();
-        answer(each);
+        for (const bool again : {false, true}) {
+            startAnew();
+            if (again) {
+                converse("my question", "1");
+                model->regenerate();
+            } else {
+                ask("my question");
+            }
+            serveData(200, each.body, each.breaks ? std::optional(broke) : std::nullopt);
+            EXPECT_EQ(shown(),
+                      each.response + "|" + (each.response.empty() ? "my question|" : "|") + each.error);
+            EXPECT_EQ(model->_messages->size(), each.response.empty() ? 1U : 3U);
+        }
     }
 }
 
-TEST_F(AnswerStreamTest, a_cancelled_stream_keeps_what_has_come_and_its_completion_is_swallowed) {
-    ask();
-    stream().deliverStatus(200);
-    stream().deliverData(piece("part"));
-    platform.runUntilIdle();
+TEST_F(AnswerStreamTest, a_cancelled_stream_keeps_what_has_come_and_its_completion_ends_nothing) {
+    ask("one");
+    begin("part");
     stream().deliverData(piece(" on its way"));
     nextTurn();
     EXPECT_EQ(assignments([&] { model->dismissStep(); }),
               (Texts{"_isLoading", "_command", "_isCancelRequest"}));
-    EXPECT_FALSE(model->_isLoading);
+    EXPECT_EQ(shown(), "part||");
     EXPECT_TRUE(model->_isCancelRequest);
     EXPECT_TRUE(platform.urlSessions.lastSession().isInvalidated());
     platform.runUntilIdle();
     EXPECT_FALSE(model->_isCancelRequest);
-    EXPECT_EQ(*model->_responseValue, "part on its way");
+    EXPECT_EQ(shown(), "part on its way||");
     EXPECT_EQ(model->_messages->back().content, "part on its way");
-}
 
-TEST_F(AnswerStreamTest, a_completion_that_comes_after_the_next_request_does_not_end_it) {
-    ask("one");
-    stream().deliverStatus(200);
-    stream().deliverData(piece("1"));
-    platform.runUntilIdle();
-    model->dismissStep();
     ask("two");
+    begin("1");
+    model->dismissStep();
+    ask("three");
     platform.runUntilIdle();
     EXPECT_FALSE(model->_isCancelRequest);
-    EXPECT_TRUE(model->_isLoading);
-    serve(200, {"2"});
-    EXPECT_FALSE(model->_isLoading);
+    EXPECT_TRUE(model->_isLoading) << "the completion was that of the former request";
+    serveData(200, piece("2"));
+    EXPECT_EQ(shown(), "2||");
     EXPECT_EQ(model->_messages->back().content, "2");
 }
 
@@ -261,10 +241,10 @@ TEST_F(AnswerStreamTest, pieces_for_a_conversation_that_has_gone_and_pieces_with
     const auto open = [&] {
         stream().deliverStatus(200);
         platform.runUntilIdle();
-        model->_messages = std::vector<ChatMessage>();
+        startAnew();
         stream().deliverData(piece("1"));
     };
-    ask();
+    ask("hi");
     open();
     platform.runUntilIdle();
     EXPECT_EQ(*model->_responseValue, "1") << "a first answer needs no message";
@@ -286,7 +266,7 @@ TEST_F(AnswerStreamTest, pieces_for_a_conversation_that_has_gone_and_pieces_with
 }
 
 TEST_F(AnswerStreamTest, callbacks_do_nothing_when_the_model_has_gone) {
-    ask();
+    ask("hi");
     platform::FakeDataTask& task = stream();
     task.deliverStatus(200);
     task.deliverData(piece("x"));

@@ -1,24 +1,14 @@
 #pragma once
 
-#include "Foundation/FatalError.h"
-#include "Foundation/Log.h"
-#include "Platform/Fake/FakePlatform.h"
 #include "Quillmoth/Assistant/DataModel.h"
-
-#include <gtest/gtest.h>
+#include "tests/unit/PlatformFixture.h"
 
 #include <memory>
-#include <stdexcept>
-#include <string>
 #include <utility>
-#include <vector>
 
 namespace quillmoth {
 
-/// What a fatal fault becomes in a test.
-struct FatalFault : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
+using Rows = std::vector<std::int64_t>;
 
 inline PromptData preset(std::string name, std::string prompt, std::optional<std::string> type = std::nullopt,
                          std::optional<std::string> systemPrompt = std::nullopt) {
@@ -37,21 +27,29 @@ inline std::string piece(const std::string& content) {
 }
 
 /// "role: content" of each message.
-inline std::vector<std::string> texts(const std::vector<ChatMessage>& messages) {
-    std::vector<std::string> result;
+inline Texts texts(const std::vector<ChatMessage>& messages) {
+    Texts result;
     for (const ChatMessage& message : messages)
         result.push_back(message.role + ": " + message.content);
     return result;
 }
 
-using Texts = std::vector<std::string>;
+inline Texts operator+(Texts left, const Texts& right) {
+    left.insert(left.end(), right.begin(), right.end());
+    return left;
+}
+
+/// The assignments of a clamped selection, and those of a list refresh.
+inline const Texts kClamp{"_selectedIndex", "_selectedIndex", "_hoverIndex"};
+inline const Texts kRefresh = Texts{"_filteredData", "_filteredData"} + kClamp;
+
+/// What leaving a panel does to it.
+inline const Texts kResign{"saveFrameUsingName savedFrame", "close", "close"};
 
 /// A model on the fake platform, with presets of the test's own.
-class AssistantFixture : public testing::Test {
+class AssistantFixture : public PlatformFixture {
 protected:
-    AssistantFixture()
-        : fatal_([](const std::string& text) { throw FatalFault(text); }),
-          log_([this](std::string line) { lines.push_back(std::move(line)); }) {
+    AssistantFixture() {
         platform.workspace.frontmost = 42;
         makeModel({preset("Summary", "Sum up: {selected text}"),
                    preset("Fix", "Fix [it]: {selected text}", "context", "You are an editor"),
@@ -71,14 +69,26 @@ protected:
 
     platform::FakeDataTask& summary() { return platform.urlSessions.shared().lastTask(); }
 
+    std::size_t summaryCount() const { return platform.urlSessions.shared().tasks().size(); }
+
     std::size_t streamCount() const { return platform.urlSessions.sessions().size(); }
 
-    /// Lets the service answer the running request.
-    void serve(int statusCode, const std::vector<std::string>& pieces = {}) {
+    Texts& panelCalls() { return platform.panelWindows.lastPanel().calls; }
+
+    /// Runs what `index` and `command` ask for.
+    void ask(const std::string& command, std::int64_t index = DataModel::kTypedCommand) {
+        model->_selectedIndex = index;
+        model->_command = command;
+        model->runPrompt();
+    }
+
+    /// Lets the service answer the running request, and end with or without an error.
+    void serveData(int statusCode, const std::string& data,
+                   const std::optional<platform::URLError>& error = std::nullopt) {
         stream().deliverStatus(statusCode);
-        for (const std::string& text : pieces)
-            stream().deliverData(piece(text));
-        stream().complete();
+        if (!data.empty())
+            stream().deliverData(data);
+        stream().complete(error);
         platform.runUntilIdle();
     }
 
@@ -88,11 +98,34 @@ protected:
     }
 
     /// Types `command` and lets it be answered.
-    void converse(const std::string& command, const std::vector<std::string>& pieces) {
-        model->_selectedIndex = DataModel::kTypedCommand;
-        model->_command = command;
+    void converse(const std::string& command, const std::string& answer) {
+        ask(command);
+        serveData(200, piece(answer));
+    }
+
+    void startAnew() { model->_messages = std::vector<ChatMessage>(); }
+
+    /// Stores a conversation of one message for each topic, the last one first.
+    void store(const Texts& topics) {
+        for (const std::string& topic : topics)
+            model->storeConversation(topic, {{.id = "1", .role = "user", .content = topic}}, -1);
+    }
+
+    void openStored(std::int64_t row) {
+        model->_openHistory = true;
+        model->_keyHistorySelected = row;
         model->runPrompt();
-        serve(200, pieces);
+    }
+
+    void hold(const std::string& context) {
+        model->_selectedValue = context;
+        model->_isContext = true;
+    }
+
+    /// "response|command|error", and whether a request runs.
+    std::string shown() const {
+        return *model->_responseValue + "|" + *model->_command + "|" + *model->_error +
+               (model->_isLoading ? " ..." : "");
     }
 
     /// The names of the fields that `action` assigns, in order.
@@ -105,10 +138,6 @@ protected:
         return names;
     }
 
-    platform::FakePlatform platform;
-    std::vector<std::string> lines;
-    ScopedFatalErrorHandler fatal_;
-    ScopedLogCapture log_;
     std::shared_ptr<DataModel> model;
 };
 

@@ -8,7 +8,6 @@ class FloatingViewActionsTest : public FloatingViewFixture {};
 
 TEST_F(FloatingViewActionsTest, a_row_is_marked_when_it_is_selected_or_else_below_the_pointer) {
     using Mark = FloatingViewController::RowMark;
-    storeThree();
     view->presetRowClicked(2);
     view->presetRowEntered(3);
     view->historyRowClicked(0);
@@ -24,14 +23,6 @@ TEST_F(FloatingViewActionsTest, a_row_is_marked_when_it_is_selected_or_else_belo
     EXPECT_EQ(view->presetMark(2), Mark::selected);
 }
 
-TEST_F(FloatingViewActionsTest, a_double_click_opens_the_conversation_of_its_row) {
-    storeThree();
-    model->_openHistory = true;
-    view->historyRowDoubleClicked(2);
-    EXPECT_EQ(model->_chatWithHistory, 2);
-    EXPECT_EQ(texts(model->_messages), Texts{"user: hi"});
-}
-
 TEST_F(FloatingViewActionsTest, keys_bar_and_back_do_the_same) {
     for (const auto& dismiss : std::vector<std::function<void()>>{
              [&] { view->press(Key::cancel); }, [&] { view->barItemClicked(BarItem::cancelOrNewChat); },
@@ -44,9 +35,6 @@ TEST_F(FloatingViewActionsTest, keys_bar_and_back_do_the_same) {
         view->barItemClicked(BarItem::onTop);
         EXPECT_EQ(model->_isOnTopBinding, isOnTop);
     }
-    model->_responseValue = std::string("answer");
-    view->barItemClicked(BarItem::copyAll);
-    EXPECT_EQ(platform.pasteboard.contents, "answer");
     view->commandEdited("x");
     view->barItemClicked(BarItem::select);
     EXPECT_EQ(streamCount(), 1U);
@@ -62,10 +50,14 @@ TEST_F(FloatingViewActionsTest, a_double_click_runs_the_row_and_wipes_the_comman
     const Texts names = assignments([&] { view->presetRowDoubleClicked(2); });
     EXPECT_EQ(Texts(names.begin(), names.begin() + 3), (Texts{"_command", "_selectedIndex", "_error"}));
     EXPECT_EQ(texts(model->_messages).back(), "user: Write a mail");
+    serveData(200, piece("Dear"));
+    store({"A", "B", "C"});
+    model->_openHistory = true;
+    view->historyRowDoubleClicked(2);
+    EXPECT_EQ(texts(model->_messages), Texts{"user: A"});
 }
 
 TEST_F(FloatingViewActionsTest, the_two_history_toggles_differ) {
-    storeThree();
     model->_keyHistorySelected = 2;
     model->_keyHistoryHover = 1;
     view->barItemClicked(BarItem::history);
@@ -85,6 +77,8 @@ TEST_F(FloatingViewActionsTest, the_size_moves_by_two_between_its_bounds_and_is_
         view->press(Key::smaller);
     EXPECT_EQ(view->_fontSize, 12);
     EXPECT_EQ(platform.userDefaults.number("saveFontSize", 0), 12);
+    view->press(Key::larger);
+    EXPECT_EQ(platform.userDefaults.number("saveFontSize", 0), 14);
     view->press(Key::defaultSize);
     EXPECT_EQ(platform.userDefaults.number("saveFontSize", 0), 16);
 }
@@ -95,73 +89,70 @@ TEST_F(FloatingViewActionsTest, replacing_closes_the_panel_before_it_writes) {
     field->set("AXSelectedTextRange", platform::CFRange{1, 1});
     platform.accessibility.systemWide().set("AXFocusedUIElement", platform::AXUIElementRef(field));
     model->_responseValue = std::string("X");
-    std::size_t panelCallsAtWrite = 0;
-    platform.accessibility.onWrite = [&](const std::string&) {
-        panelCallsAtWrite = platform.panelWindows.lastPanel().calls.size();
-    };
+    Texts panelCallsAtWrite;
+    platform.accessibility.onWrite = [&](const std::string&) { panelCallsAtWrite = panelCalls(); };
     view->press(Key::replaceSelection);
-    EXPECT_EQ(panelCallsAtWrite, 3U);
-    EXPECT_EQ(platform.accessibility.calls.back(), "set field AXSelectedTextRange {1, 0}");
+    EXPECT_EQ(panelCallsAtWrite, kResign);
+    const Texts& calls = platform.accessibility.calls;
+    EXPECT_EQ(Texts(calls.end() - 2, calls.end()),
+              (Texts{"set field AXValue \"aXc\"", "set field AXSelectedTextRange {1, 0}"}));
 }
 
 TEST_F(FloatingViewActionsTest, copying_all_writes_the_clipboard_and_closes_unless_pinned) {
     model->_responseValue = std::string("answer");
     view->press(Key::onTop);
     settle();
-    EXPECT_TRUE(model->_FloatingViewPanel.get()->isOntop);
     view->press(Key::copyAll);
     EXPECT_EQ(platform.pasteboard.calls, (Texts{"clearContents", "setString answer"}));
-    EXPECT_TRUE(platform.panelWindows.lastPanel().calls.empty());
+    platform.panelWindows.resignMain();
+    EXPECT_TRUE(panelCalls().empty());
     view->press(Key::onTop);
-    view->press(Key::copyAll);
-    EXPECT_EQ(platform.panelWindows.lastPanel().calls.size(), 3U);
+    model->_FloatingViewPanel.get()->isOpen = true;
+    view->barItemClicked(BarItem::copyAll);
+    EXPECT_EQ(platform.pasteboard.calls.size(), 4U);
+    EXPECT_FALSE(model->_FloatingViewPanel.get()->isOpen);
+    platform.panelWindows.resignMain();
+    EXPECT_EQ(panelCalls(), kResign + kResign);
 }
 
-TEST_F(FloatingViewActionsTest, regenerating_needs_a_response) {
-    EXPECT_FALSE(view->press(Key::regenerate));
-    converse("one", {"1"});
-    model->_openHistory = true;
-    EXPECT_TRUE(view->press(Key::regenerate));
-    EXPECT_TRUE(model->_isLoading);
-}
-
-TEST_F(FloatingViewActionsTest, asking_again_offline_loses_no_question_and_ends_nothing) {
+TEST_F(FloatingViewActionsTest, asking_again_needs_a_response_and_a_question_and_loses_none) {
     const auto askAgain = [&] {
-        EXPECT_TRUE(view->press(Key::regenerate));
+        const bool isPresent = view->press(Key::regenerate);
         view->barItemClicked(BarItem::regenerate);
-        return *model->_isLoading;
+        return std::pair(isPresent, *model->_isLoading);
     };
-    const auto ask = [&](const std::string& text) {
-        model->_selectedIndex = DataModel::kTypedCommand;
-        model->_command = text;
-        model->runPrompt();
-    };
+    const std::pair idle{true, false};
+    const std::pair runs{true, true};
+    EXPECT_FALSE(view->press(Key::regenerate));
+    ask("one");
+    serveData(400, "");
+    EXPECT_EQ(askAgain(), idle) << "there is nothing to ask again";
+    EXPECT_EQ(model->_messages->size(), 1U);
+    startAnew();
     ask("one");
     failToConnect("down");
-    EXPECT_FALSE(askAgain()) << "there is nothing to ask again; the text is in the field";
+    EXPECT_EQ(askAgain(), idle) << "the text is in the field";
 
-    converse("one", {"1"});
+    converse("one", "1");
     ask("two");
     failToConnect("down");
-    EXPECT_TRUE(askAgain());
+    EXPECT_EQ(askAgain(), runs);
     EXPECT_EQ(texts(model->_messages), (Texts{"system: Your are helpful assistant", "user: one"}));
     failToConnect("down");
     EXPECT_EQ(*model->_error, "down");
 
-    model->_messages = std::vector<ChatMessage>();
+    startAnew();
     ask("three");
     model->dismissStep();
     settle();
-    EXPECT_TRUE(askAgain());
-    serve(200, {"3"});
+    EXPECT_EQ(askAgain(), runs);
+    serveData(200, piece("3"));
     EXPECT_EQ(texts(model->_messages),
               (Texts{"system: Your are helpful assistant", "user: three", "assistant: 3"}));
 
     model->storeConversation("Empty", {}, -1);
-    model->_openHistory = true;
-    model->_keyHistorySelected = 0;
-    model->runPrompt();
-    EXPECT_FALSE(askAgain());
+    openStored(0);
+    EXPECT_EQ(askAgain(), idle);
 }
 
 } // namespace

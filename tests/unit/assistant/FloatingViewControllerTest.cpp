@@ -6,29 +6,18 @@ namespace {
 
 class FloatingViewControllerTest : public FloatingViewFixture {};
 
-TEST_F(FloatingViewControllerTest, the_view_lists_the_presets_when_it_appears) {
+TEST_F(FloatingViewControllerTest, typing_narrows_the_list_and_selects_the_typed_command) {
     model->_filteredData = Rows();
     view->viewAppeared();
     EXPECT_EQ(*model->_filteredData, (Rows{2, 3}));
-}
-
-TEST_F(FloatingViewControllerTest, typing_narrows_the_list_and_selects_the_typed_command) {
-    view->fieldCommand(FieldCommand::moveDown, false);
-    EXPECT_EQ(model->_selectedIndex, 2);
-    view->commandEdited("ca");
-    EXPECT_EQ(*model->_filteredData, (Rows{3}));
-    EXPECT_EQ(model->_selectedIndex, -1);
-    view->commandEdited("");
-    EXPECT_EQ(*model->_filteredData, (Rows{2, 3}));
-}
-
-TEST_F(FloatingViewControllerTest, a_colon_in_front_keeps_the_list_and_not_the_selection) {
-    view->fieldCommand(FieldCommand::moveDown, false);
-    view->commandEdited(":ca");
-    EXPECT_EQ(model->_selectedIndex, -1);
-    EXPECT_EQ(*model->_filteredData, (Rows{2, 3}));
-    view->commandEdited("ca:");
-    EXPECT_TRUE(model->_filteredData->empty());
+    // A colon in front keeps the list, and not the selection.
+    for (const auto& [command, rows] :
+         {std::pair{"ca", Rows{3}}, {"", {2, 3}}, {":ca", {2, 3}}, {"ca:", {}}}) {
+        model->_selectedIndex = 2;
+        view->commandEdited(command);
+        EXPECT_EQ(*model->_filteredData, rows) << command;
+        EXPECT_EQ(model->_selectedIndex, -1) << command;
+    }
 }
 
 TEST_F(FloatingViewControllerTest, a_command_written_by_the_model_is_followed_at_the_end_of_the_turn) {
@@ -37,7 +26,7 @@ TEST_F(FloatingViewControllerTest, a_command_written_by_the_model_is_followed_at
     EXPECT_EQ(*model->_filteredData, (Rows{3}));
     settle();
     EXPECT_TRUE(model->_filteredData->empty()) << "no name holds a blank";
-    serve(200, {"x"});
+    serveData(200, piece("x"));
     settle();
     EXPECT_EQ(*model->_filteredData, (Rows{2, 3}));
 }
@@ -57,6 +46,13 @@ TEST_F(FloatingViewControllerTest, a_list_made_by_a_capture_or_an_edit_follows_t
         EXPECT_EQ(*model->_filteredData, rows);
         EXPECT_EQ(model->_selectedIndex, -1);
     }
+    view->commandEdited("ca");
+    view->presetRowClicked(3);
+    model->runPrompt();
+    settle();
+    view->backClicked();
+    settle();
+    EXPECT_EQ(*model->_filteredData, (Rows{2, 3})) << "leaving the form lists all";
 }
 
 TEST_F(FloatingViewControllerTest, keys_of_the_field_act_and_are_consumed_as_told) {
@@ -77,7 +73,10 @@ TEST_F(FloatingViewControllerTest, keys_of_the_field_act_and_are_consumed_as_tol
 
 TEST_F(FloatingViewControllerTest, the_content_follows_the_state) {
     EXPECT_EQ(view->content(), Content::hintAndPresets);
+    EXPECT_EQ(view->placeholder(), "Ask AI...");
     model->_isContext = true;
+    model->_status = std::string("Context found press esc to remove context");
+    EXPECT_EQ(view->placeholder(), "Search for prompts preset or ask AI...");
     EXPECT_EQ(view->content(), Content::presets);
     view->commandEdited("x");
     EXPECT_EQ(view->content(), Content::hintAndPresets);
@@ -136,6 +135,7 @@ TEST_F(FloatingViewControllerTest, return_walks_the_blanks_and_sends_behind_the_
     view->formFieldEdited(3, "news");
     view->returnInFormField(3);
     EXPECT_EQ(model->_messages->back().content, "A call to readers for news!");
+    EXPECT_EQ(*view->_focusField, 3);
     settle();
     EXPECT_EQ(*view->_focusField, FloatingViewController::kCommandField);
 }
@@ -146,6 +146,17 @@ TEST_F(FloatingViewControllerTest, a_form_without_a_blank_gives_the_panel_the_ke
     view->formAppeared();
     platform.runUntilIdle();
     EXPECT_EQ(focused, 1);
+}
+
+TEST_F(FloatingViewControllerTest, the_walk_goes_in_the_order_of_the_blanks_and_ends_behind_the_greatest) {
+    EXPECT_THROW(view->formFieldEdited(99, "x"), FatalFault);
+    model->_focusTemp = std::vector<std::int64_t>{1, 5, 3};
+    model->_command = std::string("x");
+    view->returnInFormField(5);
+    EXPECT_EQ(model->_messages->size(), 2U) << "sent";
+    view->returnInFormField(1);
+    EXPECT_EQ(*view->_focusField, 5);
+    EXPECT_THROW(view->returnInFormField(3), FatalFault);
 }
 
 TEST_F(FloatingViewControllerTest, the_field_gets_the_focus_when_asked_for_and_when_an_answer_is_complete) {
@@ -159,27 +170,41 @@ TEST_F(FloatingViewControllerTest, the_field_gets_the_focus_when_asked_for_and_w
     EXPECT_FALSE(model->_didFocus);
     settle();
     focused = 0;
-    converse("one", {"1"});
+    ask("one");
+    settle();
+    EXPECT_EQ(focused, 0);
+    serveData(200, piece("1"));
     settle();
     EXPECT_GE(focused, 1);
     EXPECT_FALSE(model->_didFocus);
 }
 
-TEST_F(FloatingViewControllerTest, a_thousand_pieces_in_a_turn_are_one_update) {
-    model->_command = std::string("x");
-    model->runPrompt();
-    stream().deliverStatus(200);
-    platform.runUntilIdle();
+TEST_F(FloatingViewControllerTest, all_changes_of_a_turn_are_one_update) {
     int updates = 0;
     const Subscription subscription = view->onUpdate([&] { ++updates; });
-    for (int i = 0; i < 1000; ++i)
-        model->_responseValue.mutate([](std::string& text) { text += 'x'; });
-    platform.mainQueue.runUntilIdle();
-    EXPECT_EQ(updates, 1);
+    const auto grow = [&] { model->_responseValue.mutate([](std::string& text) { text += 'x'; }); };
+    const std::vector<std::function<void()>> changes{
+        [&] {
+            for (int i = 0; i < 1000; ++i)
+                grow();
+        },
+        [&] { view->_fontSize = 20; },
+        [&] { model->_PromptM.get()->edit(0, [](PromptData& each) { each.name = "x"; }); },
+        [&] {
+            grow();
+            view->update();
+        },
+    };
+    for (const auto& change : changes) {
+        updates = 0;
+        change();
+        platform.mainQueue.runUntilIdle();
+        EXPECT_EQ(updates, 1);
+    }
 }
 
 TEST_F(FloatingViewControllerTest, a_row_is_scrolled_to_when_its_selection_changes) {
-    storeThree();
+    store({"A", "B", "C"});
     Rows presets;
     Rows conversations;
     const Subscription first = view->onScrollToPreset([&](std::int64_t index) { presets.push_back(index); });
@@ -201,15 +226,8 @@ TEST_F(FloatingViewControllerTest, a_missing_grant_alone_offers_the_settings) {
     model->captureContext();
     EXPECT_TRUE(view->offersSettings());
     view->settingsClicked();
-    EXPECT_EQ(platform.panelWindows.lastPanel().calls,
-              (Texts{"saveFrameUsingName savedFrame", "close", "close"}));
+    EXPECT_EQ(panelCalls(), kResign);
     EXPECT_EQ(platform.application.calls, (Texts{"activateIgnoringOtherApps", "showSettingsWindow"}));
-}
-
-TEST_F(FloatingViewControllerTest, the_placeholder_invites_to_search_while_a_context_stands) {
-    EXPECT_EQ(view->placeholder(), "Ask AI...");
-    model->_status = std::string("Context found press esc to remove context");
-    EXPECT_EQ(view->placeholder(), "Search for prompts preset or ask AI...");
 }
 
 } // namespace

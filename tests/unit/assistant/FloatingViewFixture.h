@@ -10,7 +10,6 @@ using Content = FloatingViewController::Content;
 using BarItem = FloatingViewController::BarItem;
 using FieldCommand = FloatingViewController::FieldCommand;
 using FieldAnswer = FloatingViewController::FieldAnswer;
-using Rows = std::vector<std::int64_t>;
 
 /// The panel's controller on that model, its first list made.
 class FloatingViewFixture : public AssistantFixture {
@@ -24,11 +23,6 @@ protected:
     void settle() {
         platform.runUntilIdle();
         platform.mainQueue.advance(0.2);
-    }
-
-    void storeThree() {
-        for (const char* topic : {"A", "B", "C"})
-            model->storeConversation(topic, {{.id = "1", .role = "user", .content = "hi"}}, -1);
     }
 
     std::shared_ptr<FloatingViewController> view;

@@ -20,47 +20,33 @@ TEST_F(ModelMakingTest, a_first_start_takes_the_shipped_presets_and_writes_their
     EXPECT_TRUE(platform.documents.content(DataModel::kHistoryFilename).empty());
 }
 
-TEST_F(ModelMakingTest, the_fields_start_as_told) {
+TEST_F(ModelMakingTest, the_first_row_is_selected_and_the_field_asks_for_the_focus) {
     remake();
-    EXPECT_EQ(model->_selectedIndex, 0);
-    EXPECT_EQ(model->_hoverIndex, -1);
-    EXPECT_EQ(model->_keyHistorySelected, 0);
-    EXPECT_EQ(model->_keyHistoryHover, -1);
-    EXPECT_EQ(model->_chatWithHistory, -1);
+    EXPECT_EQ((Rows{model->_selectedIndex, model->_hoverIndex, model->_keyHistorySelected,
+                    model->_keyHistoryHover, model->_chatWithHistory}),
+              (Rows{0, -1, 0, -1, -1}));
     EXPECT_TRUE(model->_didFocus);
     EXPECT_TRUE(model->_filteredData->empty());
     EXPECT_EQ(model->_extractedTexts->size(), 7U);
-    EXPECT_EQ(model->_extractedTexts->at(1).text, "[landing page/email/website]");
 }
 
-TEST_F(ModelMakingTest, a_damaged_history_is_logged_and_left_until_the_next_storing) {
-    platform.documents.put(DataModel::kHistoryFilename, "[{");
+TEST_F(ModelMakingTest, a_damaged_history_is_logged_and_kept_aside_each_content_once) {
+    platform.documents.put(DataModel::kHistoryFilename, "[]");
     lines.clear();
     remake();
-    EXPECT_TRUE(model->_oldMessages->empty());
-    ASSERT_FALSE(lines.empty());
-    EXPECT_EQ(lines.front().rfind("error reading data file:QuillmothHistory.json :", 0), 0U) << lines.front();
-    EXPECT_EQ(platform.documents.content(DataModel::kHistoryFilename), "[{");
-}
-
-TEST_F(ModelMakingTest, damaged_files_are_kept_aside_each_content_once) {
-    platform.documents.put(DataModel::kHistoryFilename, "[{");
-    remake();
-    remake();
-    platform.documents.put(DataModel::kHistoryFilename, "other");
-    remake();
+    EXPECT_EQ(lines, Texts{"Already dictionary created."}) << "an empty history is no error";
+    for (const char* content : {"[{", "[{", "other"}) {
+        platform.documents.put(DataModel::kHistoryFilename, content);
+        lines.clear();
+        remake();
+        EXPECT_TRUE(model->_oldMessages->empty());
+        EXPECT_TRUE(lines.front().starts_with("error reading data file:QuillmothHistory.json :"));
+        EXPECT_EQ(platform.documents.content(DataModel::kHistoryFilename), content) << "until the next save";
+    }
     const std::string aside = std::string(DataModel::kHistoryFilename) + ".damaged-";
     EXPECT_EQ(platform.documents.content(aside + "1"), "[{");
     EXPECT_EQ(platform.documents.content(aside + "2"), "other");
     EXPECT_FALSE(platform.documents.fileExists(platform::FakeDocuments::pathOf(aside + "3")));
-}
-
-TEST_F(ModelMakingTest, an_empty_history_file_is_no_error) {
-    platform.documents.put(DataModel::kHistoryFilename, "[]");
-    lines.clear();
-    remake();
-    for (const std::string& line : lines)
-        EXPECT_EQ(line.find("QuillmothHistory"), std::string::npos) << line;
 }
 
 TEST_F(ModelMakingTest, an_assignment_of_the_same_value_is_told_before_it_lands) {
