@@ -1,0 +1,211 @@
+#include "Quillmoth/Capture/CopyCapture.h"
+#include "Quillmoth/Capture/SelectionCapture.h"
+#include "Quillmoth/Capture/SelectionWriter.h"
+#include "tests/unit/PlatformFixture.h"
+
+#include <memory>
+
+namespace quillmoth {
+
+namespace {
+
+using platform::AXValue;
+using platform::CFRange;
+
+/// An application in front whose element "field" has the focus.
+class CaptureFixture : public PlatformFixture {
+protected:
+    CaptureFixture() {
+        platform.workspace.frontmost = 42;
+        platform.accessibility.systemWide().set("AXFocusedUIElement", platform::AXUIElementRef(field));
+    }
+
+    std::shared_ptr<platform::FakeAXUIElement> field = std::make_shared<platform::FakeAXUIElement>("field");
+};
+
+class SelectionCaptureTest : public CaptureFixture {
+protected:
+    CaptureResult capture() { return SelectionCapture(platform.accessibility, platform.workspace).capture(); }
+
+    void offerMarkedText(const AXValue& text) {
+        field->set(
+            "AXSelectedTextMarkerRange",
+            platform::AXTextMarkerRangeRef(std::make_shared<platform::FakeAXTextMarkerRange>("range")));
+        field->parameterizedAttributes["AXAttributedStringForTextMarkerRange"] = {.error = 0, .value = text};
+    }
+};
+
+TEST_F(SelectionCaptureTest, a_selected_text_is_found_and_anything_else_in_its_place_is_none) {
+    const CaptureResult none{.obstacle = CaptureObstacle::nothingSelected};
+    field->set("AXSelectedText", std::string(" \n"));
+    offerMarkedText(std::string("marked"));
+    EXPECT_EQ(capture(), (CaptureResult{.way = CaptureWay::selectedText, .text = " \n"}));
+    for (const AXValue& value : {AXValue(std::string()), AXValue(3.5), AXValue()}) {
+        field->set("AXSelectedText", value);
+        EXPECT_EQ(capture(), none);
+    }
+}
+
+TEST_F(SelectionCaptureTest, marked_text_is_found_where_the_element_tells_no_selected_text) {
+    const CaptureResult none{.way = CaptureWay::markerRange, .obstacle = CaptureObstacle::noText};
+    EXPECT_EQ(capture(), none);
+    EXPECT_EQ(platform.accessibility.calls.back(), "copy field AXSelectedTextMarkerRange");
+    offerMarkedText(std::string());
+    EXPECT_EQ(capture(), none);
+    offerMarkedText(AXValue());
+    EXPECT_EQ(capture(), none);
+    offerMarkedText(std::string("web"));
+    EXPECT_EQ(capture(), (CaptureResult{.way = CaptureWay::markerRange, .text = "web"}));
+    EXPECT_EQ(platform.accessibility.calls.back(),
+              "copy field AXAttributedStringForTextMarkerRange for range");
+}
+
+TEST_F(SelectionCaptureTest, the_front_application_is_woken_before_its_focus_is_read) {
+    field->set("AXSelectedText", std::string("x"));
+    EXPECT_TRUE(capture().isPermitted);
+    EXPECT_EQ(platform.accessibility.calls,
+              (Texts{"trusted", "system", "application 42", "set application 42 AXManualAccessibility true",
+                     "set application 42 AXEnhancedUserInterface true", "copy system AXFocusedUIElement",
+                     "copy field AXSelectedText"}));
+}
+
+TEST_F(SelectionCaptureTest, a_missing_permission_and_a_failed_focus_read_are_told) {
+    field->set("AXSelectedText", std::string("x"));
+    platform.accessibility.isTrusted = false;
+    EXPECT_EQ(capture(), (CaptureResult{.text = "x", .isPermitted = false}));
+    platform.accessibility.systemWide().fail("AXFocusedUIElement", -25212);
+    EXPECT_EQ(capture(),
+              (CaptureResult{.obstacle = CaptureObstacle::noFocus, .error = -25212, .isPermitted = false}));
+}
+
+TEST_F(SelectionCaptureTest, no_application_and_no_element_are_fatal_faults) {
+    platform.accessibility.systemWide().set("AXFocusedUIElement", AXValue());
+    EXPECT_THROW(capture(), FatalFault);
+    platform.accessibility.systemWide().fail("AXFocusedUIElement", -1);
+    platform.workspace.frontmost.reset();
+    EXPECT_THROW(capture(), FatalFault);
+}
+
+class SelectionWriterTest : public CaptureFixture {
+protected:
+    WriteResult write() { return SelectionWriter(platform.accessibility).write("X"); }
+};
+
+TEST_F(SelectionWriterTest, a_text_is_spliced_over_the_selection_in_utf16_units_and_the_caret_put_before_it) {
+    struct Case {
+        const char* value;
+        CFRange range;
+        const char* result;
+    };
+
+    const Case cases[] = {
+        {"one two three", {4, 3}, "one X three"},
+        {"🦉 two", {3, 3}, "🦉 X"},
+        {"abc", {3, 0}, "abcX"},
+        {"abc", {2, 100}, "abX"},
+        {"é🦉z", {1, 2}, "éXz"},
+        {"", {0, 0}, "X"},
+    };
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.value);
+        field->set("AXValue", std::string(each.value));
+        field->set("AXSelectedTextRange", each.range);
+        platform.accessibility.calls.clear();
+        EXPECT_EQ(write(), WriteResult::written);
+        EXPECT_EQ(platform.accessibility.calls,
+                  (Texts{"system", "copy system AXFocusedUIElement", "copy field AXValue",
+                         "copy field AXSelectedTextRange",
+                         "set field AXValue " + platform::describe(AXValue(std::string(each.result))),
+                         "set field AXSelectedTextRange " +
+                             platform::describe(AXValue(CFRange{each.range.location, 0}))}));
+    }
+}
+
+TEST_F(SelectionWriterTest, what_was_not_written_is_told) {
+    field->set("AXValue", std::string("abc"));
+    EXPECT_EQ(write(), WriteResult::notEditable);
+    for (const CFRange range : {CFRange{-1, 1}, CFRange{1, -1}}) {
+        field->set("AXSelectedTextRange", range);
+        EXPECT_EQ(write(), WriteResult::notEditable);
+    }
+    field->attributes.erase("AXValue");
+    field->set("AXSelectedTextRange", CFRange{0, 1});
+    EXPECT_EQ(write(), WriteResult::notEditable);
+    for (const std::string& call : platform.accessibility.calls)
+        EXPECT_FALSE(call.starts_with("set")) << call;
+    field->set("AXValue", std::string("abc"));
+    field->writeErrors["AXValue"] = -25205;
+    EXPECT_EQ(write(), WriteResult::refused);
+    platform.accessibility.systemWide().fail("AXFocusedUIElement", -25212);
+    EXPECT_EQ(write(), WriteResult::noFocus);
+    platform.accessibility.systemWide().set("AXFocusedUIElement", AXValue());
+    EXPECT_THROW(write(), FatalFault);
+}
+
+class CopyCaptureTest : public CaptureFixture {
+protected:
+    CopyCapture capture{platform.workspace, platform.pasteboard, platform.keyboardEvents};
+};
+
+TEST_F(CopyCaptureTest, the_keys_of_a_copy_are_pressed_over_an_empty_clipboard) {
+    platform.pasteboard.contents = "saved";
+    platform.keyboardEvents.onPost = [this](const platform::CGKeyboardEvent&) {
+        EXPECT_FALSE(platform.pasteboard.contents);
+    };
+    EXPECT_EQ(capture.start(), "saved");
+    ASSERT_EQ(platform.keyboardEvents.posts.size(), 2U);
+    EXPECT_TRUE(platform.keyboardEvents.posts[0].keyDown);
+    EXPECT_FALSE(platform.keyboardEvents.posts[1].keyDown);
+    for (const auto& post : platform.keyboardEvents.posts) {
+        EXPECT_EQ(post.keyCode, 8);
+        EXPECT_EQ(post.flags, 0x100000U);
+    }
+    platform.pasteboard.contents.reset();
+    EXPECT_EQ(capture.start(), std::nullopt);
+    platform.keyboardEvents.failsToMakeEvents = true;
+    EXPECT_THROW(static_cast<void>(capture.start()), FatalFault);
+}
+
+TEST_F(CopyCaptureTest, what_the_clipboard_holds_now_is_the_selection_unless_it_held_it_before) {
+    struct Case {
+        std::optional<std::string> saved;
+        std::optional<std::string> fresh;
+        CaptureResult result;
+    };
+
+    const CaptureResult none{.way = CaptureWay::copy, .obstacle = CaptureObstacle::nothingSelected};
+    const CaptureResult same{.way = CaptureWay::copy, .obstacle = CaptureObstacle::sameAsClipboard};
+    const Case cases[] = {
+        {"saved", "fresh", {.way = CaptureWay::copy, .text = "fresh"}},
+        {std::nullopt, "fresh", {.way = CaptureWay::copy, .text = "fresh"}},
+        {"saved", std::nullopt, none},
+        {std::nullopt, std::nullopt, none},
+        {"e\xCC\x81", "\xC3\xA9", same},
+        {"", std::nullopt, same},
+    };
+    for (const Case& each : cases) {
+        SCOPED_TRACE(each.fresh.value_or("none"));
+        platform.pasteboard.contents = each.fresh;
+        EXPECT_EQ(capture.finish(each.saved), each.result);
+        EXPECT_TRUE(platform.pasteboard.calls.empty());
+    }
+}
+
+TEST_F(CopyCaptureTest, the_clipboard_comes_back_with_an_empty_text_where_it_had_none) {
+    capture.restore("saved");
+    capture.restore(std::nullopt);
+    EXPECT_EQ(platform.pasteboard.calls,
+              (Texts{"clearContents", "setString saved", "clearContents", "setString "}));
+}
+
+TEST_F(CopyCaptureTest, a_terminal_in_front_is_asked_for_its_selection) {
+    EXPECT_FALSE(capture.terminalSelection());
+    platform.workspace.terminalSelection = "ls";
+    EXPECT_EQ(capture.terminalSelection(), (CaptureResult{.way = CaptureWay::primary, .text = "ls"}));
+    platform.workspace.terminalSelection = "";
+    EXPECT_EQ(capture.terminalSelection()->obstacle, CaptureObstacle::nothingSelected);
+}
+
+} // namespace
+
+} // namespace quillmoth
