@@ -54,9 +54,12 @@ protected:
 };
 
 TEST_F(LoginItems, TheSwitchWritesAndRemovesAnAutostartFile) {
+    int told = 0;
+    const Subscription subscription = launch.objectWillChange([&](std::string_view) { ++told; });
     EXPECT_FALSE(launch.isEnabled());
     launch.setEnabled(true);
     EXPECT_TRUE(launch.isEnabled());
+    EXPECT_EQ(told, 1);
     EXPECT_NE(content(kIdentifier).find("Exec=\"/opt/my apps/quill\\\\$moth\"\n"), std::string::npos);
     launch.setEnabled(false);
     EXPECT_FALSE(launch.isEnabled());

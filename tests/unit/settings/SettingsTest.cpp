@@ -1,8 +1,6 @@
-#include "Platform/Fake/FakePlatform.h"
 #include "Quillmoth/Settings/ConnectionTest.h"
 #include "Quillmoth/Settings/Updater.h"
-
-#include <gtest/gtest.h>
+#include "tests/unit/PlatformFixture.h"
 
 #include <cstdlib>
 
@@ -24,34 +22,35 @@ TEST(UpdateFeedOrder, ComparesVersionsNumberByNumberAndThenBuilds) {
             << one.version << " " << one.build.value_or("-");
 }
 
-class SettingsServices : public testing::Test {
+class SettingsServices : public PlatformFixture {
 protected:
     SettingsServices() {
         unsetenv("QUILLMOTH_OPENAI_BASE_URL");
-        fakes.bundle.infos = {{"CFBundleShortVersionString", "1.0"}, {"CFBundleVersion", "1"}};
+        platform.bundle.infos = {{"CFBundleShortVersionString", "1.0"}, {"CFBundleVersion", "1"}};
     }
 
-    platform::FakeDataTask& task() { return fakes.urlSessions.shared().lastTask(); }
-
-    platform::FakePlatform fakes;
+    platform::FakeDataTask& task() { return platform.urlSessions.shared().lastTask(); }
 };
 
 TEST_F(SettingsServices, ACheckStartsOnlyWithAConfiguredFeedAndOnlyOnceAtATime) {
-    Updater updater(fakes.platform());
+    Updater updater(platform.platform());
     CheckForUpdatesViewModel model(updater);
     updater.checkForUpdates();
-    EXPECT_TRUE(fakes.urlSessions.shared().tasks().empty());
-    fakes.userDefaults.set("updateFeedURL", std::string("file:///etc/passwd"));
+    EXPECT_TRUE(platform.urlSessions.shared().tasks().empty());
+    platform.userDefaults.set("updateFeedURL", std::string("file:///etc/passwd"));
     EXPECT_FALSE(model._canCheckForUpdates);
-    fakes.userDefaults.set("updateFeedURL", std::string("https://feed.example/f.json"));
+    platform.userDefaults.set("updateFeedURL", std::string("https://feed.example/f.json"));
     EXPECT_TRUE(model._canCheckForUpdates);
     updater.checkForUpdates();
     updater.checkForUpdates();
-    EXPECT_EQ(fakes.urlSessions.shared().tasks().size(), 1U);
+    EXPECT_EQ(platform.urlSessions.shared().tasks().size(), 1U);
     EXPECT_FALSE(model._canCheckForUpdates);
 }
 
-TEST_F(SettingsServices, EachAnswerOfTheFeedHasItsOutcome) {
+TEST_F(SettingsServices, EachAnswerOfTheFeedHasItsOutcomeAndOnlyAWebPageIsForTheBrowser) {
+    EXPECT_FALSE(readUpdateFeed(R"({"version":"2","url":"file:///bin/sh"})")->url);
+    EXPECT_EQ(readUpdateFeed(R"({"version":"2","url":"https://h/p?v=2"})")->url, "https://h/p?v=2");
+
     struct Case {
         int status;
         const char* body;
@@ -63,15 +62,15 @@ TEST_F(SettingsServices, EachAnswerOfTheFeedHasItsOutcome) {
                           {200, R"({"version":"new"})", 2},
                           {200, "<html>", 2},
                           {404, R"({"version":"9"})", 2}};
-    fakes.userDefaults.set("updateFeedURL", std::string("https://feed.example/f.json"));
-    Updater updater(fakes.platform());
+    platform.userDefaults.set("updateFeedURL", std::string("https://feed.example/f.json"));
+    Updater updater(platform.platform());
     std::optional<UpdateOutcome> outcome;
     updater.onOutcome = [&](const UpdateOutcome& given) { outcome = given; };
     for (const Case& one : cases) {
         updater.checkForUpdates();
         task().answer(one.status, one.body);
         EXPECT_FALSE(outcome);
-        fakes.runUntilIdle();
+        platform.runUntilIdle();
         ASSERT_TRUE(outcome) << one.body;
         EXPECT_EQ(outcome->index(), one.outcome) << one.body;
         outcome.reset();
@@ -79,37 +78,34 @@ TEST_F(SettingsServices, EachAnswerOfTheFeedHasItsOutcome) {
 }
 
 TEST_F(SettingsServices, ItChecksByItselfOnceAfterTheStartAndThenDailyWhileAFeedIsConfigured) {
-    auto& tasks = fakes.urlSessions.shared();
-    Updater updater(fakes.platform());
+    auto& tasks = platform.urlSessions.shared();
+    Updater updater(platform.platform());
     std::vector<std::string> found;
     updater.onFound = [&](const UpdateFeed& feed) { found.push_back(feed.version); };
     updater.onOutcome = [&](const UpdateOutcome&) { ADD_FAILURE() << "nobody has asked"; };
     updater.startChecking();
-    EXPECT_EQ(fakes.mainQueue.pendingCount(), 0U) << "without a feed nothing wakes the program";
-    fakes.userDefaults.set("updateFeedURL", std::string("https://feed.example/f.json"));
+    EXPECT_EQ(platform.mainQueue.pendingCount(), 0U) << "without a feed nothing wakes the program";
+    platform.userDefaults.set("updateFeedURL", std::string("https://feed.example/f.json"));
     EXPECT_TRUE(tasks.tasks().empty()) << "the start is not held up";
     const auto checkAfter = [&](double seconds, int status, const char* body) {
         const std::size_t before = tasks.tasks().size();
-        fakes.mainQueue.advance(seconds);
+        platform.mainQueue.advance(seconds);
         ASSERT_EQ(tasks.tasks().size(), before + 1);
         task().answer(status, body);
-        fakes.runUntilIdle();
+        platform.runUntilIdle();
     };
     constexpr double kDay = 86'400;
-    checkAfter(10, 200, R"({"version":"1.0"})");
+    checkAfter(5, 200, R"({"version":"1.0"})");
     checkAfter(kDay, 500, "");
     EXPECT_TRUE(found.empty());
     checkAfter(kDay, 200, R"({"version":"1.1"})");
     checkAfter(kDay, 200, R"({"version":"1.1"})");
     EXPECT_EQ(found, std::vector<std::string>{"1.1"}) << "each version is told once";
-    fakes.userDefaults.remove("updateFeedURL");
-    fakes.mainQueue.advance(2 * kDay);
-    EXPECT_EQ(fakes.mainQueue.pendingCount(), 0U);
-}
-
-TEST(UpdateFeedAddress, OnlyAWebPageIsHandedToTheBrowser) {
-    EXPECT_FALSE(readUpdateFeed(R"({"version":"2","url":"file:///bin/sh"})")->url);
-    EXPECT_EQ(readUpdateFeed(R"({"version":"2","url":"https://h/p?v=2"})")->url, "https://h/p?v=2");
+    platform.mainQueue.advance(kDay - 1);
+    EXPECT_EQ(tasks.tasks().size(), 4U) << "not before the day is over";
+    platform.userDefaults.remove("updateFeedURL");
+    platform.mainQueue.advance(2 * kDay);
+    EXPECT_EQ(platform.mainQueue.pendingCount(), 0U);
 }
 
 TEST_F(SettingsServices, AConnectionTestSaysWhatHappenedAndNeverTheKey) {
@@ -124,19 +120,23 @@ TEST_F(SettingsServices, AConnectionTestSaysWhatHappenedAndNeverTheKey) {
         {200, R"({"data":[{"id":"a"},{"id":"b"}]})", "It offers 2 models, but not “gpt-3.5-turbo”."},
         {200, "<html>", "not as an OpenAI-compatible server"},
         {401, "", "refused the key (401)"},
+        {403, "", "refused the key (403)"},
         {404, "", "no list of models (404)"},
+        {405, "", "no list of models (405)"},
+        {429, "", "takes no more requests for the moment (429)"},
         {503, "", "answered with an error (503)"},
     };
-    fakes.userDefaults.set("openapikey", std::string("sk-secret"));
-    fakes.userDefaults.set("openAIBaseURL", std::string(" http://localhost:11434/ "));
-    ConnectionTest test(fakes.platform());
+    platform.userDefaults.set("openapikey", std::string("sk-secret"));
+    platform.userDefaults.set("openAIBaseURL", std::string(" http://localhost:11434/ "));
+    ConnectionTest test(platform.platform());
     for (const Case& one : cases) {
         std::optional<ConnectionTest::Answer> answer;
         test.start([&](const ConnectionTest::Answer& given) { answer = given; });
         EXPECT_EQ(task().request().url, "http://localhost:11434/v1/models");
         EXPECT_EQ(task().request().value("Authorization"), "Bearer sk-secret");
+        EXPECT_EQ(task().request().timeoutInterval, 15);
         task().answer(one.status, one.body);
-        fakes.runUntilIdle();
+        platform.runUntilIdle();
         ASSERT_TRUE(answer) << one.words;
         EXPECT_NE(answer->text.find(one.words), std::string::npos) << answer->text;
         EXPECT_EQ(answer->text.find("secret"), std::string::npos);
@@ -145,26 +145,26 @@ TEST_F(SettingsServices, AConnectionTestSaysWhatHappenedAndNeverTheKey) {
 }
 
 TEST_F(SettingsServices, AnAddressThatIsNoneIsNamedAndNothingIsSent) {
-    fakes.userDefaults.set("openAIBaseURL", std::string("localhost:11434"));
-    ConnectionTest test(fakes.platform());
+    platform.userDefaults.set("openAIBaseURL", std::string("localhost:11434"));
+    ConnectionTest test(platform.platform());
     std::string text;
     test.start([&](const ConnectionTest::Answer& given) { text = given.text; });
-    fakes.runUntilIdle();
+    platform.runUntilIdle();
     EXPECT_NE(text.find("“localhost:11434”"), std::string::npos);
-    EXPECT_TRUE(fakes.urlSessions.shared().tasks().empty());
+    EXPECT_TRUE(platform.urlSessions.shared().tasks().empty());
 }
 
 TEST_F(SettingsServices, AnAnswerThatComesAfterTheTestHasGoneOrBeenRestartedIsDropped) {
     int first = 0;
     int second = 0;
-    auto test = std::make_unique<ConnectionTest>(fakes.platform());
+    auto test = std::make_unique<ConnectionTest>(platform.platform());
     test->start([&](const ConnectionTest::Answer&) { ++first; });
     test->start([&](const ConnectionTest::Answer&) { ++second; });
-    fakes.runUntilIdle();
+    platform.runUntilIdle();
     EXPECT_EQ(first, 0);
     task().answer(200, "{}");
     test.reset();
-    fakes.runUntilIdle();
+    platform.runUntilIdle();
     EXPECT_EQ(second, 0);
 }
 
