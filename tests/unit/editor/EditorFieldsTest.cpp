@@ -1,4 +1,4 @@
-#include "EditorWindowFixture.h"
+#include "tests/unit/editor/EditorWindowFixture.h"
 
 namespace quillmoth {
 

@@ -1,24 +1,12 @@
 #pragma once
 
-#include "Foundation/FatalError.h"
-#include "Foundation/Log.h"
-#include "Platform/Fake/FakePlatform.h"
 #include "Quillmoth/Editor/PromptEditorView.h"
-
-#include <gtest/gtest.h>
+#include "tests/unit/PlatformFixture.h"
 
 #include <memory>
 #include <optional>
-#include <stdexcept>
-#include <string>
-#include <vector>
 
 namespace quillmoth {
-
-/// What a fatal fault becomes in a test.
-struct FatalFault : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
 
 /// A preset whose name begins with "n" is of the kind "nonContext", one with "c" of "context"; others say
 /// nothing.
@@ -36,15 +24,11 @@ inline PromptData namedPreset(const std::string& name) {
 }
 
 /// A model with presets of the test's own, over the fake platform.
-class EditorFixture : public testing::Test {
+class EditorFixture : public PlatformFixture {
 protected:
-    using Names = std::vector<std::string>;
+    using Names = Texts;
     using Rows = std::vector<std::int64_t>;
     using Selection = std::optional<std::int64_t>;
-
-    EditorFixture()
-        : fatal_([](const std::string& text) { throw FatalFault(text); }),
-          log_([this](std::string line) { lines.push_back(std::move(line)); }) {}
 
     void makeModel(const Names& names) {
         std::vector<PromptData> presets;
@@ -67,13 +51,7 @@ protected:
         return *readPrompts(platform.documents.content(PromptModel::kFilename));
     }
 
-    platform::FakePlatform platform;
-    std::vector<std::string> lines;
     std::shared_ptr<DataModel> model;
-
-private:
-    ScopedFatalErrorHandler fatal_;
-    ScopedLogCapture log_;
 };
 
 } // namespace quillmoth

@@ -1,4 +1,4 @@
-#include "EditorFixture.h"
+#include "tests/unit/editor/EditorFixture.h"
 
 #include <algorithm>
 
@@ -72,20 +72,18 @@ TEST_F(EditorRulesTest, eachEditIsWrittenAtOnce) {
     form.setName("Name");
     form.setEmoji("👨‍👩‍👧");
     form.setPrompt("Prompt");
+    EXPECT_EQ(form.shownSystemPrompt() + form.shownPromptType(), "You are a helpful assistant.context");
     form.setSystemPrompt("");
+    EXPECT_EQ(form.shownSystemPrompt(), "");
     EXPECT_EQ(std::count(lines.begin(), lines.end(), "Saved to JSON"), 4);
     EXPECT_EQ(platform.documents.writeCount, before + 4);
     const PromptData expected{"id of plain", "👨‍👩‍👧", "Name", "Prompt", "",
                               std::nullopt,  std::nullopt};
     EXPECT_EQ(fileContent()[1], expected);
     EXPECT_EQ(fileContent()[0], namedPreset("c0"));
-}
-
-TEST_F(EditorRulesTest, absentValuesHaveADefaultOnShowThatIsNotStored) {
-    PromptEditorView& view = open({"plain"}, Kind::context, 0);
-    EXPECT_EQ(view.editor()->shownSystemPrompt(), "You are a helpful assistant.");
-    EXPECT_EQ(view.editor()->shownPromptType(), "context");
-    EXPECT_EQ(presets(), std::vector<PromptData>{namedPreset("plain")});
+    form.addSelectedText();
+    form.addSelectedText();
+    EXPECT_EQ(presets()[1].prompt, "Prompt{selected text}{selected text}");
 }
 
 TEST_F(EditorRulesTest, aMoveWithinATabMovesAmongAllPresetsAndTheSelectionsFollow) {
@@ -138,13 +136,10 @@ TEST_F(EditorRulesTest, deleteStepsTheSelectionBackAndSparesTheLastPreset) {
     EXPECT_EQ(names(), (Names{"c0"}));
     EXPECT_EQ(view.contextTab.selection, 0);
     EXPECT_EQ(fileContent(), presets());
-}
-
-TEST_F(EditorRulesTest, theSecondPresetTakesThePlaceOfADeletedFirstOne) {
-    PromptEditorView& view = open({"c0", "c1", "c2"}, Kind::context, 0);
-    view.deletePreset();
-    EXPECT_EQ(view.contextTab.selection, 0);
-    EXPECT_EQ(view.editor()->preset().name, "c1");
+    PromptEditorView& two = open({"c0", "c1"}, Kind::context, 0);
+    two.deletePreset();
+    EXPECT_EQ(two.contextTab.selection, 0);
+    EXPECT_EQ(two.editor()->preset().name, "c1") << "the second one takes the place of the first";
 }
 
 TEST_F(EditorRulesTest, theOtherTabKeepsItsPresetWhenOneIsDeleted) {
@@ -179,13 +174,6 @@ TEST_F(EditorRulesTest, deletionsAreTakenBackInReverseOrder) {
     EXPECT_EQ(view.shownKind(), Kind::nonContext) << "the other one does not list it";
     EXPECT_EQ(view.nonContextTab.selection, 1);
     EXPECT_EQ(fileContent(), presets());
-}
-
-TEST_F(EditorRulesTest, thePlaceholderIsAppendedAsOftenAsAskedFor) {
-    PromptEditorView& view = open({"c0"}, Kind::context, 0);
-    view.editor()->addSelectedText();
-    view.editor()->addSelectedText();
-    EXPECT_EQ(presets()[0].prompt, "prompt of c0{selected text}{selected text}");
 }
 
 TEST_F(EditorRulesTest, aFormWithoutItsPresetIsAFault) {

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "EditorFixture.h"
 #include "Quillmoth/Shell/Controls/ColorScheme.h"
 #include "Quillmoth/Shell/Editor/PresetListView.h"
 #include "Quillmoth/Shell/Editor/PromptEditorWindow.h"
+#include "tests/unit/editor/EditorFixture.h"
 
 #include <QAbstractButton>
 #include <QLineEdit>

@@ -2,9 +2,7 @@
 #include "Quillmoth/Shell/Controls/Labels.h"
 #include "Quillmoth/Shell/Controls/Switch.h"
 #include "Quillmoth/Shell/Editor/PromptEditorWindow.h"
-#include "Quillmoth/Shell/Looks/Motion.h"
 #include "Quillmoth/Shell/Looks/OwnKeys.h"
-#include "Quillmoth/Shell/Looks/ThinScrollBar.h"
 #include "Quillmoth/Shell/Windows/KeyFlags.h"
 #include "Quillmoth/Shell/Windows/MainMenu.h"
 #include "Quillmoth/Shell/Windows/ModelPicker.h"
@@ -23,8 +21,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdint>
-
 namespace quillmoth {
 namespace {
 
@@ -33,9 +29,9 @@ using KeyboardShortcuts::kFlagCommand;
 using KeyboardShortcuts::kFlagOption;
 using KeyboardShortcuts::Shortcut;
 
-class Windows : public testing::Test, public WindowFixture {
+class SettingsWindowTest : public testing::Test, public WindowFixture {
 protected:
-    Windows() { open(); }
+    SettingsWindowTest() { open(); }
 
     void open() {
         settings = makeSettings();
@@ -97,7 +93,7 @@ protected:
     RecorderCocoa* recorder = nullptr;
 };
 
-TEST_F(Windows, APressedShortcutIsStoredShownAndEndsTheRecording) {
+TEST_F(SettingsWindowTest, APressedShortcutIsStoredShownAndEndsTheRecording) {
     recorder->setFocus();
     EXPECT_TRUE(shortcuts.recordingPause());
     EXPECT_EQ(recorder->prompt(), "Press shortcut…");
@@ -112,7 +108,7 @@ TEST_F(Windows, APressedShortcutIsStoredShownAndEndsTheRecording) {
     EXPECT_EQ(recorder->prompt(), "Record shortcut");
 }
 
-TEST_F(Windows, ANewWindowDoesNotRecordByItself) {
+TEST_F(SettingsWindowTest, ANewWindowDoesNotRecordByItself) {
     EXPECT_FALSE(recorder->isRecording());
     EXPECT_EQ(recorder->focusPolicy(), Qt::StrongFocus);
     settings = makeSettings();
@@ -121,7 +117,7 @@ TEST_F(Windows, ANewWindowDoesNotRecordByItself) {
     EXPECT_EQ(recorder->focusPolicy(), Qt::NoFocus);
 }
 
-TEST_F(Windows, TheSpaceBarsSignIsDrawnOnTheBaseLineInTheTextsColourWhateverTheFontHas) {
+TEST_F(SettingsWindowTest, TheSpaceBarsSignIsDrawnOnTheBaseLineInTheTextsColourWhateverTheFontHas) {
     for (const double scale : {1.0, 1.25, 1.5, 2.0}) {
         QImage image(QSize(130, 28) * scale, QImage::Format_RGB32);
         image.setDevicePixelRatio(scale);
@@ -147,7 +143,7 @@ TEST_F(Windows, TheSpaceBarsSignIsDrawnOnTheBaseLineInTheTextsColourWhateverTheF
     }
 }
 
-TEST_F(Windows, BackspaceClearsAndGoesOnRecording) {
+TEST_F(SettingsWindowTest, BackspaceClearsAndGoesOnRecording) {
     shortcuts.setShortcut(Shortcut(Key::space, kFlagOption), name);
     EXPECT_EQ(recorder->text(), "⌥⎵");
     recorder->setFocus();
@@ -157,7 +153,7 @@ TEST_F(Windows, BackspaceClearsAndGoesOnRecording) {
     EXPECT_FALSE(recorder->hasClearButton());
 }
 
-TEST_F(Windows, EscapeEndsRecordingAndTabMovesOn) {
+TEST_F(SettingsWindowTest, EscapeEndsRecordingAndTabMovesOn) {
     recorder->setFocus();
     press(Qt::Key_Escape, {}, 9);
     EXPECT_FALSE(recorder->isRecording());
@@ -171,7 +167,7 @@ TEST_F(Windows, EscapeEndsRecordingAndTabMovesOn) {
     EXPECT_EQ(QApplication::focusWidget(), named<Switch>("Launch at login 😀"));
 }
 
-TEST_F(Windows, ALeftOrRightClickEndsRecordingUnlessItIsWithinThreePixelsOfTheField) {
+TEST_F(SettingsWindowTest, ALeftOrRightClickEndsRecordingUnlessItIsWithinThreePixelsOfTheField) {
     QWidget* row = recorder->parentWidget();
     const auto recordsAfter = [&](Qt::MouseButton button, int distance) {
         recorder->setFocus();
@@ -184,13 +180,13 @@ TEST_F(Windows, ALeftOrRightClickEndsRecordingUnlessItIsWithinThreePixelsOfTheFi
     EXPECT_TRUE(recordsAfter(Qt::MiddleButton, 5));
 }
 
-TEST_F(Windows, WhereNoHotKeyCanBeHadTheSettingsSayWhyAndWhatToDoInstead) {
+TEST_F(SettingsWindowTest, WhereNoHotKeyCanBeHadTheSettingsSayWhyAndWhatToDoInstead) {
     fakes.hotKeyCenter.obstacleText = "No X server. Bind “quillmoth --toggle”.";
     open();
     EXPECT_TRUE(shows("No X server. Bind “quillmoth --toggle”."));
 }
 
-TEST_F(Windows, AMenuItemsShortcutRaisesAnAlertAndDoesNotAct) {
+TEST_F(SettingsWindowTest, AMenuItemsShortcutRaisesAnAlertAndDoesNotAct) {
     recorder->setFocus();
     press(Qt::Key_Q, Qt::ControlModifier, 24);
     EXPECT_TRUE(fakes.application.calls.empty());
@@ -203,7 +199,7 @@ TEST_F(Windows, AMenuItemsShortcutRaisesAnAlertAndDoesNotAct) {
     EXPECT_FALSE(stored());
 }
 
-TEST_F(Windows, NoKeyThatAWindowOrThePanelAnswersToBecomesTheHotKey) {
+TEST_F(SettingsWindowTest, NoKeyThatAWindowOrThePanelAnswersToBecomesTheHotKey) {
     const std::pair<int, std::uint16_t> kNamed[] = {
         {Qt::Key_Return, 36}, {Qt::Key_Enter, 76}, {Qt::Key_Escape, 53}, {Qt::Key_Up, 126},
         {Qt::Key_Down, 125},  {Qt::Key_F9, 101},   {Qt::Key_F10, 109}};
@@ -246,7 +242,7 @@ TEST_F(Windows, NoKeyThatAWindowOrThePanelAnswersToBecomesTheHotKey) {
     }
 }
 
-TEST_F(Windows, AnEmptiedKeyPutsTheModelBackAndTakesTheWarningAway) {
+TEST_F(SettingsWindowTest, AnEmptiedKeyPutsTheModelBackAndTakesTheWarningAway) {
     auto* key = field("OpenAI API Key:");
     auto* picker = named<ModelPicker>("Model");
     EXPECT_EQ(picker->count(), 1);
@@ -268,7 +264,7 @@ TEST_F(Windows, AnEmptiedKeyPutsTheModelBackAndTakesTheWarningAway) {
     EXPECT_EQ(picker->count(), 1);
 }
 
-TEST_F(Windows, TheKeyCanBeHiddenWithoutBeingChanged) {
+TEST_F(SettingsWindowTest, TheKeyCanBeHiddenWithoutBeingChanged) {
     fakes.userDefaults.set("openapikey", std::string("sk"));
     named<QToolButton>("Hide the key")->click();
     EXPECT_EQ(field("OpenAI API Key:")->echoMode(), QLineEdit::Password);
@@ -277,7 +273,7 @@ TEST_F(Windows, TheKeyCanBeHiddenWithoutBeingChanged) {
     EXPECT_EQ(fakes.userDefaults.string("openapikey"), "sk");
 }
 
-TEST_F(Windows, TheUpdateButtonWorksOnlyWhileACheckCanStart) {
+TEST_F(SettingsWindowTest, TheUpdateButtonWorksOnlyWhileACheckCanStart) {
     QPushButton* check = button("Check for Updates…");
     const auto saysWhyNot = [&](const char* words) {
         return !check->isEnabled() && check->toolTip().contains(words) &&
@@ -303,7 +299,7 @@ TEST_F(Windows, TheUpdateButtonWorksOnlyWhileACheckCanStart) {
     EXPECT_EQ(fakes.workspace.openedURLs, std::vector<std::string>{"https://get.example/"});
 }
 
-TEST_F(Windows, ButtonsOpenWhatTheyName) {
+TEST_F(SettingsWindowTest, ButtonsOpenWhatTheyName) {
     button("Open Prompt Editor")->click();
     EXPECT_EQ(editorOpenings, 1);
     button("Tutorial: How to Generate Your Own Key")->click();
@@ -312,7 +308,7 @@ TEST_F(Windows, ButtonsOpenWhatTheyName) {
               (std::vector<std::string>{"https://quillmoth.example/tutorial", "https://quillmoth.example"}));
 }
 
-TEST_F(Windows, ALoginItemThatCannotBeMadeLeavesTheSwitchOff) {
+TEST_F(SettingsWindowTest, ALoginItemThatCannotBeMadeLeavesTheSwitchOff) {
     auto* login = named<Switch>("Launch at login 😀");
     login->click();
     EXPECT_TRUE(loginItems.enabled.contains("org.quillmoth.Quillmoth"));
@@ -323,7 +319,7 @@ TEST_F(Windows, ALoginItemThatCannotBeMadeLeavesTheSwitchOff) {
     EXPECT_FALSE(login->isChecked());
 }
 
-TEST_F(Windows, ANameOfTheServersOwnModelIsShownThoughThePickerDoesNotOfferIt) {
+TEST_F(SettingsWindowTest, ANameOfTheServersOwnModelIsShownThoughThePickerDoesNotOfferIt) {
     auto* model = field("Name of the model on the server");
     model->setFocus();
     model->selectAll();
@@ -336,7 +332,7 @@ TEST_F(Windows, ANameOfTheServersOwnModelIsShownThoughThePickerDoesNotOfferIt) {
     EXPECT_EQ(model->text(), "");
 }
 
-TEST_F(Windows, TheAnswerForAccessibilityCanBeTakenBack) {
+TEST_F(SettingsWindowTest, TheAnswerForAccessibilityCanBeTakenBack) {
     auto* control = named<Switch>("Switch on accessibility for this desktop");
     EXPECT_FALSE(control->isChecked());
     EXPECT_FALSE(fakes.userDefaults.object("accessibilityConsent")) << "showing the switch answers nothing";
@@ -353,7 +349,7 @@ TEST_F(Windows, TheAnswerForAccessibilityCanBeTakenBack) {
     EXPECT_TRUE(shows("Quillmoth no longer switches it on. Where it is on now, it stays on."));
 }
 
-TEST_F(Windows, EveryControlCanBeReachedByTabAndHasAName) {
+TEST_F(SettingsWindowTest, EveryControlCanBeReachedByTabAndHasAName) {
     std::set<QWidget*> reached;
     for (int count = 0; count < 30; ++count) {
         QTest::keyClick(QApplication::focusWidget() != nullptr ? QApplication::focusWidget() : settings.get(),
@@ -370,108 +366,5 @@ TEST_F(Windows, EveryControlCanBeReachedByTabAndHasAName) {
     EXPECT_EQ(reached.size(), 13U);
 }
 
-TEST(ThinBar, IsDraggedByItsThumbAndTurnsAPageBesideItButNotFromThePanelsEdge) {
-    const int edge = ThinScrollBar::kWidth - 2;
-    for (const auto place : {ThinScrollBar::Place::window, ThinScrollBar::Place::panel}) {
-        ThinScrollBar bar(place);
-        bar.resize(ThinScrollBar::kWidth, 212);
-        bar.setExtent(800, 200);
-        QTest::mouseClick(&bar, Qt::LeftButton, {}, {5, 190});
-        EXPECT_EQ(bar.value(), 200);
-        const QPoint thumb = bar.thumb().center().toPoint();
-        QTest::mousePress(&bar, Qt::LeftButton, {}, thumb);
-        QTest::mouseMove(&bar, thumb + QPoint(0, 50));
-        QTest::mouseRelease(&bar, Qt::LeftButton, {}, thumb + QPoint(0, 50));
-        EXPECT_EQ(bar.value(), 400) << "50 of the 150 pixels that the thumb can move";
-        QTest::mouseClick(&bar, Qt::LeftButton, {}, {edge, 10});
-        EXPECT_EQ(bar.value(), place == ThinScrollBar::Place::panel ? 400 : 200);
-    }
-}
-
-TEST(HoverFade, FollowsThePointer) {
-    QWidget control;
-    fadeOnHover(control);
-    QEvent leave(QEvent::Leave);
-    QEnterEvent enter({}, {}, {});
-    EXPECT_EQ(hoverShare(control), 0);
-    QApplication::sendEvent(&control, &enter);
-    EXPECT_EQ(hoverShare(control), 1) << "at once, since it is hidden";
-    QApplication::sendEvent(&control, &leave);
-    EXPECT_EQ(hoverShare(control), 0);
-}
-
-TEST_F(Windows, WindowsFollowTheDesktopBetweenLightAndDark) {
-    const QPalette former = QApplication::palette();
-    ColorScheme desktop;
-    OnboardingWindow onboarding(desktop, [] {});
-    onboarding.present();
-    const bool before = desktop.isDark();
-    QApplication::setPalette(QPalette(before ? Qt::white : Qt::black));
-    QApplication::processEvents();
-    EXPECT_EQ(desktop.isDark(), !before);
-    EXPECT_EQ(onboarding.palette().color(QPalette::Window).lightness() < 128, !before);
-    EXPECT_EQ(onboarding.view().palette().color(QPalette::Window).lightness() < 128, !before);
-    QApplication::setPalette(former);
-}
-
-TEST_F(Windows, OnboardingGoesThroughItsPagesAndThenCloses) {
-    int finished = 0;
-    OnboardingWindow onboarding(colorScheme, [&] { ++finished; });
-    onboarding.present();
-    onboarding.view().continuePressed();
-    EXPECT_EQ(onboarding.view().page(), 2);
-    EXPECT_EQ(finished, 0);
-    onboarding.view().continuePressed();
-    EXPECT_EQ(finished, 1);
-    EXPECT_FALSE(onboarding.isVisible());
-    onboarding.present();
-    EXPECT_EQ(onboarding.view().page(), 1);
-}
-
-TEST_F(Windows, TheOnboardingAsksForAccessibilityBetweenItsPagesAndReturnGivesNothingAway) {
-    std::vector<bool> answers;
-    bool isOpen = true;
-    OnboardingWindow onboarding(colorScheme, [] {},
-                                {.isOpen = [&] { return isOpen; },
-                                 .programsToRestart = [] { return std::vector<std::string>(); },
-                                 .answer = [&](bool agreed) { answers.push_back(agreed); }});
-    const auto button = [&](const char* title) -> QPushButton* {
-        for (auto* found : onboarding.findChildren<QPushButton*>()) {
-            if (found->text() == title && found->isVisible())
-                return found;
-        }
-        return nullptr;
-    };
-    onboarding.present();
-    activate(onboarding);
-    EXPECT_EQ(button("Switch On"), nullptr) << "the welcome comes first, alone";
-    QTest::keyClick(&onboarding, Qt::Key_Return);
-    ASSERT_NE(button("Switch On"), nullptr);
-    EXPECT_EQ(button("Continue"), nullptr);
-    EXPECT_EQ(onboarding.focusWidget(), button("Not Now"));
-    QTest::keyClick(onboarding.focusWidget(), Qt::Key_Return);
-    EXPECT_EQ(answers, std::vector{false});
-    EXPECT_EQ(onboarding.view().page(), 2);
-    EXPECT_EQ(button("Switch On"), nullptr);
-    EXPECT_NE(button("Continue"), nullptr);
-    onboarding.close();
-    onboarding.present();
-    onboarding.view().continuePressed();
-    button("Switch On")->click();
-    EXPECT_EQ(answers, (std::vector{false, true}));
-    onboarding.close();
-    isOpen = false;
-    onboarding.present();
-    onboarding.view().continuePressed();
-    EXPECT_EQ(button("Switch On"), nullptr) << "once answered it is not asked again";
-}
-
 } // namespace
 } // namespace quillmoth
-
-int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    testing::InitGoogleTest(&argc, argv);
-    const QApplication application(argc, argv);
-    return RUN_ALL_TESTS();
-}
