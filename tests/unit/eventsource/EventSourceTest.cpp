@@ -26,9 +26,7 @@ protected:
     std::shared_ptr<EventSource> makeSource(EventSource::Headers headers = {{"Authorization", "Bearer k"}}) {
         auto source = EventSource::create(queue, sessions, operationQueues, request(), std::move(headers));
         source->onOpen([this] { log.emplace_back("open"); });
-        source->onMessage([this](const Text& id, const Text& event, const Text& data) {
-            log.push_back("message " + shown(id) + " " + shown(event) + " " + shown(data));
-        });
+        source->onMessage(listener("message"));
         source->onComplete([this](std::optional<int> status, std::optional<bool> reconnect,
                                   const std::optional<platform::URLError>& error) {
             log.push_back("complete " + (status ? std::to_string(*status) : "-") + " " +
@@ -38,18 +36,14 @@ protected:
         return source;
     }
 
-    static platform::URLRequest request() {
-        platform::URLRequest request;
-        request.url = "http://127.0.0.1/stream";
-        request.httpMethod = "POST";
-        request.httpBody = "{}";
-        return request;
-    }
-
     EventSource::EventCallback listener(std::string name) {
         return [this, name = std::move(name)](const Text& id, const Text& event, const Text& data) {
             log.push_back(name + " " + shown(id) + " " + shown(event) + " " + shown(data));
         };
+    }
+
+    static platform::URLRequest request() {
+        return {.url = "http://127.0.0.1/stream", .httpMethod = "POST", .headers = {}, .httpBody = "{}"};
     }
 
     /// A source whose stream is open; what it called so far is forgotten.

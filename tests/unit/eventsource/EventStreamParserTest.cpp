@@ -6,6 +6,7 @@
 
 #include <array>
 #include <limits>
+#include <map>
 #include <optional>
 #include <ostream>
 #include <random>
@@ -150,29 +151,19 @@ TEST(EventStreamParser, GivesWhatThePlainSearchGivesForAnyBytesAndCuts) {
 }
 
 TEST(Event, ReadsARetryTimeStrictly) {
-    const std::vector<std::pair<std::string, std::optional<std::int64_t>>> rows = {
-        {"2500", 2500},
-        {"+5", 5},
-        {"-5", -5},
-        {"007", 7},
-        {" \t12\u00A0\t", 12},
-        {"9223372036854775807", std::numeric_limits<std::int64_t>::max()},
-        {"-9223372036854775808", std::numeric_limits<std::int64_t>::min()},
-        {"9223372036854775808", kNone},
-        {"12x", kNone},
-        {"+-5", kNone},
-        {"-+5", kNone},
-        {"-", kNone},
-        {"", kNone},
-        {"1 2", kNone},
-        {"1\n2", kNone},
-        {"\n1", kNone},
-        {"0x10", kNone},
-        {"1.5", kNone},
-        {"\u0661", kNone},
-    };
-    for (const auto& [time, expected] : rows)
-        EXPECT_EQ(fields(kNone, kNone, kNone, time).retryTime(), expected) << testing::PrintToString(time);
+    constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
+    const std::map<std::string, std::int64_t> numbers = {{"2500", 2500},
+                                                         {"+5", 5},
+                                                         {"-5", -5},
+                                                         {"007", 7},
+                                                         {" \t12\u00A0\t", 12},
+                                                         {std::to_string(kMost), kMost},
+                                                         {"-9223372036854775808", -kMost - 1}};
+    for (const auto& [time, number] : numbers)
+        EXPECT_EQ(fields(kNone, kNone, kNone, time).retryTime(), number) << testing::PrintToString(time);
+    for (const char* time :
+         {"9223372036854775808", "12x", "+-5", "-+5", "-", "", "1 2", "1\n2", "\n1", "0x10", "1.5", "\u0661"})
+        EXPECT_EQ(fields(kNone, kNone, kNone, time).retryTime(), kNone) << testing::PrintToString(time);
     EXPECT_EQ(Event().retryTime(), kNone);
 }
 

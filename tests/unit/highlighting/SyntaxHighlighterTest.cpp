@@ -13,84 +13,47 @@ namespace quillmoth::highlighting {
 
 namespace {
 
+constexpr std::string_view kBlanks = " \t\n\v\f\r";
 constexpr std::array<const char*, kTokenTypeCount> kNames{
     "keyword", "string", "type", "call", "number", "comment", "property", "dotAccess", "preprocessing"};
 
-/// Writes the pieces down: "keyword(let)", plain text as it is, white space in square brackets with "n" for a
-/// line feed and "." for anything else.
-struct ListingFormat {
-    class Builder {
-    public:
+/// Keeps the pieces: their kinds, "" for plain text and " " for white space, and their texts.
+struct PieceFormat {
+    using Pieces = std::vector<std::pair<std::string, std::string>>;
+
+    struct Builder {
         void addToken(std::string_view token, TokenType type) {
-            listing_ += std::string(kNames[static_cast<std::size_t>(type)]) + "(" + std::string(token) + ")";
+            pieces.emplace_back(kNames[static_cast<std::size_t>(type)], token);
         }
 
-        void addPlainText(std::string_view text) { listing_ += text; }
+        void addPlainText(std::string_view text) { pieces.emplace_back("", text); }
 
-        void addWhitespace(std::string_view whitespace) {
-            listing_ += '[';
-            for (const char byte : whitespace) {
-                listing_ += byte == '\n' ? 'n' : '.';
-            }
-            listing_ += ']';
-        }
+        void addWhitespace(std::string_view whitespace) { pieces.emplace_back(" ", whitespace); }
 
-        std::string build() { return listing_; }
+        Pieces build() { return pieces; }
 
-    private:
-        std::string listing_;
+        Pieces pieces;
     };
 
     [[nodiscard]] Builder makeBuilder() const { return {}; }
 };
 
-/// Joins the pieces, and counts those that are empty or misplaced.
-struct JoiningFormat {
-    struct Result {
-        std::string text;
-        int faults = 0;
-        std::size_t pieces = 0;
-    };
-
-    class Builder {
-    public:
-        void addToken(std::string_view token, TokenType) { add(token, isBlank(token)); }
-
-        void addPlainText(std::string_view text) { add(text, hasBlank(text)); }
-
-        void addWhitespace(std::string_view whitespace) { add(whitespace, !isBlank(whitespace)); }
-
-        Result build() { return result_; }
-
-    private:
-        static constexpr std::string_view kBlanks = " \t\n\v\f\r";
-
-        static bool isBlank(std::string_view text) {
-            return text.find_first_not_of(kBlanks) == std::string_view::npos;
-        }
-
-        static bool hasBlank(std::string_view text) {
-            return text.find_first_of(kBlanks) != std::string_view::npos;
-        }
-
-        void add(std::string_view piece, bool isMisplaced) {
-            result_.text += piece;
-            result_.faults += piece.empty() || isMisplaced ? 1 : 0;
-            ++result_.pieces;
-        }
-
-        Result result_;
-    };
-
-    [[nodiscard]] Builder makeBuilder() const { return {}; }
-};
-
-std::string listingOf(std::string_view code) {
-    return SyntaxHighlighter(ListingFormat(), SwiftGrammar()).highlight(code);
+PieceFormat::Pieces piecesOf(std::string_view code) {
+    return SyntaxHighlighter(PieceFormat(), SwiftGrammar()).highlight(code);
 }
 
-JoiningFormat::Result joined(std::string_view code) {
-    return SyntaxHighlighter(JoiningFormat(), SwiftGrammar()).highlight(code);
+/// "keyword(let)", plain text as it is, white space in square brackets with "n" for a line feed and "." for
+/// anything else.
+std::string listingOf(std::string_view code) {
+    std::string listing;
+    for (auto [kind, text] : piecesOf(code)) {
+        if (kind == " ")
+            std::replace_if(
+                text.begin(), text.end(), [](char byte) { return byte != '\n'; }, '.');
+        std::replace(text.begin(), kind == " " ? text.end() : text.begin(), '\n', 'n');
+        listing += kind.empty() ? text : kind == " " ? "[" + text + "]" : kind + "(" + text + ")";
+    }
+    return listing;
 }
 
 struct Example {
@@ -180,12 +143,9 @@ TEST(SyntaxHighlighter, NestsBlockCommentsAndKeepsPathsOutOfThem) {
     });
 }
 
-TEST(SyntaxHighlighter, EmptyTextHasNoPieces) {
-    EXPECT_EQ(joined("").pieces, 0U);
-    EXPECT_EQ(joined("\n \t\n").pieces, 1U) << "white space is one piece over the ends of lines";
-}
-
 TEST(SyntaxHighlighter, PiecesJoinedAreTheTextWhateverItHolds) {
+    EXPECT_EQ(piecesOf("").size(), 0U);
+    EXPECT_EQ(piecesOf("\n \t\n").size(), 1U) << "white space is one piece over the ends of lines";
     const std::array<std::string_view, 24> parts{
         "\"", "\"\"\"", "#",   "\\(", "\\#(", ")",   "(",    "/*",  "*/", "//", "\n",       " ",
         "\t", ".",      "...", "@",   "`",    "let", "Type", "0x1", "9.", "\r", "\xC3\xA9", "\xFF"};
@@ -195,9 +155,14 @@ TEST(SyntaxHighlighter, PiecesJoinedAreTheTextWhateverItHolds) {
         for (std::size_t count = random() % 40; count > 0; --count) {
             code += parts[random() % parts.size()];
         }
-        const auto result = joined(code);
-        ASSERT_EQ(result.text, code);
-        ASSERT_EQ(result.faults, 0) << code;
+        std::string joined;
+        for (const auto& [kind, text] : piecesOf(code)) {
+            joined += text;
+            const auto place = kind.empty() ? text.find_first_of(kBlanks) : text.find_first_not_of(kBlanks);
+            ASSERT_EQ(place != std::string::npos, !kind.empty() && kind != " ") << code;
+            ASSERT_FALSE(text.empty()) << code;
+        }
+        ASSERT_EQ(joined, code);
     }
 }
 

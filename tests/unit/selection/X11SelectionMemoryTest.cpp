@@ -63,28 +63,18 @@ TEST_F(SelectionMemory, AContentThatNobodyReplacesStays) {
 }
 
 TEST_F(SelectionMemory, AReplacedContentComesBackWholeHoweverLate) {
-    for (const auto delay : {std::chrono::milliseconds(200), std::chrono::milliseconds(3000)}) {
-        standing_ = first_;
-        read();
+    for (const auto& [content, delay] : {std::pair{first_, 200ms}, {first_, 3000ms}, {contentOf({}), 0ms}}) {
+        standing_ = content;
+        const auto text = read();
+        EXPECT_EQ(text, content->text);
         clear();
         copy("selected");
         now_ += delay;
         EXPECT_EQ(read(), "selected");
         clear();
-        write("first");
-        EXPECT_EQ(standing_, first_);
+        write(text.value_or(""));
+        EXPECT_EQ(standing_, content);
     }
-}
-
-TEST_F(SelectionMemory, AClipboardWithoutTextComesBackForAnEmptyOne) {
-    standing_ = first_ = contentOf(std::nullopt);
-    EXPECT_EQ(read(), std::nullopt);
-    clear();
-    copy("selected");
-    EXPECT_EQ(read(), "selected");
-    clear();
-    write("");
-    EXPECT_EQ(standing_, first_);
 }
 
 TEST_F(SelectionMemory, CopiesThatOverlapBringBackTheFirstContent) {
