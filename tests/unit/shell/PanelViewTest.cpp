@@ -1,12 +1,13 @@
 #include "Quillmoth/Shell/Panel/PanelButton.h"
+#include "Quillmoth/Shell/Panel/PanelKeys.h"
+#include "Quillmoth/Shell/Panel/Spinner.h"
+#include "Quillmoth/Shell/Panel/SpokenStatus.h"
 #include "tests/unit/shell/PanelViewFixture.h"
 
 #include <QClipboard>
 #include <QElapsedTimer>
 #include <QMouseEvent>
-#include <QTest>
-
-#include <gtest/gtest.h>
+#include <QWheelEvent>
 
 #include <set>
 
@@ -35,13 +36,30 @@ TEST_F(PanelViewTest, WhatIsTypedBecomesTheCommandAndFiltersTheList) {
     EXPECT_EQ(list.presets().rowCount(), 4);
 }
 
-TEST_F(PanelViewTest, ArrowsMoveTheSelectionAndTheCaret) {
+TEST_F(PanelViewTest, TheFieldsKeysMoveSelectionAndCaretAddALineAndRun) {
     field.setText(QStringLiteral("one\ntwo"));
+    press(field, Qt::Key_Down, Qt::ShiftModifier);
+    EXPECT_EQ(model._selectedIndex, -1) << "that selects text";
     press(field, Qt::Key_Down);
     EXPECT_EQ(model._selectedIndex, 0);
     press(field, Qt::Key_Up);
     EXPECT_EQ(model._selectedIndex, -1);
     EXPECT_LE(field.textCursor().position(), 3);
+    field.setText(QStringLiteral("a"));
+    field.moveCursor(QTextCursor::End);
+    press(field, Qt::Key_Return, Qt::ShiftModifier);
+    // Typing goes on in the field, wherever the Tab key has led, and Return runs there too.
+    QWidget& bar = panel.view->bottomBar().widgetFor(BottomBar::Item::history);
+    bar.setFocus();
+    type(bar, QStringLiteral("b"));
+    EXPECT_EQ(panel.surface().focusWidget(), &field);
+    EXPECT_EQ(*model._command, "a\nb");
+    EXPECT_TRUE(model._messages->empty());
+    press(*panel.view, Qt::Key_Return, Qt::ShiftModifier);
+    EXPECT_TRUE(model._messages->empty());
+    press(*panel.view, Qt::Key_Return);
+    ASSERT_EQ(model._messages->size(), 2U);
+    EXPECT_EQ(model._messages->back().content, "a\nb");
 }
 
 TEST_F(PanelViewTest, ArrowsInTheBarMoveTheSelectionAndReturnRunsIt) {
@@ -78,17 +96,6 @@ TEST_F(PanelViewTest, ATextLeftInTheFieldIsSelectedWhenThePanelOpensAgain) {
     model._command = std::string(" ");
     panel.open();
     EXPECT_FALSE(field.textCursor().hasSelection());
-}
-
-TEST_F(PanelViewTest, ShiftReturnAddsALineAndReturnRuns) {
-    type(field, QStringLiteral("a"));
-    press(field, Qt::Key_Return, Qt::ShiftModifier);
-    type(field, QStringLiteral("b"));
-    EXPECT_EQ(*model._command, "a\nb");
-    EXPECT_TRUE(model._messages->empty());
-    press(field, Qt::Key_Return);
-    ASSERT_EQ(model._messages->size(), 2U);
-    EXPECT_EQ(model._messages->back().content, "a\nb");
 }
 
 TEST_F(PanelViewTest, KeyEquivalentsWorkFromEveryInputInEveryState) {
@@ -132,6 +139,8 @@ TEST_F(PanelViewTest, AHeldKeyDoesNotStepTwice) {
     press(field, Qt::Key_T, Qt::ControlModifier);
     press(field, Qt::Key_T, Qt::ControlModifier, true);
     EXPECT_TRUE(model._isOnTopBinding);
+    press(field, Qt::Key_Equal, Qt::ControlModifier, true);
+    EXPECT_EQ(panel.controller->_fontSize, 18) << "but for the size";
     type(field, QStringLiteral("x"));
     press(field, Qt::Key_Escape, Qt::NoModifier, true);
     EXPECT_EQ(*model._command, "x");
@@ -289,6 +298,95 @@ TEST_F(PanelViewTest, ASelectionInAnAnswerIsCopiedWhileTheFieldHasTheKeyboard) {
     EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("Hello moth"));
 }
 
+TEST_F(PanelViewTest, PageKeysAndTheWheelScroll) {
+    model._openHistory = true;
+    model._oldMessages = std::vector<oldMessagesStruct>(50, {.topic = "A", .message = {}, .created = 0});
+    panel.settle();
+    ScrollView& scroll = list.scrollView();
+    press(field, Qt::Key_PageDown, Qt::ShiftModifier);
+    EXPECT_EQ(scroll.position(), 0);
+    press(field, Qt::Key_PageDown);
+    EXPECT_EQ(scroll.position(), list.height() - 40);
+    press(field, Qt::Key_PageUp);
+    EXPECT_EQ(scroll.position(), 0);
+    for (const auto& [angle, position] : {std::pair{-120, 60}, {-1, 60}, {-1, 61}, {120, 1}}) {
+        QWheelEvent wheel({10, 10}, scroll.mapToGlobal(QPointF(10, 10)), {}, {0, angle}, Qt::NoButton, {},
+                          Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&scroll, &wheel);
+        EXPECT_EQ(scroll.position(), position);
+    }
+}
+
+TEST_F(PanelViewTest, WaitingAndItsEndAndErrorsAreSpokenAndTheSpinnerTurnsMeanwhile) {
+    const Spinner& spinner = panel.view->commandArea().spinner();
+    for (const bool isLoading : {true, false}) {
+        model._isLoading = isLoading;
+        panel.settle();
+        EXPECT_EQ(spinner.isHidden(), !isLoading);
+    }
+    model._error = std::string("Error 500");
+    panel.settle();
+    model._error = std::string();
+    panel.settle();
+    QStringList spoken;
+    for (QWidget* child : panel.view->findChildren<QWidget*>()) {
+        if (dynamic_cast<SpokenMessage*>(child) != nullptr)
+            spoken.append(child->accessibleName());
+    }
+    EXPECT_EQ(spoken, QStringList({"Waiting for the answer", "Answer finished", "Error 500"}));
+}
+
+TEST_F(PanelViewTest, TheNewestMessageStandsFirstAnswersAtTheLeftAndQuestionsAtTheRight) {
+    converse("Because.");
+    model._messages.mutate([](auto& messages) { messages.push_back({"T", "tool", "hidden"}); });
+    panel.settle();
+    const ConversationView& all = list.conversation();
+    const QWidget* const instruction = all.contentAt(0);
+    const QWidget* const question = all.contentAt(1);
+    const QWidget* const answer = all.contentAt(2);
+    EXPECT_EQ(all.contentAt(3), nullptr) << "of an unknown role";
+    EXPECT_EQ(answer->y(), 60 + 30) << "behind its place";
+    EXPECT_EQ(answer->x(), 62);
+    EXPECT_EQ(question->geometry().right() + 1, all.width() - 62);
+    EXPECT_GT(question->y(), answer->geometry().bottom());
+    EXPECT_GT(instruction->y(), question->geometry().bottom());
+    EXPECT_EQ(instruction->accessibleDescription() + question->accessibleDescription() +
+                  answer->accessibleName(),
+              "InstructionQuestionAnswer");
+}
+
+TEST_F(PanelViewTest, WhatIsReadStaysInItsPlaceWhileTheNewestAnswerGrowsAboveIt) {
+    model._isLoading = true;
+    model._messages = {{"U", "user", std::string(200, '\n') + "end"}, {"A", "assistant", "new"}};
+    panel.settle();
+    list.scrollView().scrollTo(400);
+    const MessageContent& read = *list.conversation().contentAt(0);
+    const int before = read.mapTo(&list, QPoint()).y();
+    model._messages.grow([](auto& messages) { messages.back().content += "\nand\nmore"; });
+    panel.settle();
+    EXPECT_GT(list.scrollView().position(), 400);
+    EXPECT_EQ(read.mapTo(&list, QPoint()).y(), before);
+    model._messages.grow([](auto& messages) { messages.push_back({"B", "user", "next"}); });
+    panel.settle();
+    EXPECT_EQ(list.scrollView().position(), 0) << "a new message is looked at";
+}
+
+TEST(PanelKeys, ControlAndALetterOfAnotherAlphabetIsTheLatinLetterOfTheSameKey) {
+    const auto latin = [](int key, Qt::KeyboardModifiers modifiers, quint32 scanCode) {
+        const QKeyEvent event(QEvent::KeyPress, key, modifiers, scanCode, 0, 0);
+        const auto equivalent = latinEquivalent(event);
+        return equivalent ? equivalent->key() : 0;
+    };
+    constexpr int kCyrillic = 0x421;
+    EXPECT_EQ(latin(kCyrillic, Qt::ControlModifier, 54), Qt::Key_C);
+    EXPECT_EQ(latin(kCyrillic, Qt::ControlModifier | Qt::ShiftModifier, 10), Qt::Key_1);
+    EXPECT_EQ(latin(kCyrillic, Qt::ControlModifier, 58), Qt::Key_M);
+    EXPECT_EQ(latin(kCyrillic, Qt::ControlModifier, 59), 0);
+    EXPECT_EQ(latin(kCyrillic, Qt::ShiftModifier, 54), 0);
+    EXPECT_EQ(latin(Qt::Key_X, Qt::ControlModifier, 54), 0);
+    EXPECT_EQ(latin(Qt::Key_F1, Qt::ControlModifier, 54), 0);
+}
+
 TEST_F(PanelViewTest, AnErrorStandsAboveWhateverFollows) {
     model._error = std::string("Error 401");
     converse("Answer");
@@ -313,14 +411,6 @@ TEST_F(PanelViewTest, TheErrorForMissingAccessibilityLeadsToTheSettings) {
     press(button, Qt::Key_Return);
     EXPECT_FALSE(panel.panel().isOpen);
     EXPECT_EQ(panel.platform.application.calls.back(), "showSettingsWindow");
-}
-
-TEST_F(PanelViewTest, RowsOfUnknownRolesKeepTheirPlace) {
-    model._messages = {{"S", "system", "s"}, {"T", "tool", "hidden"}};
-    model._responseValue = std::string("x");
-    panel.settle();
-    EXPECT_EQ(list.conversation().contentAt(1), nullptr);
-    EXPECT_EQ(list.conversation().contentAt(0)->y(), 60 + 30);
 }
 
 } // namespace

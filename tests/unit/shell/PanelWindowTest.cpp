@@ -32,24 +32,23 @@ TEST_F(PanelWindowTest, ShowingTakesTheKeyboardAndClosingGivesItBackFirst) {
 }
 
 TEST_F(PanelWindowTest, TurningElsewhereClosesUnlessPinned) {
-    panel.panel().isOntop = true;
-    panel.platform.panelFocus.turn(Turn::pressedElsewhere);
-    EXPECT_TRUE(panel.surface().isVisible());
-    EXPECT_FALSE(panel.surface().isActive());
+    const auto dims = [&] { return panel.view->commandArea().graphicsEffect() != nullptr; };
+    EXPECT_FALSE(dims());
+    for (const Turn turn : {Turn::idle, Turn::pressedElsewhere}) {
+        panel.panel().isOntop = turn != Turn::idle;
+        panel.platform.panelFocus.turn(turn);
+        EXPECT_TRUE(panel.surface().isVisible());
+        EXPECT_FALSE(panel.surface().isActive());
+        EXPECT_TRUE(dims());
+    }
     QTest::mouseClick(panel.surface().windowHandle(), Qt::LeftButton, {}, QPoint(300, 300));
-    EXPECT_TRUE(panel.surface().isActive());
+    EXPECT_TRUE(panel.surface().isActive() && !dims());
     EXPECT_TRUE(panel.platform.panelFocus.isHeldNow);
 
     panel.panel().isOntop = false;
     panel.platform.panelFocus.turn(Turn::activatedElsewhere);
     EXPECT_FALSE(panel.surface().isVisible());
     EXPECT_FALSE(panel.panel().isOpen);
-}
-
-TEST_F(PanelWindowTest, AnIdlePanelStaysInactive) {
-    panel.platform.panelFocus.turn(Turn::idle);
-    EXPECT_TRUE(panel.surface().isVisible());
-    EXPECT_FALSE(panel.surface().isActive());
 }
 
 TEST_F(PanelWindowTest, TheFrameIsKeptUnderItsName) {
@@ -116,7 +115,11 @@ TEST(PanelGeometryTest, EdgesAreThreePixelsAndCornersTwelve) {
     EXPECT_EQ(edgesAt({3, 200}, size), Qt::Edges());
     EXPECT_EQ(edgesAt({11, 11}, size), Qt::LeftEdge | Qt::TopEdge);
     EXPECT_EQ(edgesAt({590, 398}, size), Qt::RightEdge | Qt::BottomEdge);
-    EXPECT_EQ(resized(QRect(0, 0, 600, 400), Qt::LeftEdge, {500, 0}, {520, 290}), QRect(80, 0, 520, 400));
+    const QRect frame(0, 0, 600, 400);
+    EXPECT_EQ(resized(frame, Qt::LeftEdge, {500, 0}, {520, 290}), QRect(80, 0, 520, 400));
+    EXPECT_EQ(resized(frame, Qt::TopEdge | Qt::RightEdge, {-500, 500}, {520, 290}), QRect(0, 110, 520, 290));
+    EXPECT_EQ(resized(frame, Qt::BottomEdge | Qt::LeftEdge, {-7, 9}, {520, 290}), QRect(-7, 0, 607, 409));
+    EXPECT_EQ(resized(frame, Qt::TopEdge | Qt::BottomEdge, {9, 0}, {520, 290}), frame);
 }
 
 TEST(PanelGeometryTest, TheMaskFollowsTheCircle) {
