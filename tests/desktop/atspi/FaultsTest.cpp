@@ -1,4 +1,5 @@
 #include "tests/desktop/atspi/AtSpiTest.h"
+#include "tests/desktop/tray/OtherClipboards.h"
 
 #include <csignal>
 #include <thread>
@@ -8,16 +9,6 @@ namespace quillmoth::test {
 namespace {
 
 using namespace std::chrono_literals;
-
-std::string onClipboard(const std::string& target = "UTF8_STRING") {
-    return runChild({"xclip", "-selection", "clipboard", "-o", "-t", target}, 5s).output;
-}
-
-ChildProcess keepOnClipboard() {
-    ChildProcess owner({CLIPBOARD_OWNER, "kept", "<b>kept</b>"});
-    EXPECT_TRUE(holdsWithin(5s, [] { return onClipboard() == "kept"; }));
-    return owner;
-}
 
 void expectKept() {
     EXPECT_TRUE(holdsWithin(5s, [] { return onClipboard("text/html") == "<b>kept</b>"; }));
@@ -49,7 +40,7 @@ TEST_F(AtSpiTest, AProgramThatStopsWhileItIsWrittenToLosesNoText) {
 }
 
 TEST_F(AtSpiTest, AStoppedProgramPastesTheAnswerWhenItGoesOnAndNothingElse) {
-    const auto owner = keepOnClipboard();
+    const auto owner = copyRich("kept", "<b>kept</b>");
     const auto editor = openEditor(lightEditors()[2], "old");
     const pid_t process = editor.processIdentifier();
     input().chord({KEY_LEFTCTRL, KEY_A});
@@ -63,7 +54,7 @@ TEST_F(AtSpiTest, AStoppedProgramPastesTheAnswerWhenItGoesOnAndNothingElse) {
 }
 
 TEST_F(AtSpiTest, TwoPressesAtOnceFindTheSelectionAndKeepTheClipboard) {
-    const auto owner = keepOnClipboard();
+    const auto owner = copyRich("kept", "<b>kept</b>");
     const auto editor = openEditor(lightEditors()[0], "words");
     input().chord({KEY_LEFTCTRL, KEY_A});
     ASSERT_EQ(capturedOnce("words"), "words");
@@ -78,7 +69,7 @@ TEST_F(AtSpiTest, TwoPressesAtOnceFindTheSelectionAndKeepTheClipboard) {
 }
 
 TEST_F(AtSpiTest, ACopyIsNotMadeWhereTheClipboardCouldNotBeKept) {
-    const auto owner = keepOnClipboard();
+    const auto owner = copyRich("kept", "<b>kept</b>");
     const auto editor = openEditor(lightEditors()[0], "words");
     input().chord({KEY_LEFTCTRL, KEY_A});
     ASSERT_EQ(capturedOnce("words"), "words");

@@ -1,4 +1,5 @@
 #include "tests/desktop/matrix/Examination.h"
+#include "tests/desktop/tray/OtherClipboards.h"
 
 #include <algorithm>
 #include <linux/input-event-codes.h>
@@ -34,10 +35,6 @@ std::string shortened(std::string text) {
     std::replace(text.begin(), text.end(), '\n', '/');
     std::replace(text.begin(), text.end(), '|', '!');
     return text.size() <= 60 ? text : text.substr(0, 60) + "...";
-}
-
-std::string clipboardForm(const std::string& target) {
-    return runChild({"xclip", "-selection", "clipboard", "-o", "-t", target}, 3s).output;
 }
 
 long millisecondsSince(Clock::time_point start) {
@@ -109,7 +106,7 @@ private:
         desktop_.input().chord({KEY_LEFTCTRL, KEY_A});
         desktop_.input().chord({KEY_LEFTCTRL, KEY_C});
         std::string text = kMarker;
-        waitFor([&] { return (text = clipboardForm("UTF8_STRING")) != kMarker; }, 2s);
+        waitFor([&] { return (text = onClipboard()) != kMarker; }, 2s);
         return normalized(text);
     }
 
@@ -121,15 +118,13 @@ private:
         if (isSingle)
             std::replace(answer.begin(), answer.end(), '\n', ' ');
         waitFor([&] { return normalized(desktop_.capture()) == field_.samples[0]; }, 2s);
-        ChildProcess owner({CLIPBOARD_OWNER, kKeptText, kKeptHTML});
-        waitFor([] { return clipboardForm("UTF8_STRING") == kKeptText; });
+        const ChildProcess owner = copyRich(kKeptText, kKeptHTML);
         const auto start = Clock::now();
         desktop_.replaceSelection(kAnswer);
         writeTime_ = millisecondsSince(start);
-        const bool isKept = holdsWithin(3s, [] {
-            return clipboardForm("UTF8_STRING") == kKeptText && clipboardForm("text/html") == kKeptHTML;
-        });
-        cell(clipboard) = isKept ? "ok" : "no: " + shortened(clipboardForm("UTF8_STRING"));
+        const bool isKept = holdsWithin(
+            3s, [] { return onClipboard() == kKeptText && onClipboard("text/html") == kKeptHTML; });
+        cell(clipboard) = isKept ? "ok" : "no: " + shortened(onClipboard());
         std::string expected = before;
         expected.replace(0, field_.samples[0].size(), answer);
         std::string seen;

@@ -11,42 +11,34 @@ namespace {
 
 using namespace std::chrono_literals;
 
-Field editorField(CapturingDesktop& desktop, const std::string& name) {
-    return {.name = name, .samples = documentSamples(), .select = [&desktop](std::size_t sample) {
-                selectLinesOfSample(desktop.input(), sample);
-            }};
-}
+/// Where each sample begins in the document.
+constexpr std::size_t kFirstLines[] = {0, 1, 2, 4};
 
 ProgramKind editorKind(const Editor& editor, bool isLight) {
     return {.name = editor.name,
             .executable = editor.command.front(),
             .isLight = isLight,
             .open = [=](CapturingDesktop& desktop) {
-                RunningProgram program;
-                program.processes.push_back(
-                    startInFront(desktop, editor.commandOn(desktop.desktop, sampleDocument())));
-                program.fields.push_back(editorField(desktop, editor.name));
-                return program;
+                return RunningProgram{
+                    startInFront(desktop, editor.commandOn(desktop.desktop, sampleDocument())),
+                    {editorField(desktop, editor.name)}};
             }};
 }
 
 ProgramKind ownWindow(const std::string& name, const std::string& what, Field::Kind kind) {
-    return {
-        .name = name,
-        .executable = ATSPI_FIELD_WINDOW,
-        .isLight = true,
-        .open = [=](CapturingDesktop& desktop) {
-            RunningProgram program;
-            program.processes.push_back(startInFront(desktop, {ATSPI_FIELD_WINDOW, what, sampleDocument()}));
-            Field field = editorField(desktop, name);
-            field.kind = kind;
-            if (kind == Field::Kind::secret) {
-                field.samples = {documentLines().front()};
-                field.select = [&desktop](std::size_t) { desktop.input().chord({KEY_LEFTCTRL, KEY_A}); };
-            }
-            program.fields.push_back(std::move(field));
-            return program;
-        }};
+    return {.name = name,
+            .executable = ATSPI_FIELD_WINDOW,
+            .isLight = true,
+            .open = [=](CapturingDesktop& desktop) {
+                Field field = editorField(desktop, name);
+                field.kind = kind;
+                if (kind == Field::Kind::secret) {
+                    field.samples = {documentLines().front()};
+                    field.select = [&desktop](std::size_t) { desktop.input().chord({KEY_LEFTCTRL, KEY_A}); };
+                }
+                return RunningProgram{startInFront(desktop, {ATSPI_FIELD_WINDOW, what, sampleDocument()}),
+                                      {field}};
+            }};
 }
 
 /// From the middle of the first line's first character to the end of another line; the last line is wide.
@@ -67,51 +59,34 @@ void dragOverLines(CapturingDesktop& desktop, std::size_t first, std::size_t cou
     input.releaseButton(1);
 }
 
-ProgramKind xterm() {
-    return {.name = "xterm", .executable = "xterm", .isLight = true, .open = [](CapturingDesktop& desktop) {
-                const std::string path = desktop.desktop.homeDirectory() + "/sample.txt";
-                std::ofstream(path, std::ios::binary) << sampleDocument();
-                RunningProgram program;
-                program.processes.push_back(
-                    startInFront(desktop, {"xterm", "-fn", "fixed", "-u8", "-b", "2", "+sb", "-e", "sh", "-c",
-                                           "cat " + path + "; exec sleep 300"}));
-                // This terminal keeps no joiners between cells, and composes what can be composed.
-                auto samples = documentSamples();
-                samples[1] = "\U0001F600 smile \u00E9l\u00E8ve \U0001F469\U0001F680 flies";
-                program.fields.push_back({.name = "xterm",
-                                          .samples = samples,
-                                          .select =
-                                              [&desktop](std::size_t sample) {
-                                                  constexpr std::size_t kFirst[] = {0, 1, 2, 4};
-                                                  dragOverLines(desktop, kFirst[sample], sample == 2 ? 2 : 1);
-                                              },
-                                          .kind = Field::Kind::readOnly});
-                return program;
-            }};
+RunningProgram openXTerm(CapturingDesktop& desktop) {
+    const std::string path = desktop.desktop.homeDirectory() + "/sample.txt";
+    std::ofstream(path, std::ios::binary) << sampleDocument();
+    // This terminal keeps no joiners between cells, and composes what can be composed.
+    auto samples = documentSamples();
+    samples[1] = "\U0001F600 smile \u00E9l\u00E8ve \U0001F469\U0001F680 flies";
+    const auto select = [&desktop](std::size_t sample) {
+        dragOverLines(desktop, kFirstLines[sample], sample == 2 ? 2 : 1);
+    };
+    return {startInFront(desktop, {"xterm", "-fn", "fixed", "-u8", "-b", "2", "+sb", "-e", "sh", "-c",
+                                   "cat " + path + "; exec sleep 300"}),
+            {{"xterm", samples, select, Field::Kind::readOnly}}};
 }
 
 /// Shows one sample after the other, as its select-all key takes everything.
-ProgramKind xfceTerminal() {
-    return {.name = "xfce4-terminal", .executable = "xfce4-terminal", .open = [](CapturingDesktop& desktop) {
-                const std::string folder = desktop.desktop.homeDirectory();
-                const auto samples = documentSamples();
-                for (std::size_t sample = 0; sample < samples.size(); ++sample)
-                    std::ofstream(folder + "/sample" + std::to_string(sample)) << samples[sample];
-                RunningProgram program;
-                program.processes.push_back(startInFront(
-                    desktop, {"xfce4-terminal", "--disable-server", "--hide-menubar", "-x", "sh", "-c",
-                              "stty -echo; while read n; do clear; cat " + folder + "/sample$n; done"}));
-                program.fields.push_back({.name = "xfce4-terminal",
-                                          .samples = samples,
-                                          .select =
-                                              [&desktop](std::size_t sample) {
-                                                  desktop.input().type(std::to_string(sample) + "\n");
-                                                  letPass(900ms);
-                                                  desktop.input().chord({KEY_LEFTCTRL, KEY_LEFTSHIFT, KEY_A});
-                                              },
-                                          .kind = Field::Kind::readOnly});
-                return program;
-            }};
+RunningProgram openXfceTerminal(CapturingDesktop& desktop) {
+    const std::string folder = desktop.desktop.homeDirectory();
+    const auto samples = documentSamples();
+    for (std::size_t sample = 0; sample < samples.size(); ++sample)
+        std::ofstream(folder + "/sample" + std::to_string(sample)) << samples[sample];
+    const auto select = [&desktop](std::size_t sample) {
+        desktop.input().type(std::to_string(sample) + "\n");
+        letPass(900ms);
+        desktop.input().chord({KEY_LEFTCTRL, KEY_LEFTSHIFT, KEY_A});
+    };
+    return {startInFront(desktop, {"xfce4-terminal", "--disable-server", "--hide-menubar", "-x", "sh", "-c",
+                                   "stty -echo; while read n; do clear; cat " + folder + "/sample$n; done"}),
+            {{"xfce4-terminal", samples, select, Field::Kind::readOnly}}};
 }
 
 } // namespace
@@ -161,15 +136,20 @@ std::vector<std::string> documentSamples() {
 }
 
 void selectLinesOfSample(DesktopInput& input, std::size_t sample) {
-    constexpr std::size_t kFirst[] = {0, 1, 2, 4};
     input.chord({KEY_LEFTCTRL, KEY_HOME});
-    for (std::size_t line = 0; line < kFirst[sample]; ++line)
+    for (std::size_t line = 0; line < kFirstLines[sample]; ++line)
         input.tapKey(KEY_DOWN);
     // In a line from right to left the place below is its end.
     input.tapKey(KEY_HOME);
     if (sample == 2)
         input.chord({KEY_LEFTSHIFT, KEY_DOWN});
     input.chord({KEY_LEFTSHIFT, KEY_END});
+}
+
+Field editorField(CapturingDesktop& desktop, const std::string& name) {
+    return {.name = name, .samples = documentSamples(), .select = [&desktop](std::size_t sample) {
+                selectLinesOfSample(desktop.input(), sample);
+            }};
 }
 
 ChildProcess startInFront(CapturingDesktop& desktop, const std::vector<std::string>& command,
@@ -193,8 +173,8 @@ std::vector<ProgramKind> programKinds() {
     kinds.push_back(editorKind({"gnome-text-editor (GTK 4)", {"gnome-text-editor", "--standalone"}}, false));
     kinds.push_back(ownWindow("read-only view (Qt 6)", "readonly", Field::Kind::readOnly));
     kinds.push_back(ownWindow("password field (Qt 6)", "password", Field::Kind::secret));
-    kinds.push_back(xterm());
-    kinds.push_back(xfceTerminal());
+    kinds.push_back({.name = "xterm", .executable = "xterm", .isLight = true, .open = openXTerm});
+    kinds.push_back({.name = "xfce4-terminal", .executable = "xfce4-terminal", .open = openXfceTerminal});
     for (auto& kind : webPrograms())
         kinds.push_back(std::move(kind));
     kinds.push_back(writerProgram());

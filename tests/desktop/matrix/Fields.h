@@ -23,7 +23,7 @@ struct Field {
 
 /// A program with its fields; open one at a time.
 struct RunningProgram {
-    std::vector<ChildProcess> processes;
+    ChildProcess process;
     std::vector<Field> fields;
 };
 
@@ -67,7 +67,8 @@ ProgramKind writerProgram();
 ChildProcess startInFront(CapturingDesktop& desktop, const std::vector<std::string>& command,
                           std::chrono::seconds limit = std::chrono::seconds(10));
 
-/// With the keys that every editor has.
+/// An editor whose selection is made with the keys that all of them have.
+Field editorField(CapturingDesktop& desktop, const std::string& name);
 void selectLinesOfSample(DesktopInput& input, std::size_t sample);
 
 std::vector<std::string> documentSamples();

@@ -91,35 +91,40 @@ std::vector<Field> pageFields(CapturingDesktop& desktop, const std::string& brow
     };
 }
 
+std::string freshFolder(CapturingDesktop& desktop, const std::string& name) {
+    std::string path = desktop.desktop.homeDirectory() + '/' + name;
+    std::filesystem::remove_all(path);
+    std::filesystem::create_directories(path);
+    return path;
+}
+
+/// Starts a program that takes its time, until a window of this title is in front.
+ChildProcess openTitled(CapturingDesktop& desktop, const std::vector<std::string>& command,
+                        const std::string& title) {
+    ChildProcess process = startInFront(desktop, command, 60s);
+    const DesktopWindows& windows = desktop.desktop.windows();
+    if (!holdsWithin(60s, [&] { return windows.windowTitled(title) == windows.activeWindow(); }))
+        throw std::runtime_error(command.front() + " does not show " + title);
+    return process;
+}
+
 RunningProgram openBrowser(CapturingDesktop& desktop, const std::string& name,
                            std::vector<std::string> command) {
     const std::string path = desktop.desktop.homeDirectory() + "/page.html";
     std::ofstream(path, std::ios::binary) << page();
     command.push_back("file://" + path);
-    RunningProgram program;
-    program.processes.push_back(startInFront(desktop, command, 60s));
-    const bool isReady = holdsWithin(60s, [&] {
-        const auto window = desktop.desktop.windows().windowTitled("ready 0");
-        return window && desktop.desktop.windows().activeWindow() == *window;
-    });
-    if (!isReady)
-        throw std::runtime_error(name + " does not show the page");
-    program.fields = pageFields(desktop, name);
-    return program;
+    return {openTitled(desktop, command, "ready 0"), pageFields(desktop, name)};
 }
 
 RunningProgram openChromium(CapturingDesktop& desktop) {
-    const std::string profile = desktop.desktop.homeDirectory() + "/chromium";
-    std::filesystem::remove_all(profile);
+    const std::string profile = freshFolder(desktop, "chromium");
     return openBrowser(desktop, "Chromium",
                        {"chromium", "--no-sandbox", "--no-first-run", "--disable-gpu",
                         "--password-store=basic", "--user-data-dir=" + profile});
 }
 
 RunningProgram openFirefox(CapturingDesktop& desktop) {
-    const std::string profile = desktop.desktop.homeDirectory() + "/firefox";
-    std::filesystem::remove_all(profile);
-    std::filesystem::create_directories(profile);
+    const std::string profile = freshFolder(desktop, "firefox");
     std::ofstream(profile + "/user.js")
         << "user_pref('browser.aboutwelcome.enabled', false);\n"
            "user_pref('datareporting.policy.dataSubmissionEnabled', false);\n"
@@ -143,9 +148,7 @@ std::string writerDocument() {
 }
 
 RunningProgram openWriter(CapturingDesktop& desktop) {
-    const std::string home = desktop.desktop.homeDirectory();
-    const std::string profile = home + "/office";
-    std::filesystem::remove_all(profile);
+    const std::string profile = freshFolder(desktop, "office");
     std::filesystem::create_directories(profile + "/user");
     std::ofstream(profile + "/user/registrymodifications.xcu") << R"(<?xml version="1.0" encoding="UTF-8"?>
 <oor:items xmlns:oor="http://openoffice.org/2001/registry">
@@ -153,24 +156,13 @@ RunningProgram openWriter(CapturingDesktop& desktop) {
 <item oor:path="/org.openoffice.Office.Common/Misc"><prop oor:name="FirstRun" oor:op="fuse"><value>false</value></prop></item>
 <item oor:path="/org.openoffice.Setup/Product"><prop oor:name="ooSetupLastVersion" oor:op="fuse"><value>99.9</value></prop></item>
 </oor:items>)";
-    const std::string path = home + "/sample.fodt";
+    const std::string path = desktop.desktop.homeDirectory() + "/sample.fodt";
     std::ofstream(path, std::ios::binary) << writerDocument();
-    RunningProgram program;
-    program.processes.push_back(
-        startInFront(desktop,
-                     {"libreoffice", "--writer", "--norestore", "--nologo", "--nofirststartwizard",
-                      "-env:UserInstallation=file://" + profile, path},
-                     60s));
-    const bool isReady = holdsWithin(60s, [&] {
-        const auto window = desktop.desktop.windows().windowTitled("sample.fodt");
-        return window && desktop.desktop.windows().activeWindow() == *window;
-    });
-    if (!isReady)
-        throw std::runtime_error("Writer does not show the document");
-    program.fields.push_back({"LibreOffice Writer", documentSamples(), [&desktop](std::size_t sample) {
-                                  selectLinesOfSample(desktop.input(), sample);
-                              }});
-    return program;
+    return {openTitled(desktop,
+                       {"libreoffice", "--writer", "--norestore", "--nologo", "--nofirststartwizard",
+                        "-env:UserInstallation=file://" + profile, path},
+                       "sample.fodt"),
+            {editorField(desktop, "LibreOffice Writer")}};
 }
 
 } // namespace

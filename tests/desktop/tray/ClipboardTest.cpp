@@ -3,6 +3,7 @@
 #include "Platform/Linux/X11/Selection/X11SelectionReader.h"
 #include "Platform/Qt/QtPasteboard.h"
 #include "tests/desktop/support/SessionTest.h"
+#include "tests/desktop/tray/OtherClipboards.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -19,16 +20,10 @@ namespace {
 using namespace std::chrono_literals;
 using test::ChildProcess;
 using test::holdsWithin;
+using test::onClipboard;
 
 class ClipboardTest : public test::SessionTest<test::ApplicationDesktop<QApplication>> {
 protected:
-    /// What another program would paste.
-    static std::string pasted(const std::string& target = "UTF8_STRING") {
-        ChildProcess reader({"xclip", "-selection", "clipboard", "-o", "-t", target});
-        EXPECT_TRUE(holdsWithin(10s, [&] { return !reader.isRunning(); })) << "nobody answers";
-        return reader.output();
-    }
-
     /// Another program that puts the file's content there and keeps running while it owns the clipboard.
     static ChildProcess copyFile(const std::string& content, const std::string& target = "UTF8_STRING") {
         static int number = 0;
@@ -39,12 +34,6 @@ protected:
             {"sh", "-c",
              "exec xclip -selection clipboard -i -quiet -t " + target + " " + file + " >/dev/null 2>&1"});
         EXPECT_TRUE(holdsWithin(10s, [&] { return owner() != former; }));
-        return other;
-    }
-
-    static ChildProcess copyRich() {
-        ChildProcess other({CLIPBOARD_OWNER, "the text", "<b>the text</b>"});
-        EXPECT_TRUE(holdsWithin(10s, [&] { return pasted() == "the text"; })) << other.output();
         return other;
     }
 
@@ -145,7 +134,7 @@ TEST_F(ClipboardTest, TextTravelsBothWays) {
     QtPasteboard ofTheToolkit;
     for (Pasteboard* one : {static_cast<Pasteboard*>(&pasteboard), static_cast<Pasteboard*>(&ofTheToolkit)}) {
         one->setString("Gr\u00fc\u00dfe \U0001F600\n");
-        EXPECT_EQ(pasted(), "Gr\u00fc\u00dfe \U0001F600\n");
+        EXPECT_EQ(onClipboard(), "Gr\u00fc\u00dfe \U0001F600\n");
         EXPECT_EQ(pasteboard.string(), "Gr\u00fc\u00dfe \U0001F600\n");
         EXPECT_EQ(ofTheToolkit.string(), "Gr\u00fc\u00dfe \U0001F600\n")
             << "the program's own text fields can paste it";
@@ -154,7 +143,7 @@ TEST_F(ClipboardTest, TextTravelsBothWays) {
         one->clearContents();
         EXPECT_EQ(one->string(), std::nullopt);
         one->setString("mine");
-        EXPECT_EQ(pasted("STRING"), "mine");
+        EXPECT_EQ(onClipboard("STRING"), "mine");
     }
 }
 
@@ -178,24 +167,24 @@ TEST_F(ClipboardTest, ACopyByNobodyLeavesTheOwnerUntouched) {
 
 TEST_F(ClipboardTest, EveryFormatComesBackAfterACopy) {
     X11Pasteboard pasteboard;
-    auto rich = copyRich();
-    const std::string picture = pasted("image/png");
+    auto rich = test::copyRich("the text", "<b>the text</b>");
+    const std::string picture = onClipboard("image/png");
     ASSERT_FALSE(picture.empty());
     EXPECT_EQ(capture(pasteboard, "selected"), "selected");
     EXPECT_TRUE(holdsWithin(5s, [&] { return !rich.isRunning(); })) << "the first owner has lost it";
-    EXPECT_EQ(pasted(), "the text");
-    EXPECT_EQ(pasted("text/html"), "<b>the text</b>");
-    EXPECT_TRUE(pasted("image/png") == picture);
-    EXPECT_EQ(pasted("TARGETS").find("SAVE_TARGETS"), std::string::npos);
+    EXPECT_EQ(onClipboard(), "the text");
+    EXPECT_EQ(onClipboard("text/html"), "<b>the text</b>");
+    EXPECT_TRUE(onClipboard("image/png") == picture);
+    EXPECT_EQ(onClipboard("TARGETS").find("SAVE_TARGETS"), std::string::npos);
     const auto alone = copyFile(picture, "image/png");
     EXPECT_EQ(capture(pasteboard, "selected"), "selected");
-    EXPECT_TRUE(pasted("image/png") == picture) << "a picture without any text";
-    EXPECT_EQ(pasted("TARGETS").find("STRING"), std::string::npos) << "and still without";
+    EXPECT_TRUE(onClipboard("image/png") == picture) << "a picture without any text";
+    EXPECT_EQ(onClipboard("TARGETS").find("STRING"), std::string::npos) << "and still without";
 }
 
 TEST_F(ClipboardTest, TwoCopiesAtOnceBringBackWhatWasThereBeforeTheFirst) {
     X11Pasteboard pasteboard;
-    const auto rich = copyRich();
+    const auto rich = test::copyRich("the text", "<b>the text</b>");
     std::vector<ChildProcess> copies;
     const auto begin = [&] {
         auto saved = pasteboard.string();
@@ -216,7 +205,7 @@ TEST_F(ClipboardTest, TwoCopiesAtOnceBringBackWhatWasThereBeforeTheFirst) {
     test::letPass(100ms);
     finish(first);
     finish(second);
-    EXPECT_EQ(pasted("text/html"), "<b>the text</b>");
+    EXPECT_EQ(onClipboard("text/html"), "<b>the text</b>");
 }
 
 TEST_F(ClipboardTest, WhatTheProgramsOwnFieldsCopiedComesBackToo) {
@@ -228,7 +217,7 @@ TEST_F(ClipboardTest, WhatTheProgramsOwnFieldsCopiedComesBackToo) {
     EXPECT_LT(secondsOf([&] { EXPECT_EQ(pasteboard.string(), "from the panel"); }), 3)
         << "nobody waits for the thread that waits";
     EXPECT_EQ(capture(pasteboard, "selected"), "selected");
-    EXPECT_EQ(pasted("text/html"), "<i>from the panel</i>");
+    EXPECT_EQ(onClipboard("text/html"), "<i>from the panel</i>");
 }
 
 TEST_F(ClipboardTest, AStuckOwnerCostsAMomentAndKeepsItsContent) {
@@ -239,7 +228,7 @@ TEST_F(ClipboardTest, AStuckOwnerCostsAMomentAndKeepsItsContent) {
     EXPECT_FALSE(pasteboard.isKept());
     EXPECT_EQ(capture(pasteboard), "nothing");
     kill(other.processIdentifier(), SIGCONT);
-    EXPECT_EQ(pasted(), "kept");
+    EXPECT_EQ(onClipboard(), "kept");
 }
 
 TEST_F(ClipboardTest, FiftyMegabytesHoldUpNobodyAndAreNotLost) {
@@ -268,7 +257,7 @@ TEST_F(ClipboardTest, AClipboardManagerTakesTheContentOverAtTheEnd) {
         pasteboard.setString("for later");
     }
     EXPECT_TRUE(manager.hasSaved());
-    EXPECT_EQ(pasted(), "for later");
+    EXPECT_EQ(onClipboard(), "for later");
 }
 
 } // namespace quillmoth::platform

@@ -54,10 +54,6 @@ protected:
     std::vector<platform::HotKeyCenter::Handle> handles;
 };
 
-void setLayout(const std::string& layout) {
-    ASSERT_EQ(runChild({"setxkbmap", layout}, 5s).exitCode, 0);
-}
-
 /// So long a quick hand takes from one key to the next.
 constexpr auto kHandPause = 40ms;
 
@@ -80,7 +76,7 @@ TEST_F(HotKeyTest, AltSpaceArrivesBeforeTheWindowManagerWhateverHappensToTheKeym
     int presses = 0;
     for (const char* layout : {"us", "de", "ru,us"}) {
         for (const auto pause : kPauses) {
-            setLayout(layout);
+            useLayout(layout);
             letPass(pause);
             log.clear();
             strikeAltSpaceAsAHandDoes(input());
@@ -92,7 +88,7 @@ TEST_F(HotKeyTest, AltSpaceArrivesBeforeTheWindowManagerWhateverHappensToTheKeym
         }
     }
     EXPECT_EQ(presses, 24);
-    setLayout("us");
+    useLayout("us");
 }
 
 TEST_F(HotKeyTest, AHundredPressesOnTwoKeyboardsInTurnAllArrive) {
@@ -154,7 +150,7 @@ TEST_F(HotKeyTest, WhereNumLockMovesToAnotherModifierTheFormerOneIsGivenBack) {
     ASSERT_EQ(runChild({"xmodmap", "-e", "remove mod2 = Num_Lock", "-e", "add mod3 = Num_Lock"}, 5s).exitCode,
               0);
     EXPECT_TRUE(holdsWithin(2s, [&] { return isFree(XCB_MOD_MASK_2) && !isFree(XCB_MOD_MASK_3); }));
-    setLayout("us");
+    useLayout("us");
 }
 
 TEST_F(HotKeyTest, AHeldKeyIsOnePressAndItsReleaseNeedsNoModifier) {
@@ -185,7 +181,7 @@ TEST_F(HotKeyTest, EachCombinationHasItsIdentifierAndNoneFiresAfterItsEnd) {
     EXPECT_TRUE(sees("+2-2+1-1+2-2")) << log;
 }
 
-TEST_F(HotKeyTest, ARivalOfTheSameKindIsAnError) {
+TEST_F(HotKeyTest, ARivalOfTheSameKindIsAnErrorAndTheProbeNamesTheWindowManagerAndNotOurselves) {
     auto connection = platform::X11Connection::open();
     ASSERT_TRUE(connection);
     platform::X11HotKeyCenter rival(std::move(*connection));
@@ -194,14 +190,11 @@ TEST_F(HotKeyTest, ARivalOfTheSameKindIsAnError) {
     EXPECT_NE(add(kF12, kShift), platform::noErr);
     rival.unregisterEventHotKey(handle);
     EXPECT_EQ(add(kF12, kShift), platform::noErr);
-}
-
-TEST_F(HotKeyTest, TheProbeNamesTheWindowManagerAndNotOurselves) {
     ASSERT_EQ(add(kF12, kCommand | kOption | kShift), platform::noErr);
     const auto& probe = backEnd().hotKeyProbe();
     EXPECT_FALSE(probe.isShortcutTaken(kF12, kCommand | kOption | kShift));
     EXPECT_TRUE(probe.isShortcutTaken(48, kOption)) << "Alt+Tab";
-    EXPECT_EQ(probe.windowManagerName().empty(), false);
+    EXPECT_FALSE(probe.windowManagerName().empty());
 }
 
 } // namespace quillmoth::test

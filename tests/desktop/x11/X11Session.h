@@ -23,6 +23,10 @@ class X11Session : public SessionTest<X11Desktop> {
 protected:
     static platform::X11BackEnd& backEnd() { return *session().backEnd; }
 
+    static void useLayout(const std::string& layouts) {
+        ASSERT_EQ(runChild({"setxkbmap", layouts}, std::chrono::seconds(5)).exitCode, 0);
+    }
+
     /// A terminal that stands in for the application in front.
     static std::unique_ptr<ChildProcess> frontTerminal(const std::string& title,
                                                        const std::string& shellCommand = "sleep 60",
