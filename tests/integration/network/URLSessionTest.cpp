@@ -1,3 +1,4 @@
+#include "Foundation/ASCII.h"
 #include "tests/integration/ScopedVariable.h"
 #include "tests/integration/network/NetworkTest.h"
 
@@ -43,6 +44,10 @@ TEST_F(URLSessionTest, PutsItsHeadersBehindThoseOfTheRequest) {
     EXPECT_EQ(fetch(*session, request).data, "{}");
     const ScriptedRequest sent = server.requests().at(0);
     EXPECT_EQ(sent.header("X-Both"), "request");
+    EXPECT_EQ(
+        std::count_if(sent.headers.begin(), sent.headers.end(),
+                      [](const auto& header) { return equalIgnoringASCIICase(header.first, "X-Both"); }),
+        1);
     EXPECT_EQ(sent.header("X-Session"), "s");
     EXPECT_EQ(sent.header("X-Empty"), "");
     EXPECT_EQ(sent.header("Authorization"), "Bearer k  X-Smuggled: 1");

@@ -172,6 +172,9 @@ TEST_F(FileDocumentsTest, TheDocumentsFolderIsTheOneOfTheUserDirectoriesAndMadeW
     std::filesystem::create_directory(path("config"));
     setContent(path("config/user-dirs.dirs"), "XDG_DOCUMENTS_DIR=\"$HOME/Dokumente\"\n");
     EXPECT_EQ(documentsFolder(), path("Dokumente"));
+    EXPECT_EQ(defaultsFilePath(), path("config/quillmoth/defaults.json"));
+    const ScopedVariable relative("XDG_CONFIG_HOME", "config");
+    EXPECT_EQ(defaultsFilePath(), path(".config/quillmoth/defaults.json")) << "to be ignored";
     EXPECT_EQ(*documents.documentsDirectory(false), path("Documents"));
     EXPECT_FALSE(documents.fileExists(path("Documents")));
     EXPECT_TRUE(documents.documentsDirectory(true));

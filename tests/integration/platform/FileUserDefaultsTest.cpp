@@ -111,16 +111,6 @@ TEST_F(FileUserDefaultsTest, ProcessesThatWriteAtOnceLoseNothing) {
     EXPECT_EQ(DefaultsObject::parse(contentOf(path_)).size(), 2U * kRounds);
 }
 
-TEST_F(FileUserDefaultsTest, ASymbolicLinkIsWrittenThrough) {
-    std::filesystem::create_directory(folder_.path("dotfiles"));
-    std::filesystem::create_symlink("dotfiles/real.json", path_);
-    const auto defaults = open();
-    defaults->set("key", true);
-    EXPECT_TRUE(std::filesystem::is_symlink(path_));
-    EXPECT_TRUE(DefaultsObject::parse(contentOf(folder_.path("dotfiles/real.json")))["key"]);
-    EXPECT_TRUE(defaults->boolean("key", false));
-}
-
 TEST_F(FileUserDefaultsTest, ADamagedFileIsKeptAsideAndNamedInTheLogWithoutItsContent) {
     setContent(folder_.path("defaults.json.damaged-1"), "from before");
     for (const std::string content : {R"({"openapikey": "sk-secret")", R"(["sk-secret"])", "\xFFsk-secret"}) {
@@ -170,7 +160,7 @@ TEST_F(FileUserDefaultsTest, ListenersHearOfOwnChangesAndOfThoseOfOtherProcesses
     int calls = 0;
     auto subscription = defaults->onChange([&] { ++calls; });
     defaults->set("a", true);
-    EXPECT_EQ(calls, 1);
+    EXPECT_FALSE(eventually([&] { return calls != 1; }, 100)) << "what it has written itself is no news";
     for (const char* content : {R"({"a": 1})", R"({"a": 2})"}) {
         const int former = calls;
         replaceContent(path_, content);

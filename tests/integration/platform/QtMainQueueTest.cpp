@@ -4,6 +4,7 @@
 #include <QAbstractEventDispatcher>
 #include <QEventLoop>
 #include <QSocketNotifier>
+#include <QTimer>
 #include <array>
 #include <gtest/gtest.h>
 #include <thread>
@@ -32,18 +33,22 @@ protected:
 
 TEST_F(QtMainQueueTest, WorkRunsInOrderAfterTheTurnThatQueuedItAlsoInANestedLoop) {
     const auto add = [&](int number) { queue.async([&, number] { order.push_back(number); }); };
+    QEventLoop nested;
     queue.async([&] {
         order.push_back(1);
-        add(4);
-        QEventLoop nested;
-        queue.async([&] { nested.quit(); });
+        // Where nobody wakes the loop for what is queued already.
+        QTimer::singleShot(5000, &nested, &QEventLoop::quit);
         nested.exec();
         order.push_back(5);
         add(6);
         queue.async([] { stop(); });
     });
     add(2);
-    add(3);
+    queue.async([&] {
+        order.push_back(3);
+        add(4);
+        queue.async([&] { nested.quit(); });
+    });
     EXPECT_TRUE(order.empty());
     run();
     EXPECT_EQ(order, (std::vector{1, 2, 3, 4, 5, 6}));

@@ -39,6 +39,7 @@ TEST(SessionDisplay, OneThatCannotBeUsedIsNamedWithWhatToDo) {
         {"", "", "wayland-8", "plugins", "\"wayland-8\" does not answer; check WAYLAND_DISPLAY"},
         {"", ":60987", "wayland-7", "nothing",
          "does not answer; check DISPLAY and XAUTHORITY; and the display"},
+        {"", ":1", "wayland-7", "plugins", "xcb"},
         {"offscreen", "", "", "plugins", "offscreen"},
         {"xcb", "", "wayland-7", "plugins", "the X server \"\" does not answer"},
         {"wayland-egl;xcb", "", "wayland-7", "plugins", "wayland-egl;xcb"},
@@ -47,7 +48,8 @@ TEST(SessionDisplay, OneThatCannotBeUsedIsNamedWithWhatToDo) {
         const test::ScopedVariable chosenVariable("QT_QPA_PLATFORM", chosen);
         const test::ScopedVariable x11Variable("DISPLAY", x11);
         const test::ScopedVariable waylandVariable("WAYLAND_DISPLAY", wayland);
-        const auto display = findSessionDisplay({folder.path(plugins)}, [] { return false; });
+        const auto display =
+            findSessionDisplay({folder.path(plugins)}, [x11 = std::string(x11)] { return x11 == ":1"; });
         const std::string told = display ? *display : "error: " + display.error().description;
         EXPECT_NE(told.find(outcome), std::string::npos) << told;
         EXPECT_EQ(static_cast<bool>(display), told == outcome) << told;

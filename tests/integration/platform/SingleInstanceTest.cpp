@@ -151,11 +151,12 @@ TEST(SingleInstance, AnInstanceThatHangsIsReportedAndNotWaitedForLong) {
 TEST(SingleInstance, LaunchersReachEachActionAndHearOfUnknownOnes) {
     RunningInstance running;
     auto launcher = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "launcher");
+    QVariantMap platformData{{"desktop-startup-id", "token-1"}};
     const auto call = [&](const char* method, const QVariantList& arguments) {
         auto message = QDBusMessage::createMethodCall(kInstanceService, kInstancePath,
                                                       "org.freedesktop.Application", method);
         message.setArguments(arguments);
-        message << QVariantMap{{"activation-token", "token-1"}};
+        message << platformData;
         const auto pending = launcher.asyncCall(message, 5000);
         EXPECT_TRUE(test::eventually([&] { return pending.isFinished(); }));
         QCoreApplication::processEvents();
@@ -163,13 +164,15 @@ TEST(SingleInstance, LaunchersReachEachActionAndHearOfUnknownOnes) {
     };
     const auto action = [&](const char* name) { return call("ActivateAction", {name, QVariantList()}); };
     EXPECT_TRUE(action("get-started"));
+    EXPECT_EQ(qgetenv("XDG_ACTIVATION_TOKEN"), "token-1");
+    platformData["activation-token"] = "token-2";
     EXPECT_TRUE(action("prompt-editor"));
     EXPECT_FALSE(action("no-such-action"));
     EXPECT_TRUE(call("Open", {QStringList{"QuillMoth://promptEditor", "other://x"}}));
     EXPECT_EQ(running.requests,
               (std::vector<InstanceRequest>{
                   {Kind::getStarted}, {Kind::promptEditor}, {Kind::open, {"quillmoth://promptEditor"}}}));
-    EXPECT_EQ(qgetenv("XDG_ACTIVATION_TOKEN"), "token-1");
+    EXPECT_EQ(qgetenv("XDG_ACTIVATION_TOKEN"), "token-2");
     qunsetenv("XDG_ACTIVATION_TOKEN");
     QDBusConnection::disconnectFromBus("launcher");
 }

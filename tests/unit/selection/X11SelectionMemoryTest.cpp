@@ -35,6 +35,7 @@ protected:
 
     void write(const std::string& text) {
         auto decision = memory_.write(text, now_);
+        isLeft_ = decision.kind == Kind::leave;
         if (decision.kind == Kind::restore)
             standing_ = decision.content;
         if (decision.kind == Kind::write)
@@ -46,6 +47,8 @@ protected:
     SelectionContentRef first_ = contentOf("first");
     SelectionContentRef standing_ = first_;
     X11SelectionMemory::Clock::time_point now_{};
+    /// Whether the latest write has left the clipboard to its owner.
+    bool isLeft_ = false;
 };
 
 } // namespace
@@ -58,6 +61,7 @@ TEST_F(SelectionMemory, AContentThatNobodyReplacesStays) {
     EXPECT_EQ(read(), std::nullopt);
     clear();
     write("first");
+    EXPECT_TRUE(isLeft_);
     EXPECT_EQ(standing_, first_);
     EXPECT_EQ(read(), "first");
 }
@@ -105,6 +109,20 @@ TEST_F(SelectionMemory, CopiesThatOverlapBringBackTheFirstContent) {
         now_ += 600ms;
         EXPECT_EQ(read(), "first");
     }
+}
+
+TEST_F(SelectionMemory, ASecondCopyOfSomethingElseBringsBackTheFirstContentToo) {
+    read();
+    clear();
+    copy("selected");
+    now_ += 100ms;
+    EXPECT_EQ(read(), "selected");
+    clear();
+    copy("other");
+    now_ += 100ms;
+    clear();
+    write("selected");
+    EXPECT_EQ(standing_, first_);
 }
 
 TEST_F(SelectionMemory, WhatTheUserCopiesInBetweenIsNotOverwrittenByAnOlderContent) {

@@ -49,7 +49,7 @@ protected:
     const fs::path folder = makeFolder();
     platform::FakeBundle bundle = makeBundle();
     platform::FakeUserDefaults defaults;
-    platform::XDGLoginItems items{folder / "autostart", "/opt/my apps/quill$moth"};
+    platform::XDGLoginItems items{folder / "autostart", "/opt/my apps/50%/quill$moth"};
     LaunchAtLogin launch{items, bundle, defaults};
 };
 
@@ -60,14 +60,14 @@ TEST_F(LoginItems, TheSwitchWritesAndRemovesAnAutostartFile) {
     launch.setEnabled(true);
     EXPECT_TRUE(launch.isEnabled());
     EXPECT_EQ(told, 1);
-    EXPECT_NE(content(kIdentifier).find("Exec=\"/opt/my apps/quill\\\\$moth\"\n"), std::string::npos);
+    EXPECT_NE(content(kIdentifier).find("Exec=\"/opt/my apps/50%%/quill\\\\$moth\"\n"), std::string::npos);
     launch.setEnabled(false);
     EXPECT_FALSE(launch.isEnabled());
     EXPECT_TRUE(fs::is_empty(folder / "autostart"));
 }
 
 TEST_F(LoginItems, AFileThatASessionToolHasSwitchedOffIsNotEnabledAndIsWrittenAnew) {
-    for (const char* line : {"Hidden=true", "X-GNOME-Autostart-enabled=false"}) {
+    for (const char* line : {"Hidden=true", "Hidden=true \r", "X-GNOME-Autostart-enabled=false"}) {
         write(kIdentifier, std::string("[Desktop Entry]\nExec=quillmoth\n") + line + "\n");
         EXPECT_FALSE(launch.isEnabled()) << line;
         launch.setEnabled(true);
