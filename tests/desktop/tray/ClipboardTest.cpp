@@ -182,32 +182,6 @@ TEST_F(ClipboardTest, EveryFormatComesBackAfterACopy) {
     EXPECT_EQ(onClipboard("TARGETS").find("STRING"), std::string::npos) << "and still without";
 }
 
-TEST_F(ClipboardTest, TwoCopiesAtOnceBringBackWhatWasThereBeforeTheFirst) {
-    X11Pasteboard pasteboard;
-    const auto rich = test::copyRich("the text", "<b>the text</b>");
-    std::vector<ChildProcess> copies;
-    const auto begin = [&] {
-        auto saved = pasteboard.string();
-        pasteboard.clearContents();
-        copies.push_back(copyFile("selected"));
-        return saved;
-    };
-    const auto finish = [&](const std::optional<std::string>& saved) {
-        const std::string fresh = pasteboard.string().value_or("");
-        if (saved && *saved == fresh)
-            return;
-        EXPECT_EQ(fresh, "selected");
-        pasteboard.clearContents();
-        pasteboard.setString(saved.value_or(""));
-    };
-    const auto first = begin();
-    const auto second = begin();
-    test::letPass(100ms);
-    finish(first);
-    finish(second);
-    EXPECT_EQ(onClipboard("text/html"), "<b>the text</b>");
-}
-
 TEST_F(ClipboardTest, WhatTheProgramsOwnFieldsCopiedComesBackToo) {
     X11Pasteboard pasteboard;
     auto* data = new QMimeData;
