@@ -124,10 +124,17 @@ void FloatingViewController::serveFocusRequest() {
         if (const auto controller = weak.lock())
             controller->model_->_didFocus = false;
     });
-    platform_.mainQueue.async([weak = weak_from_this()] {
-        if (const auto controller = weak.lock())
+    platform_.mainQueue.async([weak = weak_from_this(), choices = focusChoices_] {
+        const auto controller = weak.lock();
+        if (controller && controller->focusChoices_ == choices)
             controller->fieldFocus_.emit();
     });
+}
+
+void FloatingViewController::focusChosen() {
+    ++focusChoices_;
+    if (model_->_didFocus)
+        model_->_didFocus = false;
 }
 
 FloatingViewController::Content FloatingViewController::content() const {

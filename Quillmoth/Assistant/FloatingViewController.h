@@ -99,6 +99,8 @@ public:
     void backClicked();
     /// Opens the settings in place of the panel.
     void settingsClicked();
+    /// The user has led the focus elsewhere: what has asked for it for the field so far is over.
+    void focusChosen();
 
     /// Does now what changes of the model lead to, which otherwise waits for the next turn of the main queue.
     void update();
@@ -168,6 +170,8 @@ private:
     std::optional<PromptData> formPreset_;
     bool updateScheduled_ = false;
     bool listRewritten_ = false;
+    /// How often the user has led the focus elsewhere.
+    std::uint64_t focusChoices_ = 0;
     Signal<> updated_;
     Signal<> fieldFocus_;
     Signal<std::int64_t> scrollToPreset_;

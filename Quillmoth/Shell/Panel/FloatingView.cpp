@@ -249,6 +249,10 @@ void FloatingView::focusMoved(QWidget& widget, Qt::FocusReason reason) {
                             reason == Qt::PopupFocusReason;
     if (focused && *focused != FloatingViewController::kCommandField && !keepsCaret)
         static_cast<PanelTextEdit&>(widget).selectEverything();
+    // A request for the field stays in force for a moment, in which any change would serve it again.
+    if (focused != FloatingViewController::kCommandField &&
+        (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::MouseFocusReason))
+        controller_->focusChosen();
     followedFocus_ = focused;
     if (controller_->_focusField.get() != focused)
         controller_->_focusField = focused;

@@ -82,6 +82,23 @@ TEST_F(PanelViewTest, ArrowsInTheBarMoveTheSelectionAndReturnRunsIt) {
     EXPECT_EQ(model._keyHistorySelected, 1);
 }
 
+TEST_F(PanelViewTest, ATabAMomentAfterTheFieldWasAskedToTakeTheFocusIsNotUndone) {
+    for (const bool isServed : {false, true}) {
+        field.setFocus();
+        model._didFocus = true;
+        if (isServed)
+            panel.settle();
+        else
+            panel.controller->update();
+        press(field, Qt::Key_Tab);
+        const QWidget* chosen = panel.surface().focusWidget();
+        ASSERT_NE(chosen, &field);
+        model._status = std::string("a change");
+        panel.settle();
+        EXPECT_EQ(panel.surface().focusWidget(), chosen) << isServed;
+    }
+}
+
 TEST_F(PanelViewTest, ATextLeftInTheFieldIsSelectedWhenThePanelOpensAgain) {
     type(field, QStringLiteral("ema"));
     panel.panel().close();
