@@ -15,48 +15,46 @@ namespace {
 
 using namespace std::chrono_literals;
 
+template<class Reply>
+std::unique_ptr<Reply, decltype(&std::free)> ownedReply(Reply* reply) {
+    return {reply, &std::free};
+}
+
 class PanelPlace : public PanelSession {
 protected:
     void TearDown() override {
-        setLayout("us");
+        if (layout_ != "us")
+            setLayout("us");
         PanelSession::TearDown();
     }
 
-    static void setLayout(const std::string& layout, const std::string& variant = "") {
+    void setLayout(const std::string& layout, const std::string& variant = "") {
+        layout_ = layout;
         runChild({"setxkbmap", layout, variant}, 5s);
         // The server tells everybody, and hot keys are taken anew, in a moment.
         letPass(700ms);
     }
 
-    static xcb_atom_t atom(const std::string& name) {
-        const auto cookie =
-            xcb_intern_atom(desktop().connection(), 0, static_cast<std::uint16_t>(name.size()), name.c_str());
-        const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> reply(
-            xcb_intern_atom_reply(desktop().connection(), cookie, nullptr), &std::free);
-        return reply ? reply->atom : xcb_atom_t{0};
-    }
-
-    /// Whether the window is of another shape than a rectangle.
-    static bool isCutOut(std::uint32_t window) {
-        const auto cookie = xcb_shape_query_extents(desktop().connection(), window);
-        const std::unique_ptr<xcb_shape_query_extents_reply_t, decltype(&std::free)> reply(
-            xcb_shape_query_extents_reply(desktop().connection(), cookie, nullptr), &std::free);
+    /// Whether the panel is of another shape than a rectangle.
+    static bool isCutOut() {
+        const auto reply = ownedReply(xcb_shape_query_extents_reply(
+            desktop().connection(), xcb_shape_query_extents(desktop().connection(), session().panelWindow()),
+            nullptr));
         return reply && reply->bounding_shaped != 0;
     }
+
+private:
+    std::string layout_ = "us";
 };
 
 TEST_F(PanelPlace, KeyEquivalentsWorkByPositionOnOtherAlphabets) {
     for (const char* layout : {"ru", "gr", "us,ru"}) {
         setLayout(layout);
         openPanel();
-        input().chord({KEY_LEFTCTRL, KEY_H});
-        EXPECT_TRUE(soon([] { return shows("list", "History"); })) << layout;
-        input().chord({KEY_LEFTCTRL, KEY_H});
-        EXPECT_TRUE(soon([] { return shows("list", "Presets"); })) << layout;
-        input().chord({KEY_LEFTCTRL, KEY_T});
-        EXPECT_TRUE(soon([] { return await("check box", "On top").has(ATSPI_STATE_CHECKED); })) << layout;
-        input().chord({KEY_LEFTCTRL, KEY_T});
-        EXPECT_TRUE(soon([] { return !await("check box", "On top").has(ATSPI_STATE_CHECKED); })) << layout;
+        for (const char* list : {"History", "Presets"}) {
+            input().chord({KEY_LEFTCTRL, KEY_H});
+            EXPECT_TRUE(soon([&] { return has("list", list); })) << layout;
+        }
         expectFrontKept();
         pressHotKey();
         EXPECT_TRUE(closes()) << layout;
@@ -66,9 +64,8 @@ TEST_F(PanelPlace, KeyEquivalentsWorkByPositionOnOtherAlphabets) {
 TEST_F(PanelPlace, LettersOfALayoutAndDeadKeysReachTheField) {
     openPanel();
     setLayout("us", "intl");
-    input().tapKey(KEY_APOSTROPHE);
-    input().tapKey(KEY_E);
-    input().tapKey(KEY_A);
+    for (const int key : {KEY_APOSTROPHE, KEY_E, KEY_A})
+        input().tapKey(key);
     EXPECT_TRUE(soon([] { return command() == "éa"; })) << command();
     setLayout("ru");
     input().tapKey(KEY_F);
@@ -81,54 +78,54 @@ TEST_F(PanelPlace, LettersOfALayoutAndDeadKeysReachTheField) {
 
 TEST_F(PanelPlace, TheWindowManagersChordClosesThePanelAndDoesItsWork) {
     const ChildProcess terminal({"xterm", "-T", "other", "-geometry", "40x10+20+20"});
-    std::uint32_t other = 0;
-    ASSERT_TRUE(soon([&] {
-        other = desktop().windows().windowTitled("other").value_or(0);
-        return other != 0 && desktop().windows().activeWindow() == other;
+    ASSERT_TRUE(soon([] {
+        const auto other = windows().windowTitled("other");
+        return other && windows().activeWindow() == *other;
     }));
-    pressHotKey();
-    ASSERT_TRUE(soon(isOpen));
-    ASSERT_TRUE(soon([] { return isFocused("text Command"); }));
+    openPanel();
     input().pressKey(KEY_LEFTALT);
     input().pressKey(KEY_TAB);
     EXPECT_TRUE(closes());
     letPass(200ms);
     input().releaseKey(KEY_TAB);
     input().releaseKey(KEY_LEFTALT);
-    EXPECT_TRUE(soon([] { return scene().isEditorActive(); }));
+    EXPECT_TRUE(soon([] { return editor().isActive(); }));
 }
 
 TEST_F(PanelPlace, ItShowsOverAFullScreenProgramWhichStaysActive) {
+    const auto isFull = [] { return windows().geometry(editor().window()).width == 1280; };
     input().tapKey(KEY_F11);
-    const bool isFull =
-        soon([] { return desktop().windows().geometry(scene().editorWindow()).width == 1280; });
-    ASSERT_TRUE(isFull);
+    ASSERT_TRUE(soon(isFull));
     openPanel();
     const auto field = await("text", "Command");
-    EXPECT_EQ(pixelIn(field, panel().extents(field).width / 2, 2), 0x1C1C21U) << "it is on top";
+    EXPECT_EQ(pixelIn(field, field.bounds().width / 2, 2), 0x1C1C21U) << "it is on top";
     input().type("over");
     EXPECT_TRUE(soon([] { return command() == "over"; }));
-    EXPECT_TRUE(scene().isEditorActive());
+    EXPECT_TRUE(editor().isActive());
     pressHotKey();
     EXPECT_TRUE(closes());
     input().tapKey(KEY_F11);
-    EXPECT_TRUE(soon([] { return desktop().windows().geometry(scene().editorWindow()).width < 1280; }));
+    EXPECT_TRUE(soon([&] { return !isFull(); }));
 }
 
 TEST_F(PanelPlace, ItsCornersFollowTheCompositor) {
     if (desktop().windowManager() != "openbox")
         GTEST_SKIP() << "this window manager composites by itself";
     openPanel();
-    EXPECT_TRUE(soon([] { return isCutOut(scene().panelWindow()); }));
+    EXPECT_TRUE(soon(isCutOut));
     xcb_connection_t* connection = xcb_connect(nullptr, nullptr);
     const xcb_window_t owner = xcb_generate_id(connection);
     xcb_create_window(connection, 0, owner, desktop().rootWindow(), 0, 0, 1, 1, 0,
                       XCB_WINDOW_CLASS_INPUT_ONLY, 0, 0, nullptr);
-    xcb_set_selection_owner(connection, owner, atom("_NET_WM_CM_S0"), XCB_CURRENT_TIME);
+    constexpr std::string_view kCompositor = "_NET_WM_CM_S0";
+    const auto atom = ownedReply(xcb_intern_atom_reply(
+        connection, xcb_intern_atom(connection, 0, kCompositor.size(), kCompositor.data()), nullptr));
+    ASSERT_TRUE(atom);
+    xcb_set_selection_owner(connection, owner, atom->atom, XCB_CURRENT_TIME);
     xcb_flush(connection);
-    EXPECT_TRUE(soon([] { return !isCutOut(scene().panelWindow()); }));
+    EXPECT_TRUE(soon([] { return !isCutOut(); }));
     xcb_disconnect(connection);
-    EXPECT_TRUE(soon([] { return isCutOut(scene().panelWindow()); }));
+    EXPECT_TRUE(soon(isCutOut));
     expectFrontKept();
 }
 
@@ -136,10 +133,11 @@ TEST_F(PanelPlace, AProgramThatAsksForTheWholeKeyboardGetsIt) {
     openPanel();
     xcb_connection_t* locker = xcb_connect(nullptr, nullptr);
     const auto grabs = [locker] {
-        const auto cookie = xcb_grab_keyboard(locker, 1, desktop().rootWindow(), XCB_CURRENT_TIME,
-                                              XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-        const std::unique_ptr<xcb_grab_keyboard_reply_t, decltype(&std::free)> reply(
-            xcb_grab_keyboard_reply(locker, cookie, nullptr), &std::free);
+        const auto reply = ownedReply(
+            xcb_grab_keyboard_reply(locker,
+                                    xcb_grab_keyboard(locker, 1, desktop().rootWindow(), XCB_CURRENT_TIME,
+                                                      XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+                                    nullptr));
         return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
     };
     EXPECT_FALSE(grabs());
@@ -162,37 +160,34 @@ TEST_F(PanelPlace, LockingTheSessionClosesItAndFreesTheKeyboard) {
     EXPECT_TRUE(isOpen());
     signal("boolean:true");
     EXPECT_TRUE(closes());
-    const auto text = editor().find("text");
-    ASSERT_TRUE(text);
-    input().tapKey(KEY_END);
+    editor().deselect();
     input().type("k");
-    EXPECT_TRUE(soon([&] { return editor().text(*text).find("meeting.k") != std::string::npos; }))
-        << editor().text(*text);
+    EXPECT_TRUE(editorHolds(kEditorText + std::string("k"))) << editor().text();
     input().tapKey(KEY_BACKSPACE);
-    EXPECT_TRUE(soon([&] { return editor().text(*text) == kEditorText; }));
+    EXPECT_TRUE(editorHolds(kEditorText));
 }
 
 /// With an input method between the keys and the panel: a table that turns "\\alpha" into a letter.
 class PanelInputMethod : public PanelSession {
 protected:
     static void SetUpTestSuite() {
-        startDesktop();
+        PanelSession::SetUpTestSuite();
         daemon_.emplace(std::vector<std::string>{
             "sh", "-c", "exec ibus-daemon --panel=disable --emoji-extension=disable"});
         isInstalled_ = holdsWithin(20s,
                                    [] {
                                        runChild({"sh", "-c", "ibus engine table:latex"}, 5s);
-                                       return daemon_->waitForExit(0ms) || engine() == "table:latex\n";
+                                       return !daemon_->isRunning() || engine() == "table:latex\n";
                                    }) &&
-                       !daemon_->waitForExit(0ms);
-        setenv("QT_IM_MODULE", "ibus", 1); // NOLINT(concurrency-mt-unsafe)
-        startProgram();
-        unsetenv("QT_IM_MODULE"); // NOLINT(concurrency-mt-unsafe)
+                       daemon_->isRunning();
+        session().quit();
+        session().start({}, {{"QT_IM_MODULE", "ibus"}});
     }
 
     static void TearDownTestSuite() {
+        session().quit();
         daemon_.reset();
-        PanelSession::TearDownTestSuite();
+        session().start();
     }
 
     static std::string engine() { return runChild({"sh", "-c", "ibus engine"}, 5s).output; }

@@ -1,6 +1,6 @@
 #include "tests/desktop/support/AccessibleElement.h"
 
-#include <atspi/atspi.h>
+#include <gio/gio.h>
 
 #include <utility>
 
@@ -9,163 +9,139 @@ namespace quillmoth::test {
 namespace {
 
 constexpr int kAnswerMilliseconds = 3000;
+constexpr const char* kAccessible = "org.a11y.atspi.Accessible";
+constexpr const char* kText = "org.a11y.atspi.Text";
 
-template<class Object>
-std::shared_ptr<Object> owned(Object* object) {
-    return {object, [](Object* last) {
+std::shared_ptr<GVariant> ownedVariant(GVariant* variant) {
+    return {variant, [](GVariant* last) {
                 if (last)
-                    g_object_unref(last);
+                    g_variant_unref(last);
             }};
 }
 
-std::string taken(gchar* text) {
-    std::string result = text ? text : "";
-    g_free(text);
-    return result;
+/// The value in the reply, or a value of nothing.
+template<class Value>
+Value unpacked(const std::shared_ptr<GVariant>& reply, const char* format) {
+    Value value{};
+    if (reply)
+        g_variant_get(reply.get(), format, &value);
+    return value;
 }
 
-/// Runs a question, whose failure counts as no answer.
-template<class Question>
-auto asked(Question&& question) {
-    GError* error = nullptr;
-    auto answer = question(&error);
-    g_clear_error(&error);
-    return answer;
-}
-
-AtspiAccessible* desktop() {
-    static AtspiAccessible* const object = [] {
-        atspi_init();
-        atspi_set_timeout(kAnswerMilliseconds, kAnswerMilliseconds);
-        AtspiAccessible* made = atspi_get_desktop(0);
-        atspi_accessible_set_cache_mask(made, ATSPI_CACHE_NONE);
-        return made;
-    }();
-    return object;
+std::string unpackedText(const std::shared_ptr<GVariant>& reply, const char* format) {
+    const auto* text = unpacked<const gchar*>(reply, format);
+    return text ? text : "";
 }
 
 } // namespace
 
-AccessibleElement::AccessibleElement(AtspiAccessible* accessible) : accessible_(owned(accessible)) {}
+AccessibleElement::AccessibleElement(Bus bus, std::string sender, std::string path)
+    : bus_(std::move(bus)), sender_(std::move(sender)), path_(std::move(path)) {}
 
-void AccessibleElement::collect(const AccessibleElement& element, std::vector<AccessibleElement>& all) {
-    all.push_back(element);
-    AtspiAccessible* parent = element.accessible_.get();
-    const gint count = asked([&](GError** error) { return atspi_accessible_get_child_count(parent, error); });
-    for (gint index = 0; index < count; ++index) {
-        AtspiAccessible* child =
-            asked([&](GError** error) { return atspi_accessible_get_child_at_index(parent, index, error); });
-        if (!child)
-            continue;
-        if (const AccessibleElement made(child); made.isShowing())
-            collect(made, all);
-    }
+AccessibleElement::Reply AccessibleElement::call(const char* interface, const char* method,
+                                                 GVariant* arguments, const char* replyType) const {
+    return ownedVariant(g_dbus_connection_call_sync(
+        bus_.get(), sender_.c_str(), path_.c_str(), interface, method, arguments, G_VARIANT_TYPE(replyType),
+        G_DBUS_CALL_FLAGS_NONE, kAnswerMilliseconds, nullptr, nullptr));
 }
 
-std::vector<AccessibleElement> AccessibleElement::shownBy(pid_t process) {
-    std::vector<AccessibleElement> all;
-    AtspiAccessible* root = desktop();
-    const gint count = asked([&](GError** error) { return atspi_accessible_get_child_count(root, error); });
-    for (gint index = 0; index < count; ++index) {
-        AtspiAccessible* application =
-            asked([&](GError** error) { return atspi_accessible_get_child_at_index(root, index, error); });
-        if (!application)
-            continue;
-        const AccessibleElement made(application);
-        const auto owner =
-            asked([&](GError** error) { return atspi_accessible_get_process_id(application, error); });
-        if (static_cast<pid_t>(owner) == process)
-            collect(made, all);
-    }
-    return all;
+AccessibleElement::Reply AccessibleElement::property(const char* interface, const char* name) const {
+    const Reply reply =
+        call("org.freedesktop.DBus.Properties", "Get", g_variant_new("(ss)", interface, name), "(v)");
+    return ownedVariant(unpacked<GVariant*>(reply, "(v)"));
 }
 
-std::optional<AccessibleElement> AccessibleElement::find(pid_t process, std::string_view role,
-                                                         std::string_view name) {
-    for (const auto& element : shownBy(process)) {
-        if (element.name() == name && element.role() == role)
-            return element;
-    }
-    return std::nullopt;
+std::string AccessibleElement::textProperty(const char* name) const {
+    return unpackedText(property(kAccessible, name), "&s");
 }
 
 std::string AccessibleElement::role() const {
-    return taken(
-        asked([&](GError** error) { return atspi_accessible_get_role_name(accessible_.get(), error); }));
+    return unpackedText(call(kAccessible, "GetRoleName", nullptr, "(s)"), "(&s)");
 }
 
 std::string AccessibleElement::name() const {
-    return taken(asked([&](GError** error) { return atspi_accessible_get_name(accessible_.get(), error); }));
+    return textProperty("Name");
 }
 
 std::string AccessibleElement::description() const {
-    return taken(
-        asked([&](GError** error) { return atspi_accessible_get_description(accessible_.get(), error); }));
+    return textProperty("Description");
+}
+
+std::string AccessibleElement::textBetween(int start, int end) const {
+    return unpackedText(call(kText, "GetText", g_variant_new("(ii)", start, end), "(s)"), "(&s)");
 }
 
 std::string AccessibleElement::text() const {
-    const auto text = owned(atspi_accessible_get_text_iface(accessible_.get()));
-    if (!text)
+    const int count = unpacked<gint32>(property(kText, "CharacterCount"), "i");
+    return count > 0 ? textBetween(0, count) : "";
+}
+
+std::string AccessibleElement::selection() const {
+    if (unpacked<gint32>(call(kText, "GetNSelections", nullptr, "(i)"), "(i)") < 1)
         return {};
-    const gint count =
-        asked([&](GError** error) { return atspi_text_get_character_count(text.get(), error); });
-    return taken(asked([&](GError** error) { return atspi_text_get_text(text.get(), 0, count, error); }));
-}
-
-bool AccessibleElement::has(int state) const {
-    const auto states = owned(atspi_accessible_get_state_set(accessible_.get()));
-    return states && atspi_state_set_contains(states.get(), static_cast<AtspiStateType>(state));
-}
-
-bool AccessibleElement::isShowing() const {
-    return has(ATSPI_STATE_SHOWING);
-}
-
-bool AccessibleElement::isFocused() const {
-    return has(ATSPI_STATE_FOCUSED);
-}
-
-bool AccessibleElement::isFocusable() const {
-    return has(ATSPI_STATE_FOCUSABLE);
-}
-
-bool AccessibleElement::isChecked() const {
-    return has(ATSPI_STATE_CHECKED);
-}
-
-bool AccessibleElement::isEnabled() const {
-    return has(ATSPI_STATE_ENABLED);
+    int start = 0;
+    int end = 0;
+    if (const Reply reply = call(kText, "GetSelection", g_variant_new("(i)", 0), "(ii)"))
+        g_variant_get(reply.get(), "(ii)", &start, &end);
+    return textBetween(start, end);
 }
 
 DesktopRectangle AccessibleElement::bounds() const {
-    const auto component = owned(atspi_accessible_get_component_iface(accessible_.get()));
-    AtspiRect* rectangle = component ? asked([&](GError** error) {
-        return atspi_component_get_extents(component.get(), ATSPI_COORD_TYPE_SCREEN, error);
-    })
-                                     : nullptr;
-    const DesktopRectangle result =
-        rectangle ? DesktopRectangle{rectangle->x, rectangle->y, rectangle->width, rectangle->height}
-                  : DesktopRectangle{};
-    g_free(rectangle);
-    return result;
+    const Reply reply = call("org.a11y.atspi.Component", "GetExtents",
+                             g_variant_new("(u)", ATSPI_COORD_TYPE_SCREEN), "((iiii))");
+    DesktopRectangle place;
+    if (reply)
+        g_variant_get(reply.get(), "((iiii))", &place.x, &place.y, &place.width, &place.height);
+    return place;
+}
+
+pid_t AccessibleElement::process() const {
+    const AccessibleElement bus(bus_, "org.freedesktop.DBus", "/");
+    const Reply reply = bus.call("org.freedesktop.DBus", "GetConnectionUnixProcessID",
+                                 g_variant_new("(s)", sender_.c_str()), "(u)");
+    return static_cast<pid_t>(unpacked<guint32>(reply, "(u)"));
+}
+
+std::vector<AccessibleElement> AccessibleElement::children() const {
+    std::vector<AccessibleElement> all;
+    const Reply reply = call(kAccessible, "GetChildren", nullptr, "(a(so))");
+    if (!reply)
+        return all;
+    GVariantIter* references = nullptr;
+    g_variant_get(reply.get(), "(a(so))", &references);
+    const gchar* sender = nullptr;
+    const gchar* path = nullptr;
+    while (g_variant_iter_next(references, "(&s&o)", &sender, &path))
+        all.emplace_back(bus_, sender, path);
+    g_variant_iter_free(references);
+    return all;
+}
+
+bool AccessibleElement::has(AtspiStateType state) const {
+    const Reply reply = call(kAccessible, "GetState", nullptr, "(au)");
+    if (!reply)
+        return false;
+    const auto words = ownedVariant(g_variant_get_child_value(reply.get(), 0));
+    gsize count = 0;
+    const auto* bits =
+        static_cast<const guint32*>(g_variant_get_fixed_array(words.get(), &count, sizeof(guint32)));
+    const auto place = static_cast<gsize>(state);
+    return place / 32 < count && (bits[place / 32] >> (place % 32) & 1U) != 0;
+}
+
+bool AccessibleElement::isPassword() const {
+    return unpacked<guint32>(call(kAccessible, "GetRole", nullptr, "(u)"), "(u)") == ATSPI_ROLE_PASSWORD_TEXT;
 }
 
 bool AccessibleElement::press() const {
-    const auto action = owned(atspi_accessible_get_action_iface(accessible_.get()));
-    return action && asked([&](GError** error) { return atspi_action_do_action(action.get(), 0, error); });
+    const Reply reply = call("org.a11y.atspi.Action", "DoAction", g_variant_new("(i)", 0), "(b)");
+    return unpacked<gboolean>(reply, "(b)") != FALSE;
 }
 
 bool AccessibleElement::setText(const std::string& text) const {
-    const auto field = owned(atspi_accessible_get_editable_text_iface(accessible_.get()));
-    return field && asked([&](GError** error) {
-               return atspi_editable_text_set_text_contents(field.get(), text.c_str(), error);
-           });
-}
-
-bool AccessibleElement::takeFocus() const {
-    const auto component = owned(atspi_accessible_get_component_iface(accessible_.get()));
-    return component &&
-           asked([&](GError** error) { return atspi_component_grab_focus(component.get(), error); });
+    const Reply reply =
+        call("org.a11y.atspi.EditableText", "SetTextContents", g_variant_new("(s)", text.c_str()), "(b)");
+    return unpacked<gboolean>(reply, "(b)") != FALSE;
 }
 
 } // namespace quillmoth::test

@@ -2,59 +2,73 @@
 
 #include "tests/desktop/support/DesktopWindows.h"
 
-#include <functional>
+#include <atspi/atspi-constants.h>
+
 #include <memory>
-#include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include <sys/types.h>
 
-struct _AtspiAccessible;
+struct _GDBusConnection;
+struct _GVariant;
 
 namespace quillmoth::test {
 
-/// A control of another program, as a screen reader meets it: on the accessibility bus. Nothing is cached;
-/// what has gone meanwhile answers with empty values. A process that uses these has one session bus in its
-/// life.
+/// An object of another program, as a screen reader meets it: on the accessibility bus. Nothing is cached;
+/// what has gone meanwhile answers with empty values.
 class AccessibleElement {
 public:
-    /// What is on screen of the program, its windows and all that they hold, from the outside in.
-    [[nodiscard]] static std::vector<AccessibleElement> shownBy(pid_t process);
+    using Bus = std::shared_ptr<_GDBusConnection>;
 
-    /// The first of these with the role ("push button") and the name.
-    [[nodiscard]] static std::optional<AccessibleElement> find(pid_t process, std::string_view role,
-                                                               std::string_view name);
+    AccessibleElement(Bus bus, std::string sender, std::string path);
 
     [[nodiscard]] std::string role() const;
     [[nodiscard]] std::string name() const;
     [[nodiscard]] std::string description() const;
-    /// The content of a text control.
+    /// The content of a text.
     [[nodiscard]] std::string text() const;
-
-    [[nodiscard]] bool isShowing() const;
-    [[nodiscard]] bool isFocused() const;
-    [[nodiscard]] bool isFocusable() const;
-    [[nodiscard]] bool isChecked() const;
-    [[nodiscard]] bool isEnabled() const;
-
+    /// Its selected part.
+    [[nodiscard]] std::string selection() const;
     /// In the coordinates of the screen.
     [[nodiscard]] DesktopRectangle bounds() const;
+    /// The program that it belongs to; 0 where that has gone.
+    [[nodiscard]] pid_t process() const;
+    [[nodiscard]] std::vector<AccessibleElement> children() const;
+
+    [[nodiscard]] bool has(AtspiStateType state) const;
+
+    [[nodiscard]] bool isShowing() const { return has(ATSPI_STATE_SHOWING); }
+
+    [[nodiscard]] bool isFocused() const { return has(ATSPI_STATE_FOCUSED); }
+
+    [[nodiscard]] bool isChecked() const { return has(ATSPI_STATE_CHECKED); }
+
+    [[nodiscard]] bool isSelected() const { return has(ATSPI_STATE_SELECTED); }
+
+    [[nodiscard]] bool isEnabled() const { return has(ATSPI_STATE_ENABLED); }
+
+    /// Whether its text is not to be read out.
+    [[nodiscard]] bool isPassword() const;
 
     /// Does what a screen reader's "press" does; false where the control offers nothing of the kind.
     bool press() const;
     /// Replaces the content of a text control.
     bool setText(const std::string& text) const;
-    bool takeFocus() const;
 
 private:
-    explicit AccessibleElement(_AtspiAccessible* accessible);
+    using Reply = std::shared_ptr<_GVariant>;
 
-    static void collect(const AccessibleElement& element, std::vector<AccessibleElement>& all);
-    [[nodiscard]] bool has(int state) const;
+    /// None where the call fails or takes too long.
+    [[nodiscard]] Reply call(const char* interface, const char* method, _GVariant* arguments,
+                             const char* replyType) const;
+    [[nodiscard]] Reply property(const char* interface, const char* name) const;
+    [[nodiscard]] std::string textProperty(const char* name) const;
+    [[nodiscard]] std::string textBetween(int start, int end) const;
 
-    std::shared_ptr<_AtspiAccessible> accessible_;
+    Bus bus_;
+    std::string sender_;
+    std::string path_;
 };
 
 } // namespace quillmoth::test

@@ -132,10 +132,14 @@ void DesktopInput::releaseButton(int button) {
     send(XCB_BUTTON_RELEASE, button);
 }
 
-void DesktopInput::click(int x, int y, int button) {
-    movePointer(x, y);
+void DesktopInput::clickButton(int button) {
     pressButton(button);
     releaseButton(button);
+}
+
+void DesktopInput::click(int x, int y, int button) {
+    movePointer(x, y);
+    clickButton(button);
 }
 
 } // namespace quillmoth::test

@@ -32,6 +32,8 @@ public:
     void movePointer(int x, int y);
     void pressButton(int button);
     void releaseButton(int button);
+    /// Where the pointer is.
+    void clickButton(int button);
     void click(int x, int y, int button = 1);
 
 private:

@@ -19,8 +19,8 @@ using Attributes = xcb_get_window_attributes_reply_t;
 template<class Condition>
 std::uint32_t findWindow(const VirtualDesktop& desktop, Condition&& fits) {
     xcb_connection_t* connection = desktop.connection();
-    const auto tree =
-        ownedReply(xcb_query_tree_reply(connection, xcb_query_tree(connection, desktop.rootWindow()), nullptr));
+    const auto tree = ownedReply(
+        xcb_query_tree_reply(connection, xcb_query_tree(connection, desktop.rootWindow()), nullptr));
     if (!tree)
         return 0;
     const xcb_window_t* children = xcb_query_tree_children(tree.get());

@@ -1,10 +1,9 @@
-#include "tests/desktop/windows/ProgramDesktop.h"
+#include "tests/desktop/windows/WindowsSession.h"
 
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <linux/input-event-codes.h>
-#include <sys/stat.h>
 
 namespace quillmoth::test {
 
@@ -30,49 +29,47 @@ std::vector<std::string> filesWithKey(const fs::path& folder) {
     return found;
 }
 
-using SecretKey = ProgramDesktop;
+using SecretKey = WindowsSession;
 
 } // namespace
 
 TEST_F(SecretKey, OfAllFilesAndOutputOfARunTheDefaultsStoreAloneHoldsTheKey) {
+    const auto testConnection = [](const std::string& answer) {
+        EXPECT_TRUE(await("push button", "Test connection").press());
+        awaitText(answer);
+    };
     start();
     run({"--settings"});
     awaitWindow("Settings");
     tabTo("text", "OpenAI API Key:");
     input().type(kKey);
     eventually("the key is stored", [] { return defaults().value("openapikey", "") == kKey; });
-    // An answer, a refusal, a test of the connection, a connection that fails.
     ask("one");
     server().answer("/v1/chat/completions", jsonAnswer(401, R"({"error":{"message":"no"}})"));
-    input().chord({KEY_LEFTALT, KEY_SPACE});
-    eventually("the panel opens", [] { return isPanelVisible(); });
+    openPanel();
     input().tapKey(KEY_ESC);
     input().type("two");
     input().tapKey(KEY_ENTER);
     eventually("the refusal arrives", [] { return chatRequests().size() > 1; });
-    input().chord({KEY_LEFTALT, KEY_SPACE});
-    eventually("the panel closes", [] { return !isPanelVisible(); });
+    closePanelByHotKey();
     awaitWindow("Settings");
+    server().answer("/v1/models", jsonAnswer(200, R"({"data":[{"id":"gpt-3.5-turbo"},{"id":"moth-1"}]})"));
+    testConnection("It offers 2 models, “gpt-3.5-turbo” among them.");
     server().answer("/v1/models", jsonAnswer(401, "{}"));
-    EXPECT_TRUE(control("push button", "Test connection").press());
-    eventually("the connection is tested", [&] { return shows("refused the key"); });
-    EXPECT_TRUE(control("text", "Server address").setText("http://127.0.0.1:1"));
-    EXPECT_TRUE(control("push button", "Test connection").press());
-    eventually("nobody answers", [&] { return shows("Could not connect"); });
-    EXPECT_TRUE(control("push button", "Hide the key").press());
-    eventually("the key is hidden", [&] { return has("password text", "OpenAI API Key:"); });
+    testConnection("refused the key (401).");
+    EXPECT_TRUE(await("text", "Server address").setText("http://127.0.0.1:1"));
+    testConnection("Could not connect to http://127.0.0.1:1");
+    EXPECT_TRUE(shows(kKey));
+    EXPECT_TRUE(await("push button", "Hide the key").press());
+    eventually("the key is hidden",
+               [] { return await("text", "OpenAI API Key:").isPassword() && !shows(kKey); });
     quit();
-    EXPECT_EQ(filesWithKey(desktop().temporaryDirectory()), std::vector{defaultsPath()});
-    EXPECT_EQ(output().find(kKey), std::string::npos) << output();
-
-    struct stat status {};
-
-    ASSERT_EQ(stat(defaultsPath().c_str(), &status), 0);
-    EXPECT_EQ(status.st_mode & 07777, 0600U);
-    for (const auto& request : server().requests()) {
-        const bool carriesKey = request.header("Authorization").has_value();
-        EXPECT_TRUE(!carriesKey || request.path.starts_with("/v1/")) << request.path;
-    }
+    const std::string store = session().path(ProgramSession::kDefaults);
+    EXPECT_EQ(filesWithKey(desktop().temporaryDirectory()), std::vector{store});
+    EXPECT_EQ(session().output().find(kKey), std::string::npos) << session().output();
+    EXPECT_EQ(fs::status(store).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+    for (const auto& request : server().requests())
+        EXPECT_TRUE(!request.header("Authorization") || request.path.starts_with("/v1/")) << request.path;
 }
 
 } // namespace quillmoth::test

@@ -1,4 +1,4 @@
-#include "tests/desktop/windows/ProgramDesktop.h"
+#include "tests/desktop/windows/WindowsSession.h"
 
 #include <filesystem>
 #include <linux/input-event-codes.h>
@@ -11,30 +11,40 @@ namespace {
 using nlohmann::json;
 
 constexpr const char* kSlot = "KeyboardShortcuts_showFloatingPanel";
-constexpr const char* kRecorder = "Open Quillmoth Hotkey:";
 constexpr const char* kPressShortcut = "Press shortcut…";
+constexpr const char* kFeed = "/feed.json";
 constexpr int kKeyK = 40;
+constexpr int kKeySpace = 49;
 constexpr int kControl = 0x100;
 constexpr int kOption = 0x800;
 
-class SettingsDesktop : public ProgramDesktop {
+class SettingsDesktop : public WindowsSession {
 protected:
-    void open() {
+    static void open() {
+        start();
         run({"--settings"});
         awaitWindow("Settings");
     }
 
-    AccessibleElement recorder() { return control("text", kRecorder); }
+    static AccessibleElement recorder() { return await("text", "Open Quillmoth Hotkey:"); }
 
-    void record() {
-        clickOn(recorder());
-        eventually("the recorder waits for a shortcut",
-                   [&] { return recorder().description() == kPressShortcut; });
+    static void awaitRecorder(const std::string& description) {
+        eventually("the recorder says " + description,
+                   [&] { return recorder().description() == description; });
     }
 
-    void endRecording() {
+    static void record() {
+        click(recorder());
+        awaitRecorder(kPressShortcut);
+    }
+
+    static void endRecording() {
         input().tapKey(KEY_ESC);
-        eventually("Escape ends the recording", [&] { return recorder().description() != kPressShortcut; });
+        eventually("Escape ends the recording", [] { return recorder().description() != kPressShortcut; });
+    }
+
+    static json shortcut(int keyCode, int modifiers) {
+        return {{"carbonKeyCode", keyCode}, {"carbonModifiers", modifiers}};
     }
 
     static json storedShortcut() {
@@ -42,46 +52,39 @@ protected:
         return value.is_string() ? json::parse(value.get<std::string>()) : json();
     }
 
-    static bool isStored(int keyCode, int modifiers) {
-        return storedShortcut() == json{{"carbonKeyCode", keyCode}, {"carbonModifiers", modifiers}};
+    static void awaitStored(const char* key, const json& value) {
+        eventually(std::string(key) + " is stored as " + value.dump(),
+                   [&] { return defaults().value(key, json()) == value; });
     }
 
-    void awaitSheet(const std::string& text) {
-        eventually("a sheet says: " + text, [&] { return shows(text); });
+    static void awaitGone(const std::string& text) {
+        eventually("it no longer says: " + text, [&] { return !shows(text); });
     }
 
-    void closeSheet(const std::string& text) {
-        // The window manager gives a new window the keyboard a moment later.
-        eventually("the sheet has the keyboard", [&] {
-            const auto button = AccessibleElement::find(process(), "push button", "OK");
-            return button && button->isFocused();
-        });
-        input().tapKey(KEY_ENTER);
-        eventually("the sheet closes", [&] { return !shows(text); });
+    static void togglePanelByTheShortcut() {
+        for (const bool isOpening : {true, false}) {
+            input().chord({KEY_LEFTCTRL, KEY_LEFTALT, KEY_K});
+            eventually("the shortcut opens and closes the panel", [&] { return isOpen() == isOpening; });
+        }
     }
 };
 
 } // namespace
 
 TEST_F(SettingsDesktop, ARecordedShortcutOpensThePanelAndTheOneInForceCanBeRecordedAgain) {
-    start();
     open();
-    EXPECT_TRUE(isStored(49, kOption)) << defaults();
     record();
     // The hot key that is grabbed at this moment goes to the recorder, and opens nothing.
-    input().chord({KEY_LEFTALT, KEY_SPACE});
-    eventually("the recording has ended", [&] { return recorder().description() == "Alt+Space"; });
-    EXPECT_TRUE(isStored(49, kOption)) << defaults();
-    EXPECT_FALSE(isPanelVisible());
+    pressHotKey();
+    awaitRecorder("Alt+Space");
+    EXPECT_EQ(storedShortcut(), shortcut(kKeySpace, kOption));
+    EXPECT_FALSE(isOpen());
     record();
     input().chord({KEY_LEFTCTRL, KEY_LEFTALT, KEY_K});
-    eventually("the shortcut is stored", [] { return isStored(kKeyK, kControl | kOption); });
-    eventually("it is shown", [&] { return recorder().text() == "⌥⌘K"; });
-    EXPECT_EQ(recorder().description(), "Ctrl+Alt+K");
-    input().chord({KEY_LEFTCTRL, KEY_LEFTALT, KEY_K});
-    eventually("the shortcut opens the panel", [] { return isPanelVisible(); });
-    input().chord({KEY_LEFTCTRL, KEY_LEFTALT, KEY_K});
-    eventually("the shortcut closes the panel", [] { return !isPanelVisible(); });
+    awaitRecorder("Ctrl+Alt+K");
+    EXPECT_EQ(recorder().text(), "⌥⌘K");
+    EXPECT_EQ(storedShortcut(), shortcut(kKeyK, kControl | kOption));
+    togglePanelByTheShortcut();
 }
 
 TEST_F(SettingsDesktop, AShortcutThatAMenuTheDesktopOrAnotherProgramHasIsRefusedWithASheet) {
@@ -90,8 +93,8 @@ TEST_F(SettingsDesktop, AShortcutThatAMenuTheDesktopOrAnotherProgramHasIsRefused
     xcb_grab_key(desktop().connection(), 0, desktop().rootWindow(), 0, kF7, XCB_GRAB_MODE_ASYNC,
                  XCB_GRAB_MODE_ASYNC);
     xcb_flush(desktop().connection());
-    start();
     open();
+    constexpr const char* kDesktops = "since your desktop uses it already";
 
     struct Case {
         std::initializer_list<int> keys;
@@ -100,160 +103,116 @@ TEST_F(SettingsDesktop, AShortcutThatAMenuTheDesktopOrAnotherProgramHasIsRefused
 
     for (const auto& [keys, text] :
          {Case{{KEY_LEFTCTRL, KEY_Q}, "since the menu item “Quit” has it already"},
-          Case{{KEY_LEFTCTRL, KEY_LEFTALT, KEY_LEFT}, "since your desktop uses it already"},
-          Case{{KEY_F9}, "since the menu item “Toggle Sidebar” has it already"},
-          Case{{KEY_F7}, "since your desktop uses it already"}}) {
+          Case{{KEY_LEFTCTRL, KEY_LEFTALT, KEY_LEFT}, kDesktops}, Case{{KEY_F7}, kDesktops}}) {
         record();
         input().chord(keys);
-        awaitSheet(text);
-        closeSheet(text);
-        eventually("another shortcut can be pressed at once",
-                   [&] { return recorder().description() == kPressShortcut; });
+        awaitText(text);
+        // The window manager gives a new window the keyboard a moment later.
+        EXPECT_TRUE(isFocused("push button OK"));
+        input().tapKey(KEY_ENTER);
+        awaitGone(text);
+        // Another one can be pressed at once.
+        awaitRecorder(kPressShortcut);
         endRecording();
-        EXPECT_TRUE(isStored(49, kOption)) << defaults();
+        EXPECT_EQ(storedShortcut(), shortcut(kKeySpace, kOption));
     }
-    EXPECT_TRUE(isRunning());
     xcb_ungrab_key(desktop().connection(), kF7, desktop().rootWindow(), 0);
     xcb_flush(desktop().connection());
 }
 
 TEST_F(SettingsDesktop, AClearedShortcutComesBackWithTheNextStart) {
-    start();
     open();
-    EXPECT_TRUE(control("push button", "Clear shortcut").press());
-    eventually("the slot is empty", [] { return !defaults().contains(kSlot); });
-    eventually("the recorder goes on recording",
-               [&] { return recorder().description() == kPressShortcut && recorder().isFocused(); });
+    EXPECT_TRUE(await("push button", "Clear shortcut").press());
+    awaitStored(kSlot, json());
+    awaitRecorder(kPressShortcut);
+    EXPECT_TRUE(recorder().isFocused());
     endRecording();
     quit();
     start();
-    EXPECT_TRUE(isStored(49, kOption)) << defaults();
-    input().chord({KEY_LEFTALT, KEY_SPACE});
-    eventually("Alt+Space opens the panel", [] { return isPanelVisible(); });
+    EXPECT_EQ(storedShortcut(), shortcut(kKeySpace, kOption));
+    openPanel();
 }
 
 TEST_F(SettingsDesktop, AShortcutThatAnotherProcessStoresIsShownAndWorks) {
-    start();
     open();
     json values = defaults();
-    values[kSlot] = R"({"carbonKeyCode":40,"carbonModifiers":2304})";
+    values[kSlot] = shortcut(kKeyK, kControl | kOption).dump();
     writeDefaults(values);
-    eventually("it is shown", [&] { return recorder().description() == "Ctrl+Alt+K"; });
-    input().chord({KEY_LEFTCTRL, KEY_LEFTALT, KEY_K});
-    eventually("it opens the panel", [] { return isPanelVisible(); });
+    awaitRecorder("Ctrl+Alt+K");
+    togglePanelByTheShortcut();
 }
 
 TEST_F(SettingsDesktop, KeyAndModelHoldFromTheNextRequestOn) {
-    start();
+    constexpr const char* kKeyField = "OpenAI API Key:";
+    const auto asksWith = [](const char* key, const char* model) {
+        ask("one");
+        EXPECT_EQ(chatRequests().back().header("Authorization"), std::string("Bearer ") + key);
+        EXPECT_EQ(json::parse(chatRequests().back().body)["model"], model);
+        awaitWindow("Settings");
+    };
     open();
     EXPECT_TRUE(has("label", "Quillmoth is paying for your API usage"));
-    tabTo("text", "OpenAI API Key:");
+    tabTo("text", kKeyField);
     input().type("sk-first");
-    eventually("the key is stored", [] { return defaults().value("openapikey", "") == "sk-first"; });
+    awaitStored("openapikey", "sk-first");
     EXPECT_TRUE(shows("You are using your own key"));
-    ask("one");
-    EXPECT_EQ(chatRequests().back().header("Authorization"), "Bearer sk-first");
-    EXPECT_EQ(json::parse(chatRequests().back().body)["model"], "gpt-3.5-turbo");
-    awaitWindow("Settings");
+    asksWith("sk-first", "gpt-3.5-turbo");
     tabTo("combo box", "gpt-3.5-turbo");
     input().tapKey(KEY_DOWN);
     input().tapKey(KEY_DOWN);
-    eventually("the model is stored", [] { return defaults().value("model", "") == "gpt-4"; });
-    eventually("the warning shows", [&] { return shows("Ensure that you're eligible to use GPT-4"); });
-    EXPECT_TRUE(control("text", "OpenAI API Key:").setText("sk-second"));
-    eventually("what a screen reader sets is stored",
-               [] { return defaults().value("openapikey", "") == "sk-second"; });
-    ask("two");
-    EXPECT_EQ(chatRequests().back().header("Authorization"), "Bearer sk-second");
-    EXPECT_EQ(json::parse(chatRequests().back().body)["model"], "gpt-4");
-    EXPECT_TRUE(control("text", "OpenAI API Key:").setText(""));
-    eventually("without a key the model is the one that needs none",
-               [] { return defaults().value("model", "") == "gpt-3.5-turbo"; });
-    eventually("the warning goes", [&] { return !shows("eligible to use GPT-4"); });
+    awaitStored("model", "gpt-4");
+    awaitText("Ensure that you're eligible to use GPT-4");
+    EXPECT_TRUE(await("text", kKeyField).setText("sk-second"));
+    awaitStored("openapikey", "sk-second");
+    asksWith("sk-second", "gpt-4");
+    EXPECT_TRUE(await("text", kKeyField).setText(""));
+    awaitStored("model", "gpt-3.5-turbo");
+    awaitGone("eligible to use GPT-4");
 }
 
 TEST_F(SettingsDesktop, TheLoginSwitchWritesAndRemovesTheAutostartEntry) {
-    const std::string entry =
-        desktop().homeDirectory() + "/.config/autostart/org.quillmoth.Quillmoth.desktop";
-    const auto isThere = [&] { return std::filesystem::exists(entry); };
-    start();
+    const std::string entry = session().path(".config/autostart/org.quillmoth.Quillmoth.desktop");
     open();
-    const auto toggle = control("check box", "Launch at login 😀");
-    EXPECT_FALSE(toggle.isChecked());
-    clickOn(toggle);
-    eventually("a click switches it on", [&] { return isThere() && toggle.isChecked(); });
+    const auto toggle = await("check box", "Launch at login 😀");
+    const auto becomes = [&](bool isOn) {
+        eventually("the entry follows the switch",
+                   [&] { return std::filesystem::exists(entry) == isOn && toggle.isChecked() == isOn; });
+    };
+    becomes(false);
+    click(toggle);
+    becomes(true);
     tabTo("check box", "Launch at login 😀");
     input().tapKey(KEY_SPACE);
-    eventually("the space bar switches it off", [&] { return !isThere() && !toggle.isChecked(); });
+    becomes(false);
     EXPECT_TRUE(toggle.press());
-    eventually("a screen reader switches it on", [&] { return isThere() && toggle.isChecked(); });
+    becomes(true);
 }
 
 TEST_F(SettingsDesktop, TheUpdateCheckSaysWhatTheFeedSays) {
-    start();
     open();
-    const auto button = control("push button", "Check for Updates…");
+    const auto button = await("push button", "Check for Updates…");
     EXPECT_FALSE(button.isEnabled()) << "no feed is configured";
-
-    struct Case {
-        const char* feed;
-        const char* text;
-        const char* closing;
-    };
-
-    for (const auto& [feed, text, closing] :
-         {Case{R"({"version":"99.1","url":"https://example.com/new","notes":"Faster."})",
-               "Quillmoth 99.1 is available.", "Not Now"},
-          Case{R"({"version":"0.1.0"})", "Quillmoth is up to date.", "OK"},
-          Case{R"({"version":)", "Could not check for updates.", "OK"},
-          Case{nullptr, "Could not check for updates.", "OK"}}) {
-        if (feed)
-            server().answer("/feed.json", jsonAnswer(200, feed));
-        // Nobody listens at the last one.
-        writeDefaults({{"updateFeedURL", feed ? server().url("/feed.json") : "http://127.0.0.1:1/feed"}});
+    server().answer(kFeed, jsonAnswer(200, R"({"version":"0.1.0"})"));
+    for (const auto& [address, text] :
+         {std::pair(server().url(kFeed), "Quillmoth is up to date."),
+          std::pair(std::string("http://127.0.0.1:1/feed"), "Could not check for updates.")}) {
+        writeDefaults({{"updateFeedURL", address}});
         eventually("the button can be pressed", [&] { return button.isEnabled(); });
         EXPECT_TRUE(button.press());
-        awaitSheet(text);
-        EXPECT_TRUE(control("push button", closing).press());
-        eventually("the sheet closes", [&] { return !shows(text); });
+        awaitText(text);
+        EXPECT_TRUE(await("push button", "OK").press());
+        awaitGone(text);
     }
 }
 
 TEST_F(SettingsDesktop, ANewerVersionIsToldThoughTheSettingsWereNeverOpened) {
-    server().answer("/feed.json", jsonAnswer(200, R"({"version":"99.1","url":"https://example.com/new"})"));
-    writeDefaults({{"updateFeedURL", server().url("/feed.json")}});
+    server().answer(kFeed, jsonAnswer(200, R"({"version":"99.1","url":"https://example.com/new"})"));
+    writeDefaults({{"updateFeedURL", server().url(kFeed)}});
     start();
-    awaitSheet("Quillmoth 99.1 is available.");
-    EXPECT_TRUE(control("push button", "Not Now").press());
-    eventually("the notice closes", [&] { return !shows("99.1"); });
+    awaitText("Quillmoth 99.1 is available.");
+    EXPECT_TRUE(await("push button", "Not Now").press());
+    awaitGone("99.1");
     EXPECT_EQ(defaults().value("toldUpdateVersion", ""), "99.1");
-}
-
-TEST_F(SettingsDesktop, TheConnectionIsTestedInWords) {
-    writeDefaults({{"openapikey", "sk-moth"}});
-    server().answer("/v1/models", [](const ScriptedRequest& request) {
-        return request.header("Authorization") == "Bearer sk-moth"
-                   ? jsonAnswer(200, R"({"data":[{"id":"gpt-3.5-turbo"},{"id":"moth-1"}]})")
-                   : jsonAnswer(401, "{}");
-    });
-    start();
-    open();
-    const auto test = [&](const std::string& words) {
-        EXPECT_TRUE(control("push button", "Test connection").press());
-        eventually("the answer is: " + words, [&] { return shows(words); });
-    };
-    test("It offers 2 models, “gpt-3.5-turbo” among them.");
-    EXPECT_TRUE(control("text", "OpenAI API Key:").setText("sk-wrong"));
-    test("refused the key (401).");
-    EXPECT_TRUE(control("text", "Server address").setText("http://127.0.0.1:1"));
-    test("Could not connect to http://127.0.0.1:1");
-    EXPECT_TRUE(control("text", "Server address").setText("somewhere"));
-    test("“somewhere” is no address");
-    EXPECT_TRUE(control("push button", "Hide the key").press());
-    eventually("the key is hidden", [&] { return has("password text", "OpenAI API Key:"); });
-    EXPECT_FALSE(shows("sk-wrong"));
-    EXPECT_TRUE(control("push button", "Show the key").press());
-    eventually("the key is shown", [&] { return shows("sk-wrong"); });
 }
 
 } // namespace quillmoth::test

@@ -1,5 +1,5 @@
 #include "tests/desktop/support/VisibleWindows.h"
-#include "tests/desktop/windows/ProgramDesktop.h"
+#include "tests/desktop/windows/WindowsSession.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -43,29 +43,25 @@ private:
     }
 };
 
-class StartDesktop : public ProgramDesktop {
+class StartDesktop : public WindowsSession {
 protected:
     /// Calls a method of the freedesktop Application interface.
     static ChildResult call(const std::vector<std::string>& arguments) {
-        std::vector<std::string> command = {"gdbus",
-                                            "call",
-                                            "--session",
-                                            "--dest",
-                                            "org.quillmoth.Quillmoth",
-                                            "--object-path",
-                                            "/org/quillmoth/Quillmoth",
-                                            "--method"};
+        std::vector<std::string> command = {"gdbus", "call", "--session", "--dest",
+                                            "org.quillmoth.Quillmoth"};
+        command.insert(command.end(), {"--object-path", "/org/quillmoth/Quillmoth", "--method"});
         command.insert(command.end(), arguments.begin(), arguments.end());
         return runChild(command, 20s);
     }
 
-    void callsAndSees(const std::vector<std::string>& arguments, const std::function<bool()>& condition) {
+    static void callsAndSees(const std::vector<std::string>& arguments,
+                             const std::function<bool()>& condition) {
         const ChildResult result = call(arguments);
         EXPECT_EQ(result.exitCode, 0) << result.output;
         eventually(arguments.front() + " works", condition);
     }
 
-    ChildProcess startTray() {
+    static ChildProcess startTray() {
         ChildProcess tray({"trayer", "--edge", "bottom", "--align", "right", "--widthtype", "pixel",
                            "--width", "40", "--heighttype", "pixel", "--height", "40"});
         eventually("there is a tray", [] { return hasWindow("panel"); });
@@ -74,7 +70,7 @@ protected:
 
     /// Whether the colour, as 0xRRGGBB, is anywhere in the tray.
     static bool trayHas(std::uint32_t colour) {
-        const auto bar = desktop().windows().geometry(desktop().windows().windowTitled("panel").value());
+        const auto bar = windows().geometry(windows().windowTitled("panel").value());
         const auto cookie =
             xcb_get_image(desktop().connection(), XCB_IMAGE_FORMAT_Z_PIXMAP, desktop().rootWindow(),
                           static_cast<std::int16_t>(bar.x), static_cast<std::int16_t>(bar.y),
@@ -113,13 +109,13 @@ TEST_F(StartDesktop, TheFirstStartShowsTwoPagesThenTheSettingsAndNoLaterOneDoes)
     start();
     awaitWindow("Onboarding");
     EXPECT_EQ(defaults().value("firstTime", true), false);
-    eventually("the first page is on show", [&] { return shows("Welcome to"); });
+    awaitText("Welcome to");
     EXPECT_TRUE(shows("Privacy"));
     input().tapKey(KEY_ENTER);
-    eventually("the second page is on show", [&] { return shows("Resend the Last Prompt"); });
+    awaitText("Resend the Last Prompt");
     EXPECT_FALSE(shows("Welcome to"));
-    EXPECT_TRUE(has("label", "Ctrl+Shift+C")) << tree();
-    clickOn(control("push button", "Continue"));
+    EXPECT_TRUE(has("label", "Ctrl+Shift+C"));
+    click(await("push button", "Continue"));
     awaitWindow("Settings");
     EXPECT_FALSE(hasWindow("Onboarding"));
     quit();
@@ -129,7 +125,7 @@ TEST_F(StartDesktop, TheFirstStartShowsTwoPagesThenTheSettingsAndNoLaterOneDoes)
     EXPECT_FALSE(hasWindow("Onboarding"));
     run({"quillmoth://onboardingView"});
     awaitWindow("Onboarding");
-    eventually("it begins at its first page", [&] { return shows("Welcome to"); });
+    awaitText("Welcome to");
 }
 
 TEST_F(StartDesktop, TheQuestionForAccessibilityComesByItselfAndOnceAndItsAnswerCanBeTakenBack) {
@@ -145,31 +141,31 @@ TEST_F(StartDesktop, TheQuestionForAccessibilityComesByItselfAndOnceAndItsAnswer
     writeDefaults({{"firstTime", true}, {"accessibilityConsent", nullptr}});
     start({"--toggle"});
     awaitWindow("Onboarding");
-    eventually("the welcome comes first", [&] { return shows("Welcome to"); });
+    awaitText("Welcome to");
     run({});
     input().tapKey(KEY_ENTER);
-    eventually("the question is its next step", [&] { return shows("for this desktop?"); });
+    awaitText("for this desktop?");
     EXPECT_FALSE(hasWindow("Accessibility"));
     input().tapKey(KEY_ENTER);
-    eventually("the second page follows", [&] { return shows("Resend the Last Prompt"); });
+    awaitText("Resend the Last Prompt");
     EXPECT_EQ(answer(), json(false));
-    EXPECT_FALSE(isPanelVisible()) << "nothing covers the first steps";
+    EXPECT_FALSE(isOpen()) << "nothing covers the first steps";
     quit();
 
     start();
     run({"--toggle"});
-    eventually("the panel says what is missing", [&] { return shows("You have not enabled accessibility"); });
+    awaitText("You have not enabled accessibility");
     EXPECT_FALSE(hasWindow("Accessibility")) << "it is asked once";
-    EXPECT_TRUE(control("push button", "Switch on accessibility in Settings").press());
+    EXPECT_TRUE(await("push button", "Switch on accessibility in Settings").press());
     awaitWindow("Settings");
-    EXPECT_FALSE(isPanelVisible());
-    clickOn(control("check box", "Switch on accessibility for this desktop"));
+    EXPECT_FALSE(isOpen());
+    click(await("check box", "Switch on accessibility for this desktop"));
     eventually("it is switched on", [] { return AccessibilityOff::isOn(); });
     EXPECT_EQ(answer(), json(true));
 }
 
 TEST_F(StartDesktop, WithoutADisplayEachStartSaysSoInWords) {
-    const std::string program = QUILLMOTH_PROGRAM;
+    const std::string program = ProgramSession::program();
 
     struct Case {
         std::string display;
@@ -210,10 +206,12 @@ TEST_F(StartDesktop, TheTraysSymbolFollowsTheDesktopBetweenLightAndDark) {
 TEST_F(StartDesktop, TheTrayItemOpensAMenuWhoseKeysWork) {
     const ChildProcess tray = startTray();
     start();
-    EXPECT_EQ(output().find("shows no tray"), std::string::npos) << output();
-    const auto menu = [&] { return visiblePopupOf(desktop(), static_cast<std::uint32_t>(process())); };
+    EXPECT_EQ(session().output().find("shows no tray"), std::string::npos) << session().output();
+    const auto menu = [&] {
+        return visiblePopupOf(desktop(), static_cast<std::uint32_t>(session().process()));
+    };
     const auto openMenu = [&] {
-        const auto bar = desktop().windows().geometry(desktop().windows().windowTitled("panel").value());
+        const auto bar = windows().geometry(windows().windowTitled("panel").value());
         // The item comes when the tray has taken it in; a click before that meets nothing.
         eventually("a click on the item opens the menu", [&] {
             // As a hand does. A release right behind the press can close the menu that the press opens.
@@ -241,23 +239,23 @@ TEST_F(StartDesktop, TheTrayItemOpensAMenuWhoseKeysWork) {
     closeWindow("Onboarding");
     openMenu();
     // The third of four items, all of one height, with a separator before the last.
-    const DesktopRectangle place = desktop().windows().geometry(menu());
+    const DesktopRectangle place = windows().geometry(menu());
     input().click(place.x + place.width / 2, place.y + place.height * 11 / 20);
     awaitWindow("Settings");
     eventually("the menu has closed", [&] { return menu() == 0; });
-    pressInMenu(KEY_Q, [&] { return !isRunning(); });
+    pressInMenu(KEY_Q, [&] { return !session().isRunning(); });
 }
 
 TEST_F(StartDesktop, WithoutATrayTheLauncherHasTheMenuAndASecondStartAsksTheFirst) {
     start();
     eventually("the output says how to reach the program",
-               [&] { return output().find("This desktop shows no tray.") != std::string::npos; });
+               [&] { return session().output().find("This desktop shows no tray.") != std::string::npos; });
     const auto actions = launcherActions();
     ASSERT_EQ(actions.size(), 5U);
     run(actions.at("toggle"));
-    eventually("the launcher opens the panel", [] { return isPanelVisible(); });
+    eventually("the launcher opens the panel", isOpen);
     run(actions.at("toggle"));
-    eventually("the launcher closes the panel", [] { return !isPanelVisible(); });
+    eventually("the launcher closes the panel", [] { return !isOpen(); });
     for (const auto& [action, title] :
          {std::pair("get-started", "Onboarding"), std::pair("prompt-editor", "Prompt Editor"),
           std::pair("settings", "Settings")}) {
@@ -266,22 +264,22 @@ TEST_F(StartDesktop, WithoutATrayTheLauncherHasTheMenuAndASecondStartAsksTheFirs
         closeWindow(title);
     }
     run({});
-    eventually("a plain second start shows the panel", [] { return isPanelVisible(); });
+    eventually("a plain second start shows the panel", isOpen);
     run(actions.at("quit"));
-    eventually("the launcher ends the program", [&] { return !isRunning(); });
+    eventually("the launcher ends the program", [&] { return !session().isRunning(); });
 }
 
 TEST_F(StartDesktop, TheBusReachesTheProgramByTheFreedesktopApplicationInterface) {
     start();
     const std::string interface = "org.freedesktop.Application.";
-    callsAndSees({interface + "Activate", "{}"}, [] { return isPanelVisible(); });
-    callsAndSees({interface + "ActivateAction", "toggle", "[]", "{}"}, [] { return !isPanelVisible(); });
+    callsAndSees({interface + "Activate", "{}"}, isOpen);
+    callsAndSees({interface + "ActivateAction", "toggle", "[]", "{}"}, [] { return !isOpen(); });
     callsAndSees({interface + "Open", "['quillmoth://promptEditor']", "{}"},
                  [] { return hasWindow("Prompt Editor"); });
     callsAndSees({interface + "ActivateAction", "settings", "[]", "{}"},
                  [] { return hasWindow("Settings"); });
     EXPECT_NE(call({interface + "ActivateAction", "dance", "[]", "{}"}).exitCode, 0);
-    callsAndSees({interface + "ActivateAction", "quit", "[]", "{}"}, [&] { return !isRunning(); });
+    callsAndSees({interface + "ActivateAction", "quit", "[]", "{}"}, [&] { return !session().isRunning(); });
 }
 
 } // namespace quillmoth::test
