@@ -1,6 +1,7 @@
 // A view on a real desktop: read from another process over the accessibility bus, used by keyboard, and shown
 // while its images are still on the way.
 
+#include "tests/desktop/support/AccessibleProgram.h"
 #include "tests/desktop/support/FailureScreenshots.h"
 #include "tests/desktop/support/VirtualDesktop.h"
 #include "tests/support/ScriptedChatServer.h"
@@ -40,23 +41,20 @@ protected:
         return path;
     }
 
-    /// What another process reads of `view`.
-    static std::string probed(const ChildProcess& view, const std::string& what) {
-        return runChild({ATSPI_PROBE, "--pid", std::to_string(view.processIdentifier()), what}, 20s).output;
-    }
-
-    /// The same once it holds `part`, or what it is in the end.
-    static std::string probedWith(const ChildProcess& view, const std::string& what,
-                                  const std::string& part) {
-        std::string seen;
-        waitFor([&] { return (seen = probed(view, what)).find(part) != std::string::npos; }, kPatience);
-        return seen;
-    }
-
-    static std::unique_ptr<VirtualDesktop> desktop_;
+    static inline std::unique_ptr<VirtualDesktop> desktop_;
 };
 
-std::unique_ptr<VirtualDesktop> MarkdownViewTest::desktop_;
+/// What another process reads of the view, once it is `expected`, or what it is in the end.
+std::string documentText(const AccessibleProgram& view, const std::string& expected) {
+    std::string seen;
+    waitFor(
+        [&] {
+            const auto document = view.find("document");
+            return (seen = document ? document->text() : "") == expected;
+        },
+        kPatience);
+    return seen;
+}
 
 bool holds(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;
@@ -76,23 +74,27 @@ TEST_F(MarkdownViewTest, anotherProcessReadsADocumentWithHeadingsLinksAndButtons
     ChildProcess view({MARKDOWNVIEW, write("# A title\n\nRead [the guide](https://example.org) first.\n\n"
                                            "```\nlet x = 1\n```\n\n![a moth](moth.png)\n")},
                       shown());
-    const std::string text = probedWith(view, "--text", "Read");
-    EXPECT_EQ(text, "A title\n\nRead the guide first.\n\nlet x = 1") << view.output();
-    const std::string tree = probedWith(view, "--tree", "Copy code");
-    EXPECT_TRUE(holds(tree, "heading \"A title\"")) << tree;
-    EXPECT_TRUE(holds(tree, "link \"the guide\"")) << tree;
-    EXPECT_TRUE(holds(tree, "button \"Copy code\"")) << tree;
-    EXPECT_TRUE(holds(tree, "image \"a moth\"")) << tree;
+    const AccessibleProgram shown(view.processIdentifier());
+    const std::string text = "A title\n\nRead the guide first.\n\nlet x = 1";
+    EXPECT_EQ(documentText(shown, text), text) << view.output();
+    for (const auto& [role, name] : {std::pair("heading", "A title"), std::pair("link", "the guide"),
+                                     std::pair("push button", "Copy code"), std::pair("graphic", "a moth")})
+        EXPECT_TRUE(shown.has(role, name)) << shown.described();
+    const auto focuses = [&](const std::string& part) {
+        return holdsWithin(kPatience, [&] {
+            const auto focused = shown.focused();
+            return !focused.empty() && focused.back() == part;
+        });
+    };
 
     ASSERT_TRUE(holdsWithin(kPatience, [&] {
         return desktop_->windows().processIdentifier(desktop_->windows().activeWindow()) ==
                static_cast<std::uint32_t>(view.processIdentifier());
     }));
     desktop_->input().tapKey(KEY_TAB);
-    EXPECT_TRUE(
-        holds(probedWith(view, "--tree", "link \"the guide\" focused"), "link \"the guide\" focused"));
+    EXPECT_TRUE(focuses("link the guide"));
     desktop_->input().tapKey(KEY_TAB);
-    EXPECT_TRUE(holds(probedWith(view, "--tree", "\"Copy code\" focused"), "\"Copy code\" focused"));
+    EXPECT_TRUE(focuses("push button Copy code"));
     desktop_->input().tapKey(KEY_ENTER);
     std::string copied;
     EXPECT_TRUE(holdsWithin(kPatience, [&] {
@@ -100,7 +102,7 @@ TEST_F(MarkdownViewTest, anotherProcessReadsADocumentWithHeadingsLinksAndButtons
         return copied == "let x = 1";
     })) << copied;
     desktop_->input().chord({KEY_LEFTCTRL, KEY_A});
-    EXPECT_EQ(probedWith(view, "--selection", text), text);
+    EXPECT_TRUE(holdsWithin(kPatience, [&] { return shown.find("document")->selection() == text; }));
 }
 
 TEST_F(MarkdownViewTest, aDocumentIsThereBeforeItsImagesAndWithoutThoseThatFail) {
@@ -118,7 +120,9 @@ TEST_F(MarkdownViewTest, aDocumentIsThereBeforeItsImagesAndWithoutThoseThatFail)
     };
 
     ChildProcess view({MARKDOWNVIEW, write("Before.\n\n" + image("late.png") + "After.\n")}, shown());
-    EXPECT_EQ(probedWith(view, "--text", "After"), "Before.\n\nAfter.") << view.output();
+    EXPECT_EQ(documentText(AccessibleProgram(view.processIdentifier()), "Before.\n\nAfter."),
+              "Before.\n\nAfter.")
+        << view.output();
     EXPECT_TRUE(server.waitForRequests(1));
     latch->release();
     view.terminate();
