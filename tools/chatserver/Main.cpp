@@ -1,7 +1,7 @@
 // A stand-in for a chat service, for trying the program out without one: it answers from a script, in small
 // pieces, and no model is behind it.
 
-#include "tests/support/ChatScript.h"
+#include "ChatScript.h"
 #include "tests/support/ScriptedChatServer.h"
 
 #include <charconv>
@@ -12,7 +12,6 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace {
 
@@ -63,29 +62,6 @@ Options parseOptions(int count, char** arguments) {
     return options;
 }
 
-ScriptedAnswer streamedAnswer(const Options& options, const std::string& message) {
-    ScriptedAnswer answer = chatStream(tokens(options.script.answerTo(message)));
-    std::vector<Step> steps;
-    for (Step& step : answer.steps) {
-        steps.emplace_back(Pause{std::chrono::milliseconds(options.delay)});
-        steps.push_back(std::move(step));
-    }
-    answer.steps = std::move(steps);
-    return answer;
-}
-
-ScriptedAnswer respond(const Options& options, bool alwaysStreams, const ScriptedRequest& request) {
-    if (request.method != "POST")
-        return jsonAnswer(405, R"({"error":{"message":"Only POST is answered here."}})");
-    const std::vector<std::string> messages = userMessages(request.body);
-    const std::string message = messages.empty() ? "" : messages.back();
-    std::printf("%s %s: %.60s\n", request.method.c_str(), request.path.c_str(), message.c_str());
-    std::fflush(stdout);
-    if (alwaysStreams || asksForStream(request.body))
-        return streamedAnswer(options, message);
-    return jsonAnswer(200, chatResponse(options.script.topicOf(messages.empty() ? "" : messages.front())));
-}
-
 /// Until the process is asked to end.
 void waitForEnd(const sigset_t& signals) {
     int signal = 0;
@@ -100,14 +76,11 @@ int serve(const Options& options) {
     // Before the server's threads begin, which inherit it.
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     ScriptedChatServer server(options.port);
-    const auto answering = [&options](bool alwaysStreams) {
-        return [&options, alwaysStreams](const ScriptedRequest& request) {
-            return respond(options, alwaysStreams, request);
-        };
-    };
-    server.answer("/v1/chat/completions", answering(false));
-    server.answer("/api/v1/chat/completions", answering(false));
-    server.answer("/api/v1/chat/completions/stream", answering(true));
+    options.script.serve(server, std::chrono::milliseconds(options.delay),
+                         [](const ScriptedRequest& request, const std::string& message) {
+                             std::printf("%s: %.60s\n", request.path.c_str(), message.c_str());
+                             std::fflush(stdout);
+                         });
     std::printf("Scripted answers, no model, at %s\nport %u\n", server.baseURL().c_str(),
                 static_cast<unsigned>(server.port()));
     std::fflush(stdout);

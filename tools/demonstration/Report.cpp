@@ -1,4 +1,4 @@
-#include "tests/desktop/demonstration/Report.h"
+#include "Report.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,4 +1,4 @@
-#include "tests/support/ChatScript.h"
+#include "ChatScript.h"
 
 #include "Foundation/ASCII.h"
 
@@ -62,6 +62,51 @@ bool continuesSequence(char c) {
     return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
 }
 
+/// The contents of the messages whose role is "user" in a request's body, in order.
+std::vector<std::string> userMessages(const std::string& body) {
+    const json record = parsed(body);
+    std::vector<std::string> contents;
+    if (!record.is_object() || !record.contains("messages"))
+        return contents;
+    for (const json& message : record["messages"]) {
+        const bool isUser = message.is_object() && message.value("role", json()) == "user";
+        if (isUser && message.value("content", json()).is_string())
+            contents.push_back(message["content"]);
+    }
+    return contents;
+}
+
+/// Whether a request's body asks for a stream.
+bool asksForStream(const std::string& body) {
+    const json record = parsed(body);
+    return record.is_object() && record.value("stream", json()) == true;
+}
+
+/// `answer` in pieces as a model gives them: a word with its blank, or a few characters.
+std::vector<std::string> tokens(std::string_view answer) {
+    constexpr std::size_t kLongest = 7;
+    std::vector<std::string> pieces;
+    for (const char c : answer) {
+        const bool begins =
+            pieces.empty() || c == ' ' || (pieces.back().size() >= kLongest && !continuesSequence(c));
+        if (begins)
+            pieces.emplace_back();
+        pieces.back().push_back(c);
+    }
+    return pieces;
+}
+
+ScriptedAnswer inPieces(std::string_view text, std::chrono::milliseconds timeOfAPiece) {
+    ScriptedAnswer answer = chatStream(tokens(text));
+    std::vector<Step> steps;
+    for (Step& step : answer.steps) {
+        steps.emplace_back(Pause{timeOfAPiece});
+        steps.push_back(std::move(step));
+    }
+    answer.steps = std::move(steps);
+    return answer;
+}
+
 } // namespace
 
 ChatScript::ChatScript()
@@ -108,35 +153,25 @@ const std::string& ChatScript::topicOf(std::string_view message) const {
     return entryFor(message).topic;
 }
 
-std::vector<std::string> userMessages(const std::string& body) {
-    const json record = parsed(body);
-    std::vector<std::string> contents;
-    if (!record.is_object() || !record.contains("messages"))
-        return contents;
-    for (const json& message : record["messages"]) {
-        const bool isUser = message.is_object() && message.value("role", json()) == "user";
-        if (isUser && message.value("content", json()).is_string())
-            contents.push_back(message["content"]);
-    }
-    return contents;
-}
-
-bool asksForStream(const std::string& body) {
-    const json record = parsed(body);
-    return record.is_object() && record.value("stream", json()) == true;
-}
-
-std::vector<std::string> tokens(std::string_view answer) {
-    constexpr std::size_t kLongest = 7;
-    std::vector<std::string> pieces;
-    for (const char c : answer) {
-        const bool begins =
-            pieces.empty() || c == ' ' || (pieces.back().size() >= kLongest && !continuesSequence(c));
-        if (begins)
-            pieces.emplace_back();
-        pieces.back().push_back(c);
-    }
-    return pieces;
+void ChatScript::serve(ScriptedChatServer& server, std::chrono::milliseconds timeOfAPiece,
+                       const std::function<void(const ScriptedRequest&, const std::string&)>& asked) const {
+    const auto answering = [&](bool alwaysStreams) {
+        return [script = *this, timeOfAPiece, asked, alwaysStreams](const ScriptedRequest& request) {
+            if (request.method != "POST")
+                return jsonAnswer(405, R"({"error":{"message":"Only POST is answered here."}})");
+            std::vector<std::string> messages = userMessages(request.body);
+            if (messages.empty())
+                messages.emplace_back();
+            if (asked)
+                asked(request, messages.back());
+            if (alwaysStreams || asksForStream(request.body))
+                return inPieces(script.answerTo(messages.back()), timeOfAPiece);
+            return jsonAnswer(200, chatResponse(script.topicOf(messages.front())));
+        };
+    };
+    server.answer("/v1/chat/completions", answering(false));
+    server.answer("/api/v1/chat/completions", answering(false));
+    server.answer("/api/v1/chat/completions/stream", answering(true));
 }
 
 } // namespace quillmoth::test

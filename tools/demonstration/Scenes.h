@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/desktop/demonstration/DemonstrationDesktop.h"
+#include "Demonstration.h"
 
 #include <string>
 
@@ -14,10 +14,10 @@ namespace quillmoth::test {
 
 // The parts of the demonstration, in order. Each leaves the panel closed, and reports its checks; a part that
 // could not go on gives false.
-bool showSelectionToAnswer(DemonstrationDesktop& desktop);
-bool showForm(DemonstrationDesktop& desktop);
-bool showTypedCommand(DemonstrationDesktop& desktop);
-bool showHistory(DemonstrationDesktop& desktop);
-bool showBesideSettings(DemonstrationDesktop& desktop);
+bool showSelectionToAnswer(Demonstration& demonstration);
+bool showForm(Demonstration& demonstration);
+bool showTypedCommand(Demonstration& demonstration);
+bool showHistory(Demonstration& demonstration);
+bool showBesideSettings(Demonstration& demonstration);
 
 } // namespace quillmoth::test

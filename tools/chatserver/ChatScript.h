@@ -1,12 +1,16 @@
 #pragma once
 
+#include "tests/support/ScriptedChatServer.h"
+
+#include <chrono>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace quillmoth::test {
 
-/// What the stand-alone server says to what.
+/// What a server that stands in for a model says to what.
 class ChatScript {
 public:
     /// A few answers that show off Markdown.
@@ -22,6 +26,11 @@ public:
     /// A short title for a conversation that begins with `message`, found in the same way.
     [[nodiscard]] const std::string& topicOf(std::string_view message) const;
 
+    /// Answers the service's requests from now on, streams in pieces of which each takes `timeOfAPiece`.
+    /// `asked`, which may be empty, is told the last message of each request, on a thread of the server.
+    void serve(ScriptedChatServer& server, std::chrono::milliseconds timeOfAPiece,
+               const std::function<void(const ScriptedRequest&, const std::string&)>& asked = {}) const;
+
 private:
     struct Entry {
         std::string match;
@@ -33,14 +42,5 @@ private:
 
     std::vector<Entry> entries_;
 };
-
-/// The contents of the messages whose role is "user" in a request's body, in order.
-[[nodiscard]] std::vector<std::string> userMessages(const std::string& body);
-
-/// Whether a request's body asks for a stream.
-[[nodiscard]] bool asksForStream(const std::string& body);
-
-/// `answer` in pieces as a model gives them: a word with its blank, or a few characters.
-[[nodiscard]] std::vector<std::string> tokens(std::string_view answer);
 
 } // namespace quillmoth::test
