@@ -61,8 +61,7 @@ TEST_F(PanelKeys, EscapeStepsBackOneStepAPress) {
     await("push button", "New chat");
     EXPECT_TRUE(has("document", "Answer"));
     finishAnswer();
-    input().type("x");
-    EXPECT_TRUE(soon([] { return command() == "x"; }));
+    typeCommand("x");
     input().tapKey(KEY_ESC);
     EXPECT_TRUE(soon([] { return command().empty(); }));
     EXPECT_TRUE(has("push button", "New chat"));
@@ -164,8 +163,7 @@ TEST_F(PanelKeys, TheTabKeyLeadsThroughTheControlsAndTypingGoesBackToTheField) {
         input().tapKey(KEY_TAB);
         EXPECT_TRUE(isFocused(next)) << next;
     }
-    input().type("mo");
-    EXPECT_TRUE(soon([] { return command() == "mo"; }));
+    typeCommand("mo");
     EXPECT_TRUE(isFocused("text Command"));
     expectFrontKept();
 }
@@ -205,8 +203,7 @@ TEST_F(PanelKeys, WhatIsTypedRightBehindTheHotKeyIsThePanels) {
 
 TEST_F(PanelKeys, ItsMenuWorksByKeysAndKeepsTheKeyboardInThePanel) {
     openPanel();
-    input().type("moth");
-    EXPECT_TRUE(soon([] { return command() == "moth"; }));
+    typeCommand("moth");
     const auto openMenu = [] {
         input().chord({KEY_LEFTSHIFT, KEY_F10});
         await("menu item", "Select All");

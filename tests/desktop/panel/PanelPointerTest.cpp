@@ -22,8 +22,9 @@ protected:
     }
 
     static bool isColored(std::string_view row, std::uint32_t color) {
-        const auto found = shown().find("list item", row);
-        return found && pixelIn(*found, found->bounds().width - 20, 8) == color;
+        // Behind the name.
+        const DesktopRectangle place = await("list item", row).bounds();
+        return hasColor({place.x + place.width - 20, place.y + 8, 1, 1}, color);
     }
 
     static void turnWheel(int button, int notches) {
@@ -72,8 +73,7 @@ TEST_F(PanelPointer, HistoryRowsAreClickedLikePresets) {
 
 TEST_F(PanelPointer, TheBarDoesWhatItSays) {
     openPanel();
-    input().type("hi");
-    EXPECT_TRUE(soon([] { return command() == "hi"; }));
+    typeCommand("hi");
     answerSlowly("First half", ", second half");
     click(await("push button", "Select"));
     click(await("push button", "Cancel"));
@@ -202,8 +202,7 @@ TEST_F(PanelPointer, AClickElsewhereClosesUnlessPinned) {
     EXPECT_TRUE(editorHolds(kEditorText)) << editor().text();
     click(await("text", "Command"));
     ASSERT_TRUE(isFocused("text Command"));
-    input().type("back");
-    EXPECT_TRUE(soon([] { return command() == "back"; }));
+    typeCommand("back");
     input().chord({KEY_LEFTCTRL, KEY_T});
     EXPECT_TRUE(soon([] { return !isPinned(); }));
     clickBelowPanel();

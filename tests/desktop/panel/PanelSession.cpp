@@ -99,9 +99,13 @@ void PanelSession::deselect() {
     ASSERT_TRUE(soon([] { return editor().selection().empty(); }));
 }
 
-void PanelSession::send(const std::string& command) {
+void PanelSession::typeCommand(const std::string& command) {
     input().type(command);
-    EXPECT_TRUE(soon([&] { return PanelSession::command() == command; })) << PanelSession::command();
+    EXPECT_TRUE(soon([&] { return ProgramTest::command() == command; })) << ProgramTest::command();
+}
+
+void PanelSession::send(const std::string& command) {
+    typeCommand(command);
     input().tapKey(KEY_ENTER);
 }
 
@@ -144,11 +148,6 @@ std::string PanelSession::openedLinks() {
 
 bool PanelSession::comesToStore(const std::string& key, const json& value) {
     return soon([&] { return session().defaults().value(key, json()) == value; });
-}
-
-std::uint32_t PanelSession::pixelIn(const AccessibleElement& element, int fromLeft, int fromTop) {
-    const DesktopRectangle place = element.bounds();
-    return pixel(place.x + fromLeft, place.y + fromTop);
 }
 
 void PanelSession::expectFrontKept(const std::string& selection) {

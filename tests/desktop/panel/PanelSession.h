@@ -30,9 +30,10 @@ protected:
 
     static bool isPinned() { return await("check box", "On top").isChecked(); }
 
-    /// Sends a command and waits for the end of the answer.
+    /// Returns when the command field has it.
+    static void typeCommand(const std::string& command);
     static void send(const std::string& command);
-    /// The same with an answer that streams back.
+    /// Sends a command and waits for the end of the answer.
     static void converse(const std::string& command, const std::string& answer);
 
     // The next answers
@@ -50,7 +51,6 @@ protected:
     static std::string openedLinks();
     /// Whether the store comes to hold this for the key.
     static bool comesToStore(const std::string& key, const nlohmann::json& value);
-    static std::uint32_t pixelIn(const AccessibleElement& element, int fromLeft, int fromTop);
 
     /// The editor is the active window with the keyboard's focus, and has what was selected.
     static void expectFrontKept(const std::string& selection = kFirstLine);

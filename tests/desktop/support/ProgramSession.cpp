@@ -50,8 +50,14 @@ ProgramSession::ProgramSession(const std::string& windowManager, int height)
 void ProgramSession::beginAnew() {
     kill();
     formerOutput_.clear();
-    for (const char* folder : {".config", ".local/share", "Documents"})
-        std::filesystem::remove_all(path(folder));
+    for (const char* folder : {".config", ".local/share", "Documents"}) {
+        // What else runs on the desktop may be at work in there.
+        waitFor([&] {
+            std::error_code error;
+            std::filesystem::remove_all(path(folder), error);
+            return !error;
+        });
+    }
     std::filesystem::create_directories(path(".local/share"));
     writeFile(".config/fontconfig/fonts.conf", kFonts);
     server_.emplace();

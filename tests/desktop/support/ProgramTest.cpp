@@ -2,6 +2,7 @@
 
 #include "tests/desktop/support/FailureScreenshots.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -119,16 +120,18 @@ std::string ProgramTest::clipboard() {
     return runChild({"xclip", "-selection", "clipboard", "-o"}, std::chrono::seconds(2)).output;
 }
 
-std::uint32_t ProgramTest::pixel(int x, int y) {
-    xcb_connection_t* connection = desktop().connection();
-    const auto cookie = xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, desktop().rootWindow(),
-                                      static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), 1, 1, ~0U);
-    const std::unique_ptr<xcb_get_image_reply_t, decltype(&std::free)> reply(
-        xcb_get_image_reply(connection, cookie, nullptr), &std::free);
-    if (!reply)
-        return 0;
-    const std::uint8_t* bytes = xcb_get_image_data(reply.get());
-    return bytes[0] | (bytes[1] << 8U) | (bytes[2] << 16U);
+bool ProgramTest::hasColor(const DesktopRectangle& place, std::uint32_t color) {
+    const auto cookie =
+        xcb_get_image(desktop().connection(), XCB_IMAGE_FORMAT_Z_PIXMAP, desktop().rootWindow(),
+                      static_cast<std::int16_t>(place.x), static_cast<std::int16_t>(place.y),
+                      static_cast<std::uint16_t>(place.width), static_cast<std::uint16_t>(place.height), ~0U);
+    const std::unique_ptr<xcb_get_image_reply_t, decltype(&std::free)> image(
+        xcb_get_image_reply(desktop().connection(), cookie, nullptr), &std::free);
+    if (!image)
+        return false;
+    const auto* pixels = reinterpret_cast<const std::uint32_t*>(xcb_get_image_data(image.get()));
+    return std::any_of(pixels, pixels + xcb_get_image_data_length(image.get()) / 4,
+                       [&](std::uint32_t pixel) { return (pixel & 0xFFFFFF) == color; });
 }
 
 } // namespace quillmoth::test

@@ -68,8 +68,8 @@ protected:
     static std::string command();
 
     static std::string clipboard();
-    /// The colour of the screen there, as 0xRRGGBB.
-    static std::uint32_t pixel(int x, int y);
+    /// Whether the colour, as 0xRRGGBB, is anywhere in that part of the screen.
+    static bool hasColor(const DesktopRectangle& place, std::uint32_t color);
 };
 
 } // namespace quillmoth::test

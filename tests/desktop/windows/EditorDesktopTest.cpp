@@ -1,4 +1,3 @@
-#include "tests/desktop/support/VisibleWindows.h"
 #include "tests/desktop/windows/WindowsSession.h"
 
 #include <linux/input-event-codes.h>
@@ -40,7 +39,7 @@ protected:
         });
     }
 
-    static void awaitStored(std::size_t index, const char* key, const std::string& value) {
+    static void awaitField(std::size_t index, const char* key, const std::string& value) {
         eventually("the file holds " + value, [&] { return presets()[index].value(key, "") == value; });
     }
 
@@ -79,13 +78,13 @@ TEST_F(EditorDesktop, APresetIsAddedEditedAndStandsInThePanelsListAtOnce) {
     panelLists("New Prompt");
     awaitWindow("Prompt Editor");
     input().type("Haiku");
-    awaitStored(1, "name", "Haiku");
+    awaitField(1, "name", "Haiku");
     tabTo("text", "System Prompt");
     input().chord({KEY_LEFTCTRL, KEY_A});
     input().type("Poet.");
-    awaitStored(1, "systemPrompt", "Poet.");
+    awaitField(1, "systemPrompt", "Poet.");
     EXPECT_TRUE(await("text", "Emoji").setText("👩‍🚀"));
-    awaitStored(1, "emoji", "👩‍🚀");
+    awaitField(1, "emoji", "👩‍🚀");
     EXPECT_FALSE(has("push button", "Add Selected Text"));
     panelLists("Haiku");
     EXPECT_EQ(presets()[0], preset("One", "context"));
@@ -103,7 +102,7 @@ TEST_F(EditorDesktop, PresetsAreReorderedByPointerAndByKeyboardAndChangeTheirKin
     awaitNames("the pointer drags one to the end", {"Other", "One", "Three", "Two"});
     chooseRow("Three");
     click(await("radio button", "Non - Context"));
-    awaitStored(2, "promptType", "nonContext");
+    awaitField(2, "promptType", "nonContext");
     EXPECT_TRUE(goes("list item", "🦉Three"));
     EXPECT_EQ(await("text", "Name").text(), "Three") << "the form stays on it";
 }
@@ -160,9 +159,7 @@ TEST_F(EditorDesktop, TheWholeListGoesIntoAFileAndComesBackFromIt) {
     // Twice the same keys: the menu, its item, and the name of the file.
     const auto chooseFile = [&](int item, const char* dialog) {
         EXPECT_TRUE(await("push button", "Import and export").press());
-        eventually("the menu opens", [] {
-            return visiblePopupOf(desktop(), static_cast<std::uint32_t>(session().process())) != 0;
-        });
+        eventually("the menu opens", [] { return openMenu() != 0; });
         for (int count = 0; count < item; ++count)
             input().tapKey(KEY_DOWN);
         input().tapKey(KEY_ENTER);

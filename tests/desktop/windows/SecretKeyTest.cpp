@@ -43,7 +43,7 @@ TEST_F(SecretKey, OfAllFilesAndOutputOfARunTheDefaultsStoreAloneHoldsTheKey) {
     awaitWindow("Settings");
     tabTo("text", "OpenAI API Key:");
     input().type(kKey);
-    eventually("the key is stored", [] { return defaults().value("openapikey", "") == kKey; });
+    awaitStored("openapikey", kKey);
     ask("one");
     server().answer("/v1/chat/completions", jsonAnswer(401, R"({"error":{"message":"no"}})"));
     openPanel();

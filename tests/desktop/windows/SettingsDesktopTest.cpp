@@ -52,11 +52,6 @@ protected:
         return value.is_string() ? json::parse(value.get<std::string>()) : json();
     }
 
-    static void awaitStored(const char* key, const json& value) {
-        eventually(std::string(key) + " is stored as " + value.dump(),
-                   [&] { return defaults().value(key, json()) == value; });
-    }
-
     static void awaitGone(const std::string& text) {
         eventually("it no longer says: " + text, [&] { return !shows(text); });
     }

@@ -1,15 +1,10 @@
-#include "tests/desktop/support/VisibleWindows.h"
 #include "tests/desktop/windows/WindowsSession.h"
 
-#include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <fstream>
 #include <linux/input-event-codes.h>
 #include <map>
-#include <memory>
 #include <sstream>
-#include <xcb/xcb.h>
 
 namespace quillmoth::test {
 
@@ -68,20 +63,8 @@ protected:
         return tray;
     }
 
-    /// Whether the colour, as 0xRRGGBB, is anywhere in the tray.
-    static bool trayHas(std::uint32_t colour) {
-        const auto bar = windows().geometry(windows().windowTitled("panel").value());
-        const auto cookie =
-            xcb_get_image(desktop().connection(), XCB_IMAGE_FORMAT_Z_PIXMAP, desktop().rootWindow(),
-                          static_cast<std::int16_t>(bar.x), static_cast<std::int16_t>(bar.y),
-                          static_cast<std::uint16_t>(bar.width), static_cast<std::uint16_t>(bar.height), ~0U);
-        const std::unique_ptr<xcb_get_image_reply_t, decltype(&std::free)> image(
-            xcb_get_image_reply(desktop().connection(), cookie, nullptr), &std::free);
-        if (!image)
-            return false;
-        const auto* pixels = reinterpret_cast<const std::uint32_t*>(xcb_get_image_data(image.get()));
-        return std::any_of(pixels, pixels + xcb_get_image_data_length(image.get()) / 4,
-                           [&](std::uint32_t pixel) { return (pixel & 0xFFFFFF) == colour; });
+    static bool trayHas(std::uint32_t color) {
+        return hasColor(windows().geometry(windows().windowTitled("panel").value()), color);
     }
 
     /// The commands of the launcher entry's actions.
@@ -207,10 +190,7 @@ TEST_F(StartDesktop, TheTrayItemOpensAMenuWhoseKeysWork) {
     const ChildProcess tray = startTray();
     start();
     EXPECT_EQ(session().output().find("shows no tray"), std::string::npos) << session().output();
-    const auto menu = [&] {
-        return visiblePopupOf(desktop(), static_cast<std::uint32_t>(session().process()));
-    };
-    const auto openMenu = [&] {
+    const auto clickTray = [&] {
         const auto bar = windows().geometry(windows().windowTitled("panel").value());
         // The item comes when the tray has taken it in; a click before that meets nothing.
         eventually("a click on the item opens the menu", [&] {
@@ -220,12 +200,12 @@ TEST_F(StartDesktop, TheTrayItemOpensAMenuWhoseKeysWork) {
             input().pressButton(1);
             letPass(80ms);
             input().releaseButton(1);
-            return holdsWithin(1s, [&] { return menu() != 0; });
+            return holdsWithin(1s, [&] { return openMenu() != 0; });
         });
     };
     // A menu takes the keyboard a moment after it shows; a key before that meets nothing.
     const auto pressInMenu = [&](int key, const std::function<bool()>& isDone) {
-        openMenu();
+        clickTray();
         eventually("the menu's key works", [&] {
             input().chord({KEY_LEFTCTRL, key});
             return holdsWithin(2s, isDone);
@@ -237,12 +217,12 @@ TEST_F(StartDesktop, TheTrayItemOpensAMenuWhoseKeysWork) {
     pressInMenu(KEY_1, [] { return hasWindow("Onboarding"); });
     awaitWindow("Onboarding");
     closeWindow("Onboarding");
-    openMenu();
+    clickTray();
     // The third of four items, all of one height, with a separator before the last.
-    const DesktopRectangle place = windows().geometry(menu());
+    const DesktopRectangle place = windows().geometry(openMenu());
     input().click(place.x + place.width / 2, place.y + place.height * 11 / 20);
     awaitWindow("Settings");
-    eventually("the menu has closed", [&] { return menu() == 0; });
+    eventually("the menu has closed", [&] { return openMenu() == 0; });
     pressInMenu(KEY_Q, [&] { return !session().isRunning(); });
 }
 

@@ -1,5 +1,7 @@
 #include "tests/desktop/windows/WindowsSession.h"
 
+#include "tests/desktop/support/VisibleWindows.h"
+
 #include <linux/input-event-codes.h>
 
 namespace quillmoth::test {
@@ -56,6 +58,11 @@ void WindowsSession::closeWindow(const std::string& title) {
     eventually("Ctrl+W closes \"" + title + '"', [&] { return !hasWindow(title); });
 }
 
+void WindowsSession::awaitStored(const char* key, const json& value) {
+    eventually(std::string(key) + " is stored as " + value.dump(),
+               [&] { return defaults().value(key, json()) == value; });
+}
+
 void WindowsSession::awaitText(const std::string& text) {
     eventually("it says: " + text, [&] { return shows(text); });
 }
@@ -63,6 +70,10 @@ void WindowsSession::awaitText(const std::string& text) {
 void WindowsSession::closePanelByHotKey() {
     pressHotKey();
     eventually("the hot key closes the panel", [] { return !isOpen(); });
+}
+
+std::uint32_t WindowsSession::openMenu() {
+    return visiblePopupOf(desktop(), static_cast<std::uint32_t>(session().process()));
 }
 
 void WindowsSession::ask(const std::string& command) {

@@ -38,8 +38,12 @@ protected:
 
     /// Closes the window in front by the keyboard.
     static void closeWindow(const std::string& title);
+    /// Waits until the store holds the value; a null value stands for none.
+    static void awaitStored(const char* key, const nlohmann::json& value);
     static void awaitText(const std::string& text);
     static void closePanelByHotKey();
+    /// The program's menu while one is open, otherwise 0.
+    static std::uint32_t openMenu();
     /// Opens the panel by the hot key, sends `command`, and closes the panel with its conversation.
     static void ask(const std::string& command);
     /// Presses Tab until the control has the keyboard.
