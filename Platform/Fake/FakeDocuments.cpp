@@ -35,7 +35,7 @@ Result<std::string> FakeDocuments::readFile(const std::string& path) const {
     const auto found = files.find(path);
     if (found == files.end())
         return Error{path + ": No such file or directory"};
-    if (isUnreadable)
+    if (unreadable.contains(path))
         return Error{path + ": Permission denied"};
     return found->second;
 }
@@ -50,6 +50,20 @@ Result<void> FakeDocuments::writeFile(const std::string& path, const std::string
     files[path] = bytes;
     ++writeCount;
     return {};
+}
+
+void FakeDocuments::saveFile(const std::string& path, std::string bytes, Done done) {
+    done(writeFile(path, bytes));
+}
+
+void FakeDocuments::appendToFile(const std::string& path, std::string bytes, Done done) {
+    const auto former = files.find(path);
+    done(writeFile(path, (former == files.end() ? std::string() : former->second) + bytes));
+}
+
+void FakeDocuments::removeFile(const std::string& path, Done done) {
+    files.erase(path);
+    done({});
 }
 
 std::string FakeDocuments::pathOf(const std::string& filename) {

@@ -19,6 +19,10 @@ public:
     Result<void> createDirectory(const std::string& path) override;
     [[nodiscard]] Result<std::string> readFile(const std::string& path) const override;
     Result<void> writeFile(const std::string& path, const std::string& bytes) override;
+    // At once, within the call.
+    void saveFile(const std::string& path, std::string bytes, Done done) override;
+    void appendToFile(const std::string& path, std::string bytes, Done done) override;
+    void removeFile(const std::string& path, Done done) override;
 
     /// The content of a file in the program's folder of the documents; empty where it is missing.
     [[nodiscard]] std::string content(const std::string& filename) const;
@@ -28,7 +32,8 @@ public:
 
     /// Failures, as long as they are set.
     bool hasNoDirectory = false;
-    bool isUnreadable = false;
+    /// By their paths.
+    std::set<std::string> unreadable;
     bool isFolderUnwritable = false;
     bool isDiskFull = false;
 

@@ -1,6 +1,7 @@
 #include "Platform/Posix/DefaultsFile.h"
 
 #include "Foundation/Log.h"
+#include "Platform/Posix/Files.h"
 #include "Platform/Posix/ReplaceFile.h"
 
 #include <cerrno>
@@ -18,7 +19,6 @@ namespace quillmoth::platform {
 namespace {
 
 constexpr mode_t kFileMode = 0600;
-constexpr mode_t kFolderMode = 0700;
 constexpr int kLargestDepth = 64;
 
 bool sameMoment(const timespec& first, const timespec& second) {
@@ -84,7 +84,7 @@ bool DefaultsFile::keepAside(const std::string& reason) const {
 
 Result<std::string> DefaultsFile::write(const DefaultsObject& object) const {
     const auto folder = std::filesystem::path(path_).parent_path().string();
-    const auto made = makeFolders(folder, kFolderMode);
+    const auto made = makeFolders(folder);
     if (!made)
         return made.error();
     // Ill-formed UTF-8 becomes U+FFFD rather than a failure.
@@ -96,7 +96,7 @@ DefaultsLock::DefaultsLock(const std::string& folder)
     : folder_(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
     // Often: another process that writes one value after the other leaves short gaps only.
     constexpr auto kPause = std::chrono::microseconds(200);
-    constexpr int kAttempts = 1000;
+    constexpr int kAttempts = 25'000;
     for (int attempt = 0; folder_ >= 0 && attempt < kAttempts; ++attempt) {
         if (flock(folder_, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK)
             return;

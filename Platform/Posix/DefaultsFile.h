@@ -57,7 +57,7 @@ private:
 };
 
 /// Keeps other processes of this program from changing the store for the lifetime of the object. Waits
-/// some 0.3 seconds at most and goes on without it then: a stuck process must not hold this one.
+/// some 6 seconds at most and goes on without it then: a stuck process must not hold this one.
 class DefaultsLock {
 public:
     explicit DefaultsLock(const std::string& folder);

@@ -1,8 +1,9 @@
 #include "Platform/Posix/FileUserDefaults.h"
 
 #include "Foundation/Log.h"
-#include "Platform/Posix/DiskSync.h"
-#include "Platform/Posix/ReplaceFile.h"
+#include "Platform/Posix/FileWriter.h"
+#include "Platform/Posix/Files.h"
+#include "Platform/Posix/UnwrittenDefaults.h"
 
 #include <cmath>
 #include <filesystem>
@@ -34,8 +35,9 @@ std::string folderOf(const std::string& path) {
 
 } // namespace
 
-FileUserDefaults::FileUserDefaults(std::string path, DiskSync& diskSync, WatchFiles watchFiles)
-    : file_(std::move(path)), diskSync_(diskSync), watchFiles_(std::move(watchFiles)) {
+FileUserDefaults::FileUserDefaults(std::string path, FileWriter& writer, WatchFiles watchFiles)
+    : file_(std::move(path)), writer_(writer), unwritten_(std::make_shared<UnwrittenDefaults>(file_)),
+      watchFiles_(std::move(watchFiles)) {
     refresh(AtDamage::keepFileAside);
     changedElsewhere_ = false;
 }
@@ -62,7 +64,7 @@ void FileUserDefaults::remove(std::string_view key) {
 Subscription FileUserDefaults::onChange(std::function<void()> subscriber) {
     if (!watch_ && watchFiles_) {
         // A folder that does not exist cannot be watched.
-        (void)makeFolders(folderOf(file_.path()), 0700);
+        (void)makeFolders(folderOf(file_.path()));
         watch_ = watchFiles_([this] { return watchedPaths(); }, [this] { tellOfOtherProcesses(); });
     }
     return changed_.subscribe(std::move(subscriber));
@@ -74,53 +76,52 @@ std::vector<std::string> FileUserDefaults::watchedPaths() const {
     return {folderOf(file_.path()), folderOf(target), target};
 }
 
-bool FileUserDefaults::refresh(AtDamage atDamage) const {
-    if (file_.stamp() == stamp_ && atDamage == AtDamage::keepFormerValues)
-        return true;
-    auto content = file_.read();
-    // As it is now: reading may have put its permissions right.
-    stamp_ = file_.stamp();
-    if (content.condition == DefaultsFile::Condition::unreadable) {
-        logLine("The settings in \"" + file_.path() + "\" cannot be read: " + content.reason);
-        return false;
-    }
-    // Otherwise another process may be in the middle of writing it: the values read before hold until then.
-    if (content.condition == DefaultsFile::Condition::damaged)
-        return atDamage == AtDamage::keepFileAside && file_.keepAside(content.reason);
-    const auto former = std::exchange(object_, std::move(content.object));
-    applyUnwritten();
-    changedElsewhere_ = changedElsewhere_ || former != object_;
-    return true;
+void FileUserDefaults::setFaultHandler(std::function<void(const std::string& words)> handler) {
+    unwritten_->setFaultHandler(std::move(handler));
 }
 
-void FileUserDefaults::applyUnwritten() const {
-    for (const auto& [key, value] : unwritten_) {
-        if (value)
-            object_[key] = *value;
-        else
-            object_.erase(key);
+void FileUserDefaults::refresh(AtDamage atDamage) const {
+    if (file_.stamp() == stamp_ && atDamage == AtDamage::keepFormerValues)
+        return;
+    // Before the file is read: what is written and forgotten meanwhile is in one of the two.
+    const UnwrittenDefaults::Changes changes = unwritten_->changes();
+    auto content = readStamped();
+    if (content.condition == DefaultsFile::Condition::unreadable) {
+        logLine("The settings in \"" + file_.path() + "\" cannot be read: " + content.reason);
+        return;
     }
+    // Otherwise another process may be in the middle of writing it: the values read before hold until then.
+    if (content.condition == DefaultsFile::Condition::damaged) {
+        if (atDamage == AtDamage::keepFileAside)
+            file_.keepAside(content.reason);
+        return;
+    }
+    const auto former = std::exchange(object_, std::move(content.object));
+    UnwrittenDefaults::apply(changes, object_);
+    changedElsewhere_ = changedElsewhere_ || former != object_;
+}
+
+/// Reads the file, and the stamp of just that content, for which it takes a few turns where it is being
+/// written.
+DefaultsFile::Content FileUserDefaults::readStamped() const {
+    constexpr int kTurns = 4;
+    DefaultsFile::Content content;
+    for (int turn = 0; turn < kTurns; ++turn) {
+        stamp_ = file_.stamp();
+        content = file_.read();
+        if (file_.stamp() == stamp_)
+            break;
+    }
+    return content;
 }
 
 void FileUserDefaults::change(std::string_view key, std::optional<DefaultsObject> value) {
-    unwritten_.insert_or_assign(std::string(key), std::move(value));
-    applyUnwritten();
-    write();
+    refresh(AtDamage::keepFormerValues);
+    const UnwrittenDefaults::Changes one{{std::string(key), std::move(value)}};
+    UnwrittenDefaults::apply(one, object_);
+    if (unwritten_->add(one.front(), object_))
+        writer_.run([unwritten = unwritten_] { unwritten->write(); });
     changed_.emit();
-}
-
-void FileUserDefaults::write() {
-    const DefaultsLock lock(folderOf(file_.path()));
-    if (!refresh(AtDamage::keepFileAside))
-        return;
-    const auto written = file_.write(object_);
-    if (!written) {
-        logLine("The settings were not saved. " + written.error().description);
-        return;
-    }
-    stamp_ = file_.stamp();
-    unwritten_.clear();
-    diskSync_.request(*written);
 }
 
 void FileUserDefaults::tellOfOtherProcesses() {

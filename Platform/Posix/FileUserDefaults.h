@@ -3,18 +3,21 @@
 #include "Platform/Posix/DefaultsFile.h"
 #include "Platform/UserDefaults.h"
 
-#include <map>
+#include <functional>
+#include <memory>
 #include <vector>
 
 namespace quillmoth::platform {
 
-class DiskSync;
+class FileWriter;
+class UnwrittenDefaults;
 
 /// The defaults store as one JSON object in a file of mode 0600. Main thread.
 ///
-/// A read compares the file's stamp and reads it again where another process has changed it. A change is
-/// written at once, on top of what the file holds at that moment. Where it cannot be written it holds for
-/// this process and goes into the file with the next change that can be. Values are never logged.
+/// A read compares the file's stamp and reads it again where another process has changed it. A change holds
+/// at once and is written in the background, on top of what the file holds at that moment. Where it cannot be
+/// written it holds for this process and goes into the file with the next change that can be. A file that
+/// cannot be read is not written over. Values are never logged.
 class FileUserDefaults final : public UserDefaults {
 public:
     /// Calls `changed` when one of what `paths` names may have changed, as long as the subscription lives.
@@ -22,7 +25,10 @@ public:
                                                   std::function<void()> changed)>;
 
     /// Without `watchFiles` nobody hears of other processes' changes.
-    FileUserDefaults(std::string path, DiskSync& diskSync, WatchFiles watchFiles = {});
+    FileUserDefaults(std::string path, FileWriter& writer, WatchFiles watchFiles = {});
+
+    /// Called on the writer's thread with what to tell the user where settings could not be saved.
+    void setFaultHandler(std::function<void(const std::string& words)> handler);
 
     [[nodiscard]] std::optional<DefaultsValue> object(std::string_view key) const override;
 
@@ -36,22 +42,19 @@ public:
 private:
     enum class AtDamage { keepFormerValues, keepFileAside };
 
-    /// False where the file holds something that must not be written over.
-    bool refresh(AtDamage atDamage) const;
-    void applyUnwritten() const;
+    void refresh(AtDamage atDamage) const;
+    [[nodiscard]] DefaultsFile::Content readStamped() const;
     void change(std::string_view key, std::optional<DefaultsObject> value);
-    void write();
     void tellOfOtherProcesses();
     [[nodiscard]] std::vector<std::string> watchedPaths() const;
 
     DefaultsFile file_;
-    DiskSync& diskSync_;
+    FileWriter& writer_;
     // A read brings these up to date.
     mutable DefaultsObject object_ = DefaultsObject::object();
     mutable FileStamp stamp_;
     mutable bool changedElsewhere_ = false;
-    /// None stands for a removal.
-    std::map<std::string, std::optional<DefaultsObject>, std::less<>> unwritten_;
+    std::shared_ptr<UnwrittenDefaults> unwritten_;
     Signal<> changed_;
     WatchFiles watchFiles_;
     Subscription watch_;

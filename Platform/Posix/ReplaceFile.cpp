@@ -1,50 +1,21 @@
 #include "Platform/Posix/ReplaceFile.h"
 
 #include "Platform/Posix/FileDescriptor.h"
+#include "Platform/Posix/Files.h"
 
-#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
 #include <filesystem>
 #include <random>
 #include <sys/stat.h>
-#include <system_error>
+#include <unistd.h>
 
 namespace quillmoth::platform {
 
 namespace {
 
-Error failure(const char* action, const std::string& path, int code) {
-    return Error{"Could not " + std::string(action) + " \"" + path +
-                 "\": " + std::generic_category().message(code)};
-}
-
-/// 0, or the error's number.
-int writeAll(int file, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t count = write(file, bytes.data(), bytes.size());
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count < 0)
-            return errno;
-        bytes.remove_prefix(static_cast<std::size_t>(count));
-    }
-    return 0;
-}
-
-/// 0, or the error's number.
-int readAll(int file, std::string& bytes) {
-    std::array<char, 65536> buffer;
-    while (true) {
-        const ssize_t count = read(file, buffer.data(), buffer.size());
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count <= 0)
-            return count == 0 ? 0 : errno;
-        bytes.append(buffer.data(), static_cast<std::size_t>(count));
-    }
-}
+constexpr mode_t kOwnerAlone = 0600;
 
 struct TemporaryFile {
     std::string path;
@@ -67,21 +38,19 @@ TemporaryFile makeTemporaryFile(const std::filesystem::path& folder, mode_t mode
     return result;
 }
 
-/// 0, or the error's number; the temporary file has gone then.
-int writeAndRename(TemporaryFile& temporary, const std::string& target, std::string_view bytes,
-                   const struct stat* former, std::optional<mode_t> mode) {
+/// Puts `bytes` into the temporary file, on the disk. 0, or the error's number.
+int fillTemporaryFile(TemporaryFile& temporary, std::string_view bytes, const struct stat* former,
+                      std::optional<mode_t> mode) {
     // The owner first: changing it may clear bits of the mode. Only the superuser may; others keep theirs.
     if (former)
         (void)!fchown(temporary.file.get(), former->st_uid, former->st_gid);
     int error = mode && fchmod(temporary.file.get(), *mode) != 0 ? errno : 0;
     if (error == 0)
         error = writeAll(temporary.file.get(), bytes);
+    if (error == 0)
+        error = syncToDisk(temporary.file.get());
     if (!temporary.file.close() && error == 0)
         error = errno;
-    if (error == 0 && std::rename(temporary.path.c_str(), target.c_str()) != 0)
-        error = errno;
-    if (error != 0)
-        unlink(temporary.path.c_str());
     return error;
 }
 
@@ -105,26 +74,43 @@ Result<std::string> writeInPlace(const std::string& target, std::string_view byt
                                  std::optional<mode_t> mode) {
     const FileDescriptor file(open(target.c_str(), O_RDWR | O_CLOEXEC));
     if (!file)
-        return failure("write", target, errno);
+        return fileError("write", target, errno);
     std::string former;
     int error = readAll(file.get(), former);
     if (error == 0)
         error = reserve(file.get(), bytes.size());
     if (error != 0)
-        return failure("write", target, error);
+        return fileError("write", target, error);
     error = overwrite(file.get(), bytes);
     if (error != 0) {
         overwrite(file.get(), former);
-        return failure("write", target, error);
+        return fileError("write", target, error);
     }
     if (mode && fchmod(file.get(), *mode) != 0)
-        return failure("set the permissions of", target, errno);
+        return fileError("set the permissions of", target, errno);
+    error = syncToDisk(file.get());
+    if (error != 0)
+        return fileError("bring to the disk", target, error);
     return target;
 }
 
-/// The folder, not the disk or the bytes, is what stands in the way.
-bool folderRefuses(int error) {
-    return error == EACCES || error == EPERM || error == EROFS || error == EBUSY || error == ETXTBSY;
+/// Why no file may be put in the place of `target`, which `former` describes; 0 for nothing.
+int refusal(const std::string& target, const struct stat& former) {
+    if (S_ISDIR(former.st_mode))
+        return EISDIR;
+    if (!S_ISREG(former.st_mode))
+        return EINVAL;
+    // What cannot be read is nowhere else, and is not written over.
+    return faccessat(AT_FDCWD, target.c_str(), R_OK | W_OK, AT_EACCESS) == 0 ? 0 : errno;
+}
+
+/// The folder takes no new file, or gives the former one not up: then the file itself may still be written.
+bool takesNoNewFile(int error) {
+    return error == EACCES || error == EPERM || error == EROFS;
+}
+
+bool keepsItsFile(int error) {
+    return error == EACCES || error == EPERM || error == EBUSY || error == ETXTBSY;
 }
 
 } // namespace
@@ -136,69 +122,49 @@ Result<std::string> replaceFile(const std::string& path, std::string_view bytes,
     struct stat former {};
 
     const bool exists = stat(target.c_str(), &former) == 0;
-    if (exists && S_ISDIR(former.st_mode))
-        return failure("write", target, EISDIR);
-    if (exists && !S_ISREG(former.st_mode))
-        return failure("write", target, EINVAL);
-    if (exists && faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0)
-        return failure("write", target, errno);
+    int error = exists ? refusal(target, former) : errno == ENOENT ? 0 : errno;
+    if (error != 0)
+        return fileError("write", target, error);
     const auto mode = exists && !forcedMode ? std::optional(former.st_mode & 07777) : forcedMode;
     auto temporary =
-        makeTemporaryFile(std::filesystem::path(target).parent_path(), forcedMode.value_or(0666));
-    int error = temporary.file ? 0 : errno;
-    if (error == 0)
-        error = writeAndRename(temporary, target, bytes, exists ? &former : nullptr, mode);
-    if (error == 0)
-        return target;
-    return exists && folderRefuses(error) ? writeInPlace(target, bytes, forcedMode)
-                                          : failure("write", target, error);
-}
-
-Result<std::string> readWholeFile(const std::string& path) {
-    const FileDescriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
-
-    struct stat status {};
-
-    if (!file || fstat(file.get(), &status) != 0)
-        return failure("read", path, errno);
-    std::string bytes;
-    bytes.reserve(static_cast<std::size_t>(status.st_size));
-    const int error = readAll(file.get(), bytes);
-    if (error != 0)
-        return failure("read", path, error);
-    return bytes;
-}
-
-Result<void> makeFolders(const std::string& path, mode_t mode) {
-    const std::filesystem::path folder(path);
-    if (mkdir(path.c_str(), mode) == 0)
-        return {};
-    int error = errno;
-    if (error == ENOENT && folder.has_relative_path()) {
-        auto above = makeFolders(folder.parent_path().string(), mode);
-        if (!above)
-            return above;
-        error = mkdir(path.c_str(), mode) == 0 ? 0 : errno;
+        makeTemporaryFile(std::filesystem::path(target).parent_path(), forcedMode.value_or(kOwnerAlone));
+    if (!temporary.file) {
+        error = errno;
+        return exists && takesNoNewFile(error) ? writeInPlace(target, bytes, forcedMode)
+                                               : fileError("write", target, error);
     }
-    std::error_code ignored;
-    if (error == 0 || std::filesystem::is_directory(folder, ignored))
-        return {};
-    return failure("make the folder", path, error == EEXIST ? ENOTDIR : error);
+    error = fillTemporaryFile(temporary, bytes, exists ? &former : nullptr, mode);
+    const bool isFilled = error == 0;
+    if (isFilled && std::rename(temporary.path.c_str(), target.c_str()) != 0)
+        error = errno;
+    if (error != 0) {
+        unlink(temporary.path.c_str());
+        return exists && isFilled && keepsItsFile(error) ? writeInPlace(target, bytes, forcedMode)
+                                                         : fileError("write", target, error);
+    }
+    error = syncFolderOf(target);
+    return error == 0 ? Result(target) : fileError("bring to the disk", target, error);
 }
 
-std::string resolvedPath(const std::string& path) {
-    // As many links as the kernel follows.
-    constexpr int kMostLinks = 40;
-    std::filesystem::path current(path);
-    std::error_code error;
-    for (int links = 0; links < kMostLinks; ++links) {
-        const auto next = std::filesystem::read_symlink(current, error);
-        if (error)
-            break;
-        // An absolute path replaces all that stands before it.
-        current = current.parent_path() / next;
-    }
-    return current.string();
+Result<void> appendToFile(const std::string& path, std::string_view bytes) {
+    const FileDescriptor file(
+        open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK, kOwnerAlone));
+
+    struct stat former {};
+
+    if (!file || fstat(file.get(), &former) != 0)
+        return fileError("write", path, errno);
+    if (!S_ISREG(former.st_mode))
+        return fileError("write", path, EINVAL);
+    int error = writeAll(file.get(), bytes);
+    if (error == 0)
+        error = syncToDisk(file.get());
+    if (error == 0 && former.st_size == 0)
+        error = syncFolderOf(path);
+    if (error == 0)
+        return {};
+    (void)!ftruncate(file.get(), former.st_size);
+    return fileError("write", path, error);
 }
 
 } // namespace quillmoth::platform

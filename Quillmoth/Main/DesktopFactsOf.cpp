@@ -8,8 +8,8 @@
 #include "Platform/Linux/Unavailable/UnavailableServices.h"
 #include "Platform/Linux/X11/Selection/X11Pasteboard.h"
 #include "Platform/Linux/X11/X11BackEnd.h"
-#include "Platform/Posix/DiskSync.h"
 #include "Platform/Posix/FileUserDefaults.h"
+#include "Platform/Posix/FileWriter.h"
 #include "Platform/Qt/UserFolders.h"
 
 #include <QDBusConnection>
@@ -29,8 +29,8 @@ bool isOnSessionBus(const QString& name) {
 
 /// The stored hot key, or the one that a first start stores.
 std::optional<KeyboardShortcuts::Shortcut> hotKey() {
-    platform::DiskSync diskSync;
-    platform::FileUserDefaults defaults(platform::defaultsFilePath(), diskSync);
+    platform::FileWriter fileWriter;
+    platform::FileUserDefaults defaults(platform::defaultsFilePath(), fileWriter);
     platform::UnavailableHotKeyCenter hotKeys;
     const KeyboardShortcuts::Center center(defaults, hotKeys);
     const KeyboardShortcuts::Name name("showFloatingPanel");

@@ -6,12 +6,14 @@
 #include "Platform/Linux/X11/Keys/X11Keycodes.h"
 #include "Platform/Linux/X11/Selection/X11Pasteboard.h"
 #include "Platform/Linux/X11/X11BackEnd.h"
+#include "Platform/Posix/OwnFolder.h"
 #include "Platform/Qt/FileWatch.h"
 #include "Quillmoth/Settings/SettingsModel.h"
 
 #include <QApplication>
 #include <QWidget>
 
+#include <filesystem>
 #include <utility>
 
 namespace quillmoth {
@@ -55,11 +57,15 @@ std::unique_ptr<platform::HotKeyCenter> makeHotKeys(platform::X11BackEnd& x11) {
 } // namespace
 
 DesktopServices::DesktopServices()
-    : userDefaults(platform::defaultsFilePath(), diskSync, platform::watchFiles), x11_(makeX11()),
+    : userDefaults(platform::defaultsFilePath(), fileWriter, platform::watchFiles), x11_(makeX11()),
       desktopHotKeys_(x11_ ? makeHotKeys(*x11_) : nullptr),
       workspace(
           mainQueue, [this] { return frontProcess(); }, [this] { return terminalSelection(); }),
       accessibility(accessibilityHooks()) {
+    // Before anybody reads or writes there.
+    platform::putFolderInOrder(platform::documentsFolder() + "/Quillmoth", userDefaults);
+    platform::putFolderInOrder(std::filesystem::path(platform::defaultsFilePath()).parent_path().string(),
+                               userDefaults);
     // The first question to it comes soon; it connects meanwhile.
     accessibility.start();
     if (!x11_)

@@ -4,9 +4,9 @@
 #include "Platform/Linux/AtSpi/AtSpiAccessibility.h"
 #include "Platform/Linux/Unavailable/UnavailableServices.h"
 #include "Platform/Platform.h"
-#include "Platform/Posix/DiskSync.h"
 #include "Platform/Posix/FileDocuments.h"
 #include "Platform/Posix/FileUserDefaults.h"
+#include "Platform/Posix/FileWriter.h"
 #include "Platform/Posix/SerialOperationQueues.h"
 #include "Platform/Posix/SystemClock.h"
 #include "Platform/Qt/QtApplication.h"
@@ -61,10 +61,11 @@ public:
     /// not answered yet.
     void setConsentQuestion(std::function<void()> ask) { askForConsent_ = std::move(ask); }
 
-    platform::DiskSync diskSync;
     platform::QtMainQueue mainQueue;
+    // Finishes at its end what waits to be written.
+    platform::FileWriter fileWriter;
     platform::FileUserDefaults userDefaults;
-    platform::FileDocuments documents{platform::documentsFolder(), diskSync};
+    platform::FileDocuments documents{platform::documentsFolder(), fileWriter, mainQueue};
     platform::ResourceBundle bundle;
     platform::SystemClock clock;
     platform::QtUUIDSource uuidSource;

@@ -4,8 +4,8 @@
 
 #include "Foundation/Log.h"
 #include "Platform/Fake/FakePlatform.h"
-#include "Platform/Posix/DiskSync.h"
 #include "Platform/Posix/FileDocuments.h"
+#include "Platform/Posix/FileWriter.h"
 #include "Quillmoth/Shell/Controls/ColorScheme.h"
 #include "Quillmoth/Shell/Editor/PromptEditorWindow.h"
 
@@ -85,8 +85,8 @@ struct Store {
     const ScopedLogCapture log{[](const std::string&) {}};
     QTemporaryDir folder;
     platform::FakePlatform fake;
-    platform::DiskSync diskSync;
-    platform::FileDocuments documents{folder.filePath("Documents").toStdString(), diskSync};
+    platform::FileWriter writer;
+    platform::FileDocuments documents{folder.filePath("Documents").toStdString(), writer, fake.mainQueue};
     ColorScheme scheme{false};
     std::shared_ptr<DataModel> model;
     std::unique_ptr<PromptEditorWindow> window;

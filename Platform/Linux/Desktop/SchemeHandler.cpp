@@ -1,6 +1,7 @@
 #include "Platform/Linux/Desktop/SchemeHandler.h"
 
 #include "Foundation/Log.h"
+#include "Platform/Linux/Desktop/EntryFile.h"
 #include "Platform/Linux/Desktop/XDGLoginItems.h"
 
 #include <QProcess>
@@ -72,22 +73,6 @@ bool removeOurs(const fs::path& path) {
     return isOurs(path) && fs::remove(path, ignored);
 }
 
-Result<void> writeEntry(const fs::path& path, const std::string& entry) {
-    std::error_code error;
-    fs::create_directories(path.parent_path(), error);
-    const fs::path draft = path.string() + ".new";
-    std::ofstream file(draft, std::ios::trunc | std::ios::binary);
-    file << entry;
-    file.close();
-    if (file)
-        fs::rename(draft, path, error);
-    if (!file || error) {
-        fs::remove(draft, error);
-        return Error{"Could not write \"" + path.string() + '"'};
-    }
-    return {};
-}
-
 } // namespace
 
 Result<std::string> arrangeSchemeEntries(const std::string& executable,
@@ -103,7 +88,7 @@ Result<std::string> arrangeSchemeEntries(const std::string& executable,
     const std::string entry = entryFor(executable);
     if (contentOf(own) == entry)
         return std::string(hadFormer ? kOwnName : "");
-    if (const auto written = writeEntry(own, entry); !written)
+    if (const auto written = writeEntryFile(own, entry); !written)
         return written.error();
     return std::string(kOwnName);
 }

@@ -1,5 +1,7 @@
 #include "Platform/Linux/Desktop/XDGLoginItems.h"
 
+#include "Platform/Linux/Desktop/EntryFile.h"
+
 #include <cstdlib>
 #include <fstream>
 #include <string_view>
@@ -85,23 +87,7 @@ bool XDGLoginItems::isEnabled(const std::string& identifier) const {
 }
 
 Result<void> XDGLoginItems::registerItem(const std::string& identifier) {
-    std::error_code error;
-    fs::create_directories(folder_, error);
-    if (error)
-        return failure("Could not make the folder " + folder_.string(), error);
-    const fs::path target = file(identifier);
-    const fs::path draft = target.string() + ".new";
-    std::ofstream stream(draft, std::ios::trunc);
-    stream << entry(command_);
-    stream.close();
-    if (!stream) {
-        fs::remove(draft, error);
-        return Error{"Could not write " + draft.string()};
-    }
-    fs::rename(draft, target, error);
-    if (error)
-        return failure("Could not write " + target.string(), error);
-    return {};
+    return writeEntryFile(file(identifier), entry(command_));
 }
 
 Result<void> XDGLoginItems::unregisterItem(const std::string& identifier) {

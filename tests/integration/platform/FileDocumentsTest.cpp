@@ -1,5 +1,7 @@
 #include "Platform/Posix/FileDocuments.h"
-#include "Platform/Posix/DiskSync.h"
+#include "Platform/Fake/FakeMainQueue.h"
+#include "Platform/Posix/FileWriter.h"
+#include "Platform/Posix/ReplaceFile.h"
 #include "Platform/Qt/UserFolders.h"
 #include "tests/integration/ScopedVariable.h"
 #include "tests/integration/platform/TemporaryFolder.h"
@@ -23,8 +25,9 @@ using Names = std::vector<std::string>;
 class FileDocumentsTest : public testing::Test {
 protected:
     TemporaryFolder folder;
-    DiskSync diskSync;
-    FileDocuments documents{folder.path("Documents"), diskSync};
+    FakeMainQueue mainQueue;
+    FileWriter writer;
+    FileDocuments documents{folder.path("Documents"), writer, mainQueue};
 
     [[nodiscard]] std::string path(const std::string& name) const { return folder.path(name); }
 };
@@ -142,7 +145,7 @@ TEST_F(FileDocumentsTest, WritesInPlaceWhereTheFolderTakesNoNewFile) {
     const auto refused = documents.writeFile(path("another"), "new");
     ASSERT_FALSE(refused);
     EXPECT_NE(refused.error().description.find("Permission denied"), std::string::npos);
-    diskSync.flush();
+    writer.flush();
 }
 
 TEST_F(FileDocumentsTest, SaysWhatStandsInTheWay) {
@@ -183,25 +186,6 @@ TEST_F(FileDocumentsTest, TheDocumentsFolderIsTheOneOfTheUserDirectoriesAndMadeW
         EXPECT_TRUE(documents.createDirectory(path("a/b/c")));
     EXPECT_TRUE(documents.fileExists(path("a/b/c")));
     EXPECT_FALSE(documents.fileExists(path("a/x")));
-}
-
-TEST(DiskSync, TakesRequestsFromManyThreadsAndFinishesThemAtTheEnd) {
-    const TemporaryFolder folder;
-    {
-        DiskSync sync;
-        std::vector<std::thread> threads;
-        for (int number = 0; number < 4; ++number)
-            threads.emplace_back([&, name = folder.path(std::to_string(number))] {
-                for (int round = 0; round < 50; ++round) {
-                    setContent(name, "x");
-                    sync.request(name);
-                }
-            });
-        sync.flush();
-        for (auto& thread : threads)
-            thread.join();
-    }
-    EXPECT_EQ(folder.names().size(), 4U);
 }
 
 } // namespace quillmoth::platform

@@ -1,6 +1,6 @@
 #include "Platform/Posix/FileUserDefaults.h"
 #include "Foundation/Log.h"
-#include "Platform/Posix/DiskSync.h"
+#include "Platform/Posix/FileWriter.h"
 #include "Platform/Qt/FileWatch.h"
 #include "tests/integration/platform/CoreApplication.h"
 #include "tests/integration/platform/TemporaryFolder.h"
@@ -22,12 +22,12 @@ using test::TemporaryFolder;
 class FileUserDefaultsTest : public testing::Test {
 protected:
     std::unique_ptr<FileUserDefaults> open() {
-        return std::make_unique<FileUserDefaults>(path_, sync_, watchFiles);
+        return std::make_unique<FileUserDefaults>(path_, writer_, watchFiles);
     }
 
     TemporaryFolder folder_;
     std::string path_ = folder_.path("defaults.json");
-    DiskSync sync_;
+    FileWriter writer_;
     std::string logged_;
     ScopedLogCapture capture_{[this](const std::string& line) { logged_ += line; }};
 };
@@ -46,10 +46,12 @@ TEST_F(FileUserDefaultsTest, ValuesKeepTheirTypesAndSurviveTheProcess) {
     const auto writer = open();
     for (const auto& [key, value] : values)
         writer->set(key, value);
+    writer_.flush();
     const auto reader = open();
     for (const auto& [key, value] : values)
         EXPECT_EQ(reader->object(key), value) << key;
     writer->remove("text");
+    writer_.flush();
     EXPECT_EQ(reader->object("text"), std::nullopt);
     writer->set("infinite", INFINITY);
     EXPECT_EQ(writer->object("infinite"), std::nullopt);
@@ -62,10 +64,12 @@ TEST_F(FileUserDefaultsTest, FileAndFolderAreForTheOwnerAloneAlsoWhereALooserFil
     EXPECT_EQ(modeOf(path_), 0600U) << "after reading";
     chmod(path_.c_str(), 0666);
     defaults->set("model", std::string("gpt-4"));
+    writer_.flush();
     EXPECT_EQ(modeOf(path_), 0600U) << "after writing";
     EXPECT_EQ(defaults->string("openapikey"), "secret");
     path_ = folder_.path("config/quillmoth/defaults.json");
     open()->set("key", true);
+    writer_.flush();
     EXPECT_EQ(contentOf(path_), "{\n  \"key\": true\n}\n");
     EXPECT_EQ(modeOf(folder_.path("config/quillmoth")), 0700U);
 }
@@ -76,6 +80,7 @@ TEST_F(FileUserDefaultsTest, WhatItDoesNotKnowStaysInPlaceWhenAValueIsWritten) {
     EXPECT_EQ(defaults->object("z"), std::nullopt);
     EXPECT_EQ(defaults->object("later"), std::nullopt);
     defaults->set("model", std::string("b"));
+    writer_.flush();
     const auto file = DefaultsObject::parse(contentOf(path_));
     EXPECT_EQ(file.dump(), R"({"z":{"nested":[1,2.5,null]},"model":"b","later":null,"list":[true]})");
 }
@@ -87,6 +92,7 @@ TEST_F(FileUserDefaultsTest, AReadSeesWhatAnotherProcessHasWrittenAndAWriteKeeps
     theirs->set("b", std::int64_t{2});
     mine->set("c", std::int64_t{3});
     theirs->remove("a");
+    writer_.flush();
     EXPECT_EQ(mine->number("b", 0), 2);
     EXPECT_EQ(mine->object("a"), std::nullopt);
     EXPECT_EQ(theirs->number("c", 0), 3);
@@ -102,9 +108,12 @@ TEST_F(FileUserDefaultsTest, ProcessesThatWriteAtOnceLoseNothing) {
     std::vector<std::thread> threads;
     for (const char* name : {"first ", "second "})
         threads.emplace_back([this, name] {
-            const auto defaults = open();
-            for (int round = 0; round < kRounds; ++round)
+            FileWriter writer;
+            const auto defaults = std::make_unique<FileUserDefaults>(path_, writer);
+            for (int round = 0; round < kRounds; ++round) {
                 defaults->set(name + std::to_string(round), true);
+                writer.flush();
+            }
         });
     for (auto& thread : threads)
         thread.join();
@@ -131,12 +140,14 @@ TEST_F(FileUserDefaultsTest, ADamagedFileIsKeptAsideAndNamedInTheLogWithoutItsCo
 TEST_F(FileUserDefaultsTest, AFileThatIsBeingWrittenElsewhereDoesNotTakeTheValuesAway) {
     const auto defaults = open();
     defaults->set("a", true);
+    writer_.flush();
     setContent(path_, R"({"a": fal)");
     EXPECT_TRUE(defaults->boolean("a", false));
     setContent(path_, R"({"a": false})");
     EXPECT_FALSE(defaults->boolean("a", true));
     setContent(path_, R"({"a": fal)");
     defaults->set("b", true);
+    writer_.flush();
     EXPECT_EQ(DefaultsObject::parse(contentOf(path_)).dump(), R"({"a":false,"b":true})");
     EXPECT_EQ(contentOf(path_ + ".damaged-1"), R"({"a": fal)");
 }
@@ -144,13 +155,18 @@ TEST_F(FileUserDefaultsTest, AFileThatIsBeingWrittenElsewhereDoesNotTakeTheValue
 TEST_F(FileUserDefaultsTest, AChangeThatCannotBeWrittenHoldsAndIsWrittenWithTheNext) {
     std::filesystem::create_directory(path_);
     const auto defaults = open();
+    std::string told;
+    defaults->setFaultHandler([&](const std::string& words) { told = words; });
     defaults->set("a", std::string("unwritten"));
+    writer_.flush();
+    EXPECT_NE(told.find("The settings were not saved."), std::string::npos) << told;
     EXPECT_EQ(defaults->string("a"), "unwritten");
     EXPECT_NE(logged_.find(path_), std::string::npos);
     EXPECT_EQ(logged_.find("unwritten"), std::string::npos);
     std::filesystem::remove(path_);
     EXPECT_EQ(defaults->string("a"), "unwritten");
     defaults->set("b", true);
+    writer_.flush();
     EXPECT_EQ(DefaultsObject::parse(contentOf(path_)).dump(), R"({"a":"unwritten","b":true})");
 }
 
@@ -160,6 +176,8 @@ TEST_F(FileUserDefaultsTest, ListenersHearOfOwnChangesAndOfThoseOfOtherProcesses
     int calls = 0;
     auto subscription = defaults->onChange([&] { ++calls; });
     defaults->set("a", true);
+    EXPECT_EQ(calls, 1);
+    writer_.flush();
     EXPECT_FALSE(eventually([&] { return calls != 1; }, 100)) << "what it has written itself is no news";
     for (const char* content : {R"({"a": 1})", R"({"a": 2})"}) {
         const int former = calls;
