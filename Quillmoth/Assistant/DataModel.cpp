@@ -21,15 +21,12 @@ std::shared_ptr<DataModel> DataModel::create(const platform::Platform& platform)
 
 DataModel::DataModel(const platform::Platform& platform)
     : _PromptM(*this, "_PromptM", std::make_shared<PromptModel>(platform.bundle, platform.documents)),
-      platform_(platform), answerStream_(*this, platform) {
-    std::string historyProblem;
-    _oldMessages = jsonFunction::loadJSONFile<oldMessagesStruct>(
-                       kHistoryFilename, platform_.documents,
-                       [&](const std::string& json) { return readOldMessages(json, platform_.uuidSource); },
-                       historyProblem)
-                       .value_or(std::vector<oldMessagesStruct>());
-    const std::string& problem = _PromptM.get()->loadProblem();
-    _error = problem + (problem.empty() || historyProblem.empty() ? "" : "\n") + historyProblem;
+      platform_(platform), history_(kHistoryFilename, "conversations", platform.documents),
+      journal_(*this, _messages, platform, [this](const std::string& words) { tell(words); }),
+      answerStream_(*this, platform) {
+    _oldMessages = jsonFunction::loadJSONFile<oldMessagesStruct>(history_, [&](const std::string& json) {
+                       return readOldMessages(json, platform_.uuidSource);
+                   }).value_or(std::vector<oldMessagesStruct>());
     _extractedTexts = extractBracketedTexts(kSamplePrompt);
     promptsSubscription_ =
         _PromptM.get()->objectWillChange([this](std::string_view) { presetFilter_.invalidate(); });
@@ -38,6 +35,26 @@ DataModel::DataModel(const platform::Platform& platform)
         clampSelection();
     });
     _PromptM.get()->save();
+    followFiles();
+    recoverConversations();
+}
+
+void DataModel::followFiles() {
+    DocumentFile& presets = _PromptM.get()->file();
+    for (const DocumentFile* file : {&presets, &history_}) {
+        if (!file->fault().empty())
+            tell(file->fault());
+    }
+    const auto follow = [this](const std::string& words) { tell(words); };
+    presetsFault_ = presets.onFault(follow);
+    historyFault_ = history_.onFault(follow);
+}
+
+/// Where the user looks next, behind what is said there already.
+void DataModel::tell(const std::string& words) {
+    const std::string& former = _error;
+    if (former.find(words) == std::string::npos)
+        _error = former.empty() ? words : former + "\n" + words;
 }
 
 void DataModel::sendPrompt(std::string text) {

@@ -3,6 +3,7 @@
 #include "Foundation/Published.h"
 #include "Platform/Platform.h"
 #include "Quillmoth/Assistant/AnswerStream.h"
+#include "Quillmoth/Assistant/ConversationJournal.h"
 #include "Quillmoth/Assistant/FloatingViewPanel.h"
 #include "Quillmoth/Assistant/OldMessages.h"
 #include "Quillmoth/Assistant/PresetFilter.h"
@@ -31,7 +32,8 @@ public:
     /// The row of the typed command, as an index.
     static constexpr std::int64_t kTypedCommand = -1;
 
-    /// Loads the presets and the history and writes the presets file.
+    /// Loads the presets and the history, writes the presets file, and stores the conversations that the last
+    /// end of the process has left open as the first of the history.
     [[nodiscard]] static std::shared_ptr<DataModel> create(const platform::Platform& platform);
 
     // Asking the service
@@ -44,8 +46,11 @@ public:
 
     // History
     void archiveConversation();
-    void storeConversation(const std::string& topic, std::vector<ChatMessage> messages, std::int64_t index);
-    void storeConversationWithDate(std::vector<ChatMessage> messages, std::int64_t index);
+    /// `journalKey` is that of the conversation in the journal, which gives it up once it is on the disk.
+    void storeConversation(const std::string& topic, std::vector<ChatMessage> messages, std::int64_t index,
+                           const std::string& journalKey = {});
+    void storeConversationWithDate(std::vector<ChatMessage> messages, std::int64_t index,
+                                   const std::string& journalKey = {});
 
     // Lists
     void refreshContextList();
@@ -63,6 +68,10 @@ public:
     void dismissStep();
     /// Writes `text` over the selection of the front application. In silence where that is not possible.
     void replaceSelection(const std::string& text) const;
+
+    /// Says `words` where the user looks next, behind what is said there already: a file that cannot be read
+    /// or written.
+    void tell(const std::string& words);
 
     Published<std::string> _selectedValue{*this, "_selectedValue"};
     Published<std::string> _responseValue{*this, "_responseValue"};
@@ -96,6 +105,9 @@ public:
     explicit DataModel(const platform::Platform& platform);
 
 private:
+    void followFiles();
+    void recoverConversations();
+    void saveHistory(std::vector<std::string> journalKeys);
     // runPrompt's ways
     void sendForm();
     void runWithoutContext();
@@ -104,10 +116,14 @@ private:
     void beginConversation(std::string systemPrompt);
 
     const platform::Platform platform_;
+    DocumentFile history_;
+    ConversationJournal journal_;
     AnswerStream answerStream_;
     PresetFilter presetFilter_;
     Subscription promptsSubscription_;
     Subscription arrangementSubscription_;
+    Subscription presetsFault_;
+    Subscription historyFault_;
 };
 
 } // namespace quillmoth

@@ -64,6 +64,14 @@ QuillmothApp::QuillmothApp()
     services_.statusItems.setSymbolColour([this] { return windows_.trayColour(); });
     windows_.onTrayColourChange = [this] { services_.statusItems.redrawSymbol(); };
     _appDelegate.onRefusedLink = [this](const std::string& reason) { windows_.showRefusedLink(reason); };
+    services_.userDefaults.setFaultHandler(
+        [&mainQueue = services_.mainQueue,
+         weak = std::weak_ptr(_appDelegate._coreAppModel)](const std::string& words) {
+            mainQueue.async([weak, words] {
+                if (const auto model = weak.lock())
+                    model->tell(words);
+            });
+        });
     services_.setConsentQuestion([this] { windows_.askForConsent(); });
 }
 
@@ -82,6 +90,10 @@ void QuillmothApp::finishLaunching() {
 std::unique_ptr<PanelContent> QuillmothApp::makePanelContent() {
     const auto openLink = [this](const QString& url) { services_.workspace.openURL(url.toStdString()); };
     return makeFloatingView(controller_, {.messages = {.markdown = &markdown_, .openLink = openLink}});
+}
+
+void QuillmothApp::finishWriting() {
+    services_.fileWriter.flush();
 }
 
 void QuillmothApp::openURLs(const std::vector<std::string>& urls) {

@@ -33,6 +33,9 @@ public:
     /// What this start itself asks for.
     void carryOutFirst(const platform::InstanceRequest& request);
 
+    /// Returns when all that was changed so far is on the disk, or has failed.
+    void finishWriting();
+
 private:
     [[nodiscard]] std::unique_ptr<PanelContent> makePanelContent();
     void openURLs(const std::vector<std::string>& urls);

@@ -66,8 +66,10 @@ int run(int& argc, char** argv, const std::optional<platform::InstanceRequest>& 
     QuillmothApp program;
     platform::SingleInstance instance(
         [&program](const platform::InstanceRequest& request) { program.carryOut(request); });
-    if (instance.claim() == platform::SingleInstance::Claim::taken)
+    if (instance.claim() == platform::SingleInstance::Claim::taken) {
+        program.finishWriting();
         return yieldStart(firstRequest, std::cerr);
+    }
     program.finishLaunching();
     if (firstRequest)
         program.carryOutFirst(*firstRequest);

@@ -2,62 +2,93 @@
 
 #include "Foundation/Log.h"
 #include "Foundation/Result.h"
+#include "Quillmoth/Prompts/DocumentFile.h"
 
+#include <algorithm>
+#include <functional>
+#include <iterator>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace quillmoth::platform {
 class Bundle;
-class Documents;
-} // namespace quillmoth::platform
+}
 
-/// Whole-array JSON files in the folder "Quillmoth" of the user's documents, and resources of the
-/// application.
+/// Whole-array JSON files of the user's, and resources of the application.
 namespace quillmoth::jsonFunction {
 
 /// The bytes of a resource. A missing or unreadable one is a fatal fault.
 [[nodiscard]] std::string load(const std::string& filename, const platform::Bundle& bundle);
 
-/// The bytes of the user's file `filename`.
-[[nodiscard]] Result<std::string> readDocument(const std::string& filename, platform::Documents& documents);
+/// Whether one of `records` has the same JSON text.
+template<class Record>
+bool holds(const std::vector<Record>& records, const Record& record) {
+    const auto text = writeJSON(std::vector<Record>{record});
+    return text && std::any_of(records.begin(), records.end(), [&](const Record& each) {
+               const auto other = writeJSON(std::vector<Record>{each});
+               return other && *other == *text;
+           });
+}
 
-/// Replaces the user's file `filename`, making the folder where it is missing.
-[[nodiscard]] Result<void> writeDocument(const std::string& filename, const Result<std::string>& json,
-                                         platform::Documents& documents);
-
-/// Whether the user's file is there, whatever it holds.
-[[nodiscard]] bool documentExists(const std::string& filename, platform::Documents& documents);
-
-/// Copies what the user's file held to the first free "<filename>.damaged-<n>" beside it, and logs where;
-/// once for the same bytes. The path of the copy; empty where there is none.
-std::string keepAside(const std::string& filename, const std::string& bytes, platform::Documents& documents);
-
-/// The array in the user's file, or none on any failure, which is logged. `read` decodes a JSON text. Bytes
-/// that it cannot decode are kept aside, since the next save replaces the file. Where the file is there and
-/// of no use, `problem` says so in words for the user.
+/// Of a file that cannot be read: what was saved beside it before, to be continued there.
 template<class Record, class Read>
-std::optional<std::vector<Record>> loadJSONFile(const std::string& filename, platform::Documents& documents,
-                                                Read&& read, std::string& problem) {
-    const auto bytes = readDocument(filename, documents);
-    Result<std::vector<Record>> records = bytes ? read(*bytes) : bytes.error();
-    if (records)
-        return std::move(*records);
-    logLine("error reading data file:" + filename + " :" + records.error().description);
-    if (bytes || documentExists(filename, documents))
-        problem = filename + " cannot be used: " + records.error().description + ".";
-    const std::string kept = bytes ? keepAside(filename, *bytes, documents) : "";
-    if (!kept.empty())
-        problem += " What it held is kept in \"" + kept + "\".";
+std::optional<std::vector<Record>> loadBeside(DocumentFile& file, Read&& read) {
+    for (const std::string& name : file.filesBeside()) {
+        const auto bytes = file.readBeside(name);
+        if (auto records = bytes ? read(*bytes) : bytes.error()) {
+            file.continueBeside(name);
+            return std::move(*records);
+        }
+    }
+    file.beginBeside();
     return std::nullopt;
 }
 
-/// Writes the whole array. A failure is logged and leaves the file as it was.
+/// Puts in front of `records` what was saved beside the file while it could not be read, but for what is
+/// among `shipped`.
+template<class Record, class Read>
+void takeOverBeside(DocumentFile& file, Read&& read, const std::vector<Record>& shipped,
+                    std::optional<std::vector<Record>>& records) {
+    for (const std::string& name : file.filesBeside()) {
+        const auto bytes = file.readBeside(name);
+        auto beside = bytes ? read(*bytes) : bytes.error();
+        if (!beside)
+            continue;
+        auto& all = records ? *records : records.emplace(shipped);
+        std::erase_if(*beside, [&](const Record& each) { return holds(all, each) || holds(shipped, each); });
+        all.insert(all.begin(), std::make_move_iterator(beside->begin()),
+                   std::make_move_iterator(beside->end()));
+        file.takeOver(name);
+    }
+}
+
+/// The array in the user's file, or none on any failure, which is logged. `read` decodes a JSON text. A text
+/// that it cannot decode is kept aside, since the next save replaces the file. What was saved beside a file
+/// that could not be read is taken over, but for what is among `shipped`, and goes with the next save.
+template<class Record, class Read>
+std::optional<std::vector<Record>> loadJSONFile(DocumentFile& file, Read&& read,
+                                                const std::vector<Record>& shipped = {}) {
+    const auto bytes = file.read();
+    Result<std::vector<Record>> found = bytes ? read(*bytes) : bytes.error();
+    if (!found) {
+        logLine("error reading data file:" + file.filename() + " :" + found.error().description);
+        if (bytes)
+            file.keepAside(*bytes, found.error().description);
+    }
+    if (file.isUnread())
+        return loadBeside<Record>(file, read);
+    auto records = found ? std::optional(std::move(*found)) : std::nullopt;
+    takeOverBeside(file, read, shipped, records);
+    return records;
+}
+
+/// Writes the whole array in the background; `saved` is called once it is on the disk. A failure is logged
+/// and told by the file, and leaves it as it was.
 template<class Record>
-void saveJSONFile(const std::vector<Record>& array, const std::string& filename,
-                  platform::Documents& documents) {
-    if (!writeDocument(filename, writeJSON(array), documents))
-        logLine("error writing data");
+void saveJSONFile(const std::vector<Record>& array, DocumentFile& file, std::function<void()> saved = {}) {
+    file.save(writeJSON(array), std::move(saved));
 }
 
 } // namespace quillmoth::jsonFunction

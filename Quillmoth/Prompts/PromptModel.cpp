@@ -3,7 +3,6 @@
 #include "Foundation/FatalError.h"
 #include "Foundation/Log.h"
 #include "Platform/Bundle.h"
-#include "Platform/Documents.h"
 #include "Quillmoth/Prompts/JSONFunction.h"
 
 #include <algorithm>
@@ -21,22 +20,18 @@ Result<std::vector<PromptData>> readOwnPrompts(std::string_view json) {
     return prompts;
 }
 
-std::vector<PromptData> loadPrompts(const platform::Bundle& bundle, platform::Documents& documents,
-                                    std::string& problem) {
+std::vector<PromptData> loadPrompts(const platform::Bundle& bundle, DocumentFile& file) {
     auto shipped = readPrompts(jsonFunction::load(PromptModel::kResource, bundle));
     if (!shipped)
         fatalError(shipped.error().description);
-    auto own =
-        jsonFunction::loadJSONFile<PromptData>(PromptModel::kFilename, documents, readOwnPrompts, problem);
-    if (!problem.empty())
-        problem += " The presets that come with Quillmoth are listed.";
+    auto own = jsonFunction::loadJSONFile<PromptData>(file, readOwnPrompts, *shipped);
     return own ? std::move(*own) : std::move(*shipped);
 }
 
 } // namespace
 
 PromptModel::PromptModel(const platform::Bundle& bundle, platform::Documents& documents)
-    : documents_(documents), _prompts(*this, "_prompts", loadPrompts(bundle, documents, loadProblem_)) {}
+    : file_(kFilename, "presets", documents), _prompts(*this, "_prompts", loadPrompts(bundle, file_)) {}
 
 void PromptModel::setPrompts(std::vector<PromptData> prompts) {
     _prompts = std::move(prompts);
@@ -90,8 +85,10 @@ void PromptModel::move(std::int64_t source, std::int64_t target) {
     });
 }
 
-void PromptModel::save() const {
-    jsonFunction::saveJSONFile(_prompts.get(), kFilename, documents_);
+void PromptModel::save() {
+    // The shipped presets are no reason for a file beside one that cannot be read.
+    if (hasChanged_ || !file_.isUnread())
+        jsonFunction::saveJSONFile(_prompts.get(), file_);
 }
 
 std::size_t PromptModel::checked(std::int64_t index, std::size_t count) {
@@ -100,7 +97,8 @@ std::size_t PromptModel::checked(std::int64_t index, std::size_t count) {
     return static_cast<std::size_t>(index);
 }
 
-void PromptModel::didChange() const {
+void PromptModel::didChange() {
+    hasChanged_ = true;
     logLine("Saved to JSON");
     save();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Foundation/Published.h"
+#include "Quillmoth/Prompts/DocumentFile.h"
 #include "Quillmoth/Prompts/PromptData.h"
 
 #include <cstddef>
@@ -31,9 +32,6 @@ public:
 
     [[nodiscard]] const std::vector<PromptData>& prompts() const { return _prompts; }
 
-    /// Why the user's own file was not taken, in words for the user; empty where it was, or is missing.
-    [[nodiscard]] const std::string& loadProblem() const { return loadProblem_; }
-
     [[nodiscard]] const PromptData& preset(std::int64_t index) const;
 
     void setPrompts(std::vector<PromptData> prompts);
@@ -63,8 +61,11 @@ public:
         return didArrange_.subscribe(std::move(subscriber));
     }
 
-    /// Writes the presets to the user's file.
-    void save() const;
+    /// Writes the presets to the user's file, in the background.
+    void save();
+
+    /// The user's file, which tells what fails there.
+    [[nodiscard]] DocumentFile& file() { return file_; }
 
     /// Reserved.
     std::vector<std::byte> PromptSetting;
@@ -75,10 +76,10 @@ private:
     static std::size_t checked(std::int64_t index, std::size_t count);
     template<class Edit>
     void arrange(Edit&& edit);
-    void didChange() const;
+    void didChange();
 
-    platform::Documents& documents_;
-    std::string loadProblem_;
+    DocumentFile file_;
+    bool hasChanged_ = false;
     Published<std::vector<PromptData>> _prompts;
     Signal<> didArrange_;
 };

@@ -49,6 +49,31 @@ TEST_F(ModelMakingTest, a_damaged_history_is_logged_and_kept_aside_each_content_
     EXPECT_FALSE(platform.documents.fileExists(platform::FakeDocuments::pathOf(aside + "3")));
 }
 
+TEST_F(ModelMakingTest, a_history_that_cannot_be_read_stays_and_is_told_and_joined_once_it_can) {
+    const std::string path = platform::FakeDocuments::pathOf(DataModel::kHistoryFilename);
+    model->storeConversation("old", {}, -1);
+    const std::string before = platform.documents.files[path];
+    platform.documents.unreadable = {path};
+    remake();
+    EXPECT_NE(model->_error->find("QuillmothHistory.json cannot be used"), std::string::npos)
+        << *model->_error;
+    model->storeConversation("new", {}, -1);
+    EXPECT_EQ(platform.documents.files[path], before);
+    platform.documents.unreadable.clear();
+    remake();
+    ASSERT_EQ(model->_oldMessages->size(), 2U);
+    EXPECT_EQ(model->_oldMessages->front().topic, "new");
+    EXPECT_EQ(*model->_error, "");
+}
+
+TEST_F(ModelMakingTest, an_empty_history_file_is_no_error) {
+    platform.documents.put(DataModel::kHistoryFilename, "[]");
+    lines.clear();
+    remake();
+    for (const std::string& line : lines)
+        EXPECT_EQ(line.find("QuillmothHistory"), std::string::npos) << line;
+}
+
 TEST_F(ModelMakingTest, an_assignment_of_the_same_value_is_told_before_it_lands) {
     std::string seen = "not told";
     const Subscription subscription =

@@ -36,14 +36,12 @@ TEST_F(PromptModelTest, WithoutAFileTheShippedPresetsAreTakenAndNothingIsWritten
 TEST_F(PromptModelTest, TheUsersFileReplacesTheShippedPresetsUnlessItHoldsNone) {
     platform.documents.put("QuillmothPrompts.json", R"([{"emoji":"e","name":"own","prompt":"p"}])");
     EXPECT_EQ(make().prompts().at(0).name, "own");
-    EXPECT_EQ(make().loadProblem(), "");
+    EXPECT_EQ(make().file().fault(), "");
     platform.documents.put("QuillmothPrompts.json", "[]");
     EXPECT_EQ(make().prompts().size(), 3U);
-    EXPECT_EQ(
-        make().loadProblem(),
-        "QuillmothPrompts.json cannot be used: it holds no preset. What it held is kept in "
-        "\"/documents/Quillmoth/QuillmothPrompts.json.damaged-1\". The presets that come with Quillmoth are "
-        "listed.");
+    EXPECT_EQ(make().file().fault(),
+              "QuillmothPrompts.json cannot be used: it holds no preset. What it held is kept in "
+              "\"/documents/Quillmoth/QuillmothPrompts.json.damaged-1\".");
     platform.documents.put("QuillmothPrompts.json", "[{]");
     EXPECT_EQ(make().prompts().size(), 3U);
 }
