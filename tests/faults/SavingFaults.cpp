@@ -1,7 +1,8 @@
 // Kills a process with SIGKILL while it saves files, and makes its system calls fail: each file must be the
-// old one or the new one. Prints one line with the figures; ends with 1 where a file was neither. Usage:
+// old one or the new one. Prints one line with the figures; ends with 1 where a file was neither.
+//
 // saving-faults [--rounds N] [--calls N] [--seed N]
-// --calls: how many calls of a kind are tried as the first to fail, 8 by default
+//   --calls  how many calls of a kind are tried as the first to fail, 8 by default
 
 #include "Platform/Posix/DefaultsFile.h"
 #include "tests/faults/ChildReport.h"
