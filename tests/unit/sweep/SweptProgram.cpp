@@ -11,10 +11,11 @@ namespace {
 
 using View = FloatingViewController;
 
-constexpr View::Key kPanelKeys[] = {View::Key::replaceSelection, View::Key::regenerate,  View::Key::larger,
-                                    View::Key::smaller,          View::Key::defaultSize, View::Key::cancel,
-                                    View::Key::cancel,           View::Key::history,     View::Key::history,
-                                    View::Key::markdown,         View::Key::copyAll,     View::Key::onTop};
+constexpr View::Key kPanelKeys[] = {View::Key::replaceSelection, View::Key::regenerate, View::Key::regenerate,
+                                    View::Key::regenerate,       View::Key::larger,     View::Key::smaller,
+                                    View::Key::defaultSize,      View::Key::cancel,     View::Key::cancel,
+                                    View::Key::history,          View::Key::history,    View::Key::markdown,
+                                    View::Key::copyAll,          View::Key::onTop};
 
 constexpr View::FieldCommand kFieldCommands[] = {
     View::FieldCommand::moveUp,        View::FieldCommand::moveDown,      View::FieldCommand::complete,
@@ -103,7 +104,10 @@ void SweptProgram::useField() {
 }
 
 void SweptProgram::pressKey() {
-    view_->press(dice_.of(kPanelKeys));
+    const View::Key key = dice_.of(kPanelKeys);
+    // Impatient: before anything else can happen.
+    for (std::size_t count = dice_.once(4) ? 3 : 1; count > 0; --count)
+        view_->press(key);
 }
 
 void SweptProgram::useBar() {
@@ -221,7 +225,7 @@ void SweptProgram::drawForm() {
 }
 
 void SweptProgram::runQueues() {
-    switch (dice_.below(4)) {
+    switch (dice_.below(5)) {
     case 0:
         platform_.mainQueue.runOne();
         break;
@@ -229,6 +233,11 @@ void SweptProgram::runQueues() {
         platform_.operationQueues.runOne();
         break;
     case 2:
+        platform_.operationQueues.runUntilIdle();
+        for (std::size_t count = dice_.below(12); count > 0; --count)
+            platform_.mainQueue.runOne();
+        break;
+    case 3:
         platform_.runUntilIdle();
         break;
     default:
@@ -248,9 +257,14 @@ void SweptProgram::serve() {
     if (tasks.empty())
         return;
     platform::FakeDataTask& task = *tasks.back();
-    switch (dice_.below(5)) {
+    switch (dice_.below(6)) {
     case 0:
         task.deliverStatus(status(dice_));
+        break;
+    case 3:
+        task.deliverStatus(200);
+        for (int count = 0; count < 3; ++count)
+            task.deliverData("data: {\"choices\":[{\"delta\":{\"content\":\"a\"},\"index\":0}]}\n\n");
         break;
     case 1:
         task.complete();
