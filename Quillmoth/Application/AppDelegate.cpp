@@ -113,7 +113,7 @@ void AppDelegate::handleOpenURL(const std::vector<std::string>& urls) {
         logLine("RUNNING URL SCHME");
         const auto parsed = URL::parse(url, URL::kAnything);
         if (!parsed)
-            refuseLink("it is no valid address");
+            refuseLink("Its address is not valid.");
         const auto items = parsed ? parsed->queryItems() : std::nullopt;
         if (!items)
             continue;

@@ -69,13 +69,17 @@ void DataModel::captureContext() {
     }
     const CaptureResult result = SelectionCapture(platform_.accessibility, platform_.workspace).capture();
     if (!result.isPermitted)
-        _error = std::string(kPermissionMessage);
+        tellOfCapture(kPermissionMessage);
     if (result.obstacle == CaptureObstacle::noFocus)
         logLine("Error: " + std::to_string(result.error));
     else if (result.way == CaptureWay::selectedText)
         takeSelectedText(*this, result.text);
     else
         takeMarkedText(*this, result.text);
+}
+
+void DataModel::tellOfCapture(const char* error) {
+    _error = error + (fileProblem_.empty() ? "" : "\n" + fileProblem_);
 }
 
 void DataModel::copyCapture() {
@@ -86,7 +90,7 @@ void DataModel::copyCapture() {
     }
     if (!capture.canCopy()) {
         takeCopiedText(*this, "");
-        _error = std::string(kNoCopyMessage);
+        tellOfCapture(kNoCopyMessage);
         return;
     }
     platform_.mainQueue.asyncAfter(CopyCapture::kWait, [model = shared_from_this(), saved = capture.start()] {

@@ -50,11 +50,14 @@ void DataModel::followFiles() {
     historyFault_ = history_.onFault(follow);
 }
 
-/// Where the user looks next, behind what is said there already.
 void DataModel::tell(const std::string& words) {
-    const std::string& former = _error;
-    if (former.find(words) == std::string::npos)
-        _error = former.empty() ? words : former + "\n" + words;
+    const auto joined = [&words](const std::string& former) {
+        return former.empty() ? words : former + "\n" + words;
+    };
+    if (_error->find(words) == std::string::npos)
+        _error = joined(_error);
+    if (fileProblem_.find(words) == std::string::npos)
+        fileProblem_ = joined(fileProblem_);
 }
 
 void DataModel::sendPrompt(std::string text) {

@@ -69,8 +69,8 @@ public:
     /// Writes `text` over the selection of the front application. In silence where that is not possible.
     void replaceSelection(const std::string& text) const;
 
-    /// Says `words` where the user looks next, behind what is said there already: a file that cannot be read
-    /// or written.
+    /// Says `words` where the user looks next, behind what is said there already, until a prompt is run: a file
+    /// that cannot be read or written.
     void tell(const std::string& words);
 
     Published<std::string> _selectedValue{*this, "_selectedValue"};
@@ -114,12 +114,16 @@ private:
     void runWithContext();
     /// Drops the conversation for one that is to come.
     void beginConversation(std::string systemPrompt);
+    /// Makes `error` the `_error`, and leaves what is told of the files until a prompt is run.
+    void tellOfCapture(const char* error);
 
     const platform::Platform platform_;
     DocumentFile history_;
     ConversationJournal journal_;
     AnswerStream answerStream_;
     PresetFilter presetFilter_;
+    /// What was told of the user's files since a prompt was run last.
+    std::string fileProblem_;
     Subscription promptsSubscription_;
     Subscription arrangementSubscription_;
     Subscription presetsFault_;

@@ -154,7 +154,7 @@ std::string_view FloatingViewController::placeholder() const {
 }
 
 bool FloatingViewController::offersSettings() const {
-    return *model_->_error == kPermissionMessage;
+    return model_->_error->starts_with(kPermissionMessage);
 }
 
 FloatingViewController::RowMark FloatingViewController::presetMark(std::int64_t index) const {

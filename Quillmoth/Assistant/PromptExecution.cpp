@@ -73,6 +73,7 @@ PromptData DataModel::promptForIndex(std::int64_t index) const {
 
 void DataModel::runPrompt() {
     _error = std::string();
+    fileProblem_.clear();
     if (_isLoading)
         return;
     if (_openHistory)
