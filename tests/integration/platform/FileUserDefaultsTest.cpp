@@ -137,6 +137,17 @@ TEST_F(FileUserDefaultsTest, ADamagedFileIsKeptAsideAndNamedInTheLogWithoutItsCo
     EXPECT_TRUE(std::filesystem::exists(path_)) << "an empty file holds nothing worth keeping";
 }
 
+TEST_F(FileUserDefaultsTest, AFileNestedTooDeepToFollowIsADamagedOne) {
+    constexpr std::size_t kDepth = 1'000'000;
+    const std::string content =
+        R"({"model":"a","deep":)" + std::string(kDepth, '[') + std::string(kDepth, ']') + '}';
+    setContent(path_, content);
+    const auto defaults = open();
+    defaults->set("key", true);
+    EXPECT_EQ(contentOf(path_), "{\n  \"key\": true\n}\n");
+    EXPECT_EQ(contentOf(path_ + ".damaged-1"), content);
+}
+
 TEST_F(FileUserDefaultsTest, AFileThatIsBeingWrittenElsewhereDoesNotTakeTheValuesAway) {
     const auto defaults = open();
     defaults->set("a", true);
