@@ -23,6 +23,9 @@ public:
     virtual void set(std::string_view key, DefaultsValue value) = 0;
     virtual void remove(std::string_view key) = 0;
 
+    /// Why what was stored could not be used, in words for the user; empty where it could.
+    [[nodiscard]] virtual std::string problem() const { return {}; }
+
     /// Called after a change, by this process or by another one.
     virtual Subscription onChange(std::function<void()> subscriber) = 0;
 

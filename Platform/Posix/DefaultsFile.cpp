@@ -66,7 +66,7 @@ DefaultsFile::Content DefaultsFile::read() const {
     return {.object = std::move(object)};
 }
 
-bool DefaultsFile::keepAside(const std::string& reason) const {
+bool DefaultsFile::keepAside(const std::string& reason, std::string& told) const {
     const std::string target = resolvedPath(path_);
     int number = 1;
     std::string aside;
@@ -77,8 +77,9 @@ bool DefaultsFile::keepAside(const std::string& reason) const {
         aside = target + ".damaged-" + std::to_string(number++);
     while (lstat(aside.c_str(), &status) == 0);
     const bool moved = std::rename(target.c_str(), aside.c_str()) == 0;
-    logLine("The settings in \"" + target + "\" cannot be read: " + reason + ". " +
-            (moved ? "They are kept in \"" + aside + "\"." : "The file stays as it is."));
+    told = "The settings in \"" + target + "\" cannot be read: " + reason + ". " +
+           (moved ? "They are kept in \"" + aside + "\"." : "The file stays as it is.");
+    logLine(told);
     return moved;
 }
 

@@ -47,7 +47,8 @@ public:
     [[nodiscard]] Content read() const;
 
     /// Renames the file to the first free "<name>.damaged-<n>" and logs so. False where it stays in place.
-    bool keepAside(const std::string& reason) const;
+    /// `told` is what was logged.
+    bool keepAside(const std::string& reason, std::string& told) const;
 
     /// Answers with the path of the file written, symbolic links resolved.
     Result<std::string> write(const DefaultsObject& object) const;

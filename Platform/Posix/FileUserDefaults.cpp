@@ -87,13 +87,14 @@ void FileUserDefaults::refresh(AtDamage atDamage) const {
     const UnwrittenDefaults::Changes changes = unwritten_->changes();
     auto content = readStamped();
     if (content.condition == DefaultsFile::Condition::unreadable) {
-        logLine("The settings in \"" + file_.path() + "\" cannot be read: " + content.reason);
+        problem_ = "The settings in \"" + file_.path() + "\" cannot be read: " + content.reason;
+        logLine(problem_);
         return;
     }
     // Otherwise another process may be in the middle of writing it: the values read before hold until then.
     if (content.condition == DefaultsFile::Condition::damaged) {
         if (atDamage == AtDamage::keepFileAside)
-            file_.keepAside(content.reason);
+            file_.keepAside(content.reason, problem_);
         return;
     }
     const auto former = std::exchange(object_, std::move(content.object));

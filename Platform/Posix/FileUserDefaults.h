@@ -36,6 +36,8 @@ public:
     void set(std::string_view key, DefaultsValue value) override;
     void remove(std::string_view key) override;
 
+    [[nodiscard]] std::string problem() const override { return problem_; }
+
     /// Other processes' changes are looked for only once somebody has asked to listen.
     Subscription onChange(std::function<void()> subscriber) override;
 
@@ -54,6 +56,7 @@ private:
     mutable DefaultsObject object_ = DefaultsObject::object();
     mutable FileStamp stamp_;
     mutable bool changedElsewhere_ = false;
+    mutable std::string problem_;
     std::shared_ptr<UnwrittenDefaults> unwritten_;
     Signal<> changed_;
     WatchFiles watchFiles_;

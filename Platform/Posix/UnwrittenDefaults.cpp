@@ -65,7 +65,8 @@ std::optional<DefaultsObject> UnwrittenDefaults::contentToChange() const {
         tell("What the file holds cannot be read, and is not written over: " + content.reason);
         return std::nullopt;
     }
-    if (!file_.keepAside(content.reason)) {
+    std::string told;
+    if (!file_.keepAside(content.reason, told)) {
         tell("What the file holds is damaged, and could not be kept elsewhere.");
         return std::nullopt;
     }

@@ -1,6 +1,7 @@
 #include "Quillmoth/Assistant/DataModel.h"
 
 #include "Platform/UUIDSource.h"
+#include "Platform/UserDefaults.h"
 #include "Quillmoth/Prompts/JSONFunction.h"
 
 #include <utility>
@@ -41,9 +42,9 @@ DataModel::DataModel(const platform::Platform& platform)
 
 void DataModel::followFiles() {
     DocumentFile& presets = _PromptM.get()->file();
-    for (const DocumentFile* file : {&presets, &history_}) {
-        if (!file->fault().empty())
-            tell(file->fault());
+    for (const std::string& fault : {platform_.userDefaults.problem(), presets.fault(), history_.fault()}) {
+        if (!fault.empty())
+            tell(fault);
     }
     const auto follow = [this](const std::string& words) { tell(words); };
     presetsFault_ = presets.onFault(follow);

@@ -143,9 +143,11 @@ TEST_F(FileUserDefaultsTest, AFileNestedTooDeepToFollowIsADamagedOne) {
         R"({"model":"a","deep":)" + std::string(kDepth, '[') + std::string(kDepth, ']') + '}';
     setContent(path_, content);
     const auto defaults = open();
+    EXPECT_NE(defaults->problem().find("defaults.json.damaged-1"), std::string::npos);
     defaults->set("key", true);
     EXPECT_EQ(contentOf(path_), "{\n  \"key\": true\n}\n");
     EXPECT_EQ(contentOf(path_ + ".damaged-1"), content);
+    EXPECT_EQ(open()->problem(), "");
 }
 
 TEST_F(FileUserDefaultsTest, AFileThatIsBeingWrittenElsewhereDoesNotTakeTheValuesAway) {
