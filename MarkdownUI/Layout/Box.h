@@ -66,7 +66,10 @@ struct LayoutContext {
     const InlineEnvironment& environment;
     const CodeSyntaxHighlighter* highlighter = nullptr;
 
+    /// The absolute URL of an image's source; empty where it has none.
     [[nodiscard]] std::string imageURL(const std::string& source) const;
+    /// The image with that URL, requested where it is not known; none for an empty one.
+    [[nodiscard]] DefaultImageViewModel image(const std::string& url) const;
 
     [[nodiscard]] const AttributeContainer& bagOf(const FlowUnit& unit) const { return flow.bags[unit.bag]; }
 };
@@ -80,26 +83,14 @@ struct LayoutContext {
 /// Lays out a unit with its markers. `group` is that of the unit (any, where it has none).
 [[nodiscard]] Box makeBox(const LayoutContext& context, const FlowUnit& unit, GroupState& group);
 
-// The parts of makeBox.
-void addText(const LayoutContext& context, const FlowUnit& unit, GroupState& group, Box& box);
-void addCode(const LayoutContext& context, const FlowUnit& unit, GroupState& group, Box& box);
-void addTableRow(const LayoutContext& context, const FlowUnit& unit, GroupState& group, Box& box);
-void addImage(const LayoutContext& context, const FlowUnit& unit, Box& box);
-/// Rows of images from `origin` on, as wide as `frame` at most; gives their size.
-Size addImageFlow(const LayoutContext& context, const Inlines& values, const FontProperties& font,
-                  const ColumnFrame& frame, double top, bool isRightToLeft, Box& box);
+/// Before the unit's first line. The box holds its content by now.
 void addMarkers(const LayoutContext& context, const FlowUnit& unit, Box& box);
 
 /// Adds a shaped text to `box` and gives its size.
 Size addFragment(const LayoutContext& context, AttributedText text, const TextOptions& options, Point origin,
                  std::size_t textBlock, Box& box);
 
-/// The text of inlines with the images that are loaded, none of them wider than `width`.
-[[nodiscard]] AttributedText textOfInlines(const LayoutContext& context, const Inlines& values,
-                                           const AttributeContainer& bag, double width);
-
-/// Of a code block: text is that far from its edges, and further below its top.
-constexpr double kCodePadding = kDefaultPadding;
-constexpr double kCodeButtonRoom = 20;
+/// In the font around a unit's content.
+[[nodiscard]] double lineHeightOf(const LayoutContext& context, const FlowUnit& unit);
 
 } // namespace quillmoth::markdown

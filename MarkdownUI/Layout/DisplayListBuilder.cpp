@@ -2,9 +2,10 @@
 
 #include <algorithm>
 
-#include "MarkdownUI/Layout/CodeBlockGeometry.h"
+#include "MarkdownUI/Layout/CodeBlockView.h"
 #include "MarkdownUI/Layout/DocumentState.h"
 #include "MarkdownUI/Layout/ScrollRegion.h"
+#include "MarkdownUI/Layout/TableView.h"
 
 namespace quillmoth::markdown {
 
@@ -112,7 +113,7 @@ private:
     /// The same for a table, whose borders are drawn for the rows in sight.
     std::size_t addTable(std::uint32_t group, std::size_t unit) {
         const FlowGroup& flowGroup = flow_.groups[group];
-        const TableBorderStyle& border = state_.theme().tableBorderStyle;
+        const TableBorderView border(state_.theme().tableBorderStyle);
         const std::size_t first = unit;
         (void)state_.box(unit); // makes the columns
         const TableColumns& columns = *state_.group(group).columns;
@@ -125,18 +126,18 @@ private:
         for (const ColumnFrame& column : columns.columns)
             table.columns.push_back({column.x - region.offset, column.width});
         for (; unit < flowGroup.endUnit && isAboveBottom(unit); ++unit)
-            table.rows.push_back(boundsOfRow(unit, border.strokeStyle.lineWidth));
+            table.rows.push_back(boundsOfRow(unit, border.width()));
         if (unit == flowGroup.endUnit)
             table.rows.back().height -= barRoom;
         const std::size_t place = list_.size();
         if (scrolls)
             list_.push_back(region);
-        addBackground(table, flow_.units[first].row);
+        TableBackgroundView(state_.theme().tableBackgroundStyle).addTo(list_, table, flow_.units[first].row);
         for (std::size_t row = first; row < unit; ++row)
             addBox(row, scrolls ? Part::content : Part::all, region.offset);
-        for (const Rect& line : border.visibleBorders.rectangles(table, border.strokeStyle.lineWidth)) {
-            if (isInSight(line))
-                list_.push_back(RectangleItem{line, border.color});
+        for (const RectangleItem& line : border.lines(table)) {
+            if (isInSight(line.frame))
+                list_.push_back(line);
         }
         if (scrolls) {
             endRegion(place);
@@ -149,19 +150,6 @@ private:
         const double above = flow_.units[unit].row == 0 ? border : 0;
         const double top = state_.contentTop(unit);
         return {top + above, state_.heights().top(unit + 1) - top - above - border};
-    }
-
-    void addBackground(const TableBounds& table, std::size_t firstRow) {
-        for (std::size_t row = 0; row < table.rows.size(); ++row) {
-            for (std::size_t column = 0; column < table.columns.size(); ++column) {
-                const Color color = state_.theme().tableBackgroundStyle.background(firstRow + row, column);
-                if (color == Color(SemanticColor::clear))
-                    continue;
-                const auto& [x, width] = table.columns[column];
-                const auto& [y, height] = table.rows[row];
-                list_.push_back(RectangleItem{{x, y, width, height}, color});
-            }
-        }
     }
 
     DocumentState& state_;

@@ -76,6 +76,14 @@ struct DocumentFlow {
         return *bags[unit.bag].fontProperties;
     }
 
+    [[nodiscard]] bool isFirstOfGroup(const FlowUnit& unit) const {
+        return &unit == &units[groups[unit.group].firstUnit];
+    }
+
+    [[nodiscard]] bool isLastOfGroup(const FlowUnit& unit) const {
+        return &unit == &units[groups[unit.group].endUnit - 1];
+    }
+
     /// The first unit of a text block; units.size() where there is none.
     [[nodiscard]] std::size_t unitOfTextBlock(std::size_t block) const;
 };
@@ -83,16 +91,5 @@ struct DocumentFlow {
 /// `root` holds the attributes around the document, its font properties among them.
 [[nodiscard]] DocumentFlow makeFlow(const Blocks& values, const Theme& theme, const AttributeContainer& root,
                                     MarkerMeasure& measure);
-
-/// Whether a list of inlines is laid out as rows of images.
-[[nodiscard]] bool isImageFlow(const Inlines& values);
-
-/// From here on a text is laid out in parts.
-constexpr std::size_t kLongText = std::size_t{16} * 1024;
-constexpr std::size_t kLongTextPart = std::size_t{8} * 1024;
-constexpr std::size_t kCodeLinesOfUnit = 48;
-
-/// Between a marker's column and the item.
-constexpr RelativeSize kMarkerSpacing = RelativeSize::em(0.5);
 
 } // namespace quillmoth::markdown

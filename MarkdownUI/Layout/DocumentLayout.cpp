@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "MarkdownUI/Layout/CodeBlockGeometry.h"
+#include "MarkdownUI/Layout/CodeBlockView.h"
 #include "MarkdownUI/Layout/DisplayListBuilder.h"
 #include "MarkdownUI/Layout/DocumentHitTest.h"
 #include "MarkdownUI/Layout/DocumentParts.h"
@@ -145,14 +145,6 @@ std::optional<std::string> DocumentLayout::linkAt(Point point) {
     return markdown::linkAt(*state_, point);
 }
 
-std::vector<LinkInfo> DocumentLayout::links() const {
-    return linksOf(*state_);
-}
-
-std::vector<HeadingInfo> DocumentLayout::headings() const {
-    return headingsOf(*state_);
-}
-
 std::vector<PartInfo> DocumentLayout::parts() const {
     return partsOf(*state_);
 }
@@ -169,12 +161,8 @@ std::size_t DocumentLayout::codeBlockCount() const {
     return state_->flow().codeBlocks.size();
 }
 
-std::optional<std::size_t> DocumentLayout::codeBlockAt(Point point) {
-    return markdown::codeBlockAt(*state_, point);
-}
-
 std::optional<std::size_t> DocumentLayout::copyButtonAt(Point point) {
-    const auto codeBlock = codeBlockAt(point);
+    const auto codeBlock = markdown::codeBlockAt(*state_, point);
     return codeBlock && copyButtonFrame(*codeBlock).contains(point) ? codeBlock : std::nullopt;
 }
 
@@ -187,9 +175,9 @@ std::string DocumentLayout::codeBlockText(std::size_t codeBlock) const {
     return std::string(withoutFinalLineFeed(flow.groups[flow.codeBlocks[codeBlock]].code->content));
 }
 
-void DocumentLayout::setJustCopied(std::size_t codeBlock, bool justCopied) {
-    if (codeBlock < state_->justCopied.size())
-        state_->justCopied[codeBlock] = justCopied;
+void DocumentLayout::setJustCopy(std::size_t codeBlock, bool justCopy) {
+    if (codeBlock < state_->justCopy.size())
+        state_->justCopy[codeBlock] = justCopy;
 }
 
 std::string DocumentLayout::copyButtonLabel(std::size_t codeBlock) const {

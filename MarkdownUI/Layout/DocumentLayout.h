@@ -86,11 +86,9 @@ public:
     /// Within a marker or separator: the start of the block that follows.
     [[nodiscard]] TextPosition positionAtDocumentOffset(std::size_t offset) const;
 
-    // Links, headings.
+    // Links and other parts.
     /// The destination of the link or linked image at `point`.
     [[nodiscard]] std::optional<std::string> linkAt(Point point);
-    [[nodiscard]] std::vector<LinkInfo> links() const;
-    [[nodiscard]] std::vector<HeadingInfo> headings() const;
     /// Headings, links, images and copy buttons in reading order.
     [[nodiscard]] std::vector<PartInfo> parts() const;
     /// Where a part stands, a rectangle a line.
@@ -100,13 +98,12 @@ public:
 
     // Code blocks, counted in document order.
     [[nodiscard]] std::size_t codeBlockCount() const;
-    [[nodiscard]] std::optional<std::size_t> codeBlockAt(Point point);
     [[nodiscard]] std::optional<std::size_t> copyButtonAt(Point point);
     /// The frame of the copy button; the block need not be laid out.
     [[nodiscard]] Rect copyButtonFrame(std::size_t codeBlock);
     /// What its copy button copies.
     [[nodiscard]] std::string codeBlockText(std::size_t codeBlock) const;
-    void setJustCopied(std::size_t codeBlock, bool justCopied);
+    void setJustCopy(std::size_t codeBlock, bool justCopy);
     /// What its copy button says now.
     [[nodiscard]] std::string copyButtonLabel(std::size_t codeBlock) const;
     /// What its scroll region is called.

@@ -3,9 +3,10 @@
 #include <algorithm>
 
 #include "Foundation/URL.h"
-#include "MarkdownUI/Layout/CodeBlockGeometry.h"
+#include "MarkdownUI/Layout/CodeBlockView.h"
 #include "MarkdownUI/Layout/DocumentHitTest.h"
 #include "MarkdownUI/Layout/DocumentText.h"
+#include "MarkdownUI/Layout/ImageFlow.h"
 #include "MarkdownUI/Layout/ScrollRegion.h"
 
 namespace quillmoth::markdown {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "MarkdownUI/Layout/CodeBlockGeometry.h"
+#include "MarkdownUI/Layout/CodeBlockView.h"
 #include "MarkdownUI/Layout/DocumentText.h"
 #include "MarkdownUI/Layout/SchemeImages.h"
 
@@ -15,9 +15,8 @@ constexpr double kKeptViewports = 2;
 constexpr double kKeptPixels = 4000;
 
 AttributeContainer rootAttributes(const Theme& theme, double fontSize) {
-    AttributeContainer root = collecting(FontProperties{});
-    FontSize{fontSize}._collectAttributes(root);
-    return collecting(theme.text, root);
+    const AnyTextStyle root = markdownTextStyle(FontProperties{}, FontSize{fontSize});
+    return TextStyleAttributesReader{markdownTextStyle(root, theme.text)}.read();
 }
 
 } // namespace
@@ -78,7 +77,7 @@ void DocumentState::rebuildFlow() {
     copyLabelSize_.reset();
     flow_ = makeFlow(withoutSchemeImages_ ? *withoutSchemeImages_ : content_.blocks, theme_,
                      rootAttributes(theme_, options_.fontSize), measure_);
-    justCopied.resize(flow_.codeBlocks.size());
+    justCopy.resize(flow_.codeBlocks.size());
     scrolled.resize(flow_.groups.size());
     documentText.reset();
     hasMovedParts_ = false;
@@ -113,7 +112,7 @@ LayoutContext DocumentState::context() const {
 IsImageLoaded DocumentState::requestTo(ImageSource& images) const {
     return [this, &images](const std::string& source) {
         const std::string url = context().imageURL(source);
-        return !url.empty() && images.requestImage(url).state == ImageState::success;
+        return !url.empty() && images.requestImage(url).state == DefaultImageViewModel::State::success;
     };
 }
 

@@ -64,7 +64,7 @@ public:
     [[nodiscard]] Size copyLabelSize();
 
     // What the reader does to a block; kept while the block stays at its place in the document.
-    std::vector<bool> justCopied; ///< by code block
+    std::vector<bool> justCopy;   ///< by code block
     std::vector<double> scrolled; ///< by group, from where its content starts
     /// Filled by who needs them, emptied by every change.
     std::optional<std::string> documentText;

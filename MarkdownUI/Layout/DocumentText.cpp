@@ -133,25 +133,4 @@ std::vector<LinkInfo> linksOfBlock(const DocumentState& state, std::size_t block
     return result;
 }
 
-std::vector<LinkInfo> linksOf(const DocumentState& state) {
-    std::vector<LinkInfo> result;
-    forEachTextBlock(state, [&](std::size_t block) {
-        for (LinkInfo& link : linksOfBlock(state, block))
-            result.push_back(std::move(link));
-    });
-    return result;
-}
-
-std::vector<HeadingInfo> headingsOf(const DocumentState& state) {
-    std::vector<HeadingInfo> result;
-    for (const FlowUnit& unit : state.flow().units) {
-        if (unit.headingLevel == 0 || unit.textBegin > 0)
-            continue;
-        const std::size_t block = unit.firstTextBlock;
-        const std::string text = textOfBlock(state, block);
-        result.push_back({unit.headingLevel, {{block, 0}, {block, text.size()}}, text});
-    }
-    return result;
-}
-
 } // namespace quillmoth::markdown

@@ -4,7 +4,7 @@
 
 #include "MarkdownUI/Layout/DocumentState.h"
 
-/// A document as plain text, and its links and headings. Nothing is laid out for any of it.
+/// A document as plain text, and the links in it. Nothing is laid out for any of it.
 namespace quillmoth::markdown {
 
 [[nodiscard]] std::string textOfBlock(const DocumentState& state, std::size_t block);
@@ -25,8 +25,6 @@ namespace quillmoth::markdown {
 /// Fills `documentText` and `documentBlockStarts`.
 void ensureDocumentText(DocumentState& state);
 
-[[nodiscard]] std::vector<LinkInfo> linksOf(const DocumentState& state);
 [[nodiscard]] std::vector<LinkInfo> linksOfBlock(const DocumentState& state, std::size_t block);
-[[nodiscard]] std::vector<HeadingInfo> headingsOf(const DocumentState& state);
 
 } // namespace quillmoth::markdown

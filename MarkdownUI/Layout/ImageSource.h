@@ -7,13 +7,14 @@
 
 namespace quillmoth::markdown {
 
-enum class ImageState : std::uint8_t { notRequested, loading, success, failure };
+/// What is known of an image.
+struct DefaultImageViewModel {
+    enum class State : std::uint8_t { notRequested, loading, success, failure };
 
-struct ImageStatus {
-    ImageState state = ImageState::notRequested;
+    State state = State::notRequested;
     Size naturalSize; ///< zero unless `success`
 
-    bool operator==(const ImageStatus&) const = default;
+    bool operator==(const DefaultImageViewModel&) const = default;
 };
 
 /// Knows the images of a document. Main thread; loading itself happens elsewhere.
@@ -24,7 +25,7 @@ public:
     /// Starts to load the image with that absolute URL where it is new, or failed a while ago, and gives what
     /// is known of it; never waits. When an image arrives, the owner of the layout calls
     /// DocumentLayout::imagesChanged; what has arrived does not go again.
-    [[nodiscard]] virtual ImageStatus requestImage(const std::string& url) = 0;
+    [[nodiscard]] virtual DefaultImageViewModel requestImage(const std::string& url) = 0;
 };
 
 } // namespace quillmoth::markdown

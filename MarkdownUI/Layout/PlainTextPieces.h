@@ -68,7 +68,7 @@ private:
     std::vector<TextPiece> pieces_;
     mutable std::vector<double> tops_; ///< of the first `validTops_` pieces
     mutable std::size_t validTops_ = 0;
-    std::size_t settledLines_ = 0; ///< pieces of one line at the end of the list, before the last
+    std::size_t settledLines_ = 0;  ///< pieces of one line at the end of the list, before the last
     std::vector<std::size_t> live_; ///< the shaped pieces but for the last one
     double usedWidth_ = 0;
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "MarkdownUI/Layout/CodeBlockView.h"
 #include "MarkdownUI/Layout/DocumentState.h"
 
 namespace quillmoth::markdown {

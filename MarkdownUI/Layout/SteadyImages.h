@@ -13,12 +13,12 @@ class SteadyImages final : public ImageSource {
 public:
     explicit SteadyImages(ImageSource& source) : source_(source) {} ///< outlives this
 
-    [[nodiscard]] ImageStatus requestImage(const std::string& url) override {
-        const ImageStatus status = source_.requestImage(url);
-        if (status.state != ImageState::success)
+    [[nodiscard]] DefaultImageViewModel requestImage(const std::string& url) override {
+        const DefaultImageViewModel status = source_.requestImage(url);
+        if (status.state != DefaultImageViewModel::State::success)
             missing_.insert(url);
         else if (!missing_.empty() && missing_.contains(url))
-            return {ImageState::loading, {}};
+            return {DefaultImageViewModel::State::loading, {}};
         return status;
     }
 
@@ -28,7 +28,7 @@ public:
     /// Of those that have arrived.
     void takeNotice() {
         std::erase_if(missing_, [this](const std::string& url) {
-            return source_.requestImage(url).state == ImageState::success;
+            return source_.requestImage(url).state == DefaultImageViewModel::State::success;
         });
     }
 

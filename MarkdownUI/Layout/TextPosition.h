@@ -44,14 +44,6 @@ struct PartInfo {
     bool operator==(const PartInfo&) const = default;
 };
 
-struct HeadingInfo {
-    int level = 1;
-    TextRange range;
-    std::string text;
-
-    bool operator==(const HeadingInfo&) const = default;
-};
-
 struct LinkInfo {
     TextRange range;
     std::string destination{}; ///< absolute URL

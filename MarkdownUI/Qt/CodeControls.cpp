@@ -131,16 +131,16 @@ void CodeControls::release(DocumentLayout& document, Point point) {
 
 void CodeControls::copy(DocumentLayout& document, std::size_t codeBlock) {
     host_.copyText(QString::fromStdString(document.codeBlockText(codeBlock)));
-    setJustCopied(document, codeBlock, true);
+    setJustCopy(document, codeBlock, true);
     host_.callAfter(kCopiedFor, [this, &document, codeBlock, alive = std::weak_ptr<void>(alive_)] {
         if (!alive.expired() && codeBlock < document.codeBlockCount()) {
-            setJustCopied(document, codeBlock, false);
+            setJustCopy(document, codeBlock, false);
         }
     });
 }
 
-void CodeControls::setJustCopied(DocumentLayout& document, std::size_t codeBlock, bool justCopied) {
-    document.setJustCopied(codeBlock, justCopied);
+void CodeControls::setJustCopy(DocumentLayout& document, std::size_t codeBlock, bool justCopy) {
+    document.setJustCopy(codeBlock, justCopy);
     host_.copyButtonRenamed(codeBlock);
     changed();
 }

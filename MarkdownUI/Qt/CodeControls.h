@@ -58,7 +58,7 @@ private:
         double grabbedAt = 0; ///< pixels from the left end of the thumb
     };
 
-    void setJustCopied(DocumentLayout& document, std::size_t codeBlock, bool justCopied);
+    void setJustCopy(DocumentLayout& document, std::size_t codeBlock, bool justCopy);
     void setHovered(std::optional<std::size_t> button, std::optional<std::size_t> bar);
     bool pressBar(DocumentLayout& document, const ScrollRegionItem& region, Point point);
     /// The region whose bar is at `point`.

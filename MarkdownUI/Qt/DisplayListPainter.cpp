@@ -110,7 +110,8 @@ std::optional<Rect> scrollThumbOf(const ScrollRegionItem& region, double hover) 
     return Rect{left, region.frame.bottom() - margin - height, width, height};
 }
 
-DisplayListPainter::DisplayListPainter(const MarkdownPalette& palette, FontCache& fonts, ImageStore& images)
+DisplayListPainter::DisplayListPainter(const MarkdownPalette& palette, FontCache& fonts,
+                                       DefaultImageLoader& images)
     : palette_(palette), fonts_(fonts), images_(images) {}
 
 void DisplayListPainter::paint(QPainter& painter, const DisplayList& list, const PaintState& state) {

@@ -2,8 +2,8 @@
 
 #include "MarkdownUI/Layout/DisplayList.h"
 #include "MarkdownUI/Layout/TextPosition.h"
+#include "MarkdownUI/Qt/DefaultImageLoader.h"
 #include "MarkdownUI/Qt/FontCache.h"
-#include "MarkdownUI/Qt/ImageStore.h"
 #include "MarkdownUI/Qt/MarkdownPalette.h"
 
 #include <QColor>
@@ -51,7 +51,7 @@ struct PaintState {
 /// Paints display lists. All referenced services outlive it.
 class DisplayListPainter {
 public:
-    DisplayListPainter(const MarkdownPalette& palette, FontCache& fonts, ImageStore& images);
+    DisplayListPainter(const MarkdownPalette& palette, FontCache& fonts, DefaultImageLoader& images);
 
     /// The document's top left corner is at the painter's origin.
     void paint(QPainter& painter, const DisplayList& list, const PaintState& state);
@@ -70,7 +70,7 @@ private:
 
     const MarkdownPalette& palette_;
     FontCache& fonts_;
-    ImageStore& images_;
+    DefaultImageLoader& images_;
 };
 
 /// The thumb of the scroll bar of a region; nothing where its content fits.

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "MarkdownUI/Qt/DefaultImageLoader.h"
 #include "MarkdownUI/Qt/DisplayListPainter.h"
-#include "MarkdownUI/Qt/ImageStore.h"
 #include "MarkdownUI/Qt/MarkdownPalette.h"
 #include "MarkdownUI/Qt/QtTextEngine.h"
 #include "MarkdownUI/Style/CodeSyntaxHighlighter.h"
@@ -14,10 +14,10 @@ namespace quillmoth::markdown {
 struct MarkdownServices {
     /// `codeHighlighter` may be null, for code without colours; it outlives the services.
     explicit MarkdownServices(const MarkdownPalette& colors,
-                              const CodeSyntaxHighlighter* codeHighlighter = nullptr, ImageLoader loader = {},
-                              FontCache fonts = FontCache(),
+                              const CodeSyntaxHighlighter* codeHighlighter = nullptr,
+                              ImageDownload download = {}, FontCache fonts = FontCache(),
                               ImageClock clock = std::chrono::steady_clock::now)
-        : palette(colors), engine(palette, std::move(fonts)), images(std::move(loader), std::move(clock)),
+        : palette(colors), engine(palette, std::move(fonts)), images(std::move(download), std::move(clock)),
           highlighter(codeHighlighter), painter(palette, engine.fonts(), images) {}
 
     MarkdownServices(const MarkdownServices&) = delete;
@@ -25,7 +25,7 @@ struct MarkdownServices {
 
     const MarkdownPalette palette;
     QtTextEngine engine;
-    ImageStore images;
+    DefaultImageLoader images;
     const CodeSyntaxHighlighter* highlighter;
     DisplayListPainter painter;
 };

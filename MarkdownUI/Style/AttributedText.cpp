@@ -35,13 +35,6 @@ void AttributedText::append(const AttributedText& other) {
         append(other.textOf(run), run.attributes);
 }
 
-void AttributedText::setAttributes(std::size_t begin, std::size_t end, const SharedAttributes& attributes) {
-    AttributedText result = substring(0, begin);
-    result.append(std::string_view(text_).substr(begin, end - begin), attributes);
-    result.append(substring(end, text_.size()));
-    *this = std::move(result);
-}
-
 AttributedText AttributedText::substring(std::size_t begin, std::size_t end) const {
     AttributedText result;
     const Run* first = runAt(begin);

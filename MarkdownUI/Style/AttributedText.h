@@ -68,9 +68,6 @@ public:
     /// Room for that many more bytes and runs.
     void reserve(std::size_t bytes, std::size_t runs);
 
-    /// Sets the attributes of [begin, end), which lies within the text.
-    void setAttributes(std::size_t begin, std::size_t end, const SharedAttributes& attributes);
-
     /// Calls `edit` with a copy of each run's attributes, once for those that runs share; runs that have
     /// become equal are joined.
     template<class Edit>

@@ -1,6 +1,7 @@
 #include "MarkdownUI/Style/BlockStyle.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace quillmoth::markdown {
 
@@ -11,6 +12,47 @@ std::optional<double> larger(std::optional<double> first, std::optional<double> 
 }
 
 } // namespace
+
+BlockView::BlockView(AttributeContainer around)
+    : attributes(std::move(around)), around_(*attributes.fontProperties) {}
+
+BlockView& BlockView::markdownTextStyle(const AnyTextStyle& textStyle) {
+    textStyle._collectAttributes(attributes);
+    return *this;
+}
+
+BlockView& BlockView::relativeLineSpacing(RelativeSize length) {
+    lineSpacing = length.points(*attributes.fontProperties);
+    return *this;
+}
+
+BlockView& BlockView::relativePadding(Edges edges, RelativeSize length) {
+    const double points = length.points(*attributes.fontProperties);
+    if (edges == Edges::leading || edges == Edges::horizontal)
+        leading += points;
+    if (edges == Edges::trailing || edges == Edges::horizontal)
+        trailing += points;
+    if (edges == Edges::vertical) {
+        top += points;
+        bottom += points;
+    }
+    return *this;
+}
+
+BlockView& BlockView::markdownMargin(std::optional<RelativeSize> marginTop,
+                                     std::optional<RelativeSize> marginBottom) {
+    BlockMargin given;
+    if (marginTop)
+        given.top = marginTop->points(around_);
+    if (marginBottom)
+        given.bottom = marginBottom->points(around_);
+    margin = combined(margin, given);
+    return *this;
+}
+
+BlockView unchanged(BlockConfiguration block) {
+    return std::move(block.label);
+}
 
 BlockMargin combined(const BlockMargin& first, const BlockMargin& second) {
     return {larger(first.top, second.top), larger(first.bottom, second.bottom)};

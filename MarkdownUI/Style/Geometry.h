@@ -34,10 +34,6 @@ struct Rect {
         return point.x >= x && point.x < right() && point.y >= y && point.y < bottom();
     }
 
-    [[nodiscard]] bool intersects(const Rect& other) const {
-        return x < other.right() && other.x < right() && y < other.bottom() && other.y < bottom();
-    }
-
     [[nodiscard]] Rect translated(double dx, double dy) const { return {x + dx, y + dy, width, height}; }
 
     bool operator==(const Rect&) const = default;

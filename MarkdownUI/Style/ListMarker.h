@@ -27,8 +27,8 @@ struct ListMarker {
     std::string symbol;
     SymbolScale scale = SymbolScale::bullet;
     Color color = SemanticColor::text;
-    std::string plainText; ///< in text that is copied
-    RelativeSize minimumWidth = RelativeSize::em(1.5);
+    std::string plainText;                              ///< in text that is copied
+    RelativeSize relativeFrame = RelativeSize::em(1.5); ///< its column is that wide at least
 
     bool operator==(const ListMarker&) const = default;
 };

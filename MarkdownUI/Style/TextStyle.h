@@ -169,6 +169,13 @@ struct TextStyleBuilder {
 [[nodiscard]] AnyTextStyle markdownTextStyle(const AnyTextStyle& outer, const AnyTextStyle& inner);
 
 /// `attributes` after `style` has been collected into it.
-[[nodiscard]] AttributeContainer collecting(const AnyTextStyle& style, AttributeContainer attributes = {});
+[[nodiscard]] AttributeContainer collecting(const AnyTextStyle& style, AttributeContainer attributes);
+
+/// What a text style makes of an empty bag: the font in force, for one.
+struct TextStyleAttributesReader {
+    AnyTextStyle textStyle;
+
+    [[nodiscard]] AttributeContainer read() const { return collecting(textStyle, {}); }
+};
 
 } // namespace quillmoth::markdown

@@ -18,57 +18,62 @@ void setInlineStyles(Theme& theme) {
     theme.strikethrough = StrikethroughStyle{LineStyle::single};
 }
 
-void setHeadings(Theme& theme) {
-    constexpr std::array kSizes{2.0, 1.5, 1.17, 1.0, 0.83, 0.67};
-    for (std::size_t i = 0; i < kSizes.size(); ++i) {
-        BlockStyle& heading = theme.headings.at(i);
-        heading.textStyle = TextStyleBuilder::Pair<FontWeight, FontSize>{{Weight::semibold},
-                                                                         {RelativeSize::em(kSizes.at(i))}};
-        heading.marginTop = RelativeSize::rem(1.5);
-        heading.marginBottom = RelativeSize::rem(1);
-    }
+BlockStyle headingStyle(double ems) {
+    return [ems](BlockConfiguration block) {
+        return block.label.markdownTextStyle(FontWeight{Weight::semibold})
+            .markdownTextStyle(FontSize{RelativeSize::em(ems)})
+            .markdownMargin(RelativeSize::rem(1.5), RelativeSize::rem(1));
+    };
 }
 
-void setTextBlocks(Theme& theme) {
-    theme.paragraph.lineSpacing = RelativeSize::em(0.15);
-    theme.paragraph.marginTop = RelativeSize::zero;
-    theme.paragraph.marginBottom = RelativeSize::em(1);
-
-    theme.blockquote.textStyle = FontStyle{FontProperties::Style::italic};
-    theme.blockquote.padding.leading = RelativeSize::em(2);
-    theme.blockquote.padding.trailing = RelativeSize::em(1);
-
-    theme.codeBlock.lineSpacing = RelativeSize::em(0.15);
-    theme.codeBlock.padding.leading = RelativeSize::rem(1);
-    theme.codeBlock.textStyle = codeTextStyle();
-    theme.codeBlock.marginTop = RelativeSize::zero;
-    theme.codeBlock.marginBottom = RelativeSize::em(1);
-
-    theme.thematicBreak.marginTop = RelativeSize::em(2);
-    theme.thematicBreak.marginBottom = RelativeSize::em(2);
+BlockView paragraphStyle(BlockConfiguration block) {
+    return block.label.relativeLineSpacing(RelativeSize::em(0.15))
+        .markdownMargin(RelativeSize::zero, RelativeSize::em(1));
 }
 
-BlockStyle basicTableCell(const TableCellConfiguration& configuration) {
-    BlockStyle cell;
-    if (configuration.row == 0)
-        cell.textStyle = FontWeight{Weight::semibold};
-    cell.lineSpacing = RelativeSize::em(0.15);
-    cell.padding.leading = cell.padding.trailing = RelativeSize::em(0.72);
-    cell.padding.top = cell.padding.bottom = RelativeSize::em(0.35);
-    return cell;
+BlockView blockquoteStyle(BlockConfiguration block) {
+    return block.label.markdownTextStyle(FontStyle{FontProperties::Style::italic})
+        .relativePadding(Edges::leading, RelativeSize::em(2))
+        .relativePadding(Edges::trailing, RelativeSize::em(1));
+}
+
+BlockView codeBlockStyle(BlockConfiguration block) {
+    return block.label.markdownTextStyle(codeTextStyle())
+        .relativeLineSpacing(RelativeSize::em(0.15))
+        .relativePadding(Edges::leading, RelativeSize::rem(1))
+        .markdownMargin(RelativeSize::zero, RelativeSize::em(1));
+}
+
+BlockView tableStyle(BlockConfiguration block) {
+    return block.label.markdownMargin(RelativeSize::zero, RelativeSize::em(1));
+}
+
+BlockView tableCellStyle(TableCellConfiguration cell) {
+    if (cell.row == 0)
+        cell.label.markdownTextStyle(FontWeight{Weight::semibold});
+    return cell.label.relativeLineSpacing(RelativeSize::em(0.15))
+        .relativePadding(Edges::horizontal, RelativeSize::em(0.72))
+        .relativePadding(Edges::vertical, RelativeSize::em(0.35));
+}
+
+BlockView thematicBreakStyle(BlockConfiguration block) {
+    return block.label.markdownMargin(RelativeSize::em(2), RelativeSize::em(2));
 }
 
 Theme makeBasic() {
     Theme theme;
     setInlineStyles(theme);
-    setHeadings(theme);
-    setTextBlocks(theme);
+    theme.headings = {headingStyle(2), headingStyle(1.5),  headingStyle(1.17),
+                      headingStyle(1), headingStyle(0.83), headingStyle(0.67)};
+    theme.paragraph = paragraphStyle;
+    theme.blockquote = blockquoteStyle;
+    theme.codeBlock = codeBlockStyle;
     theme.taskListMarker = markers::checkmarkSquare;
     theme.bulletedListMarker = markers::discCircleSquare;
     theme.numberedListMarker = markers::decimal;
-    theme.table.marginTop = RelativeSize::zero;
-    theme.table.marginBottom = RelativeSize::em(1);
-    theme.tableCell = basicTableCell;
+    theme.table = tableStyle;
+    theme.tableCell = tableCellStyle;
+    theme.thematicBreak = thematicBreakStyle;
     return theme;
 }
 

@@ -22,9 +22,9 @@ struct Theme {
     BlockStyle paragraph;
     BlockStyle blockquote;
     BlockStyle codeBlock;
-    BlockStyle image;
-    BlockStyle list;
-    BlockStyle listItem;
+    BlockStyle image = unchanged;
+    BlockStyle list = unchanged;
+    BlockStyle listItem = unchanged;
     TaskListMarkerStyle taskListMarker;
     ListMarkerStyle bulletedListMarker;
     ListMarkerStyle numberedListMarker;

@@ -13,7 +13,7 @@ namespace {
 constexpr double kCodeFontSize = 16;
 
 /// Loads the images of answers. What does not load, or is no image, stays clear space.
-markdown::ImageLoader imageLoader(DesktopServices& services) {
+markdown::ImageDownload imageLoader(DesktopServices& services) {
     return [&services](const QString& url, const std::function<void(QByteArray)>& finished) {
         platform::URLRequest request;
         request.url = url.toStdString();

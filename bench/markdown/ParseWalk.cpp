@@ -75,7 +75,7 @@ public:
 
 class NoImages final : public ImageSource {
 public:
-    [[nodiscard]] ImageStatus requestImage(const std::string& /*url*/) override { return {}; }
+    [[nodiscard]] DefaultImageViewModel requestImage(const std::string& /*url*/) override { return {}; }
 };
 
 void md4cParse(benchmark::State& state) {

@@ -274,7 +274,7 @@ int drawImageAtSecondTry(const QString& folder) {
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     };
     gallery.draw(QStringLiteral("image-failed"), openConversation);
-    now += markdown::ImageStore::kRetryPause;
+    now += markdown::DefaultImageLoader::kRetryPause;
     isServerUp = true;
     gallery.draw(QStringLiteral("image-at-second-try"), openConversation);
     return gallery.failures();

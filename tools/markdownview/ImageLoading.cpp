@@ -31,7 +31,7 @@ void loadFromNetwork(QNetworkAccessManager& network, const QUrl& url, Finished f
 
 } // namespace
 
-markdown::ImageLoader makeImageLoader(const QString& folder) {
+markdown::ImageDownload makeImageLoader(const QString& folder) {
     auto network = std::make_shared<QNetworkAccessManager>();
     return [folder, network](const QString& text, Finished finished) {
         const QUrl url(text);

@@ -1,12 +1,12 @@
 #pragma once
 
-#include "MarkdownUI/Qt/ImageStore.h"
+#include "MarkdownUI/Qt/DefaultImageLoader.h"
 
 #include <QString>
 
 namespace quillmoth::markdownview {
 
 /// Loads images from the network and from files; relative paths are seen from `folder`.
-[[nodiscard]] markdown::ImageLoader makeImageLoader(const QString& folder);
+[[nodiscard]] markdown::ImageDownload makeImageLoader(const QString& folder);
 
 } // namespace quillmoth::markdownview

@@ -55,12 +55,10 @@ std::string faultOfText(const DocumentLayout& layout) {
     const std::string& all = layout.documentText();
     if (layout.plainText(layout.wholeRange()).size() > all.size())
         return "a copy longer than the text";
-    for (const LinkInfo& link : layout.links()) {
-        if (link.range.end.offset > layout.textOfBlock(link.range.end.block).size())
-            return "a link behind its block's text";
-    }
-    for (const HeadingInfo& heading : layout.headings()) {
-        if (heading.level < 1 || heading.level > 6)
+    for (const PartInfo& part : layout.parts()) {
+        if (part.range.end.offset > layout.textOfBlock(part.range.end.block).size())
+            return "a part behind its block's text";
+        if (part.level < 0 || part.level > 6)
             return "a heading of no level";
     }
     return {};

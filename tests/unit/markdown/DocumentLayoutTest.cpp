@@ -159,7 +159,7 @@ TEST_F(DocumentLayoutTest, the_copy_button_tells_that_it_was_pressed) {
     const Rect button = layout.copyButtonFrame(1);
     EXPECT_EQ(layout.copyButtonAt({button.x + 1, button.y + 1}), 1U);
     EXPECT_EQ(layout.copyButtonAt({button.x - 1, button.y + 1}), std::nullopt);
-    layout.setJustCopied(1, true);
+    layout.setJustCopy(1, true);
     const std::string list = describe(layout.displayList({0, 0, 400, 1000}));
     EXPECT_NE(list.find("doc.on.doc \"Copy code\""), std::string::npos);
     EXPECT_NE(list.find("checkmark \"Copied\""), std::string::npos);

@@ -23,11 +23,11 @@ public:
 /// Images of the sizes that it is told; all others fail.
 class FixedImageSource final : public ImageSource {
 public:
-    [[nodiscard]] ImageStatus requestImage(const std::string& url) override {
+    [[nodiscard]] DefaultImageViewModel requestImage(const std::string& url) override {
         const auto found = sizes.find(url);
         if (found == sizes.end())
-            return {ImageState::failure, {}};
-        return {ImageState::success, found->second};
+            return {DefaultImageViewModel::State::failure, {}};
+        return {DefaultImageViewModel::State::success, found->second};
     }
 
     std::map<std::string, Size> sizes;

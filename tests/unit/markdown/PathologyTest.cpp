@@ -39,7 +39,7 @@ std::size_t costOf(const std::string& text) {
     layout.ensureLaidOut(1e12);
     (void)layout.displayList({0, 0, 500, layout.totalHeight()});
     (void)layout.documentText();
-    (void)layout.links();
+    (void)layout.parts();
     return engine.bytesShaped;
 }
 

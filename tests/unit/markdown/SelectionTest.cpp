@@ -78,17 +78,22 @@ TEST_F(SelectionTest, a_selection_covers_its_text_and_no_more) {
     EXPECT_EQ(layout.selectionRectangles(layout.wholeRange(), {0, 0, 400, 10}).size(), 1U);
 }
 
-TEST_F(SelectionTest, links_and_headings_are_known_without_layout) {
+TEST_F(SelectionTest, parts_are_known_without_layout) {
     set("## A *b*\n\nsee [one](a) and [two](<b c>)\n\n- # C\n\n|[three](https://x.org)|\n|-|\n");
     const std::size_t before = engine.shapeCalls;
-    const auto links = layout.links();
-    ASSERT_EQ(links.size(), 2U);
-    EXPECT_EQ(links[0], (LinkInfo{{{1, 4}, {1, 7}}, "https://example.org/a", "one"}));
-    EXPECT_EQ(links[1].destination, "https://x.org");
-    EXPECT_EQ(layout.headings(),
-              (std::vector<HeadingInfo>{{2, {{0, 0}, {0, 3}}, "A b"}, {1, {{2, 0}, {2, 1}}, "C"}}));
+    const auto parts = layout.parts();
+    ASSERT_EQ(parts.size(), 4U);
+    EXPECT_EQ(
+        parts[0],
+        (PartInfo{.kind = PartInfo::Kind::heading, .level = 2, .range = {{0, 0}, {0, 3}}, .text = "A b"}));
+    EXPECT_EQ(parts[1], (PartInfo{.kind = PartInfo::Kind::link,
+                                  .range = {{1, 4}, {1, 7}},
+                                  .text = "one",
+                                  .destination = "https://example.org/a"}));
+    EXPECT_EQ(parts[2].level, 1);
+    EXPECT_EQ(parts[3].destination, "https://x.org");
     EXPECT_EQ(engine.shapeCalls, before);
-    const Rect link = layout.selectionRectangles(links[0].range, {0, 0, 400, 1000}).front();
+    const Rect link = layout.selectionRectangles(parts[1].range, {0, 0, 400, 1000}).front();
     EXPECT_EQ(layout.linkAt({link.x + 1, link.y + 1}), "https://example.org/a");
     EXPECT_EQ(layout.linkAt({link.x - 1, link.y + 1}), std::nullopt);
     EXPECT_TRUE(layout.isTextAt({link.x + 1, link.y + 1}));

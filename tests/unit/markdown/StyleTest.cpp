@@ -11,7 +11,7 @@ namespace quillmoth::markdown {
 namespace {
 
 AttributeContainer withFont() {
-    return collecting(FontProperties{});
+    return TextStyleAttributesReader{FontProperties{}}.read();
 }
 
 FontProperties fontAfter(const std::vector<AnyTextStyle>& styles) {
@@ -110,10 +110,11 @@ TEST(TextStyle, every_font_property_reaches_the_font) {
 TEST(AttributedText, runs_cover_the_text_and_neighbours_differ) {
     AttributeContainer red;
     red.foregroundColor = Color::fromHex(0xFF0000);
-    AttributedText text("abc", {});
-    text.append("def", {});
+    AttributedText text("a", {});
+    text.append("b", {});
     ASSERT_EQ(text.runs().size(), 1U);
-    text.setAttributes(2, 4, red);
+    text.append("cd", red);
+    text.append("ef", {});
     ASSERT_EQ(text.runs().size(), 3U);
     EXPECT_EQ(text.textOf(text.runs()[1]), "cd");
     EXPECT_EQ(text.runAt(3), &text.runs()[1]);

@@ -33,7 +33,7 @@ TEST(MessageContent, asks_again_for_a_failed_image_when_the_panel_is_shown_again
     open();
     panel.grab();
     EXPECT_EQ(asked, 1);
-    now += markdown::ImageStore::kRetryPause;
+    now += markdown::DefaultImageLoader::kRetryPause;
     panel.grab();
     EXPECT_EQ(asked, 1) << "no paint asks";
     panel.hide();

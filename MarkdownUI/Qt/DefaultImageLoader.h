@@ -21,24 +21,25 @@ namespace quillmoth::markdown {
 
 /// Starts loading the data of the absolute URL `url`; later calls `finished` once, on any thread, with no
 /// data where that failed.
-using ImageLoader = std::function<void(const QString& url, std::function<void(QByteArray)> finished)>;
+using ImageDownload = std::function<void(const QString& url, std::function<void(QByteArray)> finished)>;
 
 using ImageClock = std::function<std::chrono::steady_clock::time_point()>;
 
 /// The images of all documents of a window, by URL. "data:" URLs are read in place, all others through the
-/// loader. Decoding happens on a pool thread. What fails stays a clear area; who asks for it
+/// download. Decoding happens on a pool thread. What fails stays a clear area; who asks for it
 /// `kRetryPause` or more after the failure has it loaded again. Main thread.
-class ImageStore : public ImageSource {
+class DefaultImageLoader : public ImageSource {
 public:
     static constexpr std::chrono::seconds kRetryPause{3};
 
-    /// Without a loader only "data:" URLs give images.
-    explicit ImageStore(ImageLoader loader = {}, ImageClock clock = std::chrono::steady_clock::now);
-    ~ImageStore() override;
-    ImageStore(const ImageStore&) = delete;
-    ImageStore& operator=(const ImageStore&) = delete;
+    /// Without a download only "data:" URLs give images.
+    explicit DefaultImageLoader(ImageDownload download = {},
+                                ImageClock clock = std::chrono::steady_clock::now);
+    ~DefaultImageLoader() override;
+    DefaultImageLoader(const DefaultImageLoader&) = delete;
+    DefaultImageLoader& operator=(const DefaultImageLoader&) = delete;
 
-    [[nodiscard]] ImageStatus requestImage(const std::string& url) override;
+    [[nodiscard]] DefaultImageViewModel requestImage(const std::string& url) override;
 
     /// Nothing where the image is not there.
     void draw(QPainter& painter, const std::string& url, const QRectF& frame);
@@ -52,7 +53,7 @@ public:
 
 private:
     struct Entry {
-        ImageStatus status;
+        DefaultImageViewModel status;
         std::chrono::steady_clock::time_point failedAt;
         QImage image;
         QPixmap scaled; ///< for the last size that it was drawn at
@@ -65,7 +66,7 @@ private:
     void arrived(const std::string& url, QImage image);
     void notify();
 
-    ImageLoader loader_;
+    ImageDownload download_;
     ImageClock clock_;
     std::shared_ptr<Inbox> inbox_;
     std::unordered_map<std::string, Entry> entries_;

@@ -1,4 +1,4 @@
-#include "MarkdownUI/Qt/ImageStore.h"
+#include "MarkdownUI/Qt/DefaultImageLoader.h"
 
 #include <QBuffer>
 #include <QCoreApplication>
@@ -51,9 +51,9 @@ QByteArray dataOf(const std::string& url) {
 } // namespace
 
 /// Carries images from the pool's threads to the main thread. The store is taken out when it goes.
-class ImageStore::Inbox : public QObject, public std::enable_shared_from_this<Inbox> {
+class DefaultImageLoader::Inbox : public QObject, public std::enable_shared_from_this<Inbox> {
 public:
-    explicit Inbox(ImageStore* store) : store_(store) {}
+    explicit Inbox(DefaultImageLoader* store) : store_(store) {}
 
     void detach() { store_ = nullptr; }
 
@@ -81,62 +81,62 @@ private:
             Qt::QueuedConnection);
     }
 
-    ImageStore* store_; ///< main thread only
+    DefaultImageLoader* store_; ///< main thread only
 };
 
-ImageStore::ImageStore(ImageLoader loader, ImageClock clock)
-    : loader_(std::move(loader)), clock_(std::move(clock)), inbox_(std::make_shared<Inbox>(this)) {}
+DefaultImageLoader::DefaultImageLoader(ImageDownload download, ImageClock clock)
+    : download_(std::move(download)), clock_(std::move(clock)), inbox_(std::make_shared<Inbox>(this)) {}
 
-ImageStore::~ImageStore() {
+DefaultImageLoader::~DefaultImageLoader() {
     inbox_->detach();
 }
 
-ImageStatus ImageStore::requestImage(const std::string& url) {
+DefaultImageViewModel DefaultImageLoader::requestImage(const std::string& url) {
     Entry& entry = entries_[url];
     if (isToLoad(url, entry)) {
-        entry.status.state = ImageState::loading;
+        entry.status.state = DefaultImageViewModel::State::loading;
         ++loadingCount_;
         load(url);
     }
     return entry.status;
 }
 
-bool ImageStore::isToLoad(const std::string& url, const Entry& entry) const {
-    if (entry.status.state == ImageState::failure) {
+bool DefaultImageLoader::isToLoad(const std::string& url, const Entry& entry) const {
+    if (entry.status.state == DefaultImageViewModel::State::failure) {
         return clock_() - entry.failedAt >= kRetryPause && !isDataURL(url); // such a one cannot become better
     }
-    return entry.status.state == ImageState::notRequested;
+    return entry.status.state == DefaultImageViewModel::State::notRequested;
 }
 
-void ImageStore::load(const std::string& url) {
+void DefaultImageLoader::load(const std::string& url) {
     if (isDataURL(url)) {
         inbox_->decode(url, dataOf(url));
-    } else if (loader_) {
-        loader_(QString::fromStdString(url),
-                [inbox = inbox_, url](QByteArray data) { inbox->decode(url, std::move(data)); });
+    } else if (download_) {
+        download_(QString::fromStdString(url),
+                  [inbox = inbox_, url](QByteArray data) { inbox->decode(url, std::move(data)); });
     } else {
         inbox_->decode(url, {});
     }
 }
 
-void ImageStore::arrived(const std::string& url, QImage image) {
+void DefaultImageLoader::arrived(const std::string& url, QImage image) {
     Entry& entry = entries_[url];
-    if (entry.status.state != ImageState::loading) {
+    if (entry.status.state != DefaultImageViewModel::State::loading) {
         return;
     }
     --loadingCount_;
     if (image.isNull()) {
-        entry.status = {ImageState::failure, {}};
+        entry.status = {DefaultImageViewModel::State::failure, {}};
         entry.failedAt = clock_();
         return;
     }
     const QSizeF size = image.deviceIndependentSize();
-    entry.status = {ImageState::success, {size.width(), size.height()}};
+    entry.status = {DefaultImageViewModel::State::success, {size.width(), size.height()}};
     entry.image = std::move(image);
     notify();
 }
 
-void ImageStore::draw(QPainter& painter, const std::string& url, const QRectF& frame) {
+void DefaultImageLoader::draw(QPainter& painter, const std::string& url, const QRectF& frame) {
     const auto known = entries_.find(url);
     if (known == entries_.end() || known->second.image.isNull()) {
         return;
@@ -151,13 +151,13 @@ void ImageStore::draw(QPainter& painter, const std::string& url, const QRectF& f
     painter.drawPixmap(frame, entry.scaled, QRectF(entry.scaled.rect()));
 }
 
-std::shared_ptr<void> ImageStore::onChange(std::function<void()> changed) {
+std::shared_ptr<void> DefaultImageLoader::onChange(std::function<void()> changed) {
     auto listener = std::make_shared<std::function<void()>>(std::move(changed));
     listeners_.push_back(listener);
     return listener;
 }
 
-void ImageStore::notify() {
+void DefaultImageLoader::notify() {
     const auto listeners = listeners_; // a listener may add or remove others
     for (const auto& weak : listeners) {
         if (const auto listener = weak.lock()) {
