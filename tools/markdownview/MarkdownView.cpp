@@ -1,6 +1,5 @@
 #include "MarkdownView.h"
 
-#include "Foundation/Qt/Transition.h"
 #include "MarkdownUI/Qt/AccessibleDocument.h"
 #include "MarkdownUI/Qt/AccessibleMarkdown.h"
 
@@ -22,15 +21,7 @@ namespace quillmoth::markdown {
 
 namespace {
 
-using namespace std::chrono_literals;
-
 constexpr double kPadding = 30;
-constexpr double kBarWidth = 4;
-constexpr double kHoveredBarWidth = 6;
-constexpr double kBarMargin = 3;
-constexpr double kHoveredBarMargin = 2;
-constexpr double kBarReach = 10;
-constexpr double kLeastThumb = 28;
 constexpr double kWheelStep = 60; // for one notch
 constexpr double kNotch = 120;
 constexpr double kKeyScroll = 40;
@@ -38,17 +29,14 @@ constexpr double kPageOverlap = 40;
 constexpr int kAutoScrollInterval = 16;
 constexpr double kAutoScrollShare = 0.2; // of the distance beyond the edge
 
-constexpr std::size_t kBar = 0;
-
 /// Teaches Qt's accessibility about MarkdownView.
 void installAccessibleMarkdown() {
     static const bool isInstalled = [] {
         QAccessible::installFactory(
             [](const QString& /*className*/, QObject* object) -> QAccessibleInterface* {
                 auto* view = dynamic_cast<MarkdownView*>(object);
-                if (view == nullptr) {
+                if (view == nullptr)
                     return nullptr;
-                }
                 return new AccessibleDocument(*view, view->item(), [view] { // owned by Qt's cache
                     return view->mapToGlobal(view->itemOrigin().toPoint());
                 });
@@ -61,7 +49,8 @@ void installAccessibleMarkdown() {
 } // namespace
 
 MarkdownView::MarkdownView(MarkdownServices& services, QWidget* parent)
-    : QWidget(parent), services_(services), item_(services, *this), barFade_(120ms, [this] { update(); }) {
+    : QWidget(parent), services_(services), item_(services, *this),
+      bar_(services.palette, [this] { update(); }) {
     installAccessibleMarkdown();
     setMouseTracking(true);
     setFocusPolicy(Qt::StrongFocus);
@@ -80,16 +69,12 @@ QPointF MarkdownView::itemOrigin() const {
     return {kPadding, kPadding - scroll_};
 }
 
-double MarkdownView::contentHeight() const {
-    return item_.height() + 2 * kPadding;
-}
-
-double MarkdownView::greatestScroll() const {
-    return std::max(contentHeight() - height(), 0.0);
+ScrollBar::Extent MarkdownView::extent() const {
+    return {size(), item_.height() + 2 * kPadding, scroll_};
 }
 
 void MarkdownView::setScrollPosition(double position) {
-    scroll_ = std::clamp(position, 0.0, greatestScroll());
+    scroll_ = std::clamp(position, 0.0, extent().greatestScroll());
     layOutVisible();
     update();
 }
@@ -101,10 +86,9 @@ void MarkdownView::layOutVisible() {
     for (int pass = 0; pass < kMostPasses; ++pass) {
         const double top = scroll_ - kPadding;
         scroll_ += item_.ensureLaidOut(top, top + height());
-        const double inside = std::clamp(scroll_, 0.0, greatestScroll());
-        if (std::exchange(scroll_, inside) == top + kPadding && inside == top + kPadding) {
+        const double inside = std::clamp(scroll_, 0.0, extent().greatestScroll());
+        if (std::exchange(scroll_, inside) == top + kPadding && inside == top + kPadding)
             break;
-        }
     }
     isLayingOut_ = false;
 }
@@ -115,7 +99,7 @@ void MarkdownView::paintEvent(QPaintEvent* event) {
     painter.fillRect(event->rect(), services_.palette.base);
     const QPointF origin = itemOrigin();
     item_.paint(painter, QRectF(event->rect()).translated(-origin), origin);
-    paintScrollBar(painter);
+    bar_.paint(painter, extent());
 }
 
 void MarkdownView::resizeEvent(QResizeEvent* /*event*/) {
@@ -123,41 +107,8 @@ void MarkdownView::resizeEvent(QResizeEvent* /*event*/) {
     setScrollPosition(scroll_);
 }
 
-std::optional<QRectF> MarkdownView::thumb() const {
-    if (greatestScroll() < 0.5) {
-        return std::nullopt;
-    }
-    const double share = barFade_.shareOf(kBar);
-    const double barWidth = kBarWidth + (kHoveredBarWidth - kBarWidth) * share;
-    const double margin = kBarMargin + (kHoveredBarMargin - kBarMargin) * share;
-    const double track = height() - 2 * kBarMargin;
-    const double length = std::clamp(track * height() / contentHeight(), std::min(kLeastThumb, track), track);
-    const double top = kBarMargin + (track - length) * (scroll_ / greatestScroll());
-    return QRectF(width() - margin - barWidth, top, barWidth, length);
-}
-
-bool MarkdownView::isOnScrollBar(const QPointF& point) const {
-    return point.x() >= width() - kBarReach && thumb().has_value();
-}
-
-void MarkdownView::paintScrollBar(QPainter& painter) {
-    const auto bar = thumb();
-    if (!bar) {
-        return;
-    }
-    const MarkdownPalette& palette = services_.palette;
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(thumbGrab_ ? palette.thumbDragged
-                                : blended(palette.thumb, palette.thumbHovered, barFade_.shareOf(kBar)));
-    painter.drawRoundedRect(*bar, bar->width() / 2, bar->width() / 2);
-}
-
-void MarkdownView::dragThumbTo(double y) {
-    const double track = height() - 2 * kBarMargin - thumb().value_or(QRectF()).height();
-    if (track > 0) {
-        setScrollPosition((y - *thumbGrab_ - kBarMargin) / track * greatestScroll());
-    }
+void MarkdownView::dragBarTo(double y) {
+    setScrollPosition(bar_.scrollAt(extent(), y));
 }
 
 void MarkdownView::mousePressEvent(QMouseEvent* event) {
@@ -169,57 +120,48 @@ void MarkdownView::mouseDoubleClickEvent(QMouseEvent* event) {
 }
 
 void MarkdownView::press(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton) {
+    if (event->button() != Qt::LeftButton)
         return;
-    }
-    if (isOnScrollBar(event->position())) {
-        const QRectF bar = thumb().value_or(QRectF());
-        const bool isOnThumb = event->position().y() >= bar.top() && event->position().y() < bar.bottom();
-        thumbGrab_ = isOnThumb ? event->position().y() - bar.top() : bar.height() / 2;
-        return dragThumbTo(event->position().y());
+    if (bar_.isAt(extent(), event->position())) {
+        bar_.grab(extent(), event->position().y());
+        return dragBarTo(event->position().y());
     }
     item_.mousePress(toItem(event->position()), clicks_.countPress(*event), event->modifiers());
 }
 
 void MarkdownView::mouseMoveEvent(QMouseEvent* event) {
     pointer_ = event->position();
-    if (thumbGrab_) {
-        return dragThumbTo(pointer_.y());
-    }
+    if (bar_.isGrabbed())
+        return dragBarTo(pointer_.y());
     const bool isPressed = event->buttons().testFlag(Qt::LeftButton);
     item_.mouseMove(toItem(pointer_), isPressed);
     if (isPressed) {
         const bool isBeyond = pointer_.y() < 0 || pointer_.y() >= height();
-        if (isBeyond && !autoScroll_.isActive()) {
+        if (isBeyond && !autoScroll_.isActive())
             autoScroll_.start(kAutoScrollInterval, this);
-        } else if (!isBeyond) {
+        else if (!isBeyond)
             autoScroll_.stop();
-        }
         return;
     }
-    const bool isOnBar = isOnScrollBar(pointer_);
-    if (isOnBar != (barFade_.shareOf(kBar) > 0)) {
-        barFade_.setHovered(kBar, isOnBar);
-    }
+    const bool isOnBar = bar_.isAt(extent(), pointer_);
+    bar_.setHovered(isOnBar);
     setCursor(isOnBar ? Qt::ArrowCursor : item_.cursorAt(toItem(pointer_)));
 }
 
 void MarkdownView::mouseReleaseEvent(QMouseEvent* event) {
     autoScroll_.stop();
-    if (event->button() != Qt::LeftButton) {
+    if (event->button() != Qt::LeftButton)
         return;
-    }
-    if (thumbGrab_) {
-        thumbGrab_.reset();
+    if (bar_.isGrabbed()) {
+        bar_.release();
         return update();
     }
     item_.mouseRelease(toItem(event->position()));
 }
 
 void MarkdownView::timerEvent(QTimerEvent* event) {
-    if (event->timerId() != autoScroll_.timerId()) {
+    if (event->timerId() != autoScroll_.timerId())
         return QWidget::timerEvent(event);
-    }
     const double beyond = pointer_.y() < 0 ? pointer_.y() : std::max(pointer_.y() - height(), 0.0);
     setScrollPosition(scroll_ + beyond * kAutoScrollShare);
     item_.mouseMove(toItem(pointer_), true);
@@ -227,13 +169,12 @@ void MarkdownView::timerEvent(QTimerEvent* event) {
 
 void MarkdownView::leaveEvent(QEvent* /*event*/) {
     item_.leave();
-    barFade_.setHovered(kBar, false);
+    bar_.setHovered(false);
 }
 
 void MarkdownView::wheelEvent(QWheelEvent* event) {
-    if (item_.wheel(*event, toItem(event->position()))) {
+    if (item_.wheel(*event, toItem(event->position())))
         return event->accept();
-    }
     const double distance = event->pixelDelta().isNull() ? event->angleDelta().y() / kNotch * kWheelStep
                                                          : static_cast<double>(event->pixelDelta().y());
     setScrollPosition(scroll_ - distance);
@@ -242,9 +183,8 @@ void MarkdownView::wheelEvent(QWheelEvent* event) {
 
 void MarkdownView::keyPressEvent(QKeyEvent* event) {
     if (item_.keyPress(*event)) {
-        if (event->modifiers().testFlag(Qt::ShiftModifier)) {
+        if (event->modifiers().testFlag(Qt::ShiftModifier))
             showCaret();
-        }
     } else if (!scrollByKey(*event)) {
         QWidget::keyPressEvent(event);
     }
@@ -270,7 +210,7 @@ bool MarkdownView::scrollByKey(const QKeyEvent& event) {
         setScrollPosition(0);
         return true;
     case Qt::Key_End:
-        setScrollPosition(greatestScroll());
+        setScrollPosition(extent().greatestScroll());
         return true;
     default:
         return false;
@@ -284,17 +224,15 @@ void MarkdownView::showCaret() {
 /// Scrolls as little as shows `frame`, which is the item's.
 void MarkdownView::showFrame(const QRectF& frame) {
     const QRectF shown = frame.translated(itemOrigin());
-    if (shown.top() < 0) {
+    if (shown.top() < 0)
         setScrollPosition(scroll_ + shown.top());
-    } else if (shown.bottom() > height()) {
+    else if (shown.bottom() > height())
         setScrollPosition(scroll_ + shown.bottom() - height());
-    }
 }
 
 bool MarkdownView::focusNextPrevChild(bool isNext) {
-    if (!item_.focusNextControl(isNext)) {
+    if (!item_.focusNextControl(isNext))
         return QWidget::focusNextPrevChild(isNext);
-    }
     const double margin = kKeyScroll / 2;
     showFrame(item_.focusedFrame().value_or(QRectF()).adjusted(0, -margin, 0, margin));
     announceFocusedPart(*this, item_);
@@ -304,9 +242,8 @@ bool MarkdownView::focusNextPrevChild(bool isNext) {
 void MarkdownView::focusOutEvent(QFocusEvent* event) {
     const bool returns =
         event->reason() == Qt::PopupFocusReason || event->reason() == Qt::ActiveWindowFocusReason;
-    if (!returns) {
+    if (!returns)
         item_.clearFocus();
-    }
     QWidget::focusOutEvent(event);
 }
 
@@ -323,31 +260,27 @@ void MarkdownView::contextMenuEvent(QContextMenuEvent* event) {
 }
 
 void MarkdownView::itemChanged(const QRectF& area) {
-    if (area.isNull()) {
+    if (area.isNull())
         update();
-    } else {
+    else
         update(area.translated(itemOrigin()).toAlignedRect());
-    }
 }
 
 void MarkdownView::itemResized() {
-    if (!isLayingOut_) {
+    if (!isLayingOut_)
         update();
-    }
 }
 
 void MarkdownView::openLink(const QString& url) {
-    if (onLinkActivated) {
+    if (onLinkActivated)
         onLinkActivated(url);
-    }
 }
 
 void MarkdownView::copyText(const QString& text) {
-    if (onCopy) {
+    if (onCopy)
         onCopy(text);
-    } else {
+    else
         QGuiApplication::clipboard()->setText(text);
-    }
 }
 
 void MarkdownView::copyButtonRenamed(std::size_t codeBlock) {

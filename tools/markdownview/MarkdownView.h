@@ -1,16 +1,16 @@
 #pragma once
 
 #include "Foundation/Qt/ClickCounter.h"
-#include "MarkdownUI/Qt/HoverFade.h"
 #include "MarkdownUI/Qt/MarkdownHost.h"
 #include "MarkdownUI/Qt/MarkdownItem.h"
 #include "MarkdownUI/Qt/MarkdownServices.h"
+
+#include "ScrollBar.h"
 
 #include <QBasicTimer>
 #include <QWidget>
 
 #include <functional>
-#include <optional>
 
 namespace quillmoth::markdown {
 
@@ -66,24 +66,18 @@ private:
     void showCaret();
     void showFrame(const QRectF& frame);
     void layOutVisible();
-    void paintScrollBar(QPainter& painter);
-    [[nodiscard]] double contentHeight() const;
-    [[nodiscard]] double greatestScroll() const;
+    void dragBarTo(double y);
+    [[nodiscard]] ScrollBar::Extent extent() const;
 
     [[nodiscard]] QPointF toItem(const QPointF& point) const { return point - itemOrigin(); }
-
-    [[nodiscard]] std::optional<QRectF> thumb() const;
-    [[nodiscard]] bool isOnScrollBar(const QPointF& point) const;
-    void dragThumbTo(double y);
 
     MarkdownServices& services_;
     MarkdownItem item_;
     ClickCounter clicks_;
-    HoverFade barFade_;
+    ScrollBar bar_;
     QBasicTimer autoScroll_; ///< runs while a selection is dragged beyond an edge
     QPointF pointer_;
     double scroll_ = 0;
-    std::optional<double> thumbGrab_; ///< from the thumb's top
     bool isLayingOut_ = false;
 };
 

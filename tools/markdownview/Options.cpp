@@ -47,9 +47,8 @@ Options readOptions(const QCoreApplication& application) {
         {QStringLiteral("dump"), QStringLiteral("Print the display list and end.")},
     });
     parser.process(application);
-    if (parser.positionalArguments().size() != 1) {
+    if (parser.positionalArguments().size() != 1)
         parser.showHelp(EXIT_FAILURE);
-    }
     Options options;
     options.file = parser.positionalArguments().constFirst();
     options.pictureFile = parser.value(QStringLiteral("png"));

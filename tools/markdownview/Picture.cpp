@@ -35,17 +35,15 @@ public:
 };
 
 void layOutAll(markdown::MarkdownItem& item) {
-    while (!item.isHeightExact()) {
+    while (!item.isHeightExact())
         (void)item.ensureLaidOut(0, item.height() + 1);
-    }
 }
 
 void waitForImages(markdown::MarkdownServices& services, markdown::MarkdownItem& item) {
     layOutAll(item);
     const QDeadlineTimer deadline(kImageWait);
-    while (services.images.loadingCount() > 0 && !deadline.hasExpired()) {
+    while (services.images.loadingCount() > 0 && !deadline.hasExpired())
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    }
     layOutAll(item);
 }
 
@@ -65,9 +63,8 @@ QImage pictureOf(markdown::MarkdownServices& services, markdown::MarkdownItem& i
 
 bool save(const QImage& picture, const QString& file) {
     constexpr int kQuickly = 80; // larger files, in a third of the time
-    if (picture.save(file, "PNG", kQuickly)) {
+    if (picture.save(file, "PNG", kQuickly))
         return true;
-    }
     std::fprintf(stderr, "markdownview: cannot write %s\n", qPrintable(file));
     return false;
 }
@@ -105,9 +102,8 @@ QStringList writeGallery(markdown::MarkdownServices& services, const std::string
             waitForImages(services, item);
             for (const int scale : {1, 2}) {
                 names += QStringLiteral("%1-%2-%3-%4x.png").arg(colors).arg(size).arg(width).arg(scale);
-                if (!save(pictureOf(services, item, width, scale), folder + '/' + names.back())) {
+                if (!save(pictureOf(services, item, width, scale), folder + '/' + names.back()))
                     return {};
-                }
             }
         }
     }

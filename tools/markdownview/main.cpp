@@ -67,9 +67,8 @@ bool showGallery(const std::string& text, const markdown::CodeSyntaxHighlighter&
             palette, &highlighter, markdownview::makeImageLoader(QFileInfo(options.file).absolutePath()),
             fontsOf(options));
         const QStringList names = markdownview::writeGallery(services, text, options.galleryFolder);
-        if (names.isEmpty()) {
+        if (names.isEmpty())
             return false;
-        }
         std::printf("%s\n", qPrintable(names.join('\n')));
     }
     return true;
@@ -87,15 +86,13 @@ int main(int argc, char** argv) {
     }
     const highlighting::SplashCodeSyntaxHighlighter highlighter(
         highlighting::Theme::midnight(highlighting::Font(16)));
-    if (!options.galleryFolder.isEmpty()) {
+    if (!options.galleryFolder.isEmpty())
         return showGallery(*text, highlighter, options) ? EXIT_SUCCESS : EXIT_FAILURE;
-    }
     markdown::MarkdownServices services(
         options.isDark ? markdown::MarkdownPalette::panel() : markdown::MarkdownPalette::light(),
         &highlighter, markdownview::makeImageLoader(QFileInfo(options.file).absolutePath()),
         fontsOf(options));
-    if (options.dumps || !options.pictureFile.isEmpty()) {
+    if (options.dumps || !options.pictureFile.isEmpty())
         return markdownview::writeDocument(services, *text, options) ? EXIT_SUCCESS : EXIT_FAILURE;
-    }
     return showWindow(services, *text, options);
 }
