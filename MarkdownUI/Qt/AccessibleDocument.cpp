@@ -18,17 +18,15 @@ AccessibleDocument::~AccessibleDocument() {
 }
 
 void AccessibleDocument::forget() const {
-    for (const QAccessible::Id id : children_) {
+    for (const QAccessible::Id id : children_)
         QAccessible::deleteAccessibleInterface(id);
-    }
     children_.clear();
 }
 
 /// Makes the children anew where the content is another one.
 void AccessibleDocument::refresh() const {
-    if (knownVersion_ == item_.version()) {
+    if (knownVersion_ == item_.version())
         return;
-    }
     forget();
     knownVersion_ = item_.version();
     auto* parent = const_cast<AccessibleDocument*>(this);
@@ -57,9 +55,8 @@ int AccessibleDocument::indexOfChild(const QAccessibleInterface* child) const {
 
 QAccessibleInterface* AccessibleDocument::childAt(int x, int y) const {
     for (int index = 0; index < childCount(); ++index) {
-        if (child(index)->rect().contains(x, y)) {
+        if (child(index)->rect().contains(x, y))
             return child(index);
-        }
     }
     return nullptr;
 }

@@ -88,9 +88,8 @@ QRect AccessibleMarkdownText::characterRect(int offset) const {
 QRect AccessibleMarkdownText::rectangleOf(const TextRange& range) const {
     ItemContent& content = item_.content();
     const Rect caret = content.caretRectangle(range.begin);
-    if (range.begin.block != range.end.block) {
+    if (range.begin.block != range.end.block)
         return onScreen(caret);
-    }
     const Rect last = content.caretRectangle(range.end);
     const bool isOneLine = last.y == caret.y;
     const Rect line{std::min(caret.x, last.x), caret.y, std::abs(last.x - caret.x), caret.height};
@@ -122,9 +121,8 @@ QString AccessibleMarkdownText::attributes(int offset, int* startOffset, int* en
     auto found = std::find_if(parts.begin(), parts.end(), [&holds](const PartInfo& part) {
         return part.kind == PartInfo::Kind::link && holds(part);
     });
-    if (found == parts.end()) {
+    if (found == parts.end())
         found = std::find_if(parts.begin(), parts.end(), holds);
-    }
     if (found == parts.end()) {
         *endOffset = offset + 1;
         return {};
@@ -137,9 +135,8 @@ QString AccessibleMarkdownText::attributes(int offset, int* startOffset, int* en
 }
 
 void announceFocusedPart(QWidget& widget, const MarkdownItem& item) {
-    if (item.focusedPart()) {
+    if (item.focusedPart())
         announce(widget, *item.focusedPart(), QAccessible::Focus);
-    }
 }
 
 void announceCopyButton(QWidget& widget, const MarkdownItem& item, std::size_t codeBlock) {
@@ -147,9 +144,8 @@ void announceCopyButton(QWidget& widget, const MarkdownItem& item, std::size_t c
     const auto button = std::find_if(parts.begin(), parts.end(), [codeBlock](const PartInfo& part) {
         return part.kind == PartInfo::Kind::copyButton && part.place == codeBlock;
     });
-    if (button != parts.end()) {
+    if (button != parts.end())
         announce(widget, static_cast<std::size_t>(button - parts.begin()), QAccessible::NameChanged);
-    }
 }
 
 } // namespace quillmoth::markdown

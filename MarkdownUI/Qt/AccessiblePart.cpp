@@ -45,9 +45,8 @@ QString AccessiblePart::text(QAccessible::Text kind) const {
 QRect AccessiblePart::rect() const {
     QRect frame;
     if (DocumentLayout* const layout = document_.item().content().document()) {
-        for (const Rect& rect : layout->rectanglesOf(info())) {
+        for (const Rect& rect : layout->rectanglesOf(info()))
             frame |= document_.onScreen(rect);
-        }
     }
     return frame;
 }
@@ -73,9 +72,8 @@ QStringList AccessiblePart::actionNames() const {
 }
 
 void AccessiblePart::doAction(const QString& actionName) {
-    if (actionName == pressAction()) {
+    if (actionName == pressAction())
         document_.item().activate(info());
-    }
 }
 
 } // namespace quillmoth::markdown

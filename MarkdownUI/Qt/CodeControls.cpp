@@ -51,16 +51,13 @@ void CodeControls::leave() {
 void CodeControls::setHovered(std::optional<std::size_t> button, std::optional<std::size_t> bar) {
     const auto change = [](HoverFade& fade, std::optional<std::size_t>& current,
                            std::optional<std::size_t> next) {
-        if (current == next) {
+        if (current == next)
             return;
-        }
-        if (current) {
+        if (current)
             fade.setHovered(*current, false);
-        }
         current = next;
-        if (current) {
+        if (current)
             fade.setHovered(*current, true);
-        }
     };
     change(buttonFade_, hoveredButton_, button);
     change(barFade_, hoveredBar_, bar);
@@ -104,9 +101,8 @@ void CodeControls::drag(DocumentLayout& document, Point point) {
             changed();
         }
     }
-    if (!draggedBar_) {
+    if (!draggedBar_)
         return;
-    }
     ScrollRegionItem region = document.scrollRegion(draggedBar_->group);
     region.offset = 0;
     const auto first = scrollThumbOf(region, 1);
@@ -120,9 +116,8 @@ void CodeControls::drag(DocumentLayout& document, Point point) {
 }
 
 void CodeControls::release(DocumentLayout& document, Point point) {
-    if (pressedButton_ && document.copyButtonAt(point) == pressedButton_) {
+    if (pressedButton_ && document.copyButtonAt(point) == pressedButton_)
         copy(document, *pressedButton_);
-    }
     pressedButton_.reset();
     draggedBar_.reset();
     hover(document, point);
@@ -133,9 +128,8 @@ void CodeControls::copy(DocumentLayout& document, std::size_t codeBlock) {
     host_.copyText(QString::fromStdString(document.codeBlockText(codeBlock)));
     setJustCopy(document, codeBlock, true);
     host_.callAfter(kCopiedFor, [this, &document, codeBlock, alive = std::weak_ptr<void>(alive_)] {
-        if (!alive.expired() && codeBlock < document.codeBlockCount()) {
+        if (!alive.expired() && codeBlock < document.codeBlockCount())
             setJustCopy(document, codeBlock, false);
-        }
     });
 }
 
@@ -148,9 +142,8 @@ void CodeControls::setJustCopy(DocumentLayout& document, std::size_t codeBlock, 
 bool CodeControls::scroll(DocumentLayout& document, std::size_t group, double distance) {
     const double before = document.scrollRegion(group).offset;
     document.setScrollOffset(group, before + distance);
-    if (document.scrollRegion(group).offset == before) {
+    if (document.scrollRegion(group).offset == before)
         return false;
-    }
     changed();
     return true;
 }
@@ -164,26 +157,21 @@ void CodeControls::setFocusedButton(std::optional<std::size_t> codeBlock) {
 
 std::map<std::size_t, CopyButtonLook> CodeControls::buttonLooks() const {
     std::map<std::size_t, CopyButtonLook> looks;
-    for (const auto& [block, share] : buttonFade_.shares()) {
+    for (const auto& [block, share] : buttonFade_.shares())
         looks[block].hover = share;
-    }
-    if (pressedButton_ && isPressedInside_) {
+    if (pressedButton_ && isPressedInside_)
         looks[*pressedButton_].isPressed = true;
-    }
-    if (focusedButton_) {
+    if (focusedButton_)
         looks[*focusedButton_].isFocused = true;
-    }
     return looks;
 }
 
 std::map<std::size_t, ScrollBarLook> CodeControls::barLooks() const {
     std::map<std::size_t, ScrollBarLook> looks;
-    for (const auto& [group, share] : barFade_.shares()) {
+    for (const auto& [group, share] : barFade_.shares())
         looks[group].hover = share;
-    }
-    if (draggedBar_) {
+    if (draggedBar_)
         looks[draggedBar_->group].isDragged = true;
-    }
     return looks;
 }
 

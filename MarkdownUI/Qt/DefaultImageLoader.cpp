@@ -25,9 +25,8 @@ QImage decoded(QByteArray data) {
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);
     const QSize size = reader.size();
-    if (size.width() > kLargestSide || size.height() > kLargestSide) {
+    if (size.width() > kLargestSide || size.height() > kLargestSide)
         reader.setScaledSize(size.scaled(kLargestSide, kLargestSide, Qt::KeepAspectRatio));
-    }
     return reader.read();
 }
 
@@ -41,9 +40,8 @@ bool isDataURL(const std::string& url) {
 QByteArray dataOf(const std::string& url) {
     const QByteArray bytes = QByteArray::fromStdString(url);
     const qsizetype comma = bytes.indexOf(',');
-    if (comma < 0) {
+    if (comma < 0)
         return {};
-    }
     const QByteArray body = QByteArray::fromPercentEncoding(bytes.mid(comma + 1));
     return bytes.left(comma).endsWith(";base64") ? QByteArray::fromBase64(body) : body;
 }
@@ -68,15 +66,13 @@ public:
 private:
     static void deliver(std::shared_ptr<Inbox> inbox, std::string url, QImage image) {
         QObject* const receiver = QCoreApplication::instance();
-        if (receiver == nullptr) {
+        if (receiver == nullptr)
             return;
-        }
         QMetaObject::invokeMethod(
             receiver,
             [inbox = std::move(inbox), url = std::move(url), image = std::move(image)]() mutable {
-                if (inbox->store_ != nullptr) {
+                if (inbox->store_ != nullptr)
                     inbox->store_->arrived(url, std::move(image));
-                }
             },
             Qt::QueuedConnection);
     }
@@ -102,9 +98,8 @@ DefaultImageViewModel DefaultImageLoader::requestImage(const std::string& url) {
 }
 
 bool DefaultImageLoader::isToLoad(const std::string& url, const Entry& entry) const {
-    if (entry.status.state == DefaultImageViewModel::State::failure) {
+    if (entry.status.state == DefaultImageViewModel::State::failure)
         return clock_() - entry.failedAt >= kRetryPause && !isDataURL(url); // such a one cannot become better
-    }
     return entry.status.state == DefaultImageViewModel::State::notRequested;
 }
 
@@ -121,9 +116,8 @@ void DefaultImageLoader::load(const std::string& url) {
 
 void DefaultImageLoader::arrived(const std::string& url, QImage image) {
     Entry& entry = entries_[url];
-    if (entry.status.state != DefaultImageViewModel::State::loading) {
+    if (entry.status.state != DefaultImageViewModel::State::loading)
         return;
-    }
     --loadingCount_;
     if (image.isNull()) {
         entry.status = {DefaultImageViewModel::State::failure, {}};
@@ -138,9 +132,8 @@ void DefaultImageLoader::arrived(const std::string& url, QImage image) {
 
 void DefaultImageLoader::draw(QPainter& painter, const std::string& url, const QRectF& frame) {
     const auto known = entries_.find(url);
-    if (known == entries_.end() || known->second.image.isNull()) {
+    if (known == entries_.end() || known->second.image.isNull())
         return;
-    }
     Entry& entry = known->second;
     const double scale = painter.device()->devicePixelRatioF();
     const QSize pixels = (frame.size() * scale).toSize();
@@ -160,9 +153,8 @@ std::shared_ptr<void> DefaultImageLoader::onChange(std::function<void()> changed
 void DefaultImageLoader::notify() {
     const auto listeners = listeners_; // a listener may add or remove others
     for (const auto& weak : listeners) {
-        if (const auto listener = weak.lock()) {
+        if (const auto listener = weak.lock())
             (*listener)();
-        }
     }
     std::erase_if(listeners_, [](const auto& listener) { return listener.expired(); });
 }

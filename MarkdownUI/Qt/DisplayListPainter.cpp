@@ -44,9 +44,8 @@ QRectF snapped(const QPainter& painter, const QRectF& rect) {
     const double width = std::max(std::round(rect.width() * scale), 1.0) / scale;
     const double height = std::max(std::round(rect.height() * scale), 1.0) / scale;
     const bool isHairline = rect.width() <= 1.5 || rect.height() <= 1.5;
-    if (isHairline) {
+    if (isHairline)
         return {left, top, width, height};
-    }
     return {QPointF(left, top), QPointF(snap(rect.right(), origin.x()), snap(rect.bottom(), origin.y()))};
 }
 
@@ -99,9 +98,8 @@ std::optional<QtShapedText::TextSelection> selectedPart(const TextLineItem& item
 std::optional<Rect> scrollThumbOf(const ScrollRegionItem& region, double hover) {
     const double track = region.frame.width - 2 * kBarInset;
     const double range = region.contentWidth - region.frame.width;
-    if (range < 0.5 || track <= 0) {
+    if (range < 0.5 || track <= 0)
         return std::nullopt;
-    }
     const double share = region.frame.width / region.contentWidth;
     const double width = std::clamp(track * share, std::min(kLeastThumb, track), track);
     const double height = kBarHeight + (kHoveredBarHeight - kBarHeight) * hover;
@@ -119,17 +117,14 @@ void DisplayListPainter::paint(QPainter& painter, const DisplayList& list, const
     painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
     paintRectangles(painter, list);
     for (const Rect& rect : state.selectionRectangles) {
-        if (!isScrolled(rect, list)) {
+        if (!isScrolled(rect, list))
             painter.fillRect(qt(rect), palette_.selection);
-        }
     }
     paintRange(painter, list, 0, list.size(), state, false);
-    for (const Rect& rect : state.selectedImages) {
+    for (const Rect& rect : state.selectedImages)
         painter.fillRect(qt(rect), palette_.selection);
-    }
-    for (const Rect& rect : state.focusRings) {
+    for (const Rect& rect : state.focusRings)
         paintFocusRing(painter, rect);
-    }
     painter.restore();
 }
 
@@ -142,18 +137,16 @@ void DisplayListPainter::paintRectangles(QPainter& painter, const DisplayList& l
             regionEnd = 0;
         }
         if (const auto* rectangle = std::get_if<RectangleItem>(&list[index])) {
-            if (!rectangle->isOverlay) {
+            if (!rectangle->isOverlay)
                 paintRectangle(painter, *rectangle);
-            }
         } else if (const auto* region = std::get_if<ScrollRegionItem>(&list[index])) {
             painter.save();
             painter.setClipRect(qt(region->frame), Qt::IntersectClip);
             regionEnd = index + region->itemCount + 1;
         }
     }
-    if (regionEnd != 0) {
+    if (regionEnd != 0)
         painter.restore();
-    }
 }
 
 void DisplayListPainter::paintRange(QPainter& painter, const DisplayList& list, std::size_t begin,
@@ -163,9 +156,8 @@ void DisplayListPainter::paintRange(QPainter& painter, const DisplayList& list, 
         if (const auto* text = std::get_if<TextLineItem>(&item)) {
             paintText(painter, *text, state, isCode);
         } else if (const auto* rectangle = std::get_if<RectangleItem>(&item)) {
-            if (rectangle->isOverlay) {
+            if (rectangle->isOverlay)
                 paintRectangle(painter, *rectangle);
-            }
         } else if (const auto* symbol = std::get_if<SymbolItem>(&item)) {
             drawSymbol(painter, QString::fromStdString(symbol->name), qt(symbol->frame),
                        palette_.resolve(symbol->color));
@@ -189,18 +181,16 @@ void DisplayListPainter::paintRange(QPainter& painter, const DisplayList& list, 
 void DisplayListPainter::paintSelection(QPainter& painter, const PaintState& state, const QRectF& area,
                                         bool isCode) {
     for (const Rect& rect : state.selectionRectangles) {
-        if (qt(rect).intersects(area)) {
+        if (qt(rect).intersects(area))
             painter.fillRect(qt(rect), isCode ? palette_.codeSelection : palette_.selection);
-        }
     }
 }
 
 void DisplayListPainter::paintText(QPainter& painter, const TextLineItem& item, const PaintState& state,
                                    bool isCode) {
     const auto* shaped = dynamic_cast<const QtShapedText*>(item.shaped);
-    if (shaped == nullptr) {
+    if (shaped == nullptr)
         return;
-    }
     const QColor body = state.textColor.isValid() ? state.textColor : palette_.text;
     painter.setPen(isCode ? palette_.codeText : body);
     const QPointF origin(item.origin.x, item.origin.y);
@@ -231,9 +221,8 @@ void DisplayListPainter::paintAttachments(QPainter& painter, const TextLineItem&
                              [&line](const AttributedText::Run& run) { return run.end() <= line.begin; });
     for (auto run = first; run != runs.end() && run->begin < line.end; ++run) {
         const auto& attachment = run->attributes->attachment;
-        if (!attachment) {
+        if (!attachment)
             continue;
-        }
         const double left =
             std::min(item.shaped->caretX(item.line, run->begin), item.shaped->caretX(item.line, run->end()));
         const QRectF frame(item.origin.x + left,
@@ -241,9 +230,8 @@ void DisplayListPainter::paintAttachments(QPainter& painter, const TextLineItem&
                            attachment->size.width, attachment->size.height);
         images_.draw(painter, attachment->source, frame);
         const auto selected = selectedPart(item, state);
-        if (selected && selected->begin <= run->begin && run->end() <= selected->end) {
+        if (selected && selected->begin <= run->begin && run->end() <= selected->end)
             painter.fillRect(frame, palette_.selection);
-        }
     }
 }
 
@@ -258,11 +246,10 @@ void DisplayListPainter::paintFocusRing(QPainter& painter, const Rect& rect) {
 void DisplayListPainter::paintRectangle(QPainter& painter, const RectangleItem& item) {
     const QRectF rect = snapped(painter, qt(item.frame));
     const QColor color = palette_.resolve(item.color);
-    if (item.trailingRadius > 0) {
+    if (item.trailingRadius > 0)
         painter.fillPath(roundedOnTheRight(rect, item.trailingRadius), color);
-    } else {
+    else
         painter.fillRect(rect, color);
-    }
 }
 
 void DisplayListPainter::paintButton(QPainter& painter, const ButtonItem& item, const CopyButtonLook& look) {
@@ -286,9 +273,8 @@ void DisplayListPainter::paintButton(QPainter& painter, const ButtonItem& item, 
 void DisplayListPainter::paintScrollBar(QPainter& painter, const ScrollRegionItem& item,
                                         const ScrollBarLook& look) {
     const auto thumb = scrollThumbOf(item, look.isDragged ? 1 : look.hover);
-    if (!thumb) {
+    if (!thumb)
         return;
-    }
     const double radius = thumb->height / 2;
     painter.setPen(Qt::NoPen);
     painter.setBrush(look.isDragged ? palette_.codeThumbDragged

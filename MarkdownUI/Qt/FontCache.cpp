@@ -14,9 +14,8 @@ namespace {
 /// In pixels. Large semibold text is set tighter: by 1.4 % of its size at 24 pixels and 2 % from 32 on; not
 /// at all up to 20.
 double letterSpacingOf(const Font& font) {
-    if (font.isMonospaced || font.weight < FontProperties::Weight::semibold || font.size <= 20) {
+    if (font.isMonospaced || font.weight < FontProperties::Weight::semibold || font.size <= 20)
         return 0;
-    }
     const double share =
         font.size < 24 ? 0.014 * (font.size - 20) / 4 : 0.014 + 0.006 * std::min((font.size - 24) / 8, 1.0);
     return -share * font.size;
@@ -32,9 +31,8 @@ const QString& emojiFamily() {
         QString found;
         for (const QString& name : QFontDatabase::families()) {
             const bool isEmoji = name.contains(QLatin1String("Emoji"), Qt::CaseInsensitive);
-            if (isEmoji && (found.isEmpty() || name.contains(QLatin1String("Color")))) {
+            if (isEmoji && (found.isEmpty() || name.contains(QLatin1String("Color"))))
                 found = name;
-            }
         }
         return found;
     }();
@@ -51,9 +49,8 @@ QString installedFamily(const QString& family, QFont::StyleHint hint) {
 
 /// `families`, then the colour emoji where there are any.
 QStringList withEmoji(QStringList families) {
-    if (!emojiFamily().isEmpty()) {
+    if (!emojiFamily().isEmpty())
         families.append(emojiFamily());
-    }
     return families;
 }
 
@@ -99,9 +96,8 @@ QFont FontCache::makeQFont(const Font& font) const {
     result.setItalic(font.isItalic);
     result.setCapitalization(capitalizationOf(font.caps));
     result.setHintingPreference(QFont::PreferVerticalHinting); // keeps the advances unrounded
-    if (const double spacing = letterSpacingOf(font); spacing != 0) {
+    if (const double spacing = letterSpacingOf(font); spacing != 0)
         result.setLetterSpacing(QFont::AbsoluteSpacing, spacing);
-    }
     return result;
 }
 

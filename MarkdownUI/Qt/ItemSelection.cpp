@@ -14,13 +14,11 @@ constexpr int kMostLineSteps = 64; // over gaps and images; each is half a line
 using Boundary = std::size_t (*)(std::string_view, std::size_t);
 
 TextRange unitAround(const ItemContent& content, TextPosition position, SelectionUnit unit) {
-    if (unit == SelectionUnit::character) {
+    if (unit == SelectionUnit::character)
         return {position, position};
-    }
     const std::string text = content.textOfBlock(position.block);
-    if (unit == SelectionUnit::block && content.hasBlocks()) {
+    if (unit == SelectionUnit::block && content.hasBlocks())
         return {{position.block, 0}, {position.block, text.size()}};
-    }
     const auto [begin, end] =
         unit == SelectionUnit::word ? wordAround(text, position.offset) : lineAround(text, position.offset);
     return {{position.block, begin}, {position.block, end}};
@@ -28,16 +26,14 @@ TextRange unitAround(const ItemContent& content, TextPosition position, Selectio
 
 TextPosition movedForward(const ItemContent& content, TextPosition from, Boundary boundary) {
     const std::string text = content.textOfBlock(from.block);
-    if (from.offset < text.size()) {
+    if (from.offset < text.size())
         return {from.block, boundary(text, from.offset)};
-    }
     return from.block < content.wholeRange().end.block ? TextPosition{from.block + 1, 0} : from;
 }
 
 TextPosition movedBack(const ItemContent& content, TextPosition from, Boundary boundary) {
-    if (from.offset > 0) {
+    if (from.offset > 0)
         return {from.block, boundary(content.textOfBlock(from.block), from.offset)};
-    }
     return from.block > 0 ? TextPosition{from.block - 1, content.textOfBlock(from.block - 1).size()} : from;
 }
 
@@ -45,9 +41,8 @@ TextPosition movedBack(const ItemContent& content, TextPosition from, Boundary b
 TextPosition lineEdge(ItemContent& content, TextPosition from, bool isEnd) {
     const Rect caret = content.caretRectangle(from);
     const TextPosition edge = content.positionAt({isEnd ? kFarAway : -kFarAway, caret.y + caret.height / 2});
-    if (edge.block == from.block) {
+    if (edge.block == from.block)
         return edge;
-    }
     return {from.block, isEnd ? content.textOfBlock(from.block).size() : 0};
 }
 
@@ -81,9 +76,8 @@ void ItemSelection::extendTo(const ItemContent& content, TextPosition position) 
 
 void ItemSelection::extend(ItemContent& content, CaretMove move) {
     const bool keepsColumn = move == CaretMove::lineAbove || move == CaretMove::lineBelow;
-    if (!keepsColumn) {
+    if (!keepsColumn)
         column_.reset();
-    }
     unit_ = SelectionUnit::character;
     const TextPosition anchor = caret_ == range_.begin ? range_.end : range_.begin;
     anchor_ = {anchor, anchor};
@@ -134,9 +128,8 @@ TextPosition ItemSelection::movedByLine(ItemContent& content, bool isDown) {
         const TextPosition there = content.positionAt({*column_, y});
         const Rect rect = content.caretRectangle(there);
         const bool isOtherLine = isDown ? rect.y >= from.y + step : rect.y <= from.y + step;
-        if (there != caret_ && isOtherLine) {
+        if (there != caret_ && isOtherLine)
             return there;
-        }
     }
     return isDown ? content.wholeRange().end : content.wholeRange().begin;
 }

@@ -1,10 +1,8 @@
 #pragma once
 
 #include "MarkdownUI/Qt/CodeControls.h"
-#include "MarkdownUI/Qt/ItemContent.h"
 #include "MarkdownUI/Qt/ItemSelection.h"
-#include "MarkdownUI/Qt/MarkdownHost.h"
-#include "MarkdownUI/Qt/MarkdownServices.h"
+#include "MarkdownUI/Qt/ItemText.h"
 
 #include <QColor>
 #include <QPointF>
@@ -12,11 +10,8 @@
 #include <QString>
 #include <Qt>
 
-#include <cstdint>
 #include <memory>
 #include <optional>
-#include <string>
-#include <string_view>
 #include <vector>
 
 class QKeyEvent;
@@ -26,52 +21,20 @@ class QWheelEvent;
 
 namespace quillmoth::markdown {
 
-enum class TextForm : std::uint8_t { plain, markdown };
-
-/// A text, as it stands or as a Markdown document, that can be shown anywhere in a widget: it lays out,
-/// paints, and answers pointer and keys, but is no widget. The widget gives it events in its own coordinates
-/// (origin at its top left corner) and paints it. Main thread.
-class MarkdownItem {
+/// A text that can be shown anywhere in a widget: it paints, and answers pointer and keys, but is no widget.
+/// The widget gives it events in its own coordinates (origin at its top left corner) and paints it. Main
+/// thread.
+class MarkdownItem final : public ItemText {
 public:
     /// Both outlive the item.
     MarkdownItem(MarkdownServices& services, MarkdownHost& host);
-    ~MarkdownItem();
-    MarkdownItem(const MarkdownItem&) = delete;
-    MarkdownItem& operator=(const MarkdownItem&) = delete;
-
-    // Content. A document that follows a document keeps the states of its code blocks.
-    void setText(std::string_view text);
-    /// In the plain form this costs the same however long the text is, as Markdown as much as setting it.
-    void append(std::string_view piece);
-    /// Shows the same text otherwise. What was parsed and laid out of either form is kept for its return.
-    void setForm(TextForm form);
-
-    [[nodiscard]] const std::string& text() const { return text_; }
 
     /// Asks again for images that failed, for when the item is seen again.
     void retryImages();
-
-    void setWidth(double width);
-    void setFontSize(double size);
-    void setAlignment(TextAlignment alignment);
     /// Of text that has no colour of its own; the palette's where invalid.
     void setTextColor(const QColor& color);
-    /// From one line of plain text to the next, in pixels; 0 for that of a paragraph.
-    void setLineHeight(double height);
-
-    // Geometry.
-    /// Estimated in part until `isHeightExact`: what has not been seen yet has not been laid out.
-    [[nodiscard]] double height() const;
-    [[nodiscard]] bool isHeightExact() const;
-    [[nodiscard]] double usedWidth() const;
-    [[nodiscard]] double firstLineCenter();
-    /// Lays out what is between two heights. Returns how far that has moved down: add it to the scroll
-    /// position.
-    double ensureLaidOut(double top, double bottom);
-
     /// Paints what is in `exposed` (the item's coordinates) with the item's corner at `origin`.
     void paint(QPainter& painter, const QRectF& exposed, const QPointF& origin);
-    [[nodiscard]] DisplayList displayList(const QRectF& area);
 
     // Pointer. The left button only; `clicks` is 1, 2 or 3.
     void mousePress(const QPointF& point, int clicks, Qt::KeyboardModifiers modifiers);
@@ -124,18 +87,10 @@ public:
     /// Another one after each change of the content.
     [[nodiscard]] std::size_t version() const { return version_; }
 
-    [[nodiscard]] ItemContent& content() { return *content_; }
-
-    [[nodiscard]] const ItemContent& content() const { return *content_; }
-
-    [[nodiscard]] MarkdownHost& host() { return host_; }
-
 private:
-    void forgetDocument();
-    [[nodiscard]] ItemContent& contentOf(TextForm form);
-    void contentChanged();
+    void contentChanged() override;
+    void documentGoes() override;
     void imagesChanged();
-    void applyOptions();
     void updateLink(const QPointF& point);
     [[nodiscard]] const PartInfo* linkPartAt(Point point);
     void setFocusedPart(std::optional<std::size_t> part);
@@ -144,16 +99,8 @@ private:
     bool scrollByKey(const QKeyEvent& event);
     [[nodiscard]] PaintState paintState(const Rect& area);
 
-    MarkdownServices& services_;
-    MarkdownHost& host_;
-    ItemOptions options_;
     QColor textColor_;
-    std::string text_;
-    TextForm form_ = TextForm::plain;
-    std::unique_ptr<class PlainContent> plain_;       ///< of `text_`; null until it is shown so
-    std::unique_ptr<class DocumentContent> document_; ///< likewise
-    ItemContent* content_ = nullptr;                  ///< the one that is shown
-    std::unique_ptr<CodeControls> controls_;          ///< of `document_`
+    std::unique_ptr<CodeControls> controls_; ///< of the document
     ItemSelection selection_;
     bool isSelecting_ = false;
     bool hasCaret_ = false;

@@ -1,6 +1,5 @@
-// The half of MarkdownItem for keys, wheel, menu and selection, and what the pointer is over.
+// The half of MarkdownItem for keys, wheel, menu and selection.
 
-#include "MarkdownUI/Qt/DocumentContent.h"
 #include "MarkdownUI/Qt/MarkdownItem.h"
 
 #include <QAction>
@@ -43,9 +42,8 @@ double sidewaysOf(const QWheelEvent& event) {
     const auto along = [isTurned](QPoint delta) {
         return delta.x() != 0 ? delta.x() : isTurned ? delta.y() : 0;
     };
-    if (!event.pixelDelta().isNull()) {
+    if (!event.pixelDelta().isNull())
         return -along(event.pixelDelta());
-    }
     return -along(event.angleDelta()) / kNotch * kWheelStep;
 }
 
@@ -56,31 +54,10 @@ bool isMoreSideways(const QWheelEvent& event) {
 
 } // namespace
 
-Qt::CursorShape MarkdownItem::cursorAt(const QPointF& point) {
-    const Point at{point.x(), point.y()};
-    if (DocumentLayout* const document = content_->document()) {
-        if (CodeControls::isAt(*document, at)) {
-            return Qt::ArrowCursor;
-        }
-        if (document->linkAt(at)) {
-            return Qt::PointingHandCursor;
-        }
-    }
-    return content_->isTextAt(at) ? Qt::IBeamCursor : Qt::ArrowCursor;
-}
-
-bool MarkdownItem::isInteractiveAt(const QPointF& point) {
-    const Point at{point.x(), point.y()};
-    DocumentLayout* const document = content_->document();
-    return (document != nullptr && (CodeControls::isAt(*document, at) || document->linkAt(at))) ||
-           content_->isTextAt(at);
-}
-
 bool MarkdownItem::wheel(const QWheelEvent& event, const QPointF& point) {
-    DocumentLayout* const document = content_->document();
-    if (document == nullptr || !isMoreSideways(event)) {
+    DocumentLayout* const document = shownDocument();
+    if (document == nullptr || !isMoreSideways(event))
         return false;
-    }
     const auto region = document->scrollRegionAt({point.x(), point.y()});
     return region && controls_->scroll(*document, region->group, sidewaysOf(event));
 }
@@ -101,27 +78,25 @@ bool MarkdownItem::activateByKey(const QKeyEvent& event) {
     const bool isReturn = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
     const bool isSpace = event.key() == Qt::Key_Space && controls_->focusedButton(); // else it scrolls
     const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
-    if (!focusedPart_ || !(isReturn || isSpace) || modifiers != Qt::NoModifier) {
+    if (!focusedPart_ || !(isReturn || isSpace) || modifiers != Qt::NoModifier)
         return false;
-    }
     activate(parts()[*focusedPart_]);
     return true;
 }
 
 void MarkdownItem::activate(const PartInfo& part) {
-    if (part.kind == PartInfo::Kind::copyButton) {
-        controls_->copy(*content_->document(), part.place);
-    } else if (part.acts()) {
-        host_.openLink(QString::fromStdString(part.destination));
-    }
+    if (part.kind == PartInfo::Kind::copyButton)
+        controls_->copy(*shownDocument(), part.place);
+    else if (part.acts())
+        host().openLink(QString::fromStdString(part.destination));
 }
 
 bool MarkdownItem::moveByKey(const QKeyEvent& event) {
     for (const KeyMove& candidate : kKeyMoves) {
         if (event.matches(candidate.key)) {
-            selection_.extend(*content_, candidate.move);
+            selection_.extend(content(), candidate.move);
             hasCaret_ = true;
-            host_.itemChanged({});
+            host().itemChanged({});
             return true;
         }
     }
@@ -131,20 +106,19 @@ bool MarkdownItem::moveByKey(const QKeyEvent& event) {
 /// Left and Right scroll the code block or table that holds the caret, or the block whose button has the
 /// focus.
 bool MarkdownItem::scrollByKey(const QKeyEvent& event) {
-    DocumentLayout* const document = content_->document();
+    DocumentLayout* const document = shownDocument();
     const bool isSideways = event.key() == Qt::Key_Left || event.key() == Qt::Key_Right;
-    if (document == nullptr || !isSideways || event.modifiers() != Qt::NoModifier) {
+    if (document == nullptr || !isSideways || event.modifiers() != Qt::NoModifier)
         return false;
-    }
     std::optional<std::size_t> group;
     if (const auto block = controls_->focusedButton()) {
         group = document->groupOfCodeBlock(*block);
     } else if (hasCaret_) {
-        const Rect caret = content_->caretRectangle(selection_.caret());
+        const Rect caret = content().caretRectangle(selection_.caret());
         const double middle = caret.y + caret.height / 2;
         auto region = document->scrollRegionAt({caret.x, middle});
         if (!region) { // the caret itself may be scrolled out of sight
-            region = document->scrollRegionAt({options_.width / 2, middle});
+            region = document->scrollRegionAt({options().width / 2, middle});
         }
         group = region ? std::optional(region->group) : std::nullopt;
     }
@@ -156,21 +130,19 @@ bool MarkdownItem::focusNextControl(bool isForward) {
     const std::size_t count = parts().size();
     const std::size_t step = isForward ? 1 : static_cast<std::size_t>(-1); // below zero is beyond the last
     std::size_t next = focusedPart_ ? *focusedPart_ + step : isForward ? 0 : count - 1;
-    while (next < count && !parts()[next].acts()) {
+    while (next < count && !parts()[next].acts())
         next += step;
-    }
     setFocusedPart(next < count ? std::optional(next) : std::nullopt);
     return focusedPart_.has_value();
 }
 
 void MarkdownItem::setFocusedPart(std::optional<std::size_t> part) {
-    if (focusedPart_ == part) {
+    if (focusedPart_ == part)
         return;
-    }
     focusedPart_ = part;
     const bool isButton = part && parts()[*part].kind == PartInfo::Kind::copyButton;
     controls_->setFocusedButton(isButton ? std::optional(parts()[*part].place) : std::nullopt);
-    host_.itemChanged({});
+    host().itemChanged({});
 }
 
 void MarkdownItem::clearFocus() {
@@ -178,37 +150,33 @@ void MarkdownItem::clearFocus() {
 }
 
 std::optional<QRectF> MarkdownItem::focusedFrame() {
-    if (!focusedPart_) {
+    if (!focusedPart_)
         return std::nullopt;
-    }
     QRectF frame;
-    for (const Rect& rect : content_->document()->rectanglesOf(parts()[*focusedPart_])) {
+    for (const Rect& rect : shownDocument()->rectanglesOf(parts()[*focusedPart_]))
         frame |= QRectF(rect.x, rect.y, rect.width, rect.height);
-    }
     return frame;
 }
 
 /// The parts are the same ones: that which has the focus keeps it.
 void MarkdownItem::imagesChanged() {
-    if (!document_) {
+    DocumentLayout* const document = keptDocument();
+    if (document == nullptr)
         return;
-    }
-    if (form_ != TextForm::markdown) {
-        return document_->document()->imagesChanged({});
-    }
+    if (document != shownDocument())
+        return document->imagesChanged({});
     auto kept = selection_.ranges();
-    document_->document()->imagesChanged(kept);
+    document->imagesChanged(kept);
     selection_.setRanges(kept);
     parts_.reset();
     hoveredLink_.reset();
-    host_.itemResized();
-    host_.itemChanged({});
+    host().itemResized();
+    host().itemChanged({});
 }
 
 void MarkdownItem::retryImages() {
-    if (document_ && document_->document()->isMissingImages()) {
+    if (keptDocument() != nullptr && keptDocument()->isMissingImages())
         imagesChanged();
-    }
 }
 
 void MarkdownItem::addActions(QMenu& menu, const QPointF& point) {
@@ -222,7 +190,7 @@ void MarkdownItem::addActions(QMenu& menu, const QPointF& point) {
                      &menu, [this] { copySelection(); });
     if (const QString link = linkAt(point); !link.isEmpty()) {
         QObject::connect(add(QStringLiteral("Copy Link"), QKeySequence::UnknownKey, true),
-                         &QAction::triggered, &menu, [this, link] { host_.copyText(link); });
+                         &QAction::triggered, &menu, [this, link] { host().copyText(link); });
     }
     menu.addSeparator();
     QObject::connect(add(QStringLiteral("Select All"), QKeySequence::SelectAll, true), &QAction::triggered,
@@ -230,35 +198,35 @@ void MarkdownItem::addActions(QMenu& menu, const QPointF& point) {
 }
 
 QString MarkdownItem::selectedText() const {
-    return hasSelection() ? QString::fromStdString(content_->plainText(selection_.range())) : QString();
+    return hasSelection() ? QString::fromStdString(content().plainText(selection_.range())) : QString();
 }
 
 void MarkdownItem::select(const TextRange& range) {
-    selection_.begin(*content_, range.begin, SelectionUnit::character);
-    selection_.extendTo(*content_, range.end);
+    selection_.begin(content(), range.begin, SelectionUnit::character);
+    selection_.extendTo(content(), range.end);
     hasCaret_ = true;
-    host_.itemChanged({});
+    host().itemChanged({});
 }
 
 void MarkdownItem::selectAll() {
-    selection_.selectAll(*content_);
+    selection_.selectAll(content());
     hasCaret_ = true;
-    host_.itemChanged({});
+    host().itemChanged({});
 }
 
 void MarkdownItem::clearSelection() {
     if (hasSelection()) {
         selection_.clear();
-        host_.itemChanged({});
+        host().itemChanged({});
     }
 }
 
 void MarkdownItem::copySelection() {
-    host_.copyText(selectedText());
+    host().copyText(selectedText());
 }
 
 QRectF MarkdownItem::caretRectangle() {
-    const Rect rect = content_->caretRectangle(selection_.caret());
+    const Rect rect = content().caretRectangle(selection_.caret());
     return {rect.x, rect.y, rect.width, rect.height};
 }
 

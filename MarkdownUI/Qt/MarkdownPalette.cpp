@@ -93,9 +93,8 @@ QColor MarkdownPalette::resolve(SemanticColor color) const {
 }
 
 QColor MarkdownPalette::resolve(const Color& color) const {
-    if (const RGBColor* rgb = color.rgb()) {
+    if (const RGBColor* rgb = color.rgb())
         return {rgb->red, rgb->green, rgb->blue};
-    }
     return resolve(*color.semantic());
 }
 

@@ -27,9 +27,8 @@ QTextOption optionOf(const TextOptions& options, double tabWidth) {
 }
 
 double leftOf(const TextOptions& options, double advance) {
-    if (std::isinf(options.width)) {
+    if (std::isinf(options.width))
         return 0;
-    }
     const double free = std::max(options.width - advance, 0.0);
     const bool isRightToLeft = options.direction == TextDirection::rightToLeft;
     switch (options.alignment) {
@@ -57,18 +56,16 @@ std::vector<std::pair<double, double>> stretchesOf(const QTextLine& line, int be
     for (const QGlyphRun& run : line.glyphRuns(begin, end - begin)) {
         const QList<QPointF> positions = run.positions();
         const QList<QPointF> advances = run.rawFont().advancesForGlyphIndexes(run.glyphIndexes());
-        for (qsizetype glyph = 0; glyph < positions.size(); ++glyph) {
+        for (qsizetype glyph = 0; glyph < positions.size(); ++glyph)
             stretches.emplace_back(positions[glyph].x(), positions[glyph].x() + advances[glyph].x());
-        }
     }
     std::sort(stretches.begin(), stretches.end());
     std::vector<std::pair<double, double>> joined;
     for (const auto& stretch : stretches) {
-        if (!joined.empty() && stretch.first <= joined.back().second + kTouching) {
+        if (!joined.empty() && stretch.first <= joined.back().second + kTouching)
             joined.back().second = std::max(joined.back().second, stretch.second);
-        } else {
+        else
             joined.push_back(stretch);
-        }
     }
     return joined;
 }
@@ -101,9 +98,8 @@ void QtShapedText::place(QTextLine& line, const TextOptions& options, const Line
                          double top) {
     const int first = line.textStart();
     int last = first + line.textLength();
-    if (last > first && layout_.text().at(last - 1) == QChar::LineSeparator) {
+    if (last > first && layout_.text().at(last - 1) == QChar::LineSeparator)
         --last;
-    }
     const std::size_t begin = text_.byteOf(first);
     const std::size_t end = text_.byteOf(last);
     const auto [ascent, descent] = heightOf(begin, end);
@@ -157,9 +153,8 @@ void QtShapedText::appendRectangles(std::size_t line, int begin, int end,
         rectangles.push_back({left, box.top, shaped.cursorToX(end) - left, box.height()});
         return;
     }
-    for (const auto& [left, right] : stretchesOf(shaped, begin, end)) {
+    for (const auto& [left, right] : stretchesOf(shaped, begin, end))
         rectangles.push_back({left, box.top, right - left, box.height()});
-    }
 }
 
 void QtShapedText::drawLine(QPainter& painter, std::size_t line, const QPointF& origin) const {
@@ -172,9 +167,8 @@ void QtShapedText::drawLine(QPainter& painter, std::size_t line, const QPointF& 
     QTextLayout::FormatRange range;
     range.start = text_.utf16Of(std::max(selection.begin, box.begin));
     range.length = text_.utf16Of(std::min(selection.end, box.end)) - range.start;
-    if (range.length <= 0) {
+    if (range.length <= 0)
         return drawLine(painter, line, origin);
-    }
     range.format.setForeground(selection.color);
     // the layout draws all lines that meet the clip: keep clear of the neighbours
     const QRectF area(origin.x() + box.x - box.height(), origin.y() + box.top + 1,

@@ -98,13 +98,11 @@ QTextCharFormat QtTextEngine::knownFormatOf(const AttributeContainer& attributes
                                             FormatMemory& known) {
     const auto found = std::find_if(known.begin(), known.end(),
                                     [&attributes](const auto& entry) { return entry.first == &attributes; });
-    if (found != known.end()) {
+    if (found != known.end())
         return found->second;
-    }
     const QTextCharFormat format = formatOf(attributes, base);
-    if (known.size() < known.capacity()) {
+    if (known.size() < known.capacity())
         known.append({&attributes, format});
-    }
     return format;
 }
 
@@ -113,30 +111,23 @@ QTextCharFormat QtTextEngine::formatOf(const AttributeContainer& attributes, con
     const Font& font = fontOf(attributes);
     if (!(font == base)) {
         QTextCharFormat& known = fontFormats_[font];
-        if (known.isEmpty()) {
+        if (known.isEmpty())
             known.setFont(fonts_.fontOf(font));
-        }
         format = known;
     }
-    if (const double spacing = attributes.tracking.value_or(attributes.kern.value_or(0)); spacing != 0) {
+    if (const double spacing = attributes.tracking.value_or(attributes.kern.value_or(0)); spacing != 0)
         format.setFont(fonts_.spacedFontOf(font, spacing));
-    }
-    if (attributes.foregroundColor && !isBodyColor(*attributes.foregroundColor)) {
+    if (attributes.foregroundColor && !isBodyColor(*attributes.foregroundColor))
         format.setForeground(palette_.resolve(*attributes.foregroundColor));
-    }
-    if (attributes.link && !attributes.foregroundColor) {
+    if (attributes.link && !attributes.foregroundColor)
         format.setForeground(palette_.link);
-    }
-    if (attributes.backgroundColor) {
+    if (attributes.backgroundColor)
         format.setBackground(palette_.resolve(*attributes.backgroundColor));
-    }
     // a font property that is set, to false even, makes Qt build a font for each run
-    if (attributes.strikethroughStyle) {
+    if (attributes.strikethroughStyle)
         format.setFontStrikeOut(true);
-    }
-    if (attributes.underlineStyle) {
+    if (attributes.underlineStyle)
         format.setFontUnderline(true);
-    }
     return format;
 }
 
@@ -146,18 +137,16 @@ void QtTextEngine::appendDigits(const AttributeContainer& attributes, const Font
                                 const QString& text, Formats& formats) {
     const QFontMetricsF metrics(fonts_.fontOf(fontOf(attributes)));
     double widest = 0;
-    for (char16_t digit = u'0'; digit <= u'9'; ++digit) {
+    for (char16_t digit = u'0'; digit <= u'9'; ++digit)
         widest = std::max(widest, metrics.horizontalAdvance(QChar(digit)));
-    }
     const auto halfMissing = [&](int offset) {
         const bool isDigit = offset < text.size() && text[offset] >= u'0' && text[offset] <= u'9';
         return isDigit ? (widest - metrics.horizontalAdvance(text[offset])) / 2 : 0;
     };
     for (int offset = 0; offset < text.size(); ++offset) {
         QTextCharFormat format = formatOf(attributes, base);
-        if (const double spacing = halfMissing(offset) + halfMissing(offset + 1); spacing > 0) {
+        if (const double spacing = halfMissing(offset) + halfMissing(offset + 1); spacing > 0)
             format.setFont(fonts_.spacedFontOf(fontOf(attributes), spacing));
-        }
         formats.push_back({begin + offset, 1, format});
     }
 }
@@ -184,17 +173,15 @@ std::pair<double, double> QtTextEngine::heightOf(const AttributedText& text, con
         return run.end() <= offset;
     };
     auto run = std::lower_bound(text.runs().begin(), text.runs().end(), begin, endsBefore);
-    if (run == text.runs().end()) {
+    if (run == text.runs().end())
         --run; // the empty line behind a final line feed
-    }
     std::pair<double, double> height{0, 0};
     do {
         const FontMetrics metrics = metricsOf(fontOf(run->attributes));
         height.first = std::max(height.first, metrics.ascent);
         height.second = std::max(height.second, metrics.descent);
-        if (run->attributes->attachment) {
+        if (run->attributes->attachment)
             height.first = std::max(height.first, run->attributes->attachment->size.height);
-        }
         ++run;
     } while (run != text.runs().end() && run->begin < end);
     return height;
@@ -202,9 +189,8 @@ std::pair<double, double> QtTextEngine::heightOf(const AttributedText& text, con
 
 FontMetrics QtTextEngine::metricsOf(const Font& font) {
     const auto known = metrics_.find(font);
-    if (known != metrics_.end()) {
+    if (known != metrics_.end())
         return known->second;
-    }
     const QFontMetricsF metrics(fonts_.fontOf(font));
     const bool isFixed = font.isMonospaced;
     const FontMetrics result{.ascent = std::round(metrics.ascent()),

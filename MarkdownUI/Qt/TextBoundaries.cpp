@@ -34,17 +34,15 @@ public:
 private:
     static std::size_t startOf(std::string_view text, std::size_t offset) {
         std::size_t start = offset - std::min(offset, kReach);
-        while (start < text.size() && isContinuation(text[start])) {
+        while (start < text.size() && isContinuation(text[start]))
             ++start;
-        }
         return start;
     }
 
     static std::size_t endOf(std::string_view text, std::size_t offset) {
         std::size_t end = std::min(text.size(), offset + kReach);
-        while (end < text.size() && isContinuation(text[end])) {
+        while (end < text.size() && isContinuation(text[end]))
             ++end;
-        }
         return end;
     }
 
@@ -97,9 +95,8 @@ std::size_t nextWord(std::string_view text, std::size_t offset) {
     QTextBoundaryFinder finder(QTextBoundaryFinder::Word, around.text());
     finder.setPosition(around.offset());
     for (qsizetype end = finder.toNextBoundary(); end >= 0; end = finder.toNextBoundary()) {
-        if (isWordLike(around.text().at(end - 1))) {
+        if (isWordLike(around.text().at(end - 1)))
             return around.byteOf(end);
-        }
     }
     return around.byteOf(around.text().size());
 }
@@ -109,9 +106,8 @@ std::size_t previousWord(std::string_view text, std::size_t offset) {
     QTextBoundaryFinder finder(QTextBoundaryFinder::Word, around.text());
     finder.setPosition(around.offset());
     for (qsizetype start = finder.toPreviousBoundary(); start >= 0; start = finder.toPreviousBoundary()) {
-        if (start < around.text().size() && isWordLike(around.text().at(start))) {
+        if (start < around.text().size() && isWordLike(around.text().at(start)))
             return around.byteOf(start);
-        }
     }
     return around.byteOf(0);
 }

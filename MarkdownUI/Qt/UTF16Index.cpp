@@ -17,9 +17,8 @@ std::size_t characterLength(std::string_view text, std::size_t start) {
     for (std::size_t index = 1; index < expected; ++index) {
         const bool continues =
             start + index < text.size() && (static_cast<unsigned char>(text[start + index]) & 0xC0U) == 0x80U;
-        if (!continues) {
+        if (!continues)
             return 1;
-        }
     }
     return expected;
 }
@@ -47,13 +46,11 @@ UTF16Index::UTF16Index(std::string_view utf8) {
 }
 
 int UTF16Index::utf16Of(std::size_t byte) const {
-    if (bytes_.empty()) {
+    if (bytes_.empty())
         return static_cast<int>(std::min(byte, static_cast<std::size_t>(text_.size())));
-    }
     const auto after = std::upper_bound(bytes_.begin(), bytes_.end(), byte);
-    if (after == bytes_.end()) {
+    if (after == bytes_.end())
         return static_cast<int>(text_.size());
-    }
     // both halves of a surrogate pair have the byte of the character: take the first
     const auto first = std::lower_bound(bytes_.begin(), after, *(after - 1));
     return static_cast<int>(first - bytes_.begin());
