@@ -1,5 +1,7 @@
 #pragma once
 
+#include "MarkdownUI/Document/Inline.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -8,8 +10,6 @@
 #include <string_view>
 #include <variant>
 #include <vector>
-
-#include "MarkdownUI/Document/Inline.h"
 
 namespace quillmoth::markdown {
 

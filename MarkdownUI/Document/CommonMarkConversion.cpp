@@ -1,11 +1,11 @@
 #include "MarkdownUI/Document/CommonMarkConversion.h"
 
+#include "MarkdownUI/Document/MarkdownContent.h"
+
 #include <cmark-gfm-core-extensions.h>
 
 #include <algorithm>
 #include <span>
-
-#include "MarkdownUI/Document/MarkdownContent.h"
 
 namespace quillmoth::markdown {
 

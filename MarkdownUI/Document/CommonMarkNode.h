@@ -1,9 +1,9 @@
 #pragma once
 
+#include <cmark-gfm.h>
+
 #include <string>
 #include <string_view>
-
-#include <cmark-gfm.h>
 
 // Exported by the extensions' library, but declared in none of its installed headers.
 extern "C" {

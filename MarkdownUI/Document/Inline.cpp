@@ -1,8 +1,8 @@
 #include "MarkdownUI/Document/Inline.h"
 
-#include <type_traits>
-
 #include "MarkdownUI/Document/Hash.h"
+
+#include <type_traits>
 
 namespace quillmoth::markdown {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string_view>
-
 #include "MarkdownUI/Document/Block.h"
+
+#include <string_view>
 
 namespace quillmoth::markdown {
 

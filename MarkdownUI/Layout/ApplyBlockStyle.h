@@ -1,11 +1,11 @@
 #pragma once
 
+#include "MarkdownUI/Style/BlockStyle.h"
+
 #include <cstdint>
 #include <map>
 #include <utility>
 #include <vector>
-
-#include "MarkdownUI/Style/BlockStyle.h"
 
 namespace quillmoth::markdown {
 

@@ -1,13 +1,13 @@
 #include "MarkdownUI/Layout/BlockSequence.h"
 
-#include <algorithm>
-
 #include "MarkdownUI/Layout/CodeBlockView.h"
 #include "MarkdownUI/Layout/HTMLBlockView.h"
 #include "MarkdownUI/Layout/ImageFlow.h"
 #include "MarkdownUI/Layout/InlineText.h"
 #include "MarkdownUI/Layout/ListViews.h"
 #include "MarkdownUI/Layout/TableView.h"
+
+#include <algorithm>
 
 namespace quillmoth::markdown {
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "MarkdownUI/Layout/FlowBuilder.h"
+
 #include <cstddef>
 #include <functional>
-
-#include "MarkdownUI/Layout/FlowBuilder.h"
 
 namespace quillmoth::markdown {
 

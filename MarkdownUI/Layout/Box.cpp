@@ -1,13 +1,13 @@
 #include "MarkdownUI/Layout/Box.h"
 
-#include <algorithm>
-
 #include "Foundation/URL.h"
 #include "MarkdownUI/Layout/CodeBlockView.h"
 #include "MarkdownUI/Layout/ImageFlow.h"
 #include "MarkdownUI/Layout/ImageView.h"
 #include "MarkdownUI/Layout/InlineText.h"
 #include "MarkdownUI/Layout/TableView.h"
+
+#include <algorithm>
 
 namespace quillmoth::markdown {
 

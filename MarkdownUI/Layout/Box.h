@@ -1,15 +1,15 @@
 #pragma once
 
-#include <memory>
-#include <optional>
-#include <vector>
-
 #include "MarkdownUI/Layout/DisplayList.h"
 #include "MarkdownUI/Layout/DocumentFlow.h"
 #include "MarkdownUI/Layout/ImageSource.h"
 #include "MarkdownUI/Layout/LayoutOptions.h"
 #include "MarkdownUI/Style/CodeSyntaxHighlighter.h"
 #include "MarkdownUI/Style/InlineRendering.h"
+
+#include <memory>
+#include <optional>
+#include <vector>
 
 /// Units of a document laid out. All coordinates of a box are x of the document and y from the top of the
 /// unit, below its gap.

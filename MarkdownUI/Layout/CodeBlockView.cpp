@@ -1,10 +1,10 @@
 #include "MarkdownUI/Layout/CodeBlockView.h"
 
-#include <algorithm>
-#include <cmath>
-
 #include "MarkdownUI/Layout/DocumentState.h"
 #include "MarkdownUI/Layout/ScrollRegion.h"
+
+#include <algorithm>
+#include <cmath>
 
 namespace quillmoth::markdown {
 

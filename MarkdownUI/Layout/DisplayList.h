@@ -1,15 +1,15 @@
 #pragma once
 
+#include "MarkdownUI/Layout/TextEngine.h"
+#include "MarkdownUI/Style/AttributedText.h"
+#include "MarkdownUI/Style/Color.h"
+#include "MarkdownUI/Style/Geometry.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <variant>
 #include <vector>
-
-#include "MarkdownUI/Layout/TextEngine.h"
-#include "MarkdownUI/Style/AttributedText.h"
-#include "MarkdownUI/Style/Color.h"
-#include "MarkdownUI/Style/Geometry.h"
 
 /// What a painter draws, in order, in the coordinates of the document. Pointers are owned by the layout that
 /// made the list and hold until its next change.

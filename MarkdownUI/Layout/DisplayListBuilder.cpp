@@ -1,11 +1,11 @@
 #include "MarkdownUI/Layout/DisplayListBuilder.h"
 
-#include <algorithm>
-
 #include "MarkdownUI/Layout/CodeBlockView.h"
 #include "MarkdownUI/Layout/DocumentState.h"
 #include "MarkdownUI/Layout/ScrollRegion.h"
 #include "MarkdownUI/Layout/TableView.h"
+
+#include <algorithm>
 
 namespace quillmoth::markdown {
 

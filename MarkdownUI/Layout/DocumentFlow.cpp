@@ -1,8 +1,8 @@
 #include "MarkdownUI/Layout/DocumentFlow.h"
 
-#include <algorithm>
-
 #include "MarkdownUI/Layout/BlockSequence.h"
+
+#include <algorithm>
 
 namespace quillmoth::markdown {
 

@@ -1,13 +1,13 @@
 #pragma once
 
-#include <cstdint>
-#include <string_view>
-#include <vector>
-
 #include "MarkdownUI/Document/Block.h"
 #include "MarkdownUI/Layout/MarkerMeasure.h"
 #include "MarkdownUI/Layout/TextEngine.h"
 #include "MarkdownUI/Style/Theme.h"
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
 
 /// A document as one sequence of units that stand below each other: containers have become insets, gaps and
 /// markers. A unit is what is laid out at one time. Everything points into the blocks that it was made of.

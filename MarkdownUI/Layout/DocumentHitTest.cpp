@@ -1,11 +1,11 @@
 #include "MarkdownUI/Layout/DocumentHitTest.h"
 
-#include <algorithm>
-#include <cmath>
-
 #include "MarkdownUI/Layout/DocumentState.h"
 #include "MarkdownUI/Layout/DocumentText.h"
 #include "MarkdownUI/Layout/ScrollRegion.h"
+
+#include <algorithm>
+#include <cmath>
 
 namespace quillmoth::markdown {
 

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <optional>
-#include <string>
-#include <vector>
-
 #include "MarkdownUI/Layout/DisplayList.h"
 #include "MarkdownUI/Layout/TextPosition.h"
 #include "MarkdownUI/Style/Geometry.h"
+
+#include <optional>
+#include <string>
+#include <vector>
 
 /// From places to text and back. What is asked for is laid out first. See DocumentLayout.
 namespace quillmoth::markdown {

@@ -1,8 +1,5 @@
 #include "MarkdownUI/Layout/DocumentLayout.h"
 
-#include <algorithm>
-#include <cmath>
-
 #include "MarkdownUI/Layout/CodeBlockView.h"
 #include "MarkdownUI/Layout/DisplayListBuilder.h"
 #include "MarkdownUI/Layout/DocumentHitTest.h"
@@ -10,6 +7,9 @@
 #include "MarkdownUI/Layout/DocumentState.h"
 #include "MarkdownUI/Layout/DocumentText.h"
 #include "MarkdownUI/Layout/ScrollRegion.h"
+
+#include <algorithm>
+#include <cmath>
 
 namespace quillmoth::markdown {
 

@@ -1,12 +1,5 @@
 #pragma once
 
-#include <memory>
-#include <optional>
-#include <span>
-#include <string>
-#include <string_view>
-#include <vector>
-
 #include "MarkdownUI/Document/MarkdownContent.h"
 #include "MarkdownUI/Layout/DisplayList.h"
 #include "MarkdownUI/Layout/ImageSource.h"
@@ -14,6 +7,13 @@
 #include "MarkdownUI/Layout/TextPosition.h"
 #include "MarkdownUI/Style/CodeSyntaxHighlighter.h"
 #include "MarkdownUI/Style/Theme.h"
+
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace quillmoth::markdown {
 

@@ -1,13 +1,13 @@
 #include "MarkdownUI/Layout/DocumentParts.h"
 
-#include <algorithm>
-
 #include "Foundation/URL.h"
 #include "MarkdownUI/Layout/CodeBlockView.h"
 #include "MarkdownUI/Layout/DocumentHitTest.h"
 #include "MarkdownUI/Layout/DocumentText.h"
 #include "MarkdownUI/Layout/ImageFlow.h"
 #include "MarkdownUI/Layout/ScrollRegion.h"
+
+#include <algorithm>
 
 namespace quillmoth::markdown {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <vector>
-
 #include "MarkdownUI/Layout/DocumentState.h"
+
+#include <vector>
 
 /// What of a document is more than text: headings, links, images, copy buttons.
 namespace quillmoth::markdown {

@@ -1,10 +1,10 @@
 #include "MarkdownUI/Layout/DocumentState.h"
 
-#include <algorithm>
-
 #include "MarkdownUI/Layout/CodeBlockView.h"
 #include "MarkdownUI/Layout/DocumentText.h"
 #include "MarkdownUI/Layout/SchemeImages.h"
+
+#include <algorithm>
 
 namespace quillmoth::markdown {
 

@@ -1,17 +1,17 @@
 #pragma once
 
-#include <memory>
-#include <optional>
-#include <span>
-#include <string>
-#include <vector>
-
 #include "MarkdownUI/Document/MarkdownContent.h"
 #include "MarkdownUI/Layout/Box.h"
 #include "MarkdownUI/Layout/HeightIndex.h"
 #include "MarkdownUI/Layout/PlainText.h"
 #include "MarkdownUI/Layout/SteadyImages.h"
 #include "MarkdownUI/Layout/TextPosition.h"
+
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
 
 namespace quillmoth::markdown {
 

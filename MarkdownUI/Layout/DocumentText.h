@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string>
-
 #include "MarkdownUI/Layout/DocumentState.h"
+
+#include <string>
 
 /// A document as plain text, and the links in it. Nothing is laid out for any of it.
 namespace quillmoth::markdown {

@@ -1,12 +1,12 @@
 #pragma once
 
-#include <cstdint>
-#include <vector>
-
 #include "MarkdownUI/Layout/ApplyBlockStyle.h"
 #include "MarkdownUI/Layout/DocumentFlow.h"
 #include "MarkdownUI/Layout/MarkerMeasure.h"
 #include "MarkdownUI/Style/Theme.h"
+
+#include <cstdint>
+#include <vector>
 
 namespace quillmoth::markdown {
 

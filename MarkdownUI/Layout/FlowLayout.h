@@ -1,8 +1,8 @@
 #pragma once
 
-#include <vector>
-
 #include "MarkdownUI/Style/Geometry.h"
+
+#include <vector>
 
 namespace quillmoth::markdown {
 

@@ -1,10 +1,10 @@
 #include "MarkdownUI/Layout/ImageFlow.h"
 
-#include <algorithm>
-#include <cmath>
-
 #include "MarkdownUI/Layout/FlowLayout.h"
 #include "MarkdownUI/Layout/ImageView.h"
+
+#include <algorithm>
+#include <cmath>
 
 namespace quillmoth::markdown {
 

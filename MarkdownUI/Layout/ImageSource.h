@@ -1,9 +1,9 @@
 #pragma once
 
+#include "MarkdownUI/Style/Geometry.h"
+
 #include <cstdint>
 #include <string>
-
-#include "MarkdownUI/Style/Geometry.h"
 
 namespace quillmoth::markdown {
 

@@ -1,9 +1,9 @@
 #include "MarkdownUI/Layout/ImageView.h"
 
-#include <algorithm>
-
 #include "Foundation/URL.h"
 #include "MarkdownUI/Layout/ResizeToFit.h"
+
+#include <algorithm>
 
 namespace quillmoth::markdown {
 

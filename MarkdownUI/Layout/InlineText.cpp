@@ -1,11 +1,11 @@
 #include "MarkdownUI/Layout/InlineText.h"
 
-#include <algorithm>
-#include <cmath>
-
 #include "MarkdownUI/Layout/PlainText.h"
 #include "MarkdownUI/Layout/ResizeToFit.h"
 #include "MarkdownUI/Layout/TextDirection.h"
+
+#include <algorithm>
+#include <cmath>
 
 namespace quillmoth::markdown {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <string_view>
-
 #include "MarkdownUI/Layout/Box.h"
 #include "MarkdownUI/Layout/FlowBuilder.h"
+
+#include <string_view>
 
 namespace quillmoth::markdown {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <string>
-
 #include "MarkdownUI/Layout/TextEngine.h"
 #include "MarkdownUI/Style/ColorScheme.h"
+
+#include <string>
 
 namespace quillmoth::markdown {
 

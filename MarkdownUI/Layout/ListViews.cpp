@@ -1,9 +1,9 @@
 #include "MarkdownUI/Layout/ListViews.h"
 
-#include <algorithm>
-
 #include "MarkdownUI/Layout/BlockSequence.h"
 #include "MarkdownUI/Layout/InlineText.h"
+
+#include <algorithm>
 
 namespace quillmoth::markdown {
 

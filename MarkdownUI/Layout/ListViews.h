@@ -1,8 +1,8 @@
 #pragma once
 
-#include <vector>
-
 #include "MarkdownUI/Layout/FlowBuilder.h"
+
+#include <vector>
 
 /// Lists as units of a flow. Each view is added in a context within the style of lists, and gives the margin
 /// of its items.

@@ -1,8 +1,8 @@
+#include "MarkdownUI/Layout/Box.h"
+
 #include <algorithm>
 #include <cmath>
 #include <variant>
-
-#include "MarkdownUI/Layout/Box.h"
 
 namespace quillmoth::markdown {
 

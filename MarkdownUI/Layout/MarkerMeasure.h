@@ -1,10 +1,10 @@
 #pragma once
 
-#include <map>
-#include <string>
-
 #include "MarkdownUI/Layout/TextEngine.h"
 #include "MarkdownUI/Style/ListMarker.h"
+
+#include <map>
+#include <string>
 
 namespace quillmoth::markdown {
 

@@ -1,8 +1,8 @@
 #include "MarkdownUI/Layout/PlainText.h"
 
-#include <algorithm>
-
 #include "MarkdownUI/Style/InlineRendering.h"
+
+#include <algorithm>
 
 namespace quillmoth::markdown {
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "MarkdownUI/Document/Inline.h"
+
 #include <cstddef>
 #include <functional>
 #include <string>
 #include <string_view>
-
-#include "MarkdownUI/Document/Inline.h"
 
 namespace quillmoth::markdown {
 

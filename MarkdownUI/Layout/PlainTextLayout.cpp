@@ -1,8 +1,8 @@
 #include "MarkdownUI/Layout/PlainTextLayout.h"
 
-#include <algorithm>
-
 #include "MarkdownUI/Layout/PlainTextPieces.h"
+
+#include <algorithm>
 
 namespace quillmoth::markdown {
 

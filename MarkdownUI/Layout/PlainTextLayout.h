@@ -1,12 +1,12 @@
 #pragma once
 
+#include "MarkdownUI/Layout/DisplayList.h"
+#include "MarkdownUI/Layout/TextPosition.h"
+
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "MarkdownUI/Layout/DisplayList.h"
-#include "MarkdownUI/Layout/TextPosition.h"
 
 namespace quillmoth::markdown {
 

@@ -1,10 +1,10 @@
 #include "MarkdownUI/Layout/PlainTextPieces.h"
 
+#include "MarkdownUI/Layout/TextDirection.h"
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
-
-#include "MarkdownUI/Layout/TextDirection.h"
 
 namespace quillmoth::markdown {
 

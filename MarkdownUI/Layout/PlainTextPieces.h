@@ -1,11 +1,11 @@
 #pragma once
 
+#include "MarkdownUI/Layout/PlainTextLayout.h"
+#include "MarkdownUI/Layout/TextEngine.h"
+
 #include <memory>
 #include <string>
 #include <vector>
-
-#include "MarkdownUI/Layout/PlainTextLayout.h"
-#include "MarkdownUI/Layout/TextEngine.h"
 
 namespace quillmoth::markdown {
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <algorithm>
-
 #include "MarkdownUI/Style/Geometry.h"
+
+#include <algorithm>
 
 namespace quillmoth::markdown {
 

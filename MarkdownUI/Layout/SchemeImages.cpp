@@ -1,9 +1,9 @@
 #include "MarkdownUI/Layout/SchemeImages.h"
 
-#include <algorithm>
-
 #include "Foundation/ASCII.h"
 #include "Foundation/URL.h"
+
+#include <algorithm>
 
 namespace quillmoth::markdown {
 

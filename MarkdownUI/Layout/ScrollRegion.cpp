@@ -1,10 +1,10 @@
 #include "MarkdownUI/Layout/ScrollRegion.h"
 
-#include <algorithm>
-#include <cmath>
-
 #include "MarkdownUI/Layout/CodeBlockView.h"
 #include "MarkdownUI/Layout/DocumentState.h"
+
+#include <algorithm>
+#include <cmath>
 
 namespace quillmoth::markdown {
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "MarkdownUI/Layout/ImageSource.h"
+
 #include <string>
 #include <unordered_set>
-
-#include "MarkdownUI/Layout/ImageSource.h"
 
 namespace quillmoth::markdown {
 

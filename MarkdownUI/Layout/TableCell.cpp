@@ -1,11 +1,11 @@
 #include "MarkdownUI/Layout/TableCell.h"
 
-#include <algorithm>
-#include <cmath>
-
 #include "MarkdownUI/Layout/ImageFlow.h"
 #include "MarkdownUI/Layout/InlineText.h"
 #include "MarkdownUI/Layout/TextDirection.h"
+
+#include <algorithm>
+#include <cmath>
 
 namespace quillmoth::markdown {
 

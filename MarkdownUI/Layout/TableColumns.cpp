@@ -1,11 +1,11 @@
 #include "MarkdownUI/Layout/TableColumns.h"
 
+#include "MarkdownUI/Layout/PlainText.h"
+#include "MarkdownUI/Layout/TableCell.h"
+
 #include <algorithm>
 #include <cmath>
 #include <numeric>
-
-#include "MarkdownUI/Layout/PlainText.h"
-#include "MarkdownUI/Layout/TableCell.h"
 
 namespace quillmoth::markdown {
 

@@ -1,12 +1,12 @@
 #include "MarkdownUI/Layout/TableView.h"
 
-#include <algorithm>
-#include <cmath>
-
 #include "MarkdownUI/Layout/ScrollRegion.h"
 #include "MarkdownUI/Layout/TableCell.h"
 #include "MarkdownUI/Layout/TableColumns.h"
 #include "MarkdownUI/Layout/TextDirection.h"
+
+#include <algorithm>
+#include <cmath>
 
 namespace quillmoth::markdown {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <optional>
-#include <string_view>
-
 #include "MarkdownUI/Document/Inline.h"
 #include "MarkdownUI/Layout/TextEngine.h"
+
+#include <optional>
+#include <string_view>
 
 namespace quillmoth::markdown {
 

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "MarkdownUI/Style/AttributedText.h"
+#include "MarkdownUI/Style/Geometry.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <memory>
 #include <vector>
-
-#include "MarkdownUI/Style/AttributedText.h"
-#include "MarkdownUI/Style/Geometry.h"
 
 namespace quillmoth::markdown {
 

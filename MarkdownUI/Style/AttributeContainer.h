@@ -1,12 +1,12 @@
 #pragma once
 
-#include <cstdint>
-#include <optional>
-#include <string>
-
 #include "MarkdownUI/Style/Color.h"
 #include "MarkdownUI/Style/FontProperties.h"
 #include "MarkdownUI/Style/Geometry.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
 
 namespace quillmoth::markdown {
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "MarkdownUI/Style/AttributeContainer.h"
+
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -7,8 +9,6 @@
 #include <unordered_map>
 #include <utility>
 #include <vector>
-
-#include "MarkdownUI/Style/AttributeContainer.h"
 
 namespace quillmoth::markdown {
 

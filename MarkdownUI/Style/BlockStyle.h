@@ -1,11 +1,11 @@
 #pragma once
 
+#include "MarkdownUI/Style/TextStyle.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <optional>
-
-#include "MarkdownUI/Style/TextStyle.h"
 
 namespace quillmoth::markdown {
 

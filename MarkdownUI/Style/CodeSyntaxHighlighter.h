@@ -1,9 +1,9 @@
 #pragma once
 
+#include "MarkdownUI/Style/AttributedText.h"
+
 #include <optional>
 #include <string_view>
-
-#include "MarkdownUI/Style/AttributedText.h"
 
 namespace quillmoth::markdown {
 

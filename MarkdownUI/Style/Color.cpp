@@ -1,9 +1,9 @@
 #include "MarkdownUI/Style/Color.h"
 
+#include "MarkdownUI/Document/Hash.h"
+
 #include <array>
 #include <cstdio>
-
-#include "MarkdownUI/Document/Hash.h"
 
 namespace quillmoth::markdown {
 

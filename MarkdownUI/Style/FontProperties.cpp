@@ -1,10 +1,10 @@
 #include "MarkdownUI/Style/FontProperties.h"
 
-#include <cmath>
-
 #include "MarkdownUI/Document/Hash.h"
 #include "MarkdownUI/Style/AttributeContainer.h"
 #include "MarkdownUI/Style/RelativeSize.h"
+
+#include <cmath>
 
 namespace quillmoth::markdown {
 

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "MarkdownUI/Document/Inline.h"
+#include "MarkdownUI/Style/AttributedText.h"
+#include "MarkdownUI/Style/TextStyle.h"
+
 #include <functional>
 #include <map>
 #include <optional>
 #include <string>
-
-#include "MarkdownUI/Document/Inline.h"
-#include "MarkdownUI/Style/AttributedText.h"
-#include "MarkdownUI/Style/TextStyle.h"
 
 namespace quillmoth::markdown {
 

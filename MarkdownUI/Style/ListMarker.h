@@ -1,11 +1,11 @@
 #pragma once
 
+#include "MarkdownUI/Style/Color.h"
+#include "MarkdownUI/Style/RelativeSize.h"
+
 #include <cstdint>
 #include <functional>
 #include <string>
-
-#include "MarkdownUI/Style/Color.h"
-#include "MarkdownUI/Style/RelativeSize.h"
 
 namespace quillmoth::markdown {
 

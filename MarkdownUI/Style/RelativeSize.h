@@ -1,8 +1,8 @@
 #pragma once
 
-#include <cstdint>
-
 #include "MarkdownUI/Style/FontProperties.h"
+
+#include <cstdint>
 
 namespace quillmoth::markdown {
 

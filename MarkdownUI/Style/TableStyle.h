@@ -1,10 +1,10 @@
 #pragma once
 
-#include <functional>
-#include <vector>
-
 #include "MarkdownUI/Style/Color.h"
 #include "MarkdownUI/Style/Geometry.h"
+
+#include <functional>
+#include <vector>
 
 namespace quillmoth::markdown {
 

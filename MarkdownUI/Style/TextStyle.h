@@ -1,13 +1,13 @@
 #pragma once
 
+#include "MarkdownUI/Style/AttributeContainer.h"
+#include "MarkdownUI/Style/RelativeSize.h"
+
 #include <concepts>
 #include <memory>
 #include <optional>
 #include <utility>
 #include <variant>
-
-#include "MarkdownUI/Style/AttributeContainer.h"
-#include "MarkdownUI/Style/RelativeSize.h"
 
 /// The algebra of text styles. A style edits a bag of attributes; those of a font touch only a bag that has
 /// `fontProperties`.

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <array>
-
 #include "MarkdownUI/Style/BlockStyle.h"
 #include "MarkdownUI/Style/ListMarker.h"
 #include "MarkdownUI/Style/TableStyle.h"
 #include "MarkdownUI/Style/TextStyle.h"
+
+#include <array>
 
 namespace quillmoth::markdown {
 

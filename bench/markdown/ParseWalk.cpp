@@ -1,8 +1,9 @@
 // From text to blocks, against a parser that only calls back; and on to the first view, with a text engine
 // that costs next to nothing, which leaves the layout's own cost. Prints how hostile texts grow at the end.
 
-#include <benchmark/benchmark.h>
+#include "MarkdownUI/Layout/DocumentLayout.h"
 
+#include <benchmark/benchmark.h>
 #include <md4c.h>
 
 #include <cmath>
@@ -10,8 +11,6 @@
 #include <map>
 #include <string>
 #include <vector>
-
-#include "MarkdownUI/Layout/DocumentLayout.h"
 
 namespace quillmoth::markdown {
 namespace {

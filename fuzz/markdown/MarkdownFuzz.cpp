@@ -1,12 +1,13 @@
 // Markdown through document, layout, text and hit tests. Whatever goes wrong ends the process: run it under
 // the sanitizers. Inputs come from clang's fuzzer where that is linked, else from GeneratedInputs.cpp.
 
+#include "Foundation/FatalError.h"
+
+#include "DocumentCheck.h"
+
 #include <cstdint>
 #include <string>
 #include <string_view>
-
-#include "DocumentCheck.h"
-#include "Foundation/FatalError.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
