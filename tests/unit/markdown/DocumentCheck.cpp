@@ -1,12 +1,13 @@
 #include "DocumentCheck.h"
 
+#include "MarkdownUI/Layout/DocumentLayout.h"
+#include "MarkdownUI/Layout/PlainTextLayout.h"
+
+#include "FixedTextEngine.h"
+
 #include <algorithm>
 #include <cmath>
 #include <random>
-
-#include "FixedTextEngine.h"
-#include "MarkdownUI/Layout/DocumentLayout.h"
-#include "MarkdownUI/Layout/PlainTextLayout.h"
 
 namespace quillmoth::markdown {
 

@@ -1,9 +1,10 @@
+#include "MarkdownUI/Layout/DocumentLayout.h"
+
+#include "FixedTextEngine.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
-
-#include "FixedTextEngine.h"
-#include "MarkdownUI/Layout/DocumentLayout.h"
 
 namespace quillmoth::markdown {
 namespace {
@@ -65,6 +66,7 @@ TEST_F(DocumentLayoutTest, scrolling_up_tells_how_far_the_content_moves) {
     for (int i = 0; i < 200; ++i)
         text += std::string(300, 'i') + " a word that breaks early " + std::string(50, 'm') + "\n\n";
     set(text, 230);
+    EXPECT_EQ(layout.ensureLaidOut(0, 1000), 0) << "what grows in sight moves nothing above it";
     double y = layout.totalHeight() / 2;
     (void)layout.ensureLaidOut(y, y + 300);
     for (int step = 0; step < 20; ++step) {
@@ -136,6 +138,8 @@ TEST_F(DocumentLayoutTest, a_long_paragraph_with_an_image_is_cut_between_charact
         while (words.size() < 40000)
             words += word;
         set(words);
+        (void)layout.ensureLaidOut(layout.totalHeight() - 1,
+                                   layout.totalHeight()); // no part before it is seen
         layout.ensureLaidOut(1e9);
         for (const DisplayItem& item : layout.displayList({0, 0, 400, 1e9})) {
             const std::string& part = std::get<TextLineItem>(item).text->text();
@@ -182,6 +186,24 @@ TEST_F(DocumentLayoutTest, a_long_code_line_scrolls_within_its_range) {
     EXPECT_EQ(layout.scrollRegion(0).offset, 0);
 }
 
+TEST_F(DocumentLayoutTest, long_code_has_each_of_its_lines_once_and_evenly) {
+    for (const std::size_t count : {1U, 47U, 48U, 49U, 100U}) {
+        std::string code;
+        for (std::size_t line = 0; line < count; ++line)
+            code += "line " + std::to_string(line) + "\n";
+        set("```\n" + code + "\n```");
+        std::vector<double> tops;
+        for (const DisplayItem& item : layout.displayList({0, 0, 400, 1e6})) {
+            if (const auto* line = std::get_if<TextLineItem>(&item))
+                tops.push_back(line->frame.y);
+        }
+        ASSERT_EQ(tops.size(), count + 1) << "the last one is empty";
+        for (std::size_t line = 0; line <= count; ++line)
+            EXPECT_EQ(tops[line], 36 + 20 * static_cast<double>(line));
+        EXPECT_EQ(layout.totalHeight(), tops.back() + 18 + 16);
+    }
+}
+
 TEST_F(DocumentLayoutTest, a_table_scrolls_before_its_words_are_broken) {
     const std::string row = "| management | concurrency | programming | [compilers](https://e.org) |\n";
     set(row + "|-|-|-|-|\n" + row);
@@ -199,6 +221,7 @@ TEST_F(DocumentLayoutTest, a_table_scrolls_before_its_words_are_broken) {
     EXPECT_EQ(layout.linkAt({320, middle}), "https://e.org") << "hit tests follow the offset";
     set("| a | https://example.org/" + std::string(60, 'x') + " |\n|-|-|\n");
     EXPECT_EQ(layout.scrollRegion(0).contentWidth, 400) << "what is no word is broken";
+    layout.setScrollOffset(0, 0);
     set("| הההההההה | וווווווווווו | זזזזזזזזזזזז | חחחחחחחחחחחח |\n|-|-|-|-|\n");
     layout.ensureLaidOut(1000);
     EXPECT_GT(layout.scrollRegion(0).offset, 0) << "where its first column is";

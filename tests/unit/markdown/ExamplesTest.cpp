@@ -1,14 +1,15 @@
 // Others' documents: whatever the rules of the language allow is laid out, read and hit without a fault.
 
+#include "Foundation/Text.h"
+
+#include "DocumentCheck.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
-
-#include "DocumentCheck.h"
-#include "Foundation/Text.h"
 
 namespace quillmoth::markdown {
 namespace {

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <map>
-
 #include "MarkdownUI/Layout/ImageSource.h"
 #include "MarkdownUI/Layout/TextEngine.h"
+
+#include <map>
 
 namespace quillmoth::markdown {
 

@@ -1,3 +1,7 @@
+#include "MarkdownUI/Layout/DocumentLayout.h"
+
+#include "FixedTextEngine.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -7,9 +11,6 @@
 #include <iterator>
 #include <map>
 #include <sstream>
-
-#include "FixedTextEngine.h"
-#include "MarkdownUI/Layout/DocumentLayout.h"
 
 namespace quillmoth::markdown {
 namespace {

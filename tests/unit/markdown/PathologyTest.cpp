@@ -1,8 +1,9 @@
-#include <gtest/gtest.h>
-
-#include "FixedTextEngine.h"
 #include "MarkdownUI/Layout/DocumentLayout.h"
 #include "MarkdownUI/Layout/SchemeImages.h"
+
+#include "FixedTextEngine.h"
+
+#include <gtest/gtest.h>
 
 namespace quillmoth::markdown {
 namespace {

@@ -1,9 +1,10 @@
+#include "MarkdownUI/Layout/PlainTextLayout.h"
+
+#include "FixedTextEngine.h"
+
 #include <gtest/gtest.h>
 
 #include <random>
-
-#include "FixedTextEngine.h"
-#include "MarkdownUI/Layout/PlainTextLayout.h"
 
 namespace quillmoth::markdown {
 namespace {

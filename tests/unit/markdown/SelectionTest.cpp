@@ -1,7 +1,8 @@
-#include <gtest/gtest.h>
+#include "MarkdownUI/Layout/DocumentLayout.h"
 
 #include "FixedTextEngine.h"
-#include "MarkdownUI/Layout/DocumentLayout.h"
+
+#include <gtest/gtest.h>
 
 namespace quillmoth::markdown {
 namespace {

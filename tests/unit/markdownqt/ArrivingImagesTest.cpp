@@ -1,12 +1,11 @@
 #include "MarkdownUI/Qt/MarkdownItem.h"
 
 #include "FakeHost.h"
+#include "Pictures.h"
 
 #include <gtest/gtest.h>
 
-#include <QBuffer>
 #include <QCoreApplication>
-#include <QImage>
 #include <QKeyEvent>
 
 #include <chrono>
@@ -21,16 +20,6 @@ using namespace std::chrono_literals;
 constexpr double kItemWidth = 400;
 constexpr double kItemHeight = 300;
 
-QByteArray picture() {
-    QImage image(30, 20, QImage::Format_RGB32);
-    image.fill(Qt::red);
-    QByteArray data;
-    QBuffer buffer(&data);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    return data;
-}
-
 /// An item whose images are answered by hand.
 class ArrivingImagesTest : public ::testing::Test {
 protected:
@@ -44,12 +33,10 @@ protected:
     /// Answers all that were asked for, and takes in what follows. Gives how many they were.
     std::size_t answer(const QByteArray& data) {
         const auto calls = std::exchange(asked_, {});
-        for (const auto& finished : calls) {
+        for (const auto& finished : calls)
             finished(data);
-        }
-        while (services.images.loadingCount() > 0) {
+        while (services.images.loadingCount() > 0)
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        }
         return calls.size();
     }
 
@@ -83,7 +70,7 @@ TEST_F(ArrivingImagesTest, KeepTheSelectionAndTheFocus) {
         item.select({{0, text.find("“")}, {0, text.find(" and")}});
         const QString selected = item.selectedText();
         const std::size_t version = item.version();
-        EXPECT_EQ(answer(picture()), 2U);
+        EXPECT_EQ(answer(pictureData(Qt::red, 30, 20)), 2U);
         EXPECT_EQ(item.selectedText(), selected);
         EXPECT_EQ(item.selection().end, (TextPosition{0, item.content().textOfBlock(0).find(" and")}));
         press(Qt::Key_Right, Qt::ShiftModifier);
@@ -99,13 +86,13 @@ TEST_F(ArrivingImagesTest, KeepTheSelectionAndTheFocus) {
 TEST_F(ArrivingImagesTest, StandInAWholeSelectionAndBehindACaret) {
     show(item, "![a](http://x/a)text![b](http://x/b)");
     item.selectAll();
-    answer(picture());
+    answer(pictureData(Qt::red, 30, 20));
     EXPECT_EQ(item.selection(), item.content().wholeRange());
     EXPECT_EQ(item.content().textOfBlock(0).size(), 10U);
 
     show(item, "text![c](http://x/c)");
     item.select({{0, 4}, {0, 4}});
-    answer(picture());
+    answer(pictureData(Qt::red, 30, 20));
     EXPECT_EQ(item.selection(), (TextRange{{0, 4}, {0, 4}}));
 }
 
@@ -131,7 +118,7 @@ TEST_F(ArrivingImagesTest, AreAskedForAgainByALaterUseButNotByEachPaint) {
     item.setWidth(kItemWidth + 1);
     (void)item.displayList({0, 0, kItemWidth, kItemHeight});
     const int resizes = host.resizes;
-    EXPECT_EQ(answer(picture()), 2U) << "for another layout";
+    EXPECT_EQ(answer(pictureData(Qt::red, 30, 20)), 2U) << "for another layout";
     EXPECT_GT(host.resizes, resizes);
     EXPECT_EQ(item.content().textOfBlock(0), "in \uFFFC text ");
 }

@@ -15,7 +15,7 @@ namespace quillmoth::markdown {
 /// Notes what an item asks for, and has a clock that tests turn by hand.
 class FakeHost : public MarkdownHost {
 public:
-    void itemChanged(const QRectF& /*area*/) override { ++changes; }
+    void itemChanged(const QRectF& /*area*/) override {}
 
     void itemResized() override { ++resizes; }
 
@@ -35,15 +35,13 @@ public:
                                                [this](const auto& entry) { return entry.first > now_; });
         const std::vector<Entry> calls(due, pending_.end());
         pending_.erase(due, pending_.end());
-        for (const Entry& call : calls) {
+        for (const Entry& call : calls)
             call.second();
-        }
     }
 
     QStringList opened;
     QStringList copied;
     std::vector<std::size_t> renamed;
-    int changes = 0;
     int resizes = 0;
 
 private:

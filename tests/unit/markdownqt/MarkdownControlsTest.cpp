@@ -1,16 +1,8 @@
-#include "MarkdownUI/Qt/MarkdownItem.h"
-
-#include "FakeHost.h"
-
-#include <gtest/gtest.h>
+#include "ItemTest.h"
+#include "Pictures.h"
 
 #include <QAction>
-#include <QBuffer>
-#include <QCoreApplication>
-#include <QImage>
-#include <QKeyEvent>
 #include <QMenu>
-#include <QPainter>
 
 #include <string>
 
@@ -18,56 +10,15 @@ namespace quillmoth::markdown {
 
 namespace {
 
-constexpr int kControlsWidth = 400;
-constexpr int kControlsHeight = 300;
-
-/// A picture of one colour as a URL.
-std::string dataURL(const QColor& color, int width, int height) {
-    QImage image(width, height, QImage::Format_RGB32);
-    image.fill(color);
-    QByteArray data;
-    QBuffer buffer(&data);
-    buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
-    return "data:image/png;base64," + data.toBase64().toStdString();
-}
-
-class MarkdownControlsTest : public ::testing::Test {
+class MarkdownControlsTest : public ItemTest {
 protected:
-    void show(const std::string& markdown) {
-        item.setWidth(kControlsWidth);
-        item.setFontSize(16);
-        item.setForm(TextForm::markdown);
-        item.setText(markdown);
-        (void)item.ensureLaidOut(0, kControlsHeight);
-        while (services.images.loadingCount() > 0) {
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        }
-        (void)item.ensureLaidOut(0, kControlsHeight);
-    }
-
-    bool press(Qt::Key key) { return item.keyPress(QKeyEvent(QEvent::KeyPress, key, Qt::NoModifier)); }
-
-    QImage picture() {
-        QImage image(kControlsWidth, kControlsHeight, QImage::Format_RGB32);
-        image.fill(services.palette.base);
-        QPainter painter(&image);
-        item.paint(painter, QRectF(image.rect()), {});
-        return image;
-    }
-
     /// What has the focus: the text of a link, what an image shows, "button", or nothing.
     std::string focused() {
-        if (!item.focusedPart()) {
+        if (!item.focusedPart())
             return {};
-        }
         const PartInfo& part = item.parts()[*item.focusedPart()];
         return part.kind == PartInfo::Kind::copyButton ? "button" : part.text;
     }
-
-    MarkdownServices services{MarkdownPalette::panel()};
-    FakeHost host;
-    MarkdownItem item{services, host};
 };
 
 const std::string kControls =
@@ -142,26 +93,24 @@ TEST_F(MarkdownControlsTest, TheMenuCopiesTheSelectionOrALinkAndSelectsAll) {
 }
 
 TEST_F(MarkdownControlsTest, AnImageInALineStandsInTheText) {
-    const std::string red = dataURL(Qt::red, 30, 20);
+    const std::string red = pictureURL(Qt::red, 30, 20);
     show("word ![a](" + red + ")![a](" + red + ") word");
     const QImage image = picture();
     int reds = 0;
-    for (int x = 0; x < kControlsWidth; ++x) {
+    for (int x = 0; x < kWidth; ++x)
         reds += image.pixelColor(x, 10) == QColor(Qt::red) ? 1 : 0;
-    }
     EXPECT_EQ(reds, 60) << "both of them";
 }
 
 TEST_F(MarkdownControlsTest, ASelectedImageIsTinted) {
-    const std::string red = dataURL(Qt::red, 30, 20);
+    const std::string red = pictureURL(Qt::red, 30, 20);
     show("first\n\n![alone](" + red + ")\n\nin ![a](" + red + ") line");
     const auto colorsOf = [](const QImage& image) {
         std::vector<QRgb> reds;
         for (int y = 0; y < image.height(); ++y) {
             for (int x = 0; x < image.width(); ++x) {
-                if (qRed(image.pixel(x, y)) > 100 && qGreen(image.pixel(x, y)) < 90) {
+                if (qRed(image.pixel(x, y)) > 100 && qGreen(image.pixel(x, y)) < 90)
                     reds.push_back(image.pixel(x, y));
-                }
             }
         }
         return reds;
@@ -177,8 +126,7 @@ TEST_F(MarkdownControlsTest, ASelectedImageIsTinted) {
 
 TEST_F(MarkdownControlsTest, ABlankBehindStruckTextIsNotStruck) {
     show("~~mmm~~ mmm");
-    const Rect blank =
-        item.content().document()->selectionRectangles({{0, 3}, {0, 4}}, {0, 0, 400, 100}).at(0);
+    const Rect blank = document().selectionRectangles({{0, 3}, {0, 4}}, {0, 0, 400, 100}).at(0);
     const QImage image = picture();
     for (int y = 0; y < 20; ++y) {
         const int x = static_cast<int>(blank.x + blank.width / 2);
@@ -188,9 +136,8 @@ TEST_F(MarkdownControlsTest, ABlankBehindStruckTextIsNotStruck) {
 
 TEST_F(MarkdownControlsTest, AMegabyteLineOfCodeIsSelectedAndScrolled) {
     show("```\n" + std::string(1'000'000, 'x') + "\n```\n");
-    DocumentLayout& document = *item.content().document();
-    document.setScrollOffset(0, document.scrollRegion(0).contentWidth / 2);
-    const Rect region = document.scrollRegion(0).frame;
+    document().setScrollOffset(0, document().scrollRegion(0).contentWidth / 2);
+    const Rect region = document().scrollRegion(0).frame;
     const QPointF left(region.x + 40, region.y + 45);
     item.mousePress(left, 1, Qt::NoModifier);
     item.mouseMove(left + QPointF(100, 0), true);

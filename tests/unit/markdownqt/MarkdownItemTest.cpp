@@ -1,15 +1,5 @@
-#include "MarkdownUI/Qt/MarkdownItem.h"
+#include "ItemTest.h"
 
-#include "FakeHost.h"
-#include "Quillmoth/Highlighting/SplashCodeSyntaxHighlighter.h"
-
-#include <gtest/gtest.h>
-
-#include <QBuffer>
-#include <QCoreApplication>
-#include <QImage>
-#include <QKeyEvent>
-#include <QPainter>
 #include <QWheelEvent>
 
 #include <string>
@@ -20,25 +10,11 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr double kWidth = 400;
-
-class MarkdownItemTest : public ::testing::Test {
+class MarkdownItemTest : public ItemTest {
 protected:
-    void show(std::string_view markdown) {
-        item.setWidth(kWidth);
-        item.setFontSize(16);
-        item.setForm(TextForm::markdown);
-        item.setText(markdown);
-        (void)item.ensureLaidOut(0, 2000);
-    }
-
     void click(QPointF point, int clicks = 1) {
         item.mousePress(point, clicks, Qt::NoModifier);
         item.mouseRelease(point);
-    }
-
-    bool press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-        return item.keyPress(QKeyEvent(QEvent::KeyPress, key, modifiers));
     }
 
     bool turnWheel(QPointF point, QPoint angle, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
@@ -55,24 +31,7 @@ protected:
 
     QPointF middleOf(const Rect& rect) { return {rect.x + rect.width / 2, rect.y + rect.height / 2}; }
 
-    DocumentLayout& document() { return *item.content().document(); }
-
-    bool isCopied(std::size_t codeBlock) {
-        for (const DisplayItem& shown : item.displayList({0, 0, kWidth, 2000})) {
-            const auto* button = std::get_if<ButtonItem>(&shown);
-            if (button != nullptr && button->codeBlock == codeBlock) {
-                return button->isDone;
-            }
-        }
-        ADD_FAILURE() << "no button";
-        return false;
-    }
-
-    highlighting::SplashCodeSyntaxHighlighter highlighter{
-        highlighting::Theme::midnight(highlighting::Font(16))};
-    MarkdownServices services{MarkdownPalette::panel(), &highlighter};
-    FakeHost host;
-    MarkdownItem item{services, host};
+    bool isCopied(std::size_t codeBlock) { return document().copyButtonLabel(codeBlock) == "Copied"; }
 };
 
 const std::string kWideCode = "```\nlet x = 1\n" + std::string(200, 'w') + "\n```\n";
@@ -194,27 +153,13 @@ TEST_F(MarkdownItemTest, ScrollsWideCodeSidewaysByWheelKeysAndBar) {
     EXPECT_NEAR(region.offset, region.contentWidth - region.frame.width, 0.5);
 }
 
-TEST_F(MarkdownItemTest, ADocumentOfAMegabyteIsLaidOutOnlyWhereItIsSeen) {
-    std::string text;
-    while (text.size() < 1'000'000) {
-        text += "A paragraph with a few words that fills about one line and a half of it.\n\n";
-    }
-    show(text);
-    const std::size_t before = services.engine.linesShaped();
-    EXPECT_LT(before, 1000U);
-    (void)item.ensureLaidOut(item.height() / 2, item.height() / 2 + 700);
-    EXPECT_LT(services.engine.linesShaped() - before, 400U);
-}
-
 TEST_F(MarkdownItemTest, AnAppendShapesNoMoreThanTheEndOfTheText) {
     item.setWidth(kWidth);
-    for (int count = 0; count < 2000; ++count) {
+    for (int count = 0; count < 2000; ++count)
         item.append("word after word ");
-    }
     const std::size_t before = services.engine.linesShaped();
-    for (int count = 0; count < 100; ++count) {
+    for (int count = 0; count < 100; ++count)
         item.append("more ");
-    }
     EXPECT_LT(services.engine.linesShaped() - before, 400U);
 }
 
@@ -232,45 +177,12 @@ TEST_F(MarkdownItemTest, LinesOfPlainTextStandAtOneDistance) {
     EXPECT_EQ(heightOf("a\nb") - heightOf("a"), 40);
 }
 
-TEST_F(MarkdownItemTest, ShowsAnImageWhenItHasComeAndAClearAreaWhenItFails) {
-    QImage red(20, 10, QImage::Format_RGB32);
-    red.fill(Qt::red);
-    QByteArray data;
-    QBuffer buffer(&data);
-    buffer.open(QIODevice::WriteOnly);
-    red.save(&buffer, "PNG");
-    show("![red](data:image/png;base64," + data.toBase64().toStdString() + ")\n\n![bad](data:image/png,zzz)");
-    while (services.images.loadingCount() > 0) {
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    }
-    QImage picture(static_cast<int>(kWidth), 100, QImage::Format_RGB32);
-    picture.fill(services.palette.base);
-    QPainter painter(&picture);
-    item.paint(painter, QRectF(picture.rect()), {});
-    painter.end();
-    EXPECT_EQ(picture.pixelColor(10, 5), QColor(Qt::red));
-    EXPECT_EQ(picture.pixelColor(30, 5), services.palette.base);
-}
-
 TEST_F(MarkdownItemTest, PaintsTheSameWholeOrInStrips) {
     show("# Title\n\nText with `code` and [link](x).\n\n" + kWideCode +
          "\n| a | b |\n|---|---|\n| 1 | 2 |\n");
     item.selectAll();
     const int height = static_cast<int>(item.height());
-    QImage whole(static_cast<int>(kWidth), height, QImage::Format_RGB32);
-    whole.fill(services.palette.base);
-    QImage strips = whole;
-    QPainter first(&whole);
-    item.paint(first, QRectF(whole.rect()), {});
-    first.end();
-    QPainter second(&strips);
-    for (int top = 0; top < height; top += 37) {
-        const QRect strip(0, top, strips.width(), 37);
-        second.setClipRect(strip);
-        item.paint(second, QRectF(strip), {});
-    }
-    second.end();
-    EXPECT_EQ(whole, strips);
+    EXPECT_EQ(picture(height, height), picture(height, 37));
 }
 
 } // namespace quillmoth::markdown

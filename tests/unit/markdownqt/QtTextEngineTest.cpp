@@ -18,9 +18,8 @@ AttributedText plain(std::string text) {
 
 std::vector<std::string> linesOf(const AttributedText& text, const ShapedText& shaped) {
     std::vector<std::string> lines;
-    for (const TextLine& line : shaped.lines()) {
+    for (const TextLine& line : shaped.lines())
         lines.push_back(text.text().substr(line.begin, line.end - line.begin));
-    }
     return lines;
 }
 
@@ -101,18 +100,6 @@ TEST(QtTextEngine, AlignsByTheDirection) {
     EXPECT_NEAR(leading->lines()[0].x + leading->lines()[0].advance, 400, 0.5);
     options.alignment = TextAlignment::trailing;
     EXPECT_EQ(engine.shape(plain("\u05D0\u05D1"), options)->lines()[0].x, 0);
-}
-
-TEST(QtTextEngine, GivesAnAttachmentItsRoom) {
-    QtTextEngine engine(MarkdownPalette::panel());
-    AttributedText text = plain("a");
-    AttributeContainer attributes;
-    attributes.font = Font();
-    attributes.attachment = ImageAttachment{"x", "", {50, 40}};
-    text.append("\uFFFC", attributes);
-    const auto shaped = engine.shape(text, {});
-    EXPECT_NEAR(shaped->caretX(0, 4) - shaped->caretX(0, 1), 50, 1);
-    EXPECT_EQ(shaped->lines()[0].ascent, 40);
 }
 
 TEST(TextBoundaries, FindWordsLinesAndCharacters) {
