@@ -10,6 +10,17 @@ namespace quillmoth::markdown {
 
 namespace {
 
+std::vector<QRgb> redsOf(const QImage& image) {
+    std::vector<QRgb> reds;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (qRed(image.pixel(x, y)) > 100 && qGreen(image.pixel(x, y)) < 90)
+                reds.push_back(image.pixel(x, y));
+        }
+    }
+    return reds;
+}
+
 class MarkdownControlsTest : public ItemTest {
 protected:
     /// What has the focus: the text of a link, what an image shows, "button", or nothing.
@@ -95,33 +106,30 @@ TEST_F(MarkdownControlsTest, TheMenuCopiesTheSelectionOrALinkAndSelectsAll) {
 TEST_F(MarkdownControlsTest, AnImageInALineStandsInTheText) {
     const std::string red = pictureURL(Qt::red, 30, 20);
     show("word ![a](" + red + ")![a](" + red + ") word");
-    const QImage image = picture();
-    int reds = 0;
-    for (int x = 0; x < kWidth; ++x)
-        reds += image.pixelColor(x, 10) == QColor(Qt::red) ? 1 : 0;
-    EXPECT_EQ(reds, 60) << "both of them";
+    EXPECT_EQ(redsOf(picture()).size(), 2U * 30 * 20) << "both of them";
 }
 
 TEST_F(MarkdownControlsTest, ASelectedImageIsTinted) {
     const std::string red = pictureURL(Qt::red, 30, 20);
     show("first\n\n![alone](" + red + ")\n\nin ![a](" + red + ") line");
-    const auto colorsOf = [](const QImage& image) {
-        std::vector<QRgb> reds;
-        for (int y = 0; y < image.height(); ++y) {
-            for (int x = 0; x < image.width(); ++x) {
-                if (qRed(image.pixel(x, y)) > 100 && qGreen(image.pixel(x, y)) < 90)
-                    reds.push_back(image.pixel(x, y));
-            }
-        }
-        return reds;
-    };
-    const auto plain = colorsOf(picture());
+    const auto plain = redsOf(picture());
     item.selectAll();
-    const auto tinted = colorsOf(picture());
+    const auto tinted = redsOf(picture());
     EXPECT_EQ(plain.size(), 2U * 30 * 20);
     EXPECT_EQ(std::count(tinted.begin(), tinted.end(), qRgb(255, 0, 0)), 0);
     item.select({{0, 0}, {0, 3}});
-    EXPECT_EQ(colorsOf(picture()), plain) << "outside the selection";
+    EXPECT_EQ(redsOf(picture()), plain) << "outside the selection";
+}
+
+TEST_F(MarkdownControlsTest, SelectedCodeLosesItsColors) {
+    show("```\nlet let let\n```");
+    const QImage colored = picture();
+    item.selectAll();
+    const QImage selected = picture();
+    document().setCodeSyntaxHighlighter(nullptr);
+    EXPECT_EQ(picture(), selected);
+    item.clearSelection();
+    EXPECT_NE(picture(), colored);
 }
 
 TEST_F(MarkdownControlsTest, ABlankBehindStruckTextIsNotStruck) {
