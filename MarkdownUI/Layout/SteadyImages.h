@@ -7,8 +7,8 @@
 
 namespace quillmoth::markdown {
 
-/// The images of one document, with those that arrive held back until the document takes notice: else its
-/// text would be another one than what is laid out of it.
+/// The images of one document. One that arrives counts as loading until takeNotice, so that the text of the
+/// document stays the one that is laid out.
 class SteadyImages final : public ImageSource {
 public:
     explicit SteadyImages(ImageSource& source) : source_(source) {} ///< outlives this

@@ -22,8 +22,7 @@ struct ItemOptions {
     bool operator==(const ItemOptions&) const = default;
 };
 
-/// What a MarkdownItem shows: a document, or text without markup. The questions that only a document answers
-/// have the answers of an empty one.
+/// What a MarkdownItem shows: a document, or text without markup.
 class ItemContent {
 public:
     virtual ~ItemContent() = default;

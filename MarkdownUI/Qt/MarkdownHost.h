@@ -28,7 +28,8 @@ public:
     /// The copy button of a code block says another thing now: told to assistive technology.
     virtual void copyButtonRenamed(std::size_t codeBlock) = 0;
 
-    /// Calls `work` once after `delay`, on the main thread; it may have become void by then.
+    /// Calls `work` once after `delay`, on the main thread; `work` checks whether there is still something to
+    /// do.
     virtual void callAfter(std::chrono::milliseconds delay, std::function<void()> work) = 0;
 };
 

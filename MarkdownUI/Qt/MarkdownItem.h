@@ -77,14 +77,14 @@ public:
     /// Headings, links, images and copy buttons in reading order; none in text without markup.
     [[nodiscard]] const std::vector<PartInfo>& parts() const;
 
-    /// The part that has the focus; it holds until the next change of the content. An image that
-    /// arrives is none.
+    /// The index of the part that has the focus. It changes with the content, but not with an image that
+    /// arrives.
     [[nodiscard]] std::optional<std::size_t> focusedPart() const { return focusedPart_; }
 
     /// As a press on the part would.
     void activate(const PartInfo& part);
 
-    /// Another one after each change of the content.
+    /// Counts the changes of the content.
     [[nodiscard]] std::size_t version() const { return version_; }
 
 private:

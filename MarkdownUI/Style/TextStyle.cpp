@@ -1,5 +1,7 @@
 #include "MarkdownUI/Style/TextStyle.h"
 
+#include "MarkdownUI/Style/TextStyleBuilder.h"
+
 namespace quillmoth::markdown {
 
 namespace {

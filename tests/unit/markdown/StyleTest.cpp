@@ -1,8 +1,8 @@
 #include "MarkdownUI/Document/MarkdownContent.h"
 #include "MarkdownUI/Layout/FlowLayout.h"
 #include "MarkdownUI/Layout/HeightIndex.h"
-#include "MarkdownUI/Style/BlockStyle.h"
 #include "MarkdownUI/Style/InlineRendering.h"
+#include "MarkdownUI/Style/TextStyleBuilder.h"
 #include "MarkdownUI/Style/Theme.h"
 
 #include <gtest/gtest.h>
