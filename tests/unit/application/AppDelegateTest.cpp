@@ -3,7 +3,6 @@
 #include "tests/unit/PlatformFixture.h"
 
 namespace quillmoth {
-
 namespace {
 
 constexpr std::uint32_t kSpace = 49;
@@ -110,5 +109,4 @@ TEST_F(AppDelegateTest, a_link_that_holds_no_preset_is_refused_in_words_and_adds
 }
 
 } // namespace
-
 } // namespace quillmoth

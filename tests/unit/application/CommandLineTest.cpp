@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 namespace quillmoth {
-
 namespace {
 
 using Action = CommandLine::Action;

@@ -1,7 +1,6 @@
 #include "tests/unit/assistant/AssistantFixture.h"
 
 namespace quillmoth {
-
 namespace {
 
 class AnswerStreamTest : public AssistantFixture {
@@ -275,5 +274,4 @@ TEST_F(AnswerStreamTest, callbacks_do_nothing_when_the_model_has_gone) {
 }
 
 } // namespace
-
 } // namespace quillmoth

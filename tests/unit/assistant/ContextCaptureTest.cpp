@@ -1,7 +1,6 @@
 #include "tests/unit/assistant/AssistantFixture.h"
 
 namespace quillmoth {
-
 namespace {
 
 constexpr const char* kFound = "Context found press esc to remove context";
@@ -133,5 +132,4 @@ TEST_F(ContextCaptureTest, over_a_terminal_its_selection_is_taken_at_once_and_no
 }
 
 } // namespace
-
 } // namespace quillmoth

@@ -1,7 +1,6 @@
 #include "tests/unit/assistant/AssistantFixture.h"
 
 namespace quillmoth {
-
 namespace {
 
 std::string response(const std::string& topic) {
@@ -150,5 +149,4 @@ TEST_F(ConversationHistoryTest, a_failed_save_is_logged_and_memory_keeps_the_cha
 }
 
 } // namespace
-
 } // namespace quillmoth

@@ -1,7 +1,6 @@
 #include "tests/unit/assistant/FloatingViewFixture.h"
 
 namespace quillmoth {
-
 namespace {
 
 class FloatingViewActionsTest : public FloatingViewFixture {};
@@ -156,5 +155,4 @@ TEST_F(FloatingViewActionsTest, asking_again_needs_a_response_and_a_question_and
 }
 
 } // namespace
-
 } // namespace quillmoth

@@ -1,7 +1,6 @@
 #include "tests/unit/assistant/FloatingViewFixture.h"
 
 namespace quillmoth {
-
 namespace {
 
 class FloatingViewControllerTest : public FloatingViewFixture {};
@@ -231,5 +230,4 @@ TEST_F(FloatingViewControllerTest, a_missing_grant_alone_offers_the_settings) {
 }
 
 } // namespace
-
 } // namespace quillmoth

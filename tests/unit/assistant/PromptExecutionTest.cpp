@@ -1,7 +1,6 @@
 #include "tests/unit/assistant/AssistantFixture.h"
 
 namespace quillmoth {
-
 namespace {
 
 constexpr int kSummary = 0;
@@ -128,5 +127,4 @@ TEST_F(PromptExecutionTest, an_index_out_of_range_is_a_fatal_fault) {
 }
 
 } // namespace
-
 } // namespace quillmoth

@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 namespace quillmoth::platform {
-
 namespace {
 
 namespace fs = std::filesystem;

@@ -6,7 +6,6 @@
 #include <memory>
 
 namespace quillmoth {
-
 namespace {
 
 using platform::AXValue;
@@ -207,5 +206,4 @@ TEST_F(CopyCaptureTest, a_terminal_in_front_is_asked_for_its_selection) {
 }
 
 } // namespace
-
 } // namespace quillmoth

@@ -1,7 +1,6 @@
 #include "tests/unit/editor/EditorWindowFixture.h"
 
 namespace quillmoth {
-
 namespace {
 
 class EditorFieldsTest : public EditorWindowFixture {};
@@ -131,5 +130,4 @@ TEST_F(EditorFieldsTest, textsOfAnyLengthAreShownAsTheyAreAndCanBeEdited) {
 }
 
 } // namespace
-
 } // namespace quillmoth

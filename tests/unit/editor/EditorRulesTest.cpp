@@ -3,7 +3,6 @@
 #include <algorithm>
 
 namespace quillmoth {
-
 namespace {
 
 using Kind = PromptEditorView::Kind;
@@ -196,5 +195,4 @@ TEST_F(EditorRulesTest, theLibraryOpensInTheBrowserAndOnlySuccessIsLogged) {
 }
 
 } // namespace
-
 } // namespace quillmoth

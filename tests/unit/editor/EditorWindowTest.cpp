@@ -1,7 +1,6 @@
 #include "tests/unit/editor/EditorWindowFixture.h"
 
 namespace quillmoth {
-
 namespace {
 
 class EditorWindowTest : public EditorWindowFixture {};
@@ -170,5 +169,4 @@ TEST_F(EditorWindowTest, aDragEndsWhereTheRowsChangeOrTheReleaseWasLost) {
 }
 
 } // namespace
-
 } // namespace quillmoth

@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 namespace quillmoth {
-
 namespace {
 
 using Strings = std::vector<std::string>;
@@ -255,5 +254,4 @@ TEST_F(EventSourceTest, DropsCallbacksThatAreDueWhenItHasGone) {
 }
 
 } // namespace
-
 } // namespace quillmoth

@@ -168,5 +168,4 @@ TEST(Event, ReadsARetryTimeStrictly) {
 }
 
 } // namespace
-
 } // namespace quillmoth

@@ -3,9 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <fstream>
 #include <iterator>
+#include <regex>
 #include <set>
 
 namespace quillmoth {
@@ -32,33 +32,22 @@ bool isWellFormedBlank(const std::string& text) {
            words.find_first_not_of(" \n") != std::string::npos;
 }
 
-/// 36 characters of a version 4 UUID in upper case (RFC 9562).
-bool isUUID(const std::string& text) {
-    const std::string form = "XXXXXXXX-XXXX-4XXX-VXXX-XXXXXXXXXXXX";
-    return std::equal(text.begin(), text.end(), form.begin(), form.end(), [](char given, char wanted) {
-        if (wanted == 'X')
-            return std::string("0123456789ABCDEF").find(given) != std::string::npos;
-        return wanted == 'V' ? std::string("89AB").find(given) != std::string::npos : given == wanted;
-    });
-}
-
 /// Each blank is "[" and some words and "]", without further brackets.
 void expectWellFormedBlanks(const PromptData& prompt) {
-    for (const ExtractedText& piece : extractBracketedTexts(prompt.prompt)) {
-        if (piece.isBracketed)
-            EXPECT_TRUE(isWellFormedBlank(piece.text)) << prompt.name << ": " << piece.text;
-        else
-            EXPECT_FALSE(holds(piece.text, "[")) << prompt.name << ": " << piece.text;
-    }
+    for (const ExtractedText& piece : extractBracketedTexts(prompt.prompt))
+        EXPECT_TRUE(piece.isBracketed ? isWellFormedBlank(piece.text) : !holds(piece.text, "["))
+            << prompt.name << ": " << piece.text;
 }
 
 TEST(ShippedPrompts, AreManyAndDifferFromEachOtherInIDAndName) {
     const auto prompts = shippedPrompts();
     EXPECT_GE(prompts.size(), 26U);
+    // Version 4, in upper case (RFC 9562).
+    const std::regex kUUID("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}");
     std::set<std::string> ids;
     std::set<std::string> names;
     for (const PromptData& prompt : prompts) {
-        EXPECT_TRUE(isUUID(prompt.id.value_or(""))) << prompt.name;
+        EXPECT_TRUE(std::regex_match(prompt.id.value_or(""), kUUID)) << prompt.name;
         EXPECT_TRUE(ids.insert(prompt.id.value_or("")).second) << prompt.name;
         EXPECT_TRUE(names.insert(prompt.name).second) << prompt.name;
         EXPECT_FALSE(prompt.name.empty() || prompt.emoji.empty() || prompt.prompt.empty());

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 namespace quillmoth::platform {
-
 namespace {
 
 using namespace std::chrono_literals;

@@ -1,11 +1,8 @@
 #include "tests/unit/shell/PanelFixture.h"
 
-#include <QElapsedTimer>
-
 #include <gtest/gtest.h>
 
 namespace quillmoth {
-
 namespace {
 
 std::vector<PromptData> manyPresets(int count) {
@@ -64,5 +61,4 @@ TEST(LongListsTest, HistoryShowsItsTopicsAndItsEmptiness) {
 }
 
 } // namespace
-
 } // namespace quillmoth

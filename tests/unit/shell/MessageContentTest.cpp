@@ -7,7 +7,6 @@
 #include <memory>
 
 namespace quillmoth {
-
 namespace {
 
 TEST(MessageContent, asks_again_for_a_failed_image_when_the_panel_is_shown_again) {
@@ -81,5 +80,4 @@ TEST(MessageContent, tells_that_what_was_laid_out_is_not_as_high_as_it_was_estim
 }
 
 } // namespace
-
 } // namespace quillmoth

@@ -5,7 +5,6 @@
 #include <QMimeData>
 
 namespace quillmoth {
-
 namespace {
 
 class PanelFormTest : public PanelViewFixture {
@@ -153,5 +152,4 @@ TEST_F(PanelFormTest, AFormIsSentThoughTheSelectionHasGoneAndGivesItsTextBackWhe
 }
 
 } // namespace
-
 } // namespace quillmoth

@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 namespace quillmoth {
-
 namespace {
 
 using Turn = platform::PanelFocus::Turn;
@@ -132,5 +131,4 @@ TEST(PanelGeometryTest, TheMaskFollowsTheCircle) {
 }
 
 } // namespace
-
 } // namespace quillmoth

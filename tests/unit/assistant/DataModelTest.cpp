@@ -1,0 +1,235 @@
+#include "tests/unit/assistant/AssistantFixture.h"
+
+namespace quillmoth {
+namespace {
+
+class ModelMakingTest : public AssistantFixture {
+protected:
+    void remake() { model = DataModel::create(platform.platform()); }
+};
+
+TEST_F(ModelMakingTest, a_first_start_takes_the_shipped_presets_and_writes_their_file) {
+    platform.documents.files.clear();
+    platform.documents.directories.clear();
+    remake();
+    EXPECT_TRUE(model->_oldMessages->empty());
+    EXPECT_FALSE(model->_PromptM.get()->prompts().empty());
+    EXPECT_EQ(platform.documents.content(PromptModel::kFilename),
+              *writeJSON(model->_PromptM.get()->prompts()));
+    EXPECT_TRUE(platform.documents.content(DataModel::kHistoryFilename).empty());
+}
+
+TEST_F(ModelMakingTest, the_first_row_is_selected_and_the_field_asks_for_the_focus) {
+    remake();
+    EXPECT_EQ((Rows{model->_selectedIndex, model->_hoverIndex, model->_keyHistorySelected,
+                    model->_keyHistoryHover, model->_chatWithHistory}),
+              (Rows{0, -1, 0, -1, -1}));
+    EXPECT_TRUE(model->_didFocus);
+    EXPECT_TRUE(model->_filteredData->empty());
+    EXPECT_EQ(model->_extractedTexts->size(), 7U);
+}
+
+TEST_F(ModelMakingTest, a_damaged_history_is_logged_and_kept_aside_each_content_once) {
+    platform.documents.put(DataModel::kHistoryFilename, "[]");
+    lines.clear();
+    remake();
+    EXPECT_TRUE(std::none_of(lines.begin(), lines.end(), [](const std::string& line) {
+        return line.find("QuillmothHistory") != std::string::npos;
+    })) << "an empty history is no error";
+    for (const char* content : {"[{", "[{", "other"}) {
+        platform.documents.put(DataModel::kHistoryFilename, content);
+        lines.clear();
+        remake();
+        EXPECT_TRUE(model->_oldMessages->empty());
+        EXPECT_TRUE(lines.front().starts_with("error reading data file:QuillmothHistory.json :"));
+        EXPECT_EQ(platform.documents.content(DataModel::kHistoryFilename), content) << "until the next save";
+    }
+    const std::string aside = std::string(DataModel::kHistoryFilename) + ".damaged-";
+    EXPECT_EQ(platform.documents.content(aside + "1"), "[{");
+    EXPECT_EQ(platform.documents.content(aside + "2"), "other");
+    EXPECT_FALSE(platform.documents.fileExists(platform::FakeDocuments::pathOf(aside + "3")));
+}
+
+TEST_F(ModelMakingTest, a_history_that_cannot_be_read_stays_and_is_told_and_joined_once_it_can) {
+    const std::string path = platform::FakeDocuments::pathOf(DataModel::kHistoryFilename);
+    model->storeConversation("old", {}, -1);
+    const std::string before = platform.documents.files[path];
+    platform.documents.unreadable = {path};
+    remake();
+    EXPECT_NE(model->_error->find("QuillmothHistory.json cannot be used"), std::string::npos)
+        << *model->_error;
+    model->storeConversation("new", {}, -1);
+    EXPECT_EQ(platform.documents.files[path], before);
+    platform.documents.unreadable.clear();
+    remake();
+    ASSERT_EQ(model->_oldMessages->size(), 2U);
+    EXPECT_EQ(model->_oldMessages->front().topic, "new");
+    EXPECT_EQ(*model->_error, "");
+}
+
+TEST_F(ModelMakingTest, an_assignment_of_the_same_value_is_told_before_it_lands) {
+    std::string seen = "not told";
+    const Subscription subscription =
+        model->objectWillChange([&](std::string_view name) { seen = std::string(name) + *model->_command; });
+    model->_command = std::string("x");
+    EXPECT_EQ(seen, "_command");
+    model->_command = std::string("x");
+    EXPECT_EQ(seen, "_commandx");
+}
+
+TEST_F(ModelMakingTest, changing_the_presets_tells_first_then_saves_once) {
+    lines.clear();
+    std::size_t countWhenTold = 0;
+    const Subscription subscription = model->_PromptM.get()->objectWillChange(
+        [&](std::string_view) { countWhenTold = model->_PromptM.get()->prompts().size(); });
+    model->_PromptM.get()->append({preset("New", "new", "nonContext")});
+    EXPECT_EQ(countWhenTold, 5U);
+    EXPECT_EQ(model->_filteredData->back(), 5) << "the list follows";
+    EXPECT_EQ(model->_selectedIndex, DataModel::kTypedCommand);
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), "Saved to JSON"), 1);
+    EXPECT_EQ(readPrompts(platform.documents.content(PromptModel::kFilename))->size(), 6U);
+}
+
+class ListsTest : public AssistantFixture {};
+
+TEST_F(ListsTest, a_preset_is_listed_by_its_class) {
+    model->refreshContextList();
+    EXPECT_EQ(*model->_filteredData, (Rows{0, 1}));
+    model->refreshNonContextList();
+    EXPECT_EQ(*model->_filteredData, (Rows{2, 3}));
+    model->_isContext = true;
+    model->refreshList();
+    EXPECT_EQ(*model->_filteredData, (Rows{0, 1}));
+}
+
+TEST_F(ListsTest, a_search_finds_names_of_the_class_in_force_whatever_their_case) {
+    makeModel({preset("STRASSE", "", "nonContext"), preset("Straße", "", "nonContext"),
+               preset("strasse", "", "context"), preset("Other", "straße", "nonContext"),
+               preset("x STRAßE y", "", "nonContext"), preset("Straße", "", "other")});
+    model->filterPrompts("trass");
+    EXPECT_EQ(*model->_filteredData, (Rows{0, 1, 4}));
+    model->_isContext = true;
+    model->filterPrompts("ß");
+    EXPECT_EQ(*model->_filteredData, (Rows{2}));
+    model->filterPrompts("nothing like it");
+    EXPECT_TRUE(model->_filteredData->empty());
+    model->_PromptM.get()->append({preset("Nothing like it", "")});
+    model->filterPrompts("nothing like it");
+    EXPECT_EQ(*model->_filteredData, (Rows{6}));
+}
+
+TEST_F(ListsTest, every_list_change_selects_the_typed_command) {
+    model->_selectedIndex = 3;
+    model->_hoverIndex = 3;
+    EXPECT_EQ(assignments([&] { model->clampSelection(); }), kClamp);
+    EXPECT_EQ(model->_selectedIndex, -1);
+    EXPECT_EQ(model->_hoverIndex, -1);
+    EXPECT_EQ(assignments([&] { model->filterPrompts("x"); }), kClamp + kRefresh);
+}
+
+TEST_F(ListsTest, the_arrows_walk_the_rows_and_stop_at_both_ends) {
+    Rows walk;
+    for (int i = 0; i < 3; ++i) {
+        model->selectNext();
+        walk.push_back(model->_selectedIndex);
+    }
+    for (int i = 0; i < 3; ++i) {
+        model->selectPrevious();
+        walk.push_back(model->_selectedIndex);
+    }
+    EXPECT_EQ(walk, (Rows{2, 3, 3, 2, -1, -1}));
+    model->filterPrompts("zzz");
+    model->selectNext();
+    model->selectPrevious();
+    EXPECT_EQ(model->_selectedIndex, -1);
+}
+
+TEST_F(ListsTest, with_the_history_open_the_arrows_move_both_selections) {
+    store({"A", "B"});
+    model->_keyHistorySelected = 1;
+    model->selectPrevious();
+    EXPECT_EQ(model->_keyHistorySelected, 1);
+    model->_keyHistorySelected = 0;
+    model->selectNext();
+    EXPECT_EQ(model->_keyHistorySelected, 0);
+    model->clampSelection();
+    model->_openHistory = true;
+    for (int i = 0; i < 3; ++i)
+        model->selectNext();
+    EXPECT_EQ(model->_keyHistorySelected, 1);
+    EXPECT_EQ(model->_selectedIndex, 3);
+    for (int i = 0; i < 3; ++i)
+        model->selectPrevious();
+    EXPECT_EQ(model->_keyHistorySelected, 0);
+    EXPECT_EQ(model->_selectedIndex, -1);
+}
+
+TEST_F(ListsTest, no_preset_at_all_is_a_fatal_fault_for_a_list_and_none_for_a_search) {
+    model->_PromptM.get()->setPrompts({});
+    EXPECT_THROW(model->refreshList(), FatalFault);
+    EXPECT_NO_THROW(model->filterPrompts("x"));
+    model->_filteredData = Rows{2, 4};
+    model->_selectedIndex = 3;
+    EXPECT_THROW(model->selectPrevious(), FatalFault);
+}
+
+class DismissStepTest : public AssistantFixture {};
+
+TEST_F(DismissStepTest, the_ladder_is_walked_from_the_top_one_rung_a_press) {
+    converse("one", "1");
+    hold("context");
+    model->_isOnTopBinding = true;
+    model->_command = std::string("typed");
+    model->_nonContextPrompt = true;
+    model->_filteredData = Rows();
+
+    model->dismissStep();
+    EXPECT_FALSE(model->_nonContextPrompt);
+    EXPECT_EQ(*model->_filteredData, (Rows{0, 1}));
+    model->dismissStep();
+    EXPECT_EQ(shown(), "1||");
+    EXPECT_EQ(summaryCount(), 0U);
+    model->_filteredData = Rows();
+    model->dismissStep();
+    EXPECT_EQ(shown(), "||");
+    EXPECT_TRUE(model->_messages->empty());
+    EXPECT_EQ(summaryCount(), 1U);
+    EXPECT_TRUE(model->_isContext) << "the context survives the answer";
+    EXPECT_TRUE(model->_filteredData->empty());
+    platform.mainQueue.runUntilIdle();
+    EXPECT_EQ(*model->_filteredData, (Rows{0, 1})) << "the list comes back a turn later";
+    model->dismissStep();
+    EXPECT_EQ(*model->_selectedValue, "");
+    EXPECT_EQ(*model->_status, "Context removed");
+    EXPECT_FALSE(model->_isContext);
+    EXPECT_EQ(*model->_filteredData, (Rows{2, 3}));
+    model->_selectedValue = std::string("left over");
+    model->_status = std::string();
+    model->dismissStep();
+    EXPECT_EQ(*model->_status, "Context removed") << "a text without context is removed all the same";
+    model->dismissStep();
+    EXPECT_FALSE(model->_isOnTopBinding);
+    EXPECT_TRUE(panelCalls().empty());
+    model->dismissStep();
+    EXPECT_EQ(panelCalls(), kResign);
+    model->_FloatingViewPanel = nullptr;
+    EXPECT_THROW(model->dismissStep(), FatalFault);
+}
+
+TEST_F(DismissStepTest, a_stored_conversation_is_closed_with_its_place) {
+    model->storeConversation("T", {{.id = "1", .role = "assistant", .content = "hi"}}, -1);
+    openStored(0);
+    model->_openHistory = true;
+    model->_command = std::string("typed");
+    EXPECT_EQ(assignments([&] { model->dismissStep(); }), Texts{"_command"});
+    EXPECT_EQ(assignments([&] { model->dismissStep(); }),
+              (Texts{"_browseHistory", "_openHistory", "_responseValue", "_chatWithHistory", "_messages"} +
+               kRefresh + kClamp));
+    EXPECT_EQ(summaryCount(), 1U);
+    EXPECT_EQ(model->_chatWithHistory, -1);
+    EXPECT_FALSE(model->_browseHistory || model->_openHistory);
+    EXPECT_EQ(shown(), "||");
+}
+
+} // namespace
+} // namespace quillmoth
