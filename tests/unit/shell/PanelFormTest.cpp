@@ -20,6 +20,7 @@ TEST_F(PanelFormTest, ReturnWalksTheFormFromTopToBottomAndSendsIt) {
     ASSERT_EQ(list.form().fields().size(), 2U);
     PanelTextEdit& whom = list.form().fields()[0]->edit();
     PanelTextEdit& what = list.form().fields()[1]->edit();
+    EXPECT_TRUE(whom.isVisible() && what.isVisible());
     EXPECT_EQ(panel.surface().focusWidget(), &whom);
     type(whom, QStringLiteral("writers"));
     EXPECT_EQ(whom.text(), QStringLiteral("writers"));
@@ -50,6 +51,8 @@ TEST_F(PanelFormTest, BackLeavesTheFormAndItsNextOpeningLooksTheSame) {
     EXPECT_TRUE(list.form().fields().empty());
     openForm();
     EXPECT_EQ(places(), first);
+    press(list.form().fields()[0]->edit(), Qt::Key_Escape);
+    EXPECT_FALSE(field.isHidden()) << "Escape leads out of a blank too";
 }
 
 TEST_F(PanelFormTest, AScreenReaderHearsTheTextThatIsShown) {

@@ -32,6 +32,12 @@ TEST_F(PanelViewTest, WhatIsTypedBecomesTheCommandAndFiltersTheList) {
     panel.settle();
     EXPECT_EQ(field.text(), QString());
     EXPECT_EQ(list.presets().rowCount(), 4);
+    model._status = std::string("No selection");
+    model._command = std::string("by itself");
+    panel.platform.runUntilIdle();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return field.text() == QStringLiteral("by itself"); }, 2000));
+    EXPECT_EQ(panel.view->bottomBar().widgetFor(BottomBar::Item::status).accessibleName(),
+              QStringLiteral("No selection"));
 }
 
 TEST_F(PanelViewTest, TheFieldsKeysMoveSelectionAndCaretAddALineAndRun) {

@@ -146,6 +146,12 @@ TEST_F(SettingsWindowTest, TheSpaceBarsSignIsDrawnOnTheBaseLineInTheTextsColourW
 TEST_F(SettingsWindowTest, BackspaceClearsAndGoesOnRecording) {
     shortcuts.setShortcut(Shortcut(Key::space, kFlagOption), name);
     EXPECT_EQ(recorder->text(), "⌥⎵");
+    auto* clear = recorder->findChild<QToolButton*>();
+    EXPECT_EQ(clear->accessibleName(), "Clear shortcut");
+    clear->click();
+    EXPECT_FALSE(stored());
+    shortcuts.setShortcut(Shortcut(Key::space, kFlagOption), name);
+    EXPECT_TRUE(recorder->isReadOnly());
     recorder->setFocus();
     press(Qt::Key_Backspace, {}, 22);
     EXPECT_FALSE(stored());
@@ -297,6 +303,31 @@ TEST_F(SettingsWindowTest, TheUpdateButtonWorksOnlyWhileACheckCanStart) {
             choice->click();
     }
     EXPECT_EQ(fakes.workspace.openedURLs, std::vector<std::string>{"https://get.example/"});
+}
+
+TEST_F(SettingsWindowTest, ATestOfTheConnectionShowsItsAnswerAndCanBeRepeated) {
+    QPushButton* test = button("Test connection");
+    for (int count = 0; count < 2; ++count) {
+        test->click();
+        EXPECT_FALSE(test->isEnabled());
+        fakes.urlSessions.shared().lastTask().answer(503, "");
+        fakes.runUntilIdle();
+        EXPECT_TRUE(test->isEnabled());
+        EXPECT_TRUE(shows("https://api.openai.com answered with an error (503)."));
+    }
+}
+
+TEST_F(SettingsWindowTest, TheWindowShowsWhatIsStoredAndStoresWhatIsSwitched) {
+    EXPECT_TRUE(shows("Version: 1.0 build 1"));
+    fakes.userDefaults.set("openapikey", std::string("sk"));
+    open();
+    EXPECT_EQ(field("OpenAI API Key:")->text(), "sk");
+    auto* method = named<Switch>("Use an alternative method to obtain the text");
+    EXPECT_FALSE(method->isChecked());
+    method->click();
+    EXPECT_TRUE(fakes.userDefaults.boolean("useCopyHack", false));
+    fakes.userDefaults.set("useCopyHack", false);
+    EXPECT_FALSE(method->isChecked());
 }
 
 TEST_F(SettingsWindowTest, ButtonsOpenWhatTheyName) {
