@@ -1,4 +1,7 @@
+#include "Quillmoth/Shell/Editor/EmojiPicker.h"
 #include "tests/unit/editor/EditorWindowFixture.h"
+
+#include <QPushButton>
 
 namespace quillmoth {
 namespace {
@@ -105,6 +108,25 @@ TEST_F(EditorFieldsTest, anEmojiOfManyCodePointsIsTakenWhole) {
     EXPECT_EQ(fileContent()[0].emoji, "👩🏽‍🚀👨‍👩‍👧");
     QTest::keyClick(&emoji, Qt::Key_Backspace);
     EXPECT_EQ(fileContent()[0].emoji, "👩🏽‍🚀");
+}
+
+TEST_F(EditorFieldsTest, thePickerMarksThePresetsEmojiAndPutsTheChosenOneInItsPlace) {
+    open({"c0"}, 0);
+    EXPECT_EQ(control<QLineEdit>("Emoji").text(), "🦉");
+    const auto pick = [&](int row, Qt::Key key) {
+        control<QPushButton>("Choose emoji").click();
+        auto& picker = control<EmojiPicker>("Emoji");
+        EXPECT_EQ(picker.currentItem()->text(), "🦉");
+        EXPECT_EQ(picker.findItems(QStringLiteral("❄\uFE0F"), Qt::MatchFixedString).size(), 1)
+            << "as a picture";
+        EXPECT_EQ(picker.item(0)->toolTip(), "feather");
+        picker.setCurrentRow(row);
+        QTest::keyClick(&picker, key);
+        EXPECT_FALSE(picker.isVisible());
+        return fileContent()[0].emoji;
+    };
+    EXPECT_EQ(pick(0, Qt::Key_Escape), "🦉");
+    EXPECT_EQ(pick(0, Qt::Key_Return), "🪶");
 }
 
 TEST_F(EditorFieldsTest, textsOfAnyLengthAreShownAsTheyAreAndCanBeEdited) {

@@ -159,12 +159,15 @@ TEST_F(EditorRulesTest, deletionsAreTakenBackInReverseOrder) {
     view.deletePreset();
     EXPECT_EQ(names(), (Names{"c2"}));
     view.showTab(Kind::context);
+    view.contextTab.selection = 0;
     view.undoDelete();
+    EXPECT_EQ(view.contextTab.selection, 1) << "it has moved on with its preset";
     EXPECT_EQ(view.shownKind(), Kind::nonContext);
     EXPECT_EQ(view.editor()->preset().name, "n1");
     view.undoDelete();
     EXPECT_EQ(view.shownKind(), Kind::context);
     EXPECT_EQ(view.editor()->preset().name, "c0");
+    EXPECT_EQ(view.nonContextTab.selection, 1);
     EXPECT_FALSE(view.canUndoDelete());
     EXPECT_EQ(names(), (Names{"c0", "n1", "c2"}));
     view.contextTab.selection = 1;

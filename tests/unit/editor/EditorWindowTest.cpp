@@ -51,6 +51,7 @@ TEST_F(EditorWindowTest, aPresetIsShownInTheTabThatListsIt) {
     EXPECT_EQ(window_->view().shownKind(), PromptEditorView::Kind::nonContext);
     EXPECT_EQ(control<QLineEdit>("Name").text(), "n2");
     EXPECT_EQ(list().currentIndex().row(), 1);
+    EXPECT_TRUE(control<QAbstractButton>("Non-context").isChecked());
     window_->showPreset(3);
     EXPECT_EQ(control<QLineEdit>("Name").text(), "n2") << "there is no such preset";
 }
