@@ -1,3 +1,4 @@
+#include "Quillmoth/Editor/PresetFile.h"
 #include "tests/unit/editor/EditorFixture.h"
 
 #include <algorithm>
@@ -176,6 +177,16 @@ TEST_F(EditorRulesTest, deletionsAreTakenBackInReverseOrder) {
     EXPECT_EQ(view.shownKind(), Kind::nonContext) << "the other one does not list it";
     EXPECT_EQ(view.nonContextTab.selection, 1);
     EXPECT_EQ(fileContent(), presets());
+}
+
+TEST_F(EditorRulesTest, anImportedPresetGetsAnIdOfItsOwnAndAKnownOneIsLeftOut) {
+    open({"c0"});
+    platform.documents.files["/x.json"] = *writeJSON(std::vector{namedPreset("c0"), namedPreset("n1")});
+    const auto result = importPresets(*model, platform.documents, platform.uuidSource, "/x.json");
+    ASSERT_TRUE(result);
+    EXPECT_EQ(result->added + 10 * result->present, 11U);
+    EXPECT_EQ(names(), (Names{"c0", "n1"}));
+    EXPECT_EQ(presets()[1].id, platform::FakeUUIDSource::uuid(1));
 }
 
 TEST_F(EditorRulesTest, aFormWithoutItsPresetIsAFault) {
