@@ -7,6 +7,7 @@
 #include "Quillmoth/Assistant/DataModel.h"
 #include "Quillmoth/Chat/ChatDeltaReader.h"
 #include "Quillmoth/Chat/ChatRequests.h"
+#include "Quillmoth/Chat/ChatRoute.h"
 
 #include <algorithm>
 #include <utility>
@@ -52,12 +53,21 @@ void AnswerStream::send(std::string text) {
         logLine("EXIT PROMPT EQUAL NIL");
         return;
     }
+    const auto route = chatRoute(platform_.userDefaults);
+    if (!route) {
+        model_._error = route.error().description;
+        // A conversation that was begun for this text goes; one that has been held stays.
+        if (model_._messages->size() == 1)
+            model_._messages = std::vector<ChatMessage>();
+        model_._command = std::move(text);
+        return;
+    }
     if (model_._messages->empty())
         model_.appendMessage("system", kSafetySystemPrompt);
     model_._command = std::string(kBlank);
     model_.appendMessage("user", text);
     model_._isLoading = true;
-    StreamRequest request = makeStreamRequest(model_._messages, platform_.userDefaults);
+    StreamRequest request = makeStreamRequest(*route, model_._messages, platform_.userDefaults);
     model_._responseValue = std::string(kBlank);
     connect(std::move(request), std::move(text));
 }
@@ -65,6 +75,11 @@ void AnswerStream::send(std::string text) {
 void AnswerStream::regenerate() {
     if (model_._isLoading)
         return;
+    const auto route = chatRoute(platform_.userDefaults);
+    if (!route) {
+        model_._error = route.error().description;
+        return;
+    }
     model_._command = std::string(kBlank);
     if (model_._messages->empty())
         fatalError("Nothing to regenerate: the conversation holds no message");
@@ -72,9 +87,16 @@ void AnswerStream::regenerate() {
     model_._error = std::string();
     model_._isLoading = true;
     logLine(arrayText(model_._messages));
-    StreamRequest request = makeStreamRequest(model_._messages, platform_.userDefaults);
+    StreamRequest request = makeStreamRequest(*route, model_._messages, platform_.userDefaults);
     model_._responseValue = std::string();
     connect(std::move(request), std::nullopt);
+}
+
+bool AnswerStream::isRefused() {
+    const auto route = chatRoute(platform_.userDefaults);
+    if (!route)
+        model_._error = route.error().description;
+    return !route;
 }
 
 void AnswerStream::cancel() {

@@ -19,12 +19,16 @@ class AnswerStream {
 public:
     AnswerStream(DataModel& model, const platform::Platform& platform) : model_(model), platform_(platform) {}
 
-    /// Asks with `text` as the next message. An empty one is not sent.
+    /// Asks with `text` as the next message. An empty one is not sent. Where nothing may be sent the text
+    /// goes back into the command.
     void send(std::string text);
 
     /// Takes the last message away, and asks again. Nothing while a request runs. A conversation without a
     /// message is a fatal fault.
     void regenerate();
+
+    /// True where nothing may be sent as the settings are; the model's error says why.
+    [[nodiscard]] bool isRefused();
 
     /// Ends the running request. What has come of its answer stays; the next completion, which is to be its
     /// own, is ignored.

@@ -83,13 +83,16 @@ void DataModel::archiveConversation() {
     Closed closed{weak_from_this(), _messages, _chatWithHistory, journal_.close()};
     std::vector<ChatMessage> asked = closed.messages;
     asked.push_back(makeChatMessage(platform_.uuidSource, "user", kSummaryPrompt));
-    sendChatRequest(asked, modelSetting(platform_.userDefaults), *platform_.urlSessions.sharedSession(),
-                    platform_.userDefaults,
-                    [&mainQueue = platform_.mainQueue, closed = std::move(closed)](
-                        const std::optional<std::string>& data, const std::optional<platform::URLResponse>&,
-                        const std::optional<platform::URLError>& error) {
-                        summaryArrived(mainQueue, closed, data, error);
-                    });
+    const auto sent = sendChatRequest(
+        asked, modelSetting(platform_.userDefaults), *platform_.urlSessions.sharedSession(),
+        platform_.userDefaults,
+        [&mainQueue = platform_.mainQueue, closed](const std::optional<std::string>& data,
+                                                   const std::optional<platform::URLResponse>&,
+                                                   const std::optional<platform::URLError>& error) {
+            summaryArrived(mainQueue, closed, data, error);
+        });
+    if (!sent)
+        storeConversationWithDate(std::move(closed.messages), closed.index);
 }
 
 void DataModel::storeConversation(const std::string& topic, std::vector<ChatMessage> messages,

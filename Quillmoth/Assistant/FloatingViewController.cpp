@@ -4,6 +4,7 @@
 #include "Foundation/Text.h"
 #include "Platform/MainQueue.h"
 #include "Quillmoth/Assistant/CaptureTexts.h"
+#include "Quillmoth/Chat/ChatRoute.h"
 
 #include <utility>
 
@@ -154,7 +155,11 @@ std::string_view FloatingViewController::placeholder() const {
 }
 
 bool FloatingViewController::offersSettings() const {
-    return model_->_error->starts_with(kPermissionMessage);
+    const std::string& error = model_->_error;
+    if (error.starts_with(kPermissionMessage))
+        return true;
+    const auto route = chatRoute(platform_.userDefaults);
+    return !error.empty() && !route && error.starts_with(route.error().description);
 }
 
 FloatingViewController::RowMark FloatingViewController::presetMark(std::int64_t index) const {

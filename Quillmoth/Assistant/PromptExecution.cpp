@@ -86,7 +86,11 @@ void DataModel::runPrompt() {
         runWithContext();
 }
 
+// Where nothing may be sent, all stays as it was before the key: what was typed, the form, the selected row.
+
 void DataModel::sendForm() {
+    if (answerStream_.isRefused()) // the form stays
+        return;
     _nonContextPrompt = false;
     std::string text;
     for (const ExtractedText& piece : *_extractedTexts)
@@ -100,6 +104,8 @@ void DataModel::runWithoutContext() {
         openForm(*this);
         return;
     }
+    if (answerStream_.isRefused())
+        return;
     std::string text;
     if (_messages->size() > 2) {
         text = _command;
@@ -113,6 +119,8 @@ void DataModel::runWithoutContext() {
 }
 
 void DataModel::runWithContext() {
+    if (answerStream_.isRefused())
+        return;
     if (!_messages->empty()) {
         sendPrompt(_command);
         return;

@@ -1,9 +1,7 @@
 #include "Quillmoth/Chat/ChatRequests.h"
 
-#include "Foundation/FatalError.h"
 #include "Foundation/Text.h"
 #include "Platform/UserDefaults.h"
-#include "Quillmoth/Chat/ServiceAddresses.h"
 
 #include <utility>
 
@@ -21,8 +19,6 @@ std::string bearer(const std::string& key) {
 }
 
 platform::URLRequest makeRequest(const std::string& address, std::string_view path) {
-    if (!isServiceAddress(address))
-        fatalError("The address of the service is no http or https URL.");
     return {.url = address + std::string(path),
             .cachePolicy = platform::URLRequestCachePolicy::useProtocolCachePolicy,
             .timeoutInterval = kTimeoutInterval,
@@ -62,27 +58,25 @@ std::string keySetting(const platform::UserDefaults& userDefaults) {
     return std::string(withoutPastedBlanks(userDefaults.string("openapikey").value_or("")));
 }
 
-StreamRequest makeStreamRequest(const std::vector<ChatMessage>& messages,
+StreamRequest makeStreamRequest(const ChatRoute& route, const std::vector<ChatMessage>& messages,
                                 const platform::UserDefaults& userDefaults) {
-    const std::string key = keySetting(userDefaults);
-    const ServiceAddresses addresses = serviceAddresses(userDefaults);
-    auto request = key.empty() ? makeRequest(addresses.gateway, kGatewayStreamPath)
-                               : makeRequest(addresses.openAI, kCompletionsPath);
+    auto request = makeRequest(route.address, route.key.empty() ? kGatewayStreamPath : kCompletionsPath);
     complete(request, modelSetting(userDefaults), messages, true);
-    return {.request = std::move(request), .headers = {{"Authorization", bearer(key)}}};
+    return {.request = std::move(request), .headers = {{"Authorization", bearer(route.key)}}};
 }
 
-void sendChatRequest(const std::vector<ChatMessage>& messages, const std::string& model,
-                     platform::URLSession& session, const platform::UserDefaults& userDefaults,
-                     platform::URLSession::CompletionHandler completion) {
-    const std::string key = keySetting(userDefaults);
-    const ServiceAddresses addresses = serviceAddresses(userDefaults);
-    auto request = key.empty() ? makeRequest(addresses.gateway, kGatewayPath)
-                               : makeRequest(addresses.openAI, kCompletionsPath);
-    if (!key.empty())
-        request.addValue(bearer(key), "Authorization");
+Result<void> sendChatRequest(const std::vector<ChatMessage>& messages, const std::string& model,
+                             platform::URLSession& session, const platform::UserDefaults& userDefaults,
+                             platform::URLSession::CompletionHandler completion) {
+    const auto route = chatRoute(userDefaults);
+    if (!route)
+        return route.error();
+    auto request = makeRequest(route->address, route->key.empty() ? kGatewayPath : kCompletionsPath);
+    if (!route->key.empty())
+        request.addValue(bearer(route->key), "Authorization");
     complete(request, model, messages, false);
     session.dataTask(request, std::move(completion))->resume();
+    return {};
 }
 
 } // namespace quillmoth

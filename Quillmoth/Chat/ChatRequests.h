@@ -1,7 +1,9 @@
 #pragma once
 
+#include "Foundation/Result.h"
 #include "Platform/URLSession.h"
 #include "Quillmoth/Chat/ChatRecords.h"
+#include "Quillmoth/Chat/ChatRoute.h"
 
 #include <map>
 #include <string>
@@ -15,16 +17,6 @@ class UserDefaults;
 
 /// How a conversation becomes an HTTP request. Settings are read from the defaults store at each call.
 namespace quillmoth {
-
-/// Scheme, host, port and path prefix of the two services, without a slash at the end. The environment
-/// (QUILLMOTH_OPENAI_BASE_URL, QUILLMOTH_GATEWAY_BASE_URL) comes before the defaults keys (openAIBaseURL,
-/// gatewayBaseURL), and those before the built-in values; an empty value counts as none.
-struct ServiceAddresses {
-    std::string openAI;
-    std::string gateway;
-};
-
-[[nodiscard]] ServiceAddresses serviceAddresses(const platform::UserDefaults& userDefaults);
 
 /// The `model` setting, "gpt-3.5-turbo" where it is missing.
 [[nodiscard]] std::string modelSetting(const platform::UserDefaults& userDefaults);
@@ -42,14 +34,16 @@ struct StreamRequest {
     std::map<std::string, std::string> headers;
 };
 
-/// The request for a streamed answer to `messages`. An address that is no URL is a fatal fault.
-[[nodiscard]] StreamRequest makeStreamRequest(const std::vector<ChatMessage>& messages,
+/// The request for a streamed answer to `messages`, as chatRoute() leads it.
+[[nodiscard]] StreamRequest makeStreamRequest(const ChatRoute& route,
+                                              const std::vector<ChatMessage>& messages,
                                               const platform::UserDefaults& userDefaults);
 
 /// Sends a request for an answer in one piece, and returns at once. `completion` is called once, on a queue
-/// of the session's.
-void sendChatRequest(const std::vector<ChatMessage>& messages, const std::string& model,
-                     platform::URLSession& session, const platform::UserDefaults& userDefaults,
-                     platform::URLSession::CompletionHandler completion);
+/// of the session's. Fails where chatRoute() does; nothing is sent then, and `completion` is not called.
+[[nodiscard]] Result<void> sendChatRequest(const std::vector<ChatMessage>& messages, const std::string& model,
+                                           platform::URLSession& session,
+                                           const platform::UserDefaults& userDefaults,
+                                           platform::URLSession::CompletionHandler completion);
 
 } // namespace quillmoth

@@ -1,43 +1,91 @@
 #include "Quillmoth/Chat/ServiceAddresses.h"
 
 #include "Foundation/ASCII.h"
-#include "Foundation/Log.h"
 #include "Foundation/Text.h"
 #include "Foundation/URL.h"
 #include "Platform/UserDefaults.h"
-#include "Quillmoth/Chat/ChatRequests.h"
 
+#include <algorithm>
+#include <array>
+#include <charconv>
 #include <cstdlib>
-#include <optional>
 
 namespace quillmoth {
 
 namespace {
 
-/// `value` as an address, or none where it is empty or not usable.
-std::optional<std::string> checked(std::string_view value, const std::string& setting) {
-    value = trimmed(value);
-    if (value.empty())
-        return std::nullopt;
-    if (!isServiceAddress(value)) {
-        // The value itself may hold a password.
-        logLine("ignoring " + setting + ": not an address of the form https://host:port/path");
-        return std::nullopt;
-    }
-    return std::string(value.substr(0, value.find_last_not_of('/') + 1));
+constexpr const char* kForm = " is no address of the form https://host:port/path. Nothing was sent. ";
+constexpr const char* kNoGateway =
+    "There is no key yet, and no gateway to ask without one. Nothing was sent. Fill in your key in Settings.";
+
+/// Where an address can be set, and what the user is told where it cannot be used. The address itself may
+/// hold a password.
+struct Source {
+    const char* variable;
+    const char* key;
+    std::string_view builtIn;
+    const char* unusable;
+    const char* remedy;
+};
+
+constexpr Source kOpenAISource{
+    .variable = "QUILLMOTH_OPENAI_BASE_URL",
+    .key = "openAIBaseURL",
+    .builtIn = kOpenAI,
+    .unusable = "What is set as the server's address",
+    .remedy = "Correct it in Settings.",
+};
+constexpr Source kGatewaySource{
+    .variable = "QUILLMOTH_GATEWAY_BASE_URL",
+    .key = "gatewayBaseURL",
+    .builtIn = QUILLMOTH_GATEWAY_BASE_URL,
+    .unusable = "What is set as \"gatewayBaseURL\" in the settings file",
+    .remedy = "Correct it there.",
+};
+
+std::string withoutSlashes(std::string_view address) {
+    return std::string(address.substr(0, address.find_last_not_of('/') + 1));
 }
 
-std::string address(const char* variable, const char* key, std::string_view builtIn,
-                    const platform::UserDefaults& userDefaults) {
+/// The address that counts, maybe an empty one.
+Result<std::string> address(const Source& source, const platform::UserDefaults& userDefaults) {
     // Nothing in this process changes its environment.
-    const char* environment = std::getenv(variable); // NOLINT(concurrency-mt-unsafe)
-    if (environment != nullptr) {
-        if (auto configured = checked(environment, variable))
-            return *configured;
+    const char* variable = std::getenv(source.variable); // NOLINT(concurrency-mt-unsafe)
+    const auto environment = trimmed(variable != nullptr ? std::string_view(variable) : std::string_view());
+    if (!environment.empty()) {
+        if (isServiceAddress(environment))
+            return withoutSlashes(environment);
+        return Error{std::string("What the environment variable ") + source.variable + " holds" + kForm +
+                     "Correct it or unset it, and start Quillmoth again."};
     }
-    if (auto configured = checked(userDefaults.string(key).value_or(""), key))
-        return *configured;
-    return std::string(builtIn.substr(0, builtIn.find_last_not_of('/') + 1));
+    const auto stored = userDefaults.object(source.key);
+    const auto* text = stored ? std::get_if<std::string>(&*stored) : nullptr;
+    const auto value = trimmed(text != nullptr ? std::string_view(*text) : std::string_view());
+    if (!value.empty() && isServiceAddress(value))
+        return withoutSlashes(value);
+    // What is no text is no address either.
+    if (!value.empty() || (stored && text == nullptr))
+        return Error{std::string(source.unusable) + kForm + source.remedy};
+    return withoutSlashes(source.builtIn);
+}
+
+/// True for 127.0.0.0/8 as it is usually written.
+bool isLoopbackIPv4(std::string_view host) {
+    std::array<int, 4> bytes{};
+    const char* at = host.data();
+    const char* const end = host.data() + host.size();
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        if (i > 0 && (at == end || *at++ != '.'))
+            return false;
+        // A zero in front would make it an octal number to some.
+        if (at == end || !isASCIIDigit(*at) || (*at == '0' && at + 1 != end && isASCIIDigit(at[1])))
+            return false;
+        const auto read = std::from_chars(at, end, bytes[i]);
+        if (read.ec != std::errc() || bytes[i] > 255)
+            return false;
+        at = read.ptr;
+    }
+    return at == end && bytes[0] == 127;
 }
 
 } // namespace
@@ -50,10 +98,25 @@ bool isServiceAddress(std::string_view address) {
            (!url->port || url->portNumber());
 }
 
-ServiceAddresses serviceAddresses(const platform::UserDefaults& userDefaults) {
-    return {.openAI = address("QUILLMOTH_OPENAI_BASE_URL", "openAIBaseURL", kOpenAI, userDefaults),
-            .gateway = address("QUILLMOTH_GATEWAY_BASE_URL", "gatewayBaseURL", QUILLMOTH_GATEWAY_BASE_URL,
-                               userDefaults)};
+Result<std::string> openAIAddress(const platform::UserDefaults& userDefaults) {
+    return address(kOpenAISource, userDefaults);
+}
+
+Result<std::string> gatewayAddress(const platform::UserDefaults& userDefaults) {
+    auto result = address(kGatewaySource, userDefaults);
+    if (result && result->empty())
+        return Error{kNoGateway};
+    return result;
+}
+
+std::optional<std::string> unencryptedOrigin(std::string_view address) {
+    const auto url = URL::parse(address, {});
+    if (!url || !url->isWeb() || !equalIgnoringASCIICase(*url->scheme, "http"))
+        return std::nullopt;
+    const std::string host = lowercasedASCII(*url->host);
+    if (host == "localhost" || host == "[::1]" || isLoopbackIPv4(host))
+        return std::nullopt;
+    return "http://" + host + ":" + std::to_string(url->portNumber().value_or(80));
 }
 
 } // namespace quillmoth

@@ -1,10 +1,9 @@
 #include "Quillmoth/Settings/ConnectionTest.h"
 
 #include "Foundation/JSONReader.h"
-#include "Foundation/Text.h"
 #include "Platform/MainQueue.h"
 #include "Platform/UserDefaults.h"
-#include "Quillmoth/Chat/ChatRequests.h"
+#include "Quillmoth/Chat/ChatRoute.h"
 #include "Quillmoth/Chat/ServiceAddresses.h"
 #include "Quillmoth/Settings/SettingsModel.h"
 
@@ -28,12 +27,6 @@ struct ModelList {
     std::vector<ModelEntry> data;
 };
 
-/// An empty address stands for the built-in one; blanks around an address do not count.
-bool isUsable(std::string_view address) {
-    address = trimmed(address);
-    return address.empty() || isServiceAddress(address);
-}
-
 Answer listAnswer(const std::string& server, const std::string& model, bool hasKey, std::string_view json) {
     const auto list = readJSON<ModelList>(json);
     if (!list)
@@ -46,7 +39,8 @@ Answer listAnswer(const std::string& server, const std::string& model, bool hasK
     if (!offersModel)
         return {.text = reached + ", but not “" + model + "”."};
     if (!hasKey)
-        return {.text = reached + ". Fill in a key to use it: without one Quillmoth asks its own service."};
+        return {.text =
+                    reached + ". Fill in a key to use it: without one Quillmoth does not ask this server."};
     return {.isGood = true, .text = reached + ", “" + model + "” among them."};
 }
 
@@ -103,14 +97,18 @@ void ConnectionTest::start(Completion completion) {
                 (*self)->finish(number, answer);
         });
     };
-    const SettingsModel settings(platform_.userDefaults);
-    const std::string typed = settings.serverAddress();
-    const std::string server = serviceAddresses(platform_.userDefaults).openAI;
-    if (server == kOpenAI && !isUsable(typed)) {
-        deliver({.text = "“" + typed + "” is no address of the form https://host:port/path."});
+    const auto address = openAIAddress(platform_.userDefaults);
+    if (!address) {
+        deliver({.text = address.error().description});
         return;
     }
+    const SettingsModel settings(platform_.userDefaults);
     const std::string key = settings.apiKey();
+    if (const auto route = chatRoute(platform_.userDefaults); !key.empty() && !route) {
+        deliver({.text = route.error().description});
+        return;
+    }
+    const std::string server = *address;
     platform::URLRequest request;
     request.url = server + "/v1/models";
     request.timeoutInterval = kAnswerSeconds;

@@ -2,6 +2,8 @@
 
 #include "Foundation/FatalError.h"
 #include "Quillmoth/Chat/ChatRequests.h"
+#include "Quillmoth/Chat/ChatRoute.h"
+#include "Quillmoth/Chat/ServiceAddresses.h"
 
 namespace quillmoth {
 
@@ -75,6 +77,19 @@ void SettingsModel::setServerAddress(const std::string& address) {
         userDefaults_.remove(kServerKey);
     else
         userDefaults_.set(kServerKey, address);
+}
+
+std::optional<std::string> SettingsModel::unencryptedServer() const {
+    const auto address = openAIAddress(userDefaults_);
+    return address ? unencryptedOrigin(*address) : std::nullopt;
+}
+
+bool SettingsModel::sendsKeyUnencrypted(const std::string& origin) const {
+    return quillmoth::sendsKeyUnencrypted(userDefaults_, origin);
+}
+
+void SettingsModel::setSendsKeyUnencrypted(const std::string& origin, bool agreed) {
+    quillmoth::setSendsKeyUnencrypted(userDefaults_, origin, agreed);
 }
 
 void SettingsModel::setServerModel(const std::string& model) {

@@ -41,6 +41,10 @@ public:
     /// The address of the user's own server; empty for the built-in one.
     [[nodiscard]] std::string serverAddress() const;
     void setServerAddress(const std::string& address);
+    /// "http://host:port" of the server in force where the key would go there unencrypted over a network.
+    [[nodiscard]] std::optional<std::string> unencryptedServer() const;
+    [[nodiscard]] bool sendsKeyUnencrypted(const std::string& origin) const;
+    void setSendsKeyUnencrypted(const std::string& origin, bool agreed);
     /// Like setModel, but an empty name stands for the default.
     void setServerModel(const std::string& model);
 

@@ -11,6 +11,7 @@ class QPushButton;
 
 namespace quillmoth {
 
+class Switch;
 class ToneLabel;
 
 /// The part of the settings for the server that answers, with a test of the connection to it.
@@ -24,10 +25,15 @@ public:
 
 private:
     void testConnection();
+    /// Asks whether the key may go to a server that is reached without encryption, where the address is one.
+    void showUnencryptedQuestion();
 
     SettingsModel& settings_;
+    const platform::Platform platform_;
     ConnectionTest connectionTest_;
     QLineEdit* addressField_;
+    ToneLabel* unencryptedNote_;
+    Switch* unencryptedSwitch_;
     QLineEdit* modelField_;
     QPushButton* testButton_;
     ToneLabel* testResult_;

@@ -51,6 +51,7 @@ class AssistantFixture : public PlatformFixture {
 protected:
     AssistantFixture() {
         platform.workspace.frontmost = 42;
+        platform.userDefaults.set("gatewayBaseURL", std::string("https://gateway.example"));
         makeModel({preset("Summary", "Sum up: {selected text}"),
                    preset("Fix", "Fix [it]: {selected text}", "context", "You are an editor"),
                    preset("Mail", "Write a mail", "nonContext"),

@@ -144,13 +144,17 @@ TEST_F(SettingsServices, AConnectionTestSaysWhatHappenedAndNeverTheKey) {
     }
 }
 
-TEST_F(SettingsServices, AnAddressThatIsNoneIsNamedAndNothingIsSent) {
-    platform.userDefaults.set("openAIBaseURL", std::string("localhost:11434"));
+TEST_F(SettingsServices, WhereNothingMayBeSentTheConnectionTestSaysSoAndSendsNothing) {
+    platform.userDefaults.set("openapikey", std::string("k"));
     ConnectionTest test(platform.platform());
-    std::string text;
-    test.start([&](const ConnectionTest::Answer& given) { text = given.text; });
-    platform.runUntilIdle();
-    EXPECT_NE(text.find("“localhost:11434”"), std::string::npos);
+    for (const auto& [address, words] : {std::pair("localhost:11434", "Correct it in Settings."),
+                                         std::pair("http://relay.example", "is not encrypted")}) {
+        platform.userDefaults.set("openAIBaseURL", std::string(address));
+        std::string text;
+        test.start([&](const ConnectionTest::Answer& given) { text = given.text; });
+        platform.runUntilIdle();
+        EXPECT_NE(text.find(words), std::string::npos) << text;
+    }
     EXPECT_TRUE(platform.urlSessions.shared().tasks().empty());
 }
 

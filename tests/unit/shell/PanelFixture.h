@@ -33,6 +33,7 @@ public:
                    .isCompositing = [this] { return compositing; }},
                   [this] { return std::unique_ptr<PanelContent>(std::move(made_)); }) {
         platform.workspace.frontmost = 42;
+        platform.userDefaults.set("gatewayBaseURL", std::string("https://gateway.example"));
         platform.documents.put(PromptModel::kFilename, *writeJSON(presets));
         model = DataModel::create(platform.platform());
         controller = FloatingViewController::create(model, platform.platform());

@@ -363,6 +363,27 @@ TEST_F(SettingsWindowTest, ANameOfTheServersOwnModelIsShownThoughThePickerDoesNo
     EXPECT_EQ(model->text(), "");
 }
 
+TEST_F(SettingsWindowTest, AnUnencryptedServerIsAskedAboutAndTheAnswerIsKeptForItAlone) {
+    auto* agree = named<QCheckBox>("Send the key all the same");
+    EXPECT_FALSE(agree->isVisible());
+    field("Server address")->setText("http://relay.example/v");
+    EXPECT_TRUE(agree->isVisible());
+    EXPECT_TRUE(
+        shows("The connection to http://relay.example:80 is not encrypted: others on the way could read "
+              "your key and what you write. Until you agree nothing is sent with the key."));
+    agree->click();
+    EXPECT_EQ(fakes.userDefaults.string("unencryptedKeyOrigins"), "http://relay.example:80");
+    field("Server address")->setText("http://other.example");
+    EXPECT_TRUE(agree->isVisible());
+    EXPECT_FALSE(agree->isChecked());
+    field("Server address")->setText("https://relay.example");
+    EXPECT_FALSE(agree->isVisible());
+    field("Server address")->setText("http://relay.example");
+    EXPECT_TRUE(agree->isChecked());
+    agree->click();
+    EXPECT_FALSE(fakes.userDefaults.object("unencryptedKeyOrigins"));
+}
+
 TEST_F(SettingsWindowTest, TheAnswerForAccessibilityCanBeTakenBack) {
     auto* control = named<Switch>("Switch on accessibility for this desktop");
     EXPECT_FALSE(control->isChecked());
