@@ -46,6 +46,8 @@ struct URLError {
         badURL,
         secureConnectionFailed,
         tooManyRedirects,
+        /// It would have led what is for one server alone to another one, or from https to http.
+        redirectRefused,
         unknown
     };
 

@@ -55,7 +55,9 @@ struct URLSessionConfiguration {
     /// Longest life of a whole task, in seconds.
     double timeoutIntervalForResource = 7 * 24 * 3600;
     /// Put on every request of the session; a header of the same name on the request itself wins.
-    std::map<std::string, std::string> httpAdditionalHeaders;
+    std::map<std::string, std::string> httpAdditionalHeaders{};
+    /// File of the certificates that are trusted in place of the system's; empty for those.
+    std::string trustedCertificates{};
 };
 
 /// Keeps its delegate alive until it is invalidated. Any thread.

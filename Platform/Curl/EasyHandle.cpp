@@ -50,7 +50,7 @@ int prepareSocket(void* /*context*/, curl_socket_t socket, curlsocktype /*purpos
 } // namespace
 
 EasyHandle::EasyHandle(const CurlLibrary& curl, const URLRequest& request,
-                       const std::map<std::string, std::string>& additionalHeaders)
+                       const URLSessionConfiguration& configuration)
     : curl_(curl), headers_(nullptr, curl.slistFreeAll), handle_(curl.easyInit(), curl.easyCleanup) {
     set(CURLOPT_ERRORBUFFER, errorText_->data());
     set(CURLOPT_URL, request.url.c_str());
@@ -58,6 +58,8 @@ EasyHandle::EasyHandle(const CurlLibrary& curl, const URLRequest& request,
     set(CURLOPT_FOLLOWLOCATION, 0L);
     set(CURLOPT_SSL_VERIFYPEER, 1L);
     set(CURLOPT_SSL_VERIFYHOST, 2L);
+    if (!configuration.trustedCertificates.empty())
+        set(CURLOPT_CAINFO, configuration.trustedCertificates.c_str());
     set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
     set(CURLOPT_USERAGENT, QUILLMOTH_USER_AGENT);
     set(CURLOPT_NOSIGNAL, 1L);
@@ -69,7 +71,7 @@ EasyHandle::EasyHandle(const CurlLibrary& curl, const URLRequest& request,
     // A cancelled task does not wait for the answer of the name server.
     set(CURLOPT_QUICK_EXIT, 1L);
     setMethod(request);
-    setHeaders(request, additionalHeaders);
+    setHeaders(request, configuration.httpAdditionalHeaders);
 }
 
 void EasyHandle::setCallbacks(Callback headerCallback, Callback bodyCallback, void* context) {
@@ -81,6 +83,12 @@ void EasyHandle::setCallbacks(Callback headerCallback, Callback bodyCallback, vo
 
 void EasyHandle::unpause() {
     curl_.easyPause(handle_.get(), CURLPAUSE_CONT);
+}
+
+long EasyHandle::certificateFault() const {
+    long fault = 0;
+    curl_.easyGetInfo(handle_.get(), CURLINFO_SSL_VERIFYRESULT, &fault);
+    return fault;
 }
 
 template<class Value>

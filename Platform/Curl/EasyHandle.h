@@ -2,6 +2,7 @@
 
 #include "Platform/Curl/CurlLibrary.h"
 #include "Platform/URLRequest.h"
+#include "Platform/URLSession.h"
 
 #include <array>
 #include <cstddef>
@@ -18,7 +19,7 @@ public:
     using Callback = std::size_t (*)(char* data, std::size_t size, std::size_t count, void* context);
 
     EasyHandle(const CurlLibrary& curl, const URLRequest& request,
-               const std::map<std::string, std::string>& additionalHeaders);
+               const URLSessionConfiguration& configuration);
 
     /// `headerCallback` gets each line of the head, `bodyCallback` the body; both get `context`.
     void setCallbacks(Callback headerCallback, Callback bodyCallback, void* context);
@@ -26,6 +27,10 @@ public:
     [[nodiscard]] CURL* get() const { return handle_.get(); }
 
     void unpause();
+
+    /// What was wrong with the server's certificate, as OpenSSL numbers it; 0 or 1 where only its names
+    /// were.
+    [[nodiscard]] long certificateFault() const;
 
     /// libcurl's own words for the failure; may be empty.
     [[nodiscard]] std::string errorDetail() const { return errorText_->data(); }

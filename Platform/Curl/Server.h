@@ -16,6 +16,9 @@ struct Server {
     /// The server in words for the user: the host, and the port where it is not the scheme's own.
     [[nodiscard]] std::string name() const;
 
+    /// The scheme with it, as in an address.
+    [[nodiscard]] std::string origin() const { return scheme + "://" + name(); }
+
     friend bool operator==(const Server& first, const Server& second);
 };
 

@@ -76,6 +76,8 @@ void Transfer::exchangeEnded(CURLcode code) {
         ended_ = true;
     else if (phase_ == Phase::leaving)
         follow();
+    else if (code == CURLE_PEER_FAILED_VERIFICATION)
+        finish(certificateError(server_, easy_->certificateFault()));
     else if (code != CURLE_OK)
         finish(transferError(code, server_, easy_->errorDetail()));
     else if (phase_ == Phase::head)
@@ -127,7 +129,7 @@ void Transfer::begin(URLRequest request) {
     ended_ = false;
     drained_ = 0;
     lastHeard_ = Clock::now();
-    easy_.emplace(curl_, request_, task_->configuration().httpAdditionalHeaders);
+    easy_.emplace(curl_, request_, task_->configuration());
     easy_->setCallbacks(headerCallback, bodyCallback, this);
     // Found again by this when libcurl reports the end.
     curl_.easySetOption(easy_->get(), CURLOPT_PRIVATE, this);
@@ -161,9 +163,16 @@ bool Transfer::receiveRedirect(const std::string& location) {
         failure_ = target ? tooManyRedirectsError(server_) : badRedirectError(server_);
         return false;
     }
+    const auto& added = task_->configuration().httpAdditionalHeaders;
+    if (server_.scheme == "https" && target->scheme != "https")
+        failure_ = unencryptedRedirectError(server_, *target);
+    else if (*target != server_ && isConfidential(request_, added))
+        failure_ = foreignRedirectError(server_, *target);
+    if (failure_)
+        return false;
     phase_ = Phase::asking;
     task_->receiveRedirect(head_.response(request_.url),
-                           redirectedRequest(request_, head_.statusCode(), *url, *target == server_));
+                           redirectedRequest(request_, head_.statusCode(), *url));
     return true;
 }
 

@@ -34,8 +34,6 @@ constexpr std::array kRows{
     Row{CURLE_HTTP2, Code::connectionLost, kLost, kWasLost},
     Row{CURLE_HTTP2_STREAM, Code::connectionLost, kLost, kWasLost},
     Row{CURLE_SSL_CONNECT_ERROR, Code::secureConnectionFailed, kNotSecure, kNotMade},
-    Row{CURLE_PEER_FAILED_VERIFICATION, Code::secureConnectionFailed, "The certificate of the server ",
-        " is not trusted."},
     Row{CURLE_SSL_CACERT_BADFILE, Code::secureConnectionFailed, kNotSecure, kNotMade},
     Row{CURLE_SSL_CERTPROBLEM, Code::secureConnectionFailed, kNotSecure, kNotMade},
     Row{CURLE_SSL_CIPHER, Code::secureConnectionFailed, kNotSecure, kNotMade},
@@ -45,6 +43,13 @@ constexpr std::array kRows{
 };
 
 constexpr Row kOther{CURLE_OK, Code::unknown, "The exchange with the server ", " failed."};
+
+// X509_V_OK and X509_V_ERR_UNSPECIFIED: the certificate itself is good, or libcurl looked at its names first.
+constexpr long kNothing = 0;
+constexpr long kUnspecified = 1;
+// X509_V_ERR_CERT_NOT_YET_VALID and X509_V_ERR_CERT_HAS_EXPIRED (X509_STORE_CTX_get_error(3ssl)).
+constexpr long kNotYetValid = 9;
+constexpr long kHasExpired = 10;
 
 /// The library's own words name the machine that it tried to reach: where that is not the server, it is a
 /// proxy.
@@ -66,6 +71,16 @@ URLError transferError(CURLcode code, const Server& server, const std::string& d
     return {row.code, row.before + server.name() + row.behind};
 }
 
+URLError certificateError(const Server& server, long fault) {
+    const char* words = " is not trusted: none of the authorities that this computer knows has signed it.";
+    if (fault == kNothing || fault == kUnspecified)
+        words = " is for another server.";
+    else if (fault == kNotYetValid || fault == kHasExpired)
+        words = " has expired, or is not valid yet.";
+    return {Code::secureConnectionFailed,
+            "The certificate of the server " + server.name() + words + " Nothing was sent."};
+}
+
 URLError timeoutError(const Server& server) {
     return transferError(CURLE_OPERATION_TIMEDOUT, server, {});
 }
@@ -82,6 +97,18 @@ URLError badAddressError() {
 URLError badRedirectError(const Server& server) {
     return {Code::badURL,
             "The server " + server.name() + " redirected the request to an address that is not valid."};
+}
+
+URLError foreignRedirectError(const Server& server, const Server& target) {
+    return {Code::redirectRefused, "The server " + server.name() + " sends requests on to " +
+                                       target.origin() +
+                                       ". Nothing of yours was sent there. If you trust it, set its address "
+                                       "in Settings."};
+}
+
+URLError unencryptedRedirectError(const Server& server, const Server& target) {
+    return {Code::redirectRefused, "The server " + server.name() + " sends requests on to " +
+                                       target.origin() + ", which is not encrypted. Nothing was sent there."};
 }
 
 } // namespace quillmoth::platform

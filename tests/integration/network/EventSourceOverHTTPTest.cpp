@@ -120,14 +120,14 @@ TEST_F(EventSourceOverHTTP, DeliversEachPieceWhenItComesAndEndsWhenToldTo) {
     EXPECT_EQ(opened, 2);
 }
 
-TEST_F(EventSourceOverHTTP, TakesItsHeadersToWhereItIsSent) {
-    ScriptedChatServer other;
-    server.answer("/old", redirectAnswer(307, other.url("/new")));
-    other.answer("/new", eventStream({"data: a\n\n"}));
+TEST_F(EventSourceOverHTTP, FollowsARedirectWithItsHeaders) {
+    server.answer("/old", redirectAnswer(307, "/new"));
+    server.answer("/new", eventStream({"data: a\n\n"}));
     connect("/old");
     ASSERT_TRUE(waitForCompletions());
     EXPECT_EQ(messages, "a");
-    const ScriptedRequest request = other.requests().at(0);
+    const ScriptedRequest request = server.requests().at(1);
+    EXPECT_EQ(request.method, "POST");
     EXPECT_EQ(request.body, R"({"stream":true})");
     EXPECT_EQ(request.header("Authorization"), "Bearer k");
     EXPECT_EQ(request.header("Accept"), "text/event-stream");

@@ -39,21 +39,39 @@ TEST_F(Redirect, TurnsPostIntoGetWhereBrowsersDo) {
     EXPECT_EQ(server.connectionCount(), 1);
 }
 
-TEST_F(Redirect, LeavesTheRequestsOwnCredentialsBehindAtAnotherServer) {
+TEST_F(Redirect, TakesNeitherKeyNorConversationToAnotherServer) {
     ScriptedChatServer other;
     other.answer("/there", jsonAnswer(200, "other"));
     server.answer("/there", jsonAnswer(200, "same"));
-    auto request = postRequest(server.url("/here"));
-    request.setValue("Bearer secret", "authorization");
-    request.setValue("chat.example", "host");
+    const auto withKey = [](platform::URLRequest request) {
+        request.setValue("Bearer secret", "authorization");
+        return request;
+    };
+    platform::URLRequest bare;
+    bare.url = server.url("/here");
     server.answer("/here", redirectAnswer(307, "/there"));
-    EXPECT_EQ(fetch(request).data, "same");
+    EXPECT_EQ(fetch(withKey(postRequest(server.url("/here")))).data, "same");
     EXPECT_EQ(server.requests().back().header("Authorization"), "Bearer secret");
-    server.answer("/here", redirectAnswer(307, other.url("/there")));
-    EXPECT_EQ(fetch(request).data, "other");
-    EXPECT_EQ(other.requests().back().header("Authorization"), std::nullopt);
+
+    const auto session =
+        sessions->makeSession({.httpAdditionalHeaders = {{"AUTHORIZATION", "Bearer s"}}}, nullptr, nullptr);
+    for (const int status : {301, 303, 307}) {
+        server.answer("/here", redirectAnswer(status, other.url("/there")));
+        for (const Answer& answer :
+             {fetch(postRequest(server.url("/here"))), fetch(withKey(bare)), fetch(*session, bare)}) {
+            ASSERT_TRUE(answer.error) << status;
+            EXPECT_EQ(answer.error->code, Code::redirectRefused);
+            EXPECT_EQ(answer.error->localizedDescription,
+                      "The server 127.0.0.1:" + std::to_string(server.port()) + " sends requests on to " +
+                          other.baseURL() +
+                          ". Nothing of yours was sent there. If you trust it, set its address in Settings.");
+            EXPECT_FALSE(answer.data);
+        }
+    }
+    EXPECT_EQ(other.connectionCount(), 0);
+    bare.setValue("chat.example", "host");
+    EXPECT_EQ(fetch(bare).data, "other") << "what holds nothing of the user's is led on";
     EXPECT_EQ(other.requests().back().header("Host"), "127.0.0.1:" + std::to_string(other.port()));
-    EXPECT_EQ(other.requests().back().header("Content-Type"), "application/json");
 }
 
 TEST_F(Redirect, FollowsTwentyAndNoMoreAndToWebServersOnly) {
