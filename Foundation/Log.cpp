@@ -1,6 +1,7 @@
 #include "Foundation/Log.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <mutex>
 #include <utility>
 
@@ -30,6 +31,13 @@ void logLine(std::string_view line) {
     std::fwrite(line.data(), 1, line.size(), stdout);
     std::fputc('\n', stdout);
     std::fflush(stdout);
+}
+
+void logUserText(std::string_view line) {
+    // Nothing in this process changes its environment.
+    const char* asked = std::getenv("QUILLMOTH_LOG"); // NOLINT(concurrency-mt-unsafe)
+    if (asked != nullptr && std::string_view(asked) == "debug")
+        logLine(line);
 }
 
 ScopedLogCapture::ScopedLogCapture(std::function<void(std::string)> function) {

@@ -86,7 +86,7 @@ void AnswerStream::regenerate() {
     model_._messages.mutate([](std::vector<ChatMessage>& messages) { messages.pop_back(); });
     model_._error = std::string();
     model_._isLoading = true;
-    logLine(arrayText(model_._messages));
+    logUserText(arrayText(model_._messages));
     StreamRequest request = makeStreamRequest(*route, model_._messages, platform_.userDefaults);
     model_._responseValue = std::string();
     connect(std::move(request), std::nullopt);

@@ -114,7 +114,7 @@ void DataModel::runWithoutContext() {
         beginConversation(prompt.systemPrompt.value_or(kSystemPrompt));
         text = prompt.prompt;
     }
-    logLine("prompt " + text);
+    logUserText("prompt " + text);
     sendPrompt(text);
 }
 
@@ -126,7 +126,7 @@ void DataModel::runWithContext() {
         return;
     }
     const PromptData prompt = promptForIndex(_selectedIndex);
-    logLine(prompt.prompt);
+    logUserText(prompt.prompt);
     beginConversation(prompt.systemPrompt.value_or(kContextSystemPrompt));
     if (_selectedIndex == kTypedCommand)
         sendPrompt(*_command + " : ###\n " + *_selectedValue + " ###");

@@ -102,7 +102,7 @@ TEST_F(PromptExecutionTest, any_bracket_opens_the_form_unless_it_bears_a_combini
 TEST_F(PromptExecutionTest, an_empty_command_sends_nothing) {
     lines.clear();
     ask("");
-    EXPECT_EQ(lines, (Texts{"prompt ", "EXIT PROMPT EQUAL NIL"}));
+    EXPECT_EQ(lines, Texts{"EXIT PROMPT EQUAL NIL"});
     EXPECT_EQ(texts(model->_messages), Texts{"system: Your are helpful assistant"});
     EXPECT_FALSE(model->_isLoading);
 }
