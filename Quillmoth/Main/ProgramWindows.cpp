@@ -24,7 +24,11 @@ ProgramWindows::ProgramWindows(const platform::Platform& platform, KeyboardShort
                                std::shared_ptr<DataModel> model, SettingsHooks hooks)
     : platform_(platform), shortcuts_(shortcuts), model_(std::move(model)), hooks_(std::move(hooks)),
       loginItems_(platform::autostartFolder(), QCoreApplication::applicationFilePath().toStdString()),
-      updaterController_(platform) {}
+      updaterController_(platform), presetQuestions_([this] {
+          auto window = std::make_unique<PresetQuestionWindow>(windowColorScheme());
+          prepare(*window);
+          return window;
+      }) {}
 
 ProgramWindows::~ProgramWindows() = default;
 
@@ -110,13 +114,20 @@ void ProgramWindows::showNewestPreset() {
     promptEditor_->showPreset(static_cast<std::int64_t>(model_->_PromptM.get()->prompts().size()) - 1);
 }
 
-void ProgramWindows::showRefusedLink(const std::string& reason) {
-    delete refusedLink_;
-    refusedLink_ = makeAlert(nullptr, true, QStringLiteral("The link holds no preset that can be read."),
-                             QString::fromStdString(reason) + QStringLiteral("\n\nNothing has been added."),
-                             {}, windowPalette(windowColorScheme().isDark()));
-    refusedLink_->setWindowModality(Qt::NonModal);
-    refusedLink_->show();
+void ProgramWindows::askForPreset(PresetOffer offer) {
+    if (!presetQuestions_.ask(std::move(offer)))
+        showBadLink("Too many presets came at once. Answer the questions about the first ones.");
+}
+
+void ProgramWindows::showBadLink(const std::string& reason) {
+    // One at a time: a page may send any number.
+    if (badLink_)
+        return;
+    badLink_ = makeAlert(nullptr, true, QStringLiteral("A link to Quillmoth cannot be used."),
+                         QString::fromStdString(reason + " Nothing was added."), {},
+                         windowPalette(windowColorScheme().isDark()));
+    badLink_->setWindowModality(Qt::NonModal);
+    badLink_->show();
 }
 
 void ProgramWindows::styleTrayMenu(QMenu& menu) {

@@ -2,6 +2,7 @@
 
 #include "Platform/Linux/Desktop/XDGLoginItems.h"
 #include "Platform/Platform.h"
+#include "Quillmoth/Shell/Windows/PresetQuestion.h"
 #include "Quillmoth/Shell/Windows/SettingsWindow.h"
 
 #include <QPointer>
@@ -45,8 +46,10 @@ public:
     void showPromptEditor();
     /// The same, with the preset that came last.
     void showNewestPreset();
-    /// Says why a link of the program's own scheme has done nothing.
-    void showRefusedLink(const std::string& reason);
+    /// Asks whether to add a preset that a link has brought.
+    void askForPreset(PresetOffer offer);
+    /// Tells why a link was refused.
+    void showBadLink(const std::string& reason);
     void styleTrayMenu(QMenu& menu);
     /// The colour of the symbol in the tray.
     [[nodiscard]] QColor trayColour();
@@ -84,10 +87,10 @@ private:
     std::unique_ptr<OnboardingWindow> onboarding_;
     std::unique_ptr<ConsentWindow> consent_;
     std::unique_ptr<PromptEditorWindow> promptEditor_;
+    PresetQuestions presetQuestions_;
+    QPointer<QMessageBox> badLink_;
     bool expectsOnboarding_ = false;
     bool asksForConsent_ = false;
-    // One at a time, however many a page may open.
-    QPointer<QMessageBox> refusedLink_;
     // Told when nothing else wants the user's attention.
     std::optional<UpdateFeed> pendingUpdate_;
 };

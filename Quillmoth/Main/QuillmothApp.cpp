@@ -2,6 +2,7 @@
 
 #include "Foundation/URL.h"
 #include "Platform/Linux/AtSpi/RestartNeeds.h"
+#include "Quillmoth/Application/Links.h"
 #include "Quillmoth/Shell/Panel/FloatingView.h"
 #include "Quillmoth/Shell/Panel/MessagePalette.h"
 
@@ -63,7 +64,7 @@ QuillmothApp::QuillmothApp()
     services_.statusItems.setMenuStyle([this](QMenu& menu) { windows_.styleTrayMenu(menu); });
     services_.statusItems.setSymbolColour([this] { return windows_.trayColour(); });
     windows_.onTrayColourChange = [this] { services_.statusItems.redrawSymbol(); };
-    _appDelegate.onRefusedLink = [this](const std::string& reason) { windows_.showRefusedLink(reason); };
+    _appDelegate.onRefusedLink = [this](const std::string& reason) { windows_.showBadLink(reason); };
     services_.userDefaults.setFaultHandler(
         [&mainQueue = services_.mainQueue,
          weak = std::weak_ptr(_appDelegate._coreAppModel)](const std::string& words) {
@@ -88,7 +89,7 @@ void QuillmothApp::finishLaunching() {
 }
 
 std::unique_ptr<PanelContent> QuillmothApp::makePanelContent() {
-    const auto openLink = [this](const QString& url) { services_.workspace.openURL(url.toStdString()); };
+    const auto openLink = [this](const QString& url) { return openFromAnswer(url.toStdString()); };
     return makeFloatingView(controller_, {.messages = {.markdown = &markdown_, .openLink = openLink}});
 }
 
@@ -96,14 +97,39 @@ void QuillmothApp::finishWriting() {
     services_.fileWriter.flush();
 }
 
+QString QuillmothApp::openFromAnswer(const std::string& url) {
+    if (!isOpenedFromAnswer(url))
+        return QString::fromStdString(unopenedLinkWords(url));
+    // What a link of the program's own shows is a window, which the panel gives way to.
+    const std::shared_ptr<FloatingViewPanel> panel = _appDelegate._coreAppModel->_FloatingViewPanel;
+    if (ownURL(url) && panel)
+        panel->resignMainWindow();
+    const bool isTaken = services_.workspace.openURL(url);
+    return isTaken ? QString() : QStringLiteral("Nothing on this desktop opens this link.");
+}
+
 void QuillmothApp::openURLs(const std::vector<std::string>& urls) {
-    const auto presetCount = [this] { return _appDelegate._coreAppModel->_PromptM.get()->prompts().size(); };
-    const std::size_t former = presetCount();
-    _appDelegate.handleOpenURL(urls);
-    if (presetCount() > former)
-        windows_.showNewestPreset();
-    for (const std::string& url : urls)
-        openRoute(url);
+    for (const std::string& url : urls) {
+        const auto preset = presetOfLink(url);
+        if (!preset) {
+            windows_.showBadLink(preset.error().description);
+        } else if (*preset) {
+            askForPreset(url, **preset);
+        } else {
+            _appDelegate.handleOpenURL({url});
+            openRoute(url);
+        }
+    }
+}
+
+void QuillmothApp::askForPreset(const std::string& url, const PromptData& preset) {
+    windows_.askForPreset({.name = QString::fromStdString(preset.emoji + " " + preset.name),
+                           .systemPrompt = QString::fromStdString(preset.systemPrompt.value_or("")),
+                           .prompt = QString::fromStdString(preset.prompt),
+                           .add = [this, url] {
+                               _appDelegate.handleOpenURL({url});
+                               windows_.showNewestPreset();
+                           }});
 }
 
 void QuillmothApp::openRoute(const std::string& url) {

@@ -39,6 +39,9 @@ public:
 private:
     [[nodiscard]] std::unique_ptr<PanelContent> makePanelContent();
     void openURLs(const std::vector<std::string>& urls);
+    void askForPreset(const std::string& url, const PromptData& preset);
+    /// Returns what is to be told where the link is not opened.
+    [[nodiscard]] QString openFromAnswer(const std::string& url);
     /// Opens the window whose route the URL is.
     void openRoute(const std::string& url);
     void showPanel();

@@ -11,6 +11,7 @@
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QPointer>
 
 namespace quillmoth {
 
@@ -38,8 +39,10 @@ bool isTyping(const QKeyEvent& event) {
 } // namespace
 
 FloatingView::FloatingView(std::shared_ptr<FloatingViewController> controller, FloatingViewOptions options)
-    : controller_(std::move(controller)), command_(new CommandArea(controller_, this)),
-      list_(new ListArea(controller_, options.messages, this)), bar_(new BottomBar(controller_, this)),
+    : controller_(std::move(controller)), note_(new LinkNote(this)),
+      command_(new CommandArea(controller_, this)),
+      list_(new ListArea(controller_, withNote(options.messages), this)),
+      bar_(new BottomBar(controller_, this)),
       clock_(options.frameMilliseconds, [this] { refresh(); }) {
     setAccessibleName(QStringLiteral("Quillmoth"));
     watch(command_->field());
@@ -50,6 +53,17 @@ FloatingView::FloatingView(std::shared_ptr<FloatingViewController> controller, F
     list_->conversation().setTabOrderBehind(command_->field());
     observe();
     refresh();
+}
+
+MessageServices FloatingView::withNote(MessageServices services) {
+    services.tell = [this, note = QPointer(note_)](const QString& text, bool isHeard) {
+        if (!note)
+            return;
+        note->tell(text);
+        if (isHeard)
+            spoken_.announce(text);
+    };
+    return services;
 }
 
 void FloatingView::observe() {
@@ -107,6 +121,7 @@ void FloatingView::place() {
     const int listHeight = barTop - panel::kGapBelowDivider - panel::kDivider - listTop;
     list_->setGeometry(left, listTop, withBar, qMax(0, listHeight));
     bar_->setGeometry(left, barTop, inside, panel::kBottomBar);
+    note_->placeAbove(left, barTop - panel::kGapBelowDivider - panel::kDivider, inside);
     update();
 }
 

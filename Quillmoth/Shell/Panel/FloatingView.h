@@ -5,6 +5,7 @@
 #include "Quillmoth/Shell/Panel/BottomBar.h"
 #include "Quillmoth/Shell/Panel/CommandArea.h"
 #include "Quillmoth/Shell/Panel/FrameClock.h"
+#include "Quillmoth/Shell/Panel/LinkNote.h"
 #include "Quillmoth/Shell/Panel/ListArea.h"
 #include "Quillmoth/Shell/Panel/PanelContent.h"
 #include "Quillmoth/Shell/Panel/SpokenStatus.h"
@@ -34,6 +35,8 @@ public:
 
     [[nodiscard]] ListArea& listArea() const { return *list_; }
 
+    [[nodiscard]] LinkNote& linkNote() const { return *note_; }
+
     [[nodiscard]] BottomBar& bottomBar() const { return *bar_; }
 
     /// Refreshes so far; tests watch that a stream costs one a frame.
@@ -47,6 +50,7 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
+    [[nodiscard]] MessageServices withNote(MessageServices services);
     void observe();
     void watch(QWidget& widget);
     void watchFormFields();
@@ -63,6 +67,7 @@ private:
     void announceChanges();
 
     std::shared_ptr<FloatingViewController> controller_;
+    LinkNote* note_;
     CommandArea* command_;
     ListArea* list_;
     BottomBar* bar_;

@@ -31,7 +31,7 @@ constexpr std::size_t kLongestShrunk = 20'000;
 } // namespace
 
 MessageContent::MessageContent(const MessageServices& services, QWidget* parent)
-    : QWidget(parent), openLink_(services.openLink), item_(*services.markdown, *this) {
+    : QWidget(parent), openLink_(services.openLink), tell_(services.tell), item_(*services.markdown, *this) {
     setMouseTracking(true);
     setFocusPolicy(Qt::NoFocus);
 }
@@ -96,6 +96,25 @@ void MessageContent::showEvent(QShowEvent* event) {
     item_.retryImages();
 }
 
+void MessageContent::hideEvent(QHideEvent* event) {
+    if (tell_ && !toldLink_.isEmpty())
+        tell_(toldLink_ = QString(), false);
+    QWidget::hideEvent(event);
+}
+
+QString MessageContent::focusedLink() const {
+    const auto part = hasFocus() ? item_.focusedPart() : std::nullopt;
+    if (!part || *part >= item_.parts().size() || !item_.parts()[*part].acts())
+        return {};
+    return QString::fromStdString(item_.parts()[*part].destination);
+}
+
+void MessageContent::tellLink(const QString& pointed) {
+    const QString link = pointed.isEmpty() ? focusedLink() : pointed;
+    if (tell_ && link != toldLink_)
+        tell_(toldLink_ = link, false);
+}
+
 void MessageContent::paintEvent(QPaintEvent* event) {
     const QRectF exposed = event->rect();
     item_.setWidth(width());
@@ -132,6 +151,7 @@ void MessageContent::mouseMoveEvent(QMouseEvent* event) {
     const bool isPressed = event->buttons() & Qt::LeftButton;
     item_.mouseMove(event->position(), isPressed);
     setCursor(item_.cursorAt(event->position()));
+    tellLink(item_.linkAt(event->position()));
     if (isPressed && onReveal)
         onReveal(qFloor(event->position().y()) - 1, qCeil(event->position().y()) + 1);
 }
@@ -142,6 +162,7 @@ void MessageContent::mouseReleaseEvent(QMouseEvent* event) {
 
 void MessageContent::leaveEvent(QEvent*) {
     item_.leave();
+    tellLink();
 }
 
 void MessageContent::wheelEvent(QWheelEvent* event) {
@@ -150,8 +171,12 @@ void MessageContent::wheelEvent(QWheelEvent* event) {
 }
 
 void MessageContent::keyPressEvent(QKeyEvent* event) {
+    const QString before = focusedLink();
     if (!item_.keyPress(*event))
         event->ignore();
+    // What a key has just told of the same link stays.
+    if (focusedLink() != before)
+        tellLink();
 }
 
 bool MessageContent::focusNextPrevChild(bool isNext) {
@@ -165,6 +190,7 @@ bool MessageContent::focusNextControl(bool isNext) {
     if (onReveal)
         onReveal(qFloor(frame.top()) - kFocusMargin, qCeil(frame.bottom()) + kFocusMargin);
     markdown::announceFocusedPart(*this, item_);
+    tellLink();
     return true;
 }
 
@@ -184,6 +210,7 @@ void MessageContent::focusOutEvent(QFocusEvent* event) {
     if (!returns)
         item_.clearFocus();
     QWidget::focusOutEvent(event);
+    tellLink();
     update();
 }
 
@@ -218,8 +245,10 @@ void MessageContent::itemResized() {
 }
 
 void MessageContent::openLink(const QString& url) {
-    if (openLink_)
-        openLink_(url);
+    const QString refusal = openLink_ ? openLink_(url) : QString();
+    // Until another link is told.
+    if (tell_ && !refusal.isEmpty())
+        tell_(toldLink_ = refusal, true);
 }
 
 void MessageContent::copyText(const QString& text) {

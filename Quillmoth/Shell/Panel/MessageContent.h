@@ -16,7 +16,11 @@ namespace quillmoth {
 /// What the texts of a panel share.
 struct MessageServices {
     markdown::MarkdownServices* markdown = nullptr; ///< not null; outlives the texts
-    std::function<void(const QString& url)> openLink;
+    /// Returns what is to be told where the link is not opened.
+    std::function<QString(const QString& url)> openLink;
+    /// Tells where the link leads that is pointed at or has the focus, or what openLink has returned, which
+    /// is to be heard; an empty text for nothing.
+    std::function<void(const QString& text, bool isHeard)> tell{};
 };
 
 /// A text that the user can select and copy, plain or set as Markdown. Its height follows from its width
@@ -66,6 +70,7 @@ public:
 
 protected:
     void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     bool focusNextPrevChild(bool isNext) override;
     void focusInEvent(QFocusEvent* event) override;
@@ -91,8 +96,13 @@ private:
     void fit(int width) const;
     void press(QMouseEvent* event);
     bool focusNextControl(bool isNext);
+    /// `pointed` is the link under the pointer, if any; else the one that has the focus counts.
+    void tellLink(const QString& pointed = {});
+    [[nodiscard]] QString focusedLink() const;
 
-    std::function<void(const QString& url)> openLink_;
+    std::function<QString(const QString& url)> openLink_;
+    std::function<void(const QString& text, bool isHeard)> tell_;
+    QString toldLink_;
     ClickCounter clicks_;
     // Asking for a height sets the width; the text is the same.
     mutable markdown::MarkdownItem item_;

@@ -20,10 +20,9 @@ public:
 
     /// Tells a new error, or else that an answer is waited for or finished.
     void follow(bool isLoading, const std::string& error);
-
-private:
     void announce(const QString& text);
 
+private:
     QWidget& parent_;
     bool isLoading_ = false;
     std::string error_;

@@ -12,11 +12,12 @@ namespace quillmoth {
 /// An open panel with a few presets, and the user's hands.
 class PanelViewFixture : public testing::Test {
 protected:
-    PanelViewFixture()
+    explicit PanelViewFixture(FloatingViewOptions options = {})
         : panel({makePreset("📣", "Call to action", "A call to [whom] for [what]!", "nonContext"),
                  makePreset("📧", "Write an email", "Write an email", "nonContext"),
                  makePreset("💡", "Brainstorm ideas", "Ideas", "nonContext"),
-                 makePreset("🌐", "Translate", "Translate: {selected text}")}),
+                 makePreset("🌐", "Translate", "Translate: {selected text}")},
+                std::move(options)),
           model(*panel.model), field(panel.view->commandArea().field()), list(panel.view->listArea()) {
         panel.open();
     }

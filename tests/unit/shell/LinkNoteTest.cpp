@@ -1,0 +1,69 @@
+#include "tests/unit/shell/PanelViewFixture.h"
+
+#include <QEvent>
+#include <QMouseEvent>
+
+namespace quillmoth {
+namespace {
+
+/// An answer of one link, and beside it the field.
+class LinkNoteTest : public PanelViewFixture {
+protected:
+    LinkNoteTest()
+        : PanelViewFixture({.messages = {.markdown = nullptr, .openLink = [this](const QString& url) {
+                                             opened << url;
+                                             return refusal;
+                                         }}}) {
+        converse("[the link](https://where.example/it/leads)");
+        answer = list.conversation().contentAt(2);
+        answer->grab();
+    }
+
+    void moveTo(QPoint point) {
+        QMouseEvent move(QEvent::MouseMove, QPointF(point), answer->mapToGlobal(QPointF(point)), Qt::NoButton,
+                         Qt::NoButton, {});
+        QApplication::sendEvent(answer, &move);
+    }
+
+    QString note() {
+        return panel.view->linkNote().isVisible() ? panel.view->linkNote().wholeText() : QString();
+    }
+
+    const QString target = QStringLiteral("https://where.example/it/leads");
+    QStringList opened;
+    QString refusal;
+    MessageContent* answer = nullptr;
+};
+
+TEST_F(LinkNoteTest, TheTargetOfALinkIsShownUnderThePointerAndWithTheFocus) {
+    EXPECT_EQ(note(), QString());
+    const QPoint onLink(10, static_cast<int>(answer->item().firstLineCenter()));
+    moveTo(onLink);
+    EXPECT_EQ(note(), target);
+    EXPECT_TRUE(panel.view->rect().contains(panel.view->linkNote().geometry()));
+    moveTo(QPoint(answer->width() - 1, onLink.y()));
+    EXPECT_EQ(note(), QString());
+    answer->setFocus(Qt::TabFocusReason);
+    EXPECT_EQ(note(), target);
+    field.setFocus();
+    EXPECT_EQ(note(), QString());
+    moveTo(onLink);
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(answer, &leave);
+    EXPECT_EQ(note(), QString());
+}
+
+TEST_F(LinkNoteTest, ALinkThatIsNotOpenedSaysSo) {
+    answer->setFocus(Qt::TabFocusReason);
+    press(*answer, Qt::Key_Return);
+    EXPECT_EQ(opened, QStringList(target));
+    EXPECT_EQ(note(), target);
+    refusal = QStringLiteral("Not opened.");
+    press(*answer, Qt::Key_Return);
+    EXPECT_EQ(note(), refusal);
+    field.setFocus();
+    EXPECT_EQ(note(), QString());
+}
+
+} // namespace
+} // namespace quillmoth
