@@ -1,7 +1,9 @@
 #include "Platform/Curl/EasyHandle.h"
 
 #include "Foundation/ASCII.h"
+#include "Foundation/Loopback.h"
 #include "Foundation/Text.h"
+#include "Platform/Curl/Server.h"
 
 #include <netinet/in.h>
 #include <netinet/tcp.h>
@@ -55,6 +57,9 @@ EasyHandle::EasyHandle(const CurlLibrary& curl, const URLRequest& request,
     set(CURLOPT_ERRORBUFFER, errorText_->data());
     set(CURLOPT_URL, request.url.c_str());
     set(CURLOPT_PROTOCOLS_STR, "http,https");
+    // What is for this machine does not leave it for the proxy of the environment.
+    if (const auto server = serverOf(request.url); server && isLoopbackHost(server->host))
+        set(CURLOPT_PROXY, "");
     set(CURLOPT_FOLLOWLOCATION, 0L);
     set(CURLOPT_SSL_VERIFYPEER, 1L);
     set(CURLOPT_SSL_VERIFYHOST, 2L);

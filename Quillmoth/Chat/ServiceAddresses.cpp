@@ -1,13 +1,11 @@
 #include "Quillmoth/Chat/ServiceAddresses.h"
 
 #include "Foundation/ASCII.h"
+#include "Foundation/Loopback.h"
 #include "Foundation/Text.h"
 #include "Foundation/URL.h"
 #include "Platform/UserDefaults.h"
 
-#include <algorithm>
-#include <array>
-#include <charconv>
 #include <cstdlib>
 
 namespace quillmoth {
@@ -69,25 +67,6 @@ Result<std::string> address(const Source& source, const platform::UserDefaults& 
     return withoutSlashes(source.builtIn);
 }
 
-/// True for 127.0.0.0/8 as it is usually written.
-bool isLoopbackIPv4(std::string_view host) {
-    std::array<int, 4> bytes{};
-    const char* at = host.data();
-    const char* const end = host.data() + host.size();
-    for (std::size_t i = 0; i < bytes.size(); ++i) {
-        if (i > 0 && (at == end || *at++ != '.'))
-            return false;
-        // A zero in front would make it an octal number to some.
-        if (at == end || !isASCIIDigit(*at) || (*at == '0' && at + 1 != end && isASCIIDigit(at[1])))
-            return false;
-        const auto read = std::from_chars(at, end, bytes[i]);
-        if (read.ec != std::errc() || bytes[i] > 255)
-            return false;
-        at = read.ptr;
-    }
-    return at == end && bytes[0] == 127;
-}
-
 } // namespace
 
 bool isServiceAddress(std::string_view address) {
@@ -114,7 +93,7 @@ std::optional<std::string> unencryptedOrigin(std::string_view address) {
     if (!url || !url->isWeb() || !equalIgnoringASCIICase(*url->scheme, "http"))
         return std::nullopt;
     const std::string host = lowercasedASCII(*url->host);
-    if (host == "localhost" || host == "[::1]" || isLoopbackIPv4(host))
+    if (isLoopbackHost(host))
         return std::nullopt;
     return "http://" + host + ":" + std::to_string(url->portNumber().value_or(80));
 }

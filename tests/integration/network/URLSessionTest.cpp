@@ -257,6 +257,7 @@ TEST_F(URLSessionTest, GoesThroughTheProxyOfTheEnvironment) {
     const Answer answer = fetch(postRequest("http://chat.invalid/v1"));
     EXPECT_EQ(answer.error.value_or(platform::URLError()).localizedDescription,
               "Could not connect to the proxy to the server chat.invalid.");
+    EXPECT_EQ(fetch(postRequest(server.url("/v1"))).data, "through") << "what is for this machine stays here";
 }
 
 } // namespace
