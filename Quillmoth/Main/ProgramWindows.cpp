@@ -116,18 +116,18 @@ void ProgramWindows::showNewestPreset() {
 
 void ProgramWindows::askForPreset(PresetOffer offer) {
     if (!presetQuestions_.ask(std::move(offer)))
-        showBadLink("Too many presets came at once. Answer the questions about the first ones.");
+        showRefusedLink("Too many presets came at once. Answer the questions about the first ones.");
 }
 
-void ProgramWindows::showBadLink(const std::string& reason) {
+void ProgramWindows::showRefusedLink(const std::string& reason) {
     // One at a time: a page may send any number.
-    if (badLink_)
+    if (refusedLink_)
         return;
-    badLink_ = makeAlert(nullptr, true, QStringLiteral("A link to Quillmoth cannot be used."),
-                         QString::fromStdString(reason + " Nothing was added."), {},
-                         windowPalette(windowColorScheme().isDark()));
-    badLink_->setWindowModality(Qt::NonModal);
-    badLink_->show();
+    refusedLink_ = makeAlert(nullptr, true, QStringLiteral("A link to Quillmoth cannot be used."),
+                             QString::fromStdString(reason + " Nothing was added."), {},
+                             windowPalette(windowColorScheme().isDark()));
+    refusedLink_->setWindowModality(Qt::NonModal);
+    refusedLink_->show();
 }
 
 void ProgramWindows::styleTrayMenu(QMenu& menu) {

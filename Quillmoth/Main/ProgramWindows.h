@@ -49,7 +49,7 @@ public:
     /// Asks whether to add a preset that a link has brought.
     void askForPreset(PresetOffer offer);
     /// Tells why a link was refused.
-    void showBadLink(const std::string& reason);
+    void showRefusedLink(const std::string& reason);
     void styleTrayMenu(QMenu& menu);
     /// The colour of the symbol in the tray.
     [[nodiscard]] QColor trayColour();
@@ -88,7 +88,7 @@ private:
     std::unique_ptr<ConsentWindow> consent_;
     std::unique_ptr<PromptEditorWindow> promptEditor_;
     PresetQuestions presetQuestions_;
-    QPointer<QMessageBox> badLink_;
+    QPointer<QMessageBox> refusedLink_;
     bool expectsOnboarding_ = false;
     bool asksForConsent_ = false;
     // Told when nothing else wants the user's attention.

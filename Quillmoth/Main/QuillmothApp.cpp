@@ -112,7 +112,7 @@ void QuillmothApp::openURLs(const std::vector<std::string>& urls) {
     for (const std::string& url : urls) {
         const auto preset = presetOfLink(url);
         if (!preset) {
-            windows_.showBadLink(preset.error().description);
+            windows_.showRefusedLink(preset.error().description);
         } else if (*preset) {
             askForPreset(url, **preset);
         } else {

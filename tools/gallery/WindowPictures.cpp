@@ -5,6 +5,7 @@
 #include "Quillmoth/Shell/Editor/PromptEditorWindow.h"
 #include "Quillmoth/Shell/Looks/Palette.h"
 #include "Quillmoth/Shell/Windows/ModelPicker.h"
+#include "Quillmoth/Shell/Windows/PresetQuestion.h"
 #include "Quillmoth/Shell/Windows/UpdateNotice.h"
 #include "tests/unit/windows/WindowFixture.h"
 
@@ -119,6 +120,9 @@ void drawSettingsWithKey(const Album& album) {
     fixture.fakes.runUntilIdle();
     field(*window, "Server address")->setFocus();
     album.add(*window, "settings-server-error");
+    fixture.fakes.userDefaults.set("openAIBaseURL", std::string("http://192.168.1.20:11434"));
+    fixture.fakes.runUntilIdle();
+    album.add(*window, "settings-server-unencrypted");
     auto* picker = window->findChild<QComboBox*>();
     picker->showPopup();
     album.add(*picker->view()->window(), "settings-picker");
@@ -194,6 +198,17 @@ std::vector<PromptData> presets() {
                    "nonContext")};
 }
 
+void drawPresetQuestion(const Album& album) {
+    ColorScheme scheme(album.isDark);
+    PresetQuestionWindow window(scheme);
+    window.showOffer({.name = QStringLiteral("🪶 Rewrite with more warmth"),
+                      .systemPrompt = {},
+                      .prompt = QString::fromStdString(presets()[2].prompt),
+                      .add = [] {}});
+    activate(window);
+    album.add(window, "preset-question");
+}
+
 void drawEditor(const Album& album) {
     platform::FakePlatform fakes;
     fakes.documents.put(PromptModel::kFilename, *writeJSON(presets()));
@@ -256,6 +271,7 @@ int main(int argc, char** argv) {
         drawSettingsWithoutKey(album);
         drawSettingsWithKey(album);
         drawOnboarding(album);
+        drawPresetQuestion(album);
         drawEditor(album);
     }
     return 0;
