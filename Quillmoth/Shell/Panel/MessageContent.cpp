@@ -36,14 +36,20 @@ MessageContent::MessageContent(const MessageServices& services, QWidget* parent)
     setFocusPolicy(Qt::NoFocus);
 }
 
+MessageContent::~MessageContent() {
+    tellNoLink();
+}
+
 bool MessageContent::setText(const std::string& text) {
     if (text == item_.text())
         return false;
     fittedWidth_ = -1;
-    if (text.starts_with(item_.text()))
+    if (text.starts_with(item_.text())) {
         item_.append(std::string_view(text).substr(item_.text().size()));
-    else
+    } else {
         item_.setText(text);
+        tellNoLink();
+    }
     return true;
 }
 
@@ -97,9 +103,13 @@ void MessageContent::showEvent(QShowEvent* event) {
 }
 
 void MessageContent::hideEvent(QHideEvent* event) {
+    tellNoLink();
+    QWidget::hideEvent(event);
+}
+
+void MessageContent::tellNoLink() {
     if (tell_ && !toldLink_.isEmpty())
         tell_(toldLink_ = QString(), false);
-    QWidget::hideEvent(event);
 }
 
 QString MessageContent::focusedLink() const {

@@ -29,6 +29,7 @@ struct MessageServices {
 class MessageContent final : public QWidget, private markdown::MarkdownHost {
 public:
     MessageContent(const MessageServices& services, QWidget* parent);
+    ~MessageContent() override;
 
     /// False where it is the same text.
     bool setText(const std::string& text);
@@ -99,6 +100,7 @@ private:
     /// `pointed` is the link under the pointer, if any; else the one that has the focus counts.
     void tellLink(const QString& pointed = {});
     [[nodiscard]] QString focusedLink() const;
+    void tellNoLink();
 
     std::function<QString(const QString& url)> openLink_;
     std::function<void(const QString& text, bool isHeard)> tell_;

@@ -51,6 +51,12 @@ TEST_F(LinkNoteTest, TheTargetOfALinkIsShownUnderThePointerAndWithTheFocus) {
     QEvent leave(QEvent::Leave);
     QApplication::sendEvent(answer, &leave);
     EXPECT_EQ(note(), QString());
+    moveTo(onLink);
+    EXPECT_EQ(note(), target);
+    model._messages = std::vector<ChatMessage>();
+    model._responseValue = std::string();
+    panel.settle();
+    EXPECT_EQ(note(), QString()) << "the answer has gone from under the pointer";
 }
 
 TEST_F(LinkNoteTest, ALinkThatIsNotOpenedSaysSo) {
