@@ -91,7 +91,7 @@ TEST_F(StartDesktop, TheFirstStartShowsTwoPagesThenTheSettingsAndNoLaterOneDoes)
     writeDefaults({{"firstTime", true}});
     start();
     awaitWindow("Onboarding");
-    EXPECT_EQ(defaults().value("firstTime", true), false);
+    eventually("it is stored", [] { return !defaults().value("firstTime", true); });
     awaitText("Welcome to");
     EXPECT_TRUE(shows("Privacy"));
     input().tapKey(KEY_ENTER);
