@@ -1,6 +1,6 @@
 #include "Platform/Posix/FileWriter.h"
 
-#include "Platform/Posix/BlockedSignals.h"
+#include "Foundation/BlockedSignals.h"
 #include "Platform/Posix/Files.h"
 #include "Platform/Posix/ReplaceFile.h"
 

@@ -64,7 +64,7 @@ QuillmothApp::QuillmothApp()
     services_.statusItems.setMenuStyle([this](QMenu& menu) { windows_.styleTrayMenu(menu); });
     services_.statusItems.setSymbolColour([this] { return windows_.trayColour(); });
     windows_.onTrayColourChange = [this] { services_.statusItems.redrawSymbol(); };
-    _appDelegate.onRefusedLink = [this](const std::string& reason) { windows_.showBadLink(reason); };
+    _appDelegate.onRefusedLink = [this](const std::string& reason) { windows_.showRefusedLink(reason); };
     services_.userDefaults.setFaultHandler(
         [&mainQueue = services_.mainQueue,
          weak = std::weak_ptr(_appDelegate._coreAppModel)](const std::string& words) {

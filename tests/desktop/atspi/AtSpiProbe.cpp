@@ -1,26 +1,14 @@
 #include "Platform/Linux/AtSpi/AccessibilityBus.h"
 #include "Platform/Linux/AtSpi/FocusSearch.h"
 #include "Platform/Linux/AtSpi/SelectionReader.h"
-#include "tests/desktop/support/AccessibleElement.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <deque>
 
 using namespace quillmoth::platform;
-using quillmoth::test::AccessibleElement;
 
 namespace {
-
-std::string treeOf(const std::vector<AccessibleElement>& shown) {
-    std::string tree;
-    for (const AccessibleElement& element : shown) {
-        tree += element.role() + " \"" + element.name() + '"';
-        tree += std::string(element.isFocused() ? " focused" : "") + (element.isChecked() ? " checked" : "");
-        tree += '\n' + (element.role().starts_with("document") ? element.text() + '\n' : "");
-    }
-    return tree;
-}
 
 /// The first text element in the windows of `process`, editable ones before others.
 ObjectReference firstText(Operation& operation, Applications& applications, std::int64_t process) {
@@ -44,10 +32,9 @@ ObjectReference firstText(Operation& operation, Applications& applications, std:
     return fallback;
 }
 
-/// Of what has the focus, or else the first text, by the reader given. Not through libatspi, which waits for
+/// Of what has the focus, or else the first text. Not through libatspi, which waits for
 /// itself where a GTK program tells of a new object meanwhile.
-template<class Reader>
-std::string textOf(std::int64_t process, Reader read) {
+std::string textOf(std::int64_t process) {
     AccessibilityBus bus([](const auto&...) {});
     Operation operation(bus.connection(nullptr), nullptr, Operation::Clock::now() + std::chrono::seconds(4));
     Applications applications;
@@ -57,20 +44,15 @@ std::string textOf(std::int64_t process, Reader read) {
         object = firstText(operation, applications, process);
     if (object.isNull())
         return {};
-    return read(TextElement(operation, object, applications.toolkitOf(operation, object.name))).text;
+    return readValue(TextElement(operation, object, applications.toolkitOf(operation, object.name))).text;
 }
 
 } // namespace
 
-/// Prints what another process reads of a program: atspi-probe --pid N --text|--selection|--tree
+/// Prints the text that another process reads of a program: atspi-probe PID
 int main(int argc, char** argv) {
-    if (argc != 4)
+    if (argc != 2)
         return 2;
-    const auto process = static_cast<pid_t>(std::strtol(argv[2], nullptr, 10));
-    const std::string what = argv[3];
-    const std::string told = what == "--tree"        ? treeOf(AccessibleElement::shownBy(process))
-                             : what == "--selection" ? textOf(process, readSelectedText)
-                                                     : textOf(process, readValue);
-    std::fputs(told.c_str(), stdout);
+    std::fputs(textOf(std::strtol(argv[1], nullptr, 10)).c_str(), stdout);
     return 0;
 }

@@ -137,9 +137,9 @@ TEST_F(EditorDesktop, ALinkImportsAPresetIntoTheRunningProgramAndStartsTheOneTha
     const ChildResult opened = runChild({"xdg-open", link}, 20s);
     EXPECT_EQ(opened.exitCode, 0) << opened.output;
     awaitWindow("Add a Preset?");
-    eventually("the question shows the prompt", [&] { return shows("Summarise: {selected text}"); });
+    awaitText("Summarise: {selected text}");
     EXPECT_EQ(presets().size(), 1U) << "nothing is added before the answer";
-    EXPECT_TRUE(control("push button", "Add Preset").press());
+    EXPECT_TRUE(await("push button", "Add Preset").press());
     awaitNames("the running program imports it", {"One", "Summary"});
     awaitWindow("Prompt Editor");
     json imported = presets()[1];

@@ -64,10 +64,6 @@ constexpr Site kSites[] = {
     // An answer in Markdown: the parser gives nodes of such a type a text, if an empty one
     {"CommonMarkNode.cpp", "A Markdown node", "nothing", "cmark_node_get_literal"},
     // What is built in
-    {"Quillmoth/Chat/ChatRequests.cpp", "The address of the service",
-     "the address in settings or environment; that of "
-     "the build",
-     "serviceAddresses; the root's CMakeLists.txt"},
     {"Quillmoth/Prompts/JSONFunction.cpp", "Couldn't find", "nothing: a resource of the program",
      "the build"},
     {"Quillmoth/Prompts/JSONFunction.cpp", "Couldn't load", "nothing: a resource of the program",

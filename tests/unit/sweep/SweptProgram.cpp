@@ -325,8 +325,13 @@ void SweptProgram::changeSetting() {
 
 void SweptProgram::changeDisk() {
     auto& disk = platform_.documents;
-    for (bool* fault : {&disk.hasNoDirectory, &disk.isUnreadable, &disk.isFolderUnwritable, &disk.isDiskFull})
+    for (bool* fault : {&disk.hasNoDirectory, &disk.isFolderUnwritable, &disk.isDiskFull})
         *fault = dice_.once(8);
+    disk.unreadable.clear();
+    for (const auto& [path, bytes] : disk.files) {
+        if (dice_.once(8))
+            disk.unreadable.insert(path);
+    }
 }
 
 } // namespace quillmoth::sweep
