@@ -118,12 +118,12 @@ private:
     void tellOfCapture(const char* error);
 
     const platform::Platform platform_;
+    /// What was told of the user's files since a prompt was run last; the journal may tell more in its destructor.
+    std::string fileProblem_;
     DocumentFile history_;
     ConversationJournal journal_;
     AnswerStream answerStream_;
     PresetFilter presetFilter_;
-    /// What was told of the user's files since a prompt was run last.
-    std::string fileProblem_;
     Subscription promptsSubscription_;
     Subscription arrangementSubscription_;
     Subscription presetsFault_;

@@ -24,6 +24,7 @@ namespace {
 /// The program on the files of `folder`, with everything else faked.
 struct Program {
     explicit Program(const std::string& folder) : documents(folder, writer, fakes.mainQueue) {
+        fakes.userDefaults.set("gatewayBaseURL", std::string("https://gateway.example"));
         const platform::Platform fake = fakes.platform();
         model = DataModel::create({.mainQueue = fake.mainQueue,
                                    .operationQueues = fake.operationQueues,

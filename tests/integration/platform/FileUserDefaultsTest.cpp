@@ -145,6 +145,7 @@ TEST_F(FileUserDefaultsTest, AFileNestedTooDeepToFollowIsADamagedOne) {
     const auto defaults = open();
     EXPECT_NE(defaults->problem().find("defaults.json.damaged-1"), std::string::npos);
     defaults->set("key", true);
+    writer_.flush();
     EXPECT_EQ(contentOf(path_), "{\n  \"key\": true\n}\n");
     EXPECT_EQ(contentOf(path_ + ".damaged-1"), content);
     EXPECT_EQ(open()->problem(), "");

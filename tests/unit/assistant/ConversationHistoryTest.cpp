@@ -66,6 +66,8 @@ TEST_F(ConversationHistoryTest, a_reopened_conversation_keeps_its_place_and_its_
     EXPECT_EQ(model->_oldMessages->at(2).created, created);
     EXPECT_EQ(model->_chatWithHistory, -1);
     EXPECT_THROW(model->storeConversation("T", {}, 3), FatalFault);
+    model->_oldMessages = std::vector<oldMessagesStruct>();
+    EXPECT_THROW(model->storeConversation("T", {}, 0), FatalFault);
 }
 
 TEST_F(ConversationHistoryTest, an_answer_that_is_no_record_gives_a_topic_with_the_date) {
