@@ -45,12 +45,13 @@ struct Program {
                                    .application = fake.application});
     }
 
-    /// Carries out what is due within two seconds, and waits for the disk.
+    /// Carries out what is due within two seconds, waits for the disk, and for what follows from that.
     void settle() {
         fakes.runUntilIdle();
         fakes.mainQueue.advance(2);
         writer.flush();
         fakes.runUntilIdle();
+        writer.flush();
     }
 
     ScopedLogCapture log{[](const std::string&) {}};
