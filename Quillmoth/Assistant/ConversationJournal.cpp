@@ -102,8 +102,6 @@ void ConversationJournal::record() {
         drop();
         return;
     }
-    if (!key_.empty() && messages_->front().id != firstMessageID_)
-        drop();
     const bool isWritten = !key_.empty() && generation_ == messages_.generation() && !needsAll_;
     if (!isWritten)
         begin();
@@ -114,11 +112,10 @@ void ConversationJournal::record() {
     lastLength_ = messages_->back().content.size();
 }
 
-/// Writes the whole conversation, in the place of what is written of it.
+/// Writes the whole conversation, in the place of what is written of it or of one that the user has replaced.
 void ConversationJournal::begin() {
-    firstMessageID_ = messages_->front().id.value_or("");
     if (key_.empty())
-        key_ = firstMessageID_ + "-" + std::to_string(nextNumber_++);
+        key_ = messages_->front().id.value_or("") + "-" + std::to_string(nextNumber_++);
     kept_.insert(key_);
     needsAll_ = false;
     messageCount_ = 0;

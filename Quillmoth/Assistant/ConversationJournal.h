@@ -61,7 +61,6 @@ private:
     std::string filename_ = kFilename;
     /// Of the conversation on screen; empty for none.
     std::string key_;
-    std::string firstMessageID_;
     /// What is written of it.
     std::uint64_t generation_ = 0;
     std::size_t messageCount_ = 0;

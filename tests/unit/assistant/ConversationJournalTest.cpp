@@ -133,6 +133,19 @@ TEST_F(ConversationJournalTest, what_is_stored_or_dropped_or_was_not_answered_le
     EXPECT_EQ(journal(), "");
 }
 
+TEST_F(ConversationJournalTest, one_that_the_user_replaces_by_another_is_not_kept) {
+    converse("one", {"1"});
+    settle();
+    model->_selectedIndex = 3;
+    for (int presses = 0; presses < 2; ++presses)
+        model->runPrompt();
+    serve(200, {"2"});
+    settle();
+    startAgain();
+    EXPECT_EQ(history(), (std::vector<Texts>{
+                             {"system: You sell", "user: A call to [whom] for [what]!", "assistant: 2"}}));
+}
+
 TEST_F(ConversationJournalTest, a_closed_conversation_waits_for_the_disk_beside_the_next_one) {
     converse("one", {"1"});
     model->dismissStep();
