@@ -263,7 +263,9 @@ TEST_F(SettingsWindowTest, AnEmptiedKeyPutsTheModelBackAndTakesTheWarningAway) {
         "Ensure that you're eligible to use GPT-4, otherwise, you will encounter a 404 error.";
     EXPECT_TRUE(shows(warning));
     EXPECT_EQ(picker->currentText(), "gpt-4-32k");
-    for (int count = 0; count < 3; ++count)
+    QTest::keyClicks(key, "2");
+    EXPECT_EQ(fakes.userDefaults.string("model"), "gpt-4-32k") << "another key";
+    for (int count = 0; count < 4; ++count)
         QTest::keyClick(key, Qt::Key_Backspace);
     EXPECT_EQ(fakes.userDefaults.string("model"), "gpt-3.5-turbo");
     EXPECT_FALSE(shows(warning));
@@ -345,6 +347,11 @@ TEST_F(SettingsWindowTest, ALoginItemThatCannotBeMadeLeavesTheSwitchOff) {
     EXPECT_TRUE(loginItems.enabled.contains("org.quillmoth.Quillmoth"));
     login->click();
     EXPECT_TRUE(loginItems.enabled.empty());
+    settings->hide();
+    loginItems.enabled.insert("org.quillmoth.Quillmoth");
+    settings->present();
+    EXPECT_TRUE(login->isChecked()) << "switched on elsewhere meanwhile";
+    login->click();
     loginItems.failure = "no space";
     login->click();
     EXPECT_FALSE(login->isChecked());
