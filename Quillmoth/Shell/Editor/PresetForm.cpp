@@ -1,6 +1,7 @@
 #include "Quillmoth/Shell/Editor/PresetForm.h"
 
 #include "Quillmoth/Shell/Editor/EmojiPicker.h"
+#include "Quillmoth/Shell/Controls/TextArea.h"
 #include "Quillmoth/Shell/Editor/PresetFields.h"
 #include "Quillmoth/Shell/Looks/Palette.h"
 #include "Quillmoth/Shell/Looks/ThinScrollBar.h"

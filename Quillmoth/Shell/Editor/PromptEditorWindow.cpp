@@ -2,6 +2,7 @@
 
 #include "Platform/MainQueue.h"
 #include "Platform/Platform.h"
+#include "Quillmoth/Shell/Controls/TextArea.h"
 #include "Quillmoth/Shell/Editor/EditorSidebar.h"
 #include "Quillmoth/Shell/Editor/EditorStrip.h"
 #include "Quillmoth/Shell/Editor/PresetFields.h"

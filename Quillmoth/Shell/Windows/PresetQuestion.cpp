@@ -1,6 +1,7 @@
 #include "Quillmoth/Shell/Windows/PresetQuestion.h"
 
 #include "Quillmoth/Shell/Controls/Labels.h"
+#include "Quillmoth/Shell/Controls/TextArea.h"
 #include "Quillmoth/Shell/Looks/Fonts.h"
 #include "Quillmoth/Shell/Windows/FormParts.h"
 
@@ -8,7 +9,6 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTimer>
 
@@ -20,16 +20,20 @@ namespace {
 
 constexpr int kQuestionPadding = 24;
 constexpr int kQuestionWidth = 520;
-constexpr int kQuestionHeight = 520;
+constexpr int kQuestionHeight = 580;
+constexpr int kBlockGap = 12;
+constexpr int kCaptionGap = 4;
+constexpr int kButtonsGap = 18;
+constexpr int kSystemPromptHeight = 100;
+constexpr int kPromptHeight = 180;
 
 const auto kAdvice = QStringLiteral("A link brings it. Its prompts are sent to the service whenever you run "
                                     "it, with what you have selected: add "
                                     "it only if you trust where the link comes from.");
 
-QPlainTextEdit* makeReadOnlyText(const QString& name) {
-    auto* text = new QPlainTextEdit;
+TextArea* makeReadOnlyText(const QString& name, int height) {
+    auto* text = new TextArea(height);
     text->setReadOnly(true);
-    text->setTabChangesFocus(true);
     text->setAccessibleName(name);
     return text;
 }
@@ -37,7 +41,9 @@ QPlainTextEdit* makeReadOnlyText(const QString& name) {
 void addCaptioned(QVBoxLayout& column, const QString& caption, QWidget& control, int stretch = 0) {
     auto* label = new QLabel(caption);
     label->setBuddy(&control);
+    column.addSpacing(kBlockGap);
     column.addWidget(label);
+    column.addSpacing(kCaptionGap);
     column.addWidget(&control, stretch);
 }
 
@@ -45,23 +51,28 @@ void addCaptioned(QVBoxLayout& column, const QString& caption, QWidget& control,
 
 PresetQuestionWindow::PresetQuestionWindow(ColorScheme& colorScheme)
     : ShellWindow(QStringLiteral("Add a Preset?"), colorScheme), name_(makeField(QStringLiteral("Name"))),
-      systemPrompt_(makeReadOnlyText(QStringLiteral("System prompt"))),
-      prompt_(makeReadOnlyText(QStringLiteral("Prompt"))), add_(makeFormButton(QStringLiteral("Add Preset"))),
+      systemPrompt_(makeReadOnlyText(QStringLiteral("System prompt"), kSystemPromptHeight)),
+      prompt_(makeReadOnlyText(QStringLiteral("Prompt"), kPromptHeight)),
+      add_(makeFormButton(QStringLiteral("Add Preset"))),
       refuse_(makeFormButton(QStringLiteral("Don’t Add"))) {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(kQuestionPadding, kQuestionPadding, kQuestionPadding, kQuestionPadding);
+    column->setSpacing(0);
     auto* title = new QLabel(QStringLiteral("Add this preset?"));
     title->setFont(textFont(14, QFont::DemiBold));
     column->addWidget(title);
+    column->addSpacing(kCaptionGap);
     column->addWidget(new ToneLabel(Tone::secondary, kAdvice));
     name_->setReadOnly(true);
     addCaptioned(*column, QStringLiteral("Name"), *name_);
     addCaptioned(*column, QStringLiteral("System prompt"), *systemPrompt_, 1);
     addCaptioned(*column, QStringLiteral("Prompt"), *prompt_, 2);
     auto* buttons = new QHBoxLayout;
+    buttons->setSpacing(kBlockGap);
     buttons->addStretch();
     buttons->addWidget(refuse_);
     buttons->addWidget(add_);
+    column->addSpacing(kButtonsGap);
     column->addLayout(buttons);
     connect(add_, &QPushButton::clicked, this, [this] { answer(true); });
     connect(refuse_, &QPushButton::clicked, this, [this] { answer(false); });
@@ -72,8 +83,9 @@ PresetQuestionWindow::PresetQuestionWindow(ColorScheme& colorScheme)
 void PresetQuestionWindow::showOffer(const PresetOffer& offer) {
     name_->setText(offer.name);
     name_->setCursorPosition(0);
-    systemPrompt_->setPlainText(offer.systemPrompt.isEmpty() ? QStringLiteral("(none)") : offer.systemPrompt);
-    prompt_->setPlainText(offer.prompt);
+    systemPrompt_->showText(offer.systemPrompt.isEmpty() ? QStringLiteral("(none)") : offer.systemPrompt,
+                            true);
+    prompt_->showText(offer.prompt, true);
     isOpen_ = true;
     present();
 }

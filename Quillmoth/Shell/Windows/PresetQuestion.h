@@ -10,10 +10,11 @@
 #include <memory>
 
 class QLineEdit;
-class QPlainTextEdit;
 class QPushButton;
 
 namespace quillmoth {
+
+class TextArea;
 
 /// A preset that comes from outside, and what adds it.
 struct PresetOffer {
@@ -44,8 +45,8 @@ private:
     void answer(bool adds);
 
     QLineEdit* name_;
-    QPlainTextEdit* systemPrompt_;
-    QPlainTextEdit* prompt_;
+    TextArea* systemPrompt_;
+    TextArea* prompt_;
     QPushButton* add_;
     QPushButton* refuse_;
     bool isOpen_ = false;
