@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <memory>
 #include <system_error>
 
 namespace quillmoth {
@@ -118,19 +117,20 @@ std::optional<std::uint16_t> URL::portNumber() const {
     return result.ec == std::errc() && number != 0 ? std::optional(number) : std::nullopt;
 }
 
+// Not by the library, whose items end at a zero byte, however it is written.
 std::optional<std::vector<URLQueryItem>> URL::queryItems() const {
     if (!query)
         return std::nullopt;
-    UriQueryListA* first = nullptr;
-    int count = 0;
-    const char* text = query->data();
-    if (uriDissectQueryMallocExA(&first, &count, text, text + query->size(), URI_FALSE, URI_BR_DONT_TOUCH) !=
-        URI_SUCCESS)
-        return std::nullopt;
-    const std::unique_ptr<UriQueryListA, decltype(&uriFreeQueryListA)> owner(first, uriFreeQueryListA);
     std::vector<URLQueryItem> items;
-    for (const auto* item = first; item != nullptr; item = item->next)
-        items.push_back({item->key, item->value ? std::optional<std::string>(item->value) : std::nullopt});
+    for (std::string_view rest = *query; !rest.empty();) {
+        const std::string_view item = rest.substr(0, rest.find('&'));
+        rest.remove_prefix(std::min(item.size() + 1, rest.size()));
+        const std::size_t equals = item.find('=');
+        URLQueryItem& added = items.emplace_back();
+        added.name = percentDecoded(std::string(item.substr(0, equals)));
+        if (equals != std::string_view::npos)
+            added.value = percentDecoded(std::string(item.substr(equals + 1)));
+    }
     return items;
 }
 

@@ -72,6 +72,8 @@ TEST(URL, query_items_are_split_and_decoded) {
         {"quillmoth://x?data=", Items{{"data", ""}}},
         {"quillmoth:?a=b=c+d%0D%0A#e?f=g", Items{{"a", "b=c+d\r\n"}}},
         {"quillmoth://x?%64ata=1&data=2", Items{{"data", "1"}, {"data", "2"}}},
+        {"quillmoth://x?a%00b=c%00d&&=",
+         Items{{std::string("a\0b", 3), std::string("c\0d", 3)}, {"", std::nullopt}, {"", ""}}},
     };
     for (const Case& each : cases) {
         const auto url = URL::parse(each.url, URL::kAnything);
