@@ -86,7 +86,11 @@ std::string withoutFillers(std::string_view text) {
 std::optional<TextRange> repairedRange(std::string_view text, TextRange reported, std::int64_t caret) {
     if (std::none_of(text.begin(), text.end(), isWideStart))
         return reported;
-    const auto meant = [text](std::int64_t offset) -> std::optional<std::int64_t> {
+    const std::int64_t length = lengthIn(OffsetUnit::codePoint, text);
+    const auto meant = [text, length](std::int64_t offset) -> std::optional<std::int64_t> {
+        // The text may have become shorter since it was read.
+        if (offset > length)
+            return std::nullopt;
         // Behind a wide character two offsets would be reported alike.
         const std::size_t place = byteOffset(text, offset, OffsetUnit::codePoint);
         const bool isAmbiguous =

@@ -129,6 +129,7 @@ TEST(TextOffsetsTest, aSelectionThatCannotBeToldForCertainIsNone) {
     EXPECT_EQ(repairedRange(text, {2, 6}, 12), std::nullopt) << "the caret is elsewhere";
     EXPECT_EQ(repairedRange(text, {2, 3}, 3), std::nullopt) << "both readings meet the caret";
     EXPECT_EQ(repairedRange(text, {1, 5}, 6), std::nullopt) << "directly behind the emoji";
+    EXPECT_EQ(repairedRange(text, {2, 99}, 99), std::nullopt) << "beyond the end of the text";
 }
 
 TEST(TextOffsetsTest, everyLineBreakBecomesOneSpace) {
