@@ -121,7 +121,6 @@ bool JSONReader::read(const simdjson::dom::element& element, Record& record) {
 
 template<class Record>
 bool JSONReader::readText(std::string_view json, Record& record) {
-    json = withoutByteOrderMark(json);
     simdjson::dom::element root;
     if (parse(json).get(root) == simdjson::SUCCESS && read(root, record))
         return true;
@@ -137,7 +136,7 @@ template<class Record>
 [[nodiscard]] Result<Record> readJSON(std::string_view json) {
     JSONReader reader;
     Record record;
-    if (reader.readText(json, record))
+    if (reader.readText(withoutByteOrderMark(json), record))
         return record;
     return reader.error();
 }

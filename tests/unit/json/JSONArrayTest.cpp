@@ -81,6 +81,7 @@ TEST(JSONArray, ReadingEntryByEntryIsReadingTheWhole) {
         }
     }
     EXPECT_GT(readable, 1000U);
+    EXPECT_FALSE(readJSONArray<Item>("[\xEF\xBB\xBF{\"name\":\"a\"}]")) << "a mark is at the start alone";
 }
 
 } // namespace
