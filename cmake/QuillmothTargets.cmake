@@ -25,13 +25,13 @@ target_compile_options(QuillmothOptions INTERFACE -Wall -Wextra -Wpedantic)
 if(QUILLMOTH_WARNINGS_AS_ERRORS)
     target_compile_options(QuillmothOptions INTERFACE -Werror)
 endif()
-if(CMAKE_UNITY_BUILD)
+if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # The compiler takes a source that another one includes for a header, whose unnamed namespaces it warns of.
     target_compile_options(QuillmothOptions INTERFACE -Wno-subobject-linkage)
 endif()
 # "emit" is a function of Signal here.
 target_compile_definitions(QuillmothOptions INTERFACE QT_NO_KEYWORDS)
-if(CCACHE_PROGRAM)
+if(CCACHE_PROGRAM AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     target_compile_options(QuillmothOptions INTERFACE -fpch-preprocess)
 endif()
 # What makes a fault of ours harder to use against the user. packaging/check-hardening looks for it in the program.

@@ -1,27 +1,22 @@
-// Markdown through document, layout, text and hit tests. Whatever goes wrong ends the process: run it under
-// the sanitizers. Inputs come from clang's fuzzer where that is linked, else from GeneratedInputs.cpp.
+// Markdown through document, layout, text and hit tests.
 
-#include "Foundation/FatalError.h"
+#include "Fuzz.h"
 
 #include "DocumentCheck.h"
 
 #include <cstdint>
-#include <string>
-#include <string_view>
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+namespace quillmoth::fuzz {
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    using namespace quillmoth::markdown;
-    const std::string_view text(reinterpret_cast<const char*>(data), size);
+void check(std::string_view input) {
     // The same text gets the same checks.
-    const std::uint64_t seed = std::hash<std::string_view>()(text);
-    std::string fault = faultOfDocument(text, seed);
+    const std::uint64_t seed = std::hash<std::string_view>()(input);
+    std::string fault = markdown::faultOfDocument(input, seed);
     if (fault.empty() && seed % 4 == 0)
-        fault = faultOfLaziness(text, seed);
+        fault = markdown::faultOfLaziness(input, seed);
     if (fault.empty() && seed % 4 == 1)
-        fault = faultOfStream(text, seed);
-    if (!fault.empty())
-        quillmoth::fatalError(fault);
-    return 0;
+        fault = markdown::faultOfStream(input, seed);
+    promise(fault.empty(), fault.c_str());
 }
+
+} // namespace quillmoth::fuzz
