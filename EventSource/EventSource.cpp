@@ -1,6 +1,7 @@
 #include "EventSource/EventSource.h"
 
 #include "Foundation/ASCII.h"
+#include "Foundation/Limits.h"
 
 #include <algorithm>
 #include <string_view>
@@ -12,6 +13,20 @@ namespace {
 
 // The largest that the field takes on all systems: in effect, no limit to the wait for data.
 constexpr double kNoTimeout = 2147483647.0;
+
+constexpr const char* kNoEnd = "The server sent a piece of an answer that does not end.";
+constexpr const char* kTooFast = "The server sends faster than it can be taken in.";
+
+// What an event takes beside its texts, roughly: the work that delivers it, and its place in the queue.
+constexpr std::size_t kEventBytes = 256;
+
+std::size_t sizeOf(const std::optional<std::string>& text) {
+    return text ? text->size() : 0;
+}
+
+std::size_t sizeOf(const Event& event) {
+    return sizeOf(event.id) + sizeOf(event.event) + sizeOf(event.data) + kEventBytes;
+}
 
 /// Sets the header and takes away any of the same name in other letter case.
 void setHeader(EventSourceProtocol::Headers& headers, const std::string& name, const std::string& value) {
@@ -59,6 +74,7 @@ void EventSource::connect(const std::optional<std::string>& lastEventId) {
     {
         const std::lock_guard lock(mutex_);
         eventStreamParser_ = std::make_shared<EventStreamParser>();
+        brokenOff_.reset();
     }
     readyState_ = EventSourceState::connecting;
     urlSession_ =
@@ -106,7 +122,7 @@ std::vector<std::string> EventSource::events() const {
     return names;
 }
 
-void EventSource::didReceiveData(platform::URLSessionDataTask& /*task*/, std::string_view data) {
+void EventSource::didReceiveData(platform::URLSessionDataTask& task, std::string_view data) {
     std::shared_ptr<EventStreamParser> parser;
     {
         const std::lock_guard lock(mutex_);
@@ -116,6 +132,10 @@ void EventSource::didReceiveData(platform::URLSessionDataTask& /*task*/, std::st
         return;
     for (Event& event : parser->append(data))
         receive(std::move(event));
+    if (parser->isOverfull())
+        breakOff(task, kNoEnd);
+    else if (waiting_ > limits::kWaitingEvents)
+        breakOff(task, kTooFast);
 }
 
 void EventSource::didReceiveResponse(platform::URLSessionDataTask& /*task*/,
@@ -136,7 +156,7 @@ void EventSource::didCompleteWithError(platform::URLSessionDataTask& task,
                                        const std::optional<platform::URLError>& error) {
     {
         const std::lock_guard lock(mutex_);
-        taskError_ = error;
+        taskError_ = brokenOff_ ? brokenOff_ : error;
     }
     const auto response = task.response();
     if (response && response->statusCode)
@@ -180,9 +200,8 @@ void EventSource::receive(Event event) {
         // An event named "message" goes to the message callback first.
         if (event.event == "message")
             deliverMessage(event.id, event.data);
-        mainQueue_.async([weak = weak_from_this(), named, event = std::move(event)]() mutable {
-            if (const auto self = weak.lock())
-                (*named)(std::move(event.id), std::move(event.event), std::move(event.data));
+        deliver(sizeOf(event), [named, event = std::move(event)](const EventSource&) mutable {
+            (*named)(std::move(event.id), std::move(event.event), std::move(event.data));
         });
     } else if (!event.event || event.event == "message") {
         deliverMessage(std::move(event.id), std::move(event.data));
@@ -197,13 +216,33 @@ EventSource::listener(const std::string& event) const {
 }
 
 void EventSource::deliverMessage(std::optional<std::string> id, std::optional<std::string> data) {
-    mainQueue_.async([weak = weak_from_this(), id = std::move(id), data = std::move(data)]() mutable {
+    const std::size_t bytes = sizeOf(id) + sizeOf(data) + kEventBytes;
+    deliver(bytes, [id = std::move(id), data = std::move(data)](const EventSource& self) mutable {
+        if (const auto callback = self.onMessageCallback_)
+            (*callback)(std::move(id), "message", std::move(data));
+    });
+}
+
+/// Calls call(*this) on the main thread; until then the bytes count as waiting.
+template<class Call>
+void EventSource::deliver(std::size_t bytes, Call call) {
+    waiting_ += bytes;
+    mainQueue_.async([weak = weak_from_this(), bytes, call = std::move(call)]() mutable {
         const auto self = weak.lock();
         if (!self)
             return;
-        if (const auto callback = self->onMessageCallback_)
-            (*callback)(std::move(id), "message", std::move(data));
+        self->waiting_ -= bytes;
+        call(*self);
     });
+}
+
+void EventSource::breakOff(platform::URLSessionDataTask& task, const char* words) {
+    {
+        const std::lock_guard lock(mutex_);
+        brokenOff_ = {platform::URLError::Code::tooLarge, words};
+        eventStreamParser_.reset();
+    }
+    task.cancel();
 }
 
 void EventSource::complete(std::optional<int> statusCode, std::optional<bool> reconnect,

@@ -46,7 +46,8 @@ public:
     [[nodiscard]] EventSourceState readyState() const override { return readyState_; }
 
     /// Why the latest task ended before its answer was whole; none while it runs, and where it was whole.
-    /// Where a head had arrived, the completion callback gets no error.
+    /// Where a head had arrived, the completion callback gets no error. A stream that goes beyond the limits
+    /// (kStreamBlock, kWaitingEvents) is broken off, with Code::tooLarge.
     [[nodiscard]] std::optional<platform::URLError> taskError() const;
 
     void connect(const std::optional<std::string>& lastEventId = std::nullopt) override;
@@ -80,6 +81,9 @@ private:
     sessionConfiguration(const std::optional<std::string>& lastEventId) const;
     void receive(Event event);
     void deliverMessage(std::optional<std::string> id, std::optional<std::string> data);
+    template<class Call>
+    void deliver(std::size_t bytes, Call call);
+    void breakOff(platform::URLSessionDataTask& task, const char* words);
     [[nodiscard]] Stored<EventCallback> listener(const std::string& event) const;
     void complete(std::optional<int> statusCode, std::optional<bool> reconnect,
                   std::optional<platform::URLError> error);
@@ -92,11 +96,14 @@ private:
 
     std::atomic<EventSourceState> readyState_ = EventSourceState::closed;
     std::atomic<std::int64_t> retryTime_ = kDefaultRetryTime;
+    // Of events on their way to the main thread, in bytes.
+    std::atomic<std::size_t> waiting_ = 0;
 
-    // Guards the four fields that the owner's thread and the delegate queue both touch.
+    // Guards the five fields that the owner's thread and the delegate queue both touch.
     mutable std::mutex mutex_;
     std::optional<std::string> lastEventId_;
     std::optional<platform::URLError> taskError_;
+    std::optional<platform::URLError> brokenOff_;
     std::map<std::string, Stored<EventCallback>> eventListeners_;
     std::shared_ptr<EventStreamParser> eventStreamParser_;
 

@@ -1,5 +1,6 @@
 #include "EventSource/EventStreamParser.h"
 
+#include "Foundation/Limits.h"
 #include "Foundation/Text.h"
 
 #include <algorithm>
@@ -47,11 +48,15 @@ std::size_t findDoubled(std::string_view text, std::string_view newline, std::si
 } // namespace
 
 std::vector<Event> EventStreamParser::append(std::string_view data) {
-    dataBuffer_.append(data);
     std::vector<Event> events;
-    // What was there before holds no delimiter, so one must end in the new bytes.
-    if (!contains(data, '\n') && !contains(data, '\r'))
+    if (isOverfull_)
         return events;
+    dataBuffer_.append(data);
+    // What was there before holds no delimiter, so one must end in the new bytes.
+    if (!contains(data, '\n') && !contains(data, '\r')) {
+        checkSize();
+        return events;
+    }
     std::size_t start = 0;
     for (Cut cut = nextCut(start); cut.position != kNowhere; cut = nextCut(start)) {
         const std::string_view block = std::string_view(dataBuffer_).substr(start, cut.position - start);
@@ -64,7 +69,14 @@ std::vector<Event> EventStreamParser::append(std::string_view data) {
     dataBuffer_.erase(0, start);
     for (std::size_t& offset : searched_)
         offset -= std::min(offset, start);
+    checkSize();
     return events;
+}
+
+void EventStreamParser::checkSize() {
+    isOverfull_ = dataBuffer_.size() > limits::kStreamBlock;
+    if (isOverfull_)
+        dataBuffer_ = std::string();
 }
 
 std::size_t EventStreamParser::findDelimiter(std::size_t index, std::size_t start) {

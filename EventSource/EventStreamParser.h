@@ -22,6 +22,10 @@ public:
     /// Adds a chunk of any size and returns the events that it completes, oldest first.
     std::vector<Event> append(std::string_view data);
 
+    /// True once limits::kStreamBlock bytes have come without the end of a block. They are let go, and
+    /// nothing is taken in any more.
+    [[nodiscard]] bool isOverfull() const { return isOverfull_; }
+
 private:
     /// A block ends where one of them comes twice in a row.
     static constexpr std::array<std::string_view, 3> validNewlineCharacters{"\r\n", "\n", "\r"};
@@ -33,8 +37,10 @@ private:
 
     [[nodiscard]] std::size_t findDelimiter(std::size_t index, std::size_t start);
     [[nodiscard]] Cut nextCut(std::size_t start);
+    void checkSize();
 
     std::string dataBuffer_;
+    bool isOverfull_ = false;
     // For each of the line ends: no doubled one begins in the buffer before this offset.
     std::array<std::size_t, validNewlineCharacters.size()> searched_{};
 };

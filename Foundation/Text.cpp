@@ -107,6 +107,22 @@ std::vector<std::string_view> characters(std::string_view text) {
     return result;
 }
 
+std::string_view prefixOfBytes(std::string_view text, std::size_t size) {
+    constexpr unsigned kContinuationMask = 0xC0;
+    constexpr unsigned kContinuation = 0x80;
+    // A code point has at most three of them; more are ill-formed, and may be cut anywhere.
+    constexpr int kMostContinuations = 3;
+    if (size >= text.size())
+        return text;
+    std::size_t end = size;
+    for (int step = 0; step < kMostContinuations && end > 0; ++step) {
+        if ((static_cast<unsigned char>(text[end]) & kContinuationMask) != kContinuation)
+            break;
+        --end;
+    }
+    return text.substr(0, end);
+}
+
 std::string_view firstCharacter(std::string_view text) {
     // No character in use is longer than this; the bound keeps the cost independent of the text's length.
     constexpr std::size_t kLongest = 256;

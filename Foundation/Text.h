@@ -18,6 +18,9 @@ namespace quillmoth {
 /// `text`.
 [[nodiscard]] std::vector<std::string_view> characters(std::string_view text);
 
+/// The first `size` bytes of `text`, without a code point that would be cut. A view into `text`.
+[[nodiscard]] std::string_view prefixOfBytes(std::string_view text, std::size_t size);
+
 /// The first user-perceived character; empty for empty text. A view into `text`.
 [[nodiscard]] std::string_view firstCharacter(std::string_view text);
 

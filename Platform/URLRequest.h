@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Foundation/Limits.h"
+
 #include <optional>
 #include <string>
 #include <utility>
@@ -18,6 +20,8 @@ struct URLRequest {
     std::string httpMethod = "GET";
     std::vector<std::pair<std::string, std::string>> headers;
     std::optional<std::string> httpBody;
+    /// Of the body of an answer in one piece, in bytes: a longer one ends the task with Code::tooLarge.
+    std::size_t largestAnswer = limits::kWholeAnswer;
 
     /// Adds a header; where one of that name exists the value is appended behind a comma.
     void addValue(const std::string& value, const std::string& field);
@@ -48,6 +52,8 @@ struct URLError {
         tooManyRedirects,
         /// It would have led what is for one server alone to another one, or from https to http.
         redirectRefused,
+        /// More has come than is taken of such an answer.
+        tooLarge,
         unknown
     };
 

@@ -1,6 +1,7 @@
 #include "Platform/Curl/CurlURLSession.h"
 
 #include "Platform/Curl/NetworkThread.h"
+#include "Platform/Curl/URLErrors.h"
 
 #include <utility>
 
@@ -8,23 +9,34 @@ namespace quillmoth::platform {
 
 namespace {
 
-/// Gathers a whole answer for a completion handler.
+/// Gathers a whole answer for a completion handler. A longer one than the request allows is broken off.
 class AnswerCollector final : public URLSessionDelegate {
 public:
-    explicit AnswerCollector(URLSession::CompletionHandler handler) : handler_(std::move(handler)) {}
+    AnswerCollector(const URLRequest& request, URLSession::CompletionHandler handler)
+        : url_(request.url), largest_(request.largestAnswer), handler_(std::move(handler)) {}
 
     void didReceiveResponse(URLSessionDataTask& /*task*/, const URLResponse& /*response*/,
                             const std::function<void(ResponseDisposition)>& completionHandler) override {
         completionHandler(ResponseDisposition::allow);
     }
 
-    void didReceiveData(URLSessionDataTask& /*task*/, std::string_view data) override { data_.append(data); }
+    void didReceiveData(URLSessionDataTask& task, std::string_view data) override {
+        if (data.size() <= largest_ - data_.size()) {
+            data_.append(data);
+            return;
+        }
+        data_ = std::string();
+        tooLarge_ = tooLargeAnswerError(serverOf(url_).value_or(Server()), largest_);
+        task.cancel();
+    }
 
     void didCompleteWithError(URLSessionDataTask& task, const std::optional<URLError>& error) override {
         if (!handler_)
             return;
         const auto handler = std::exchange(handler_, nullptr);
-        if (error)
+        if (tooLarge_)
+            handler(std::nullopt, task.response(), tooLarge_);
+        else if (error)
             handler(std::nullopt, task.response(), error);
         else
             handler(std::move(data_), task.response(), std::nullopt);
@@ -37,8 +49,11 @@ public:
     }
 
 private:
+    const std::string url_;
+    const std::size_t largest_;
     URLSession::CompletionHandler handler_;
     std::string data_;
+    std::optional<URLError> tooLarge_;
 };
 
 } // namespace
@@ -63,7 +78,7 @@ std::shared_ptr<URLSessionDataTask> CurlURLSession::dataTask(const URLRequest& r
 
 std::shared_ptr<URLSessionDataTask> CurlURLSession::dataTask(const URLRequest& request,
                                                              CompletionHandler completionHandler) {
-    return makeTask(request, std::make_shared<AnswerCollector>(std::move(completionHandler)));
+    return makeTask(request, std::make_shared<AnswerCollector>(request, std::move(completionHandler)));
 }
 
 void CurlURLSession::invalidateAndCancel() {

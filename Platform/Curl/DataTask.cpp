@@ -1,5 +1,6 @@
 #include "Platform/Curl/DataTask.h"
 
+#include "Foundation/Limits.h"
 #include "Platform/Curl/NetworkThread.h"
 
 #include <utility>
@@ -7,9 +8,6 @@
 namespace quillmoth::platform {
 
 namespace {
-
-// Above this the network waits for the delegate.
-constexpr std::size_t kMostBytesWaiting = std::size_t{1} << 20;
 
 URLError cancelledError() {
     return {URLError::Code::cancelled, "The request was cancelled."};
@@ -75,7 +73,7 @@ bool DataTask::receiveData(std::string_view data) {
     const std::lock_guard lock(mutex_);
     if (finished_)
         return true;
-    if (mail_.data.size() >= kMostBytesWaiting) {
+    if (mail_.data.size() >= limits::kWaitingData) {
         networkWaits_ = true;
         return false;
     }

@@ -1,5 +1,6 @@
 #include "Platform/Curl/Transfer.h"
 
+#include "Foundation/Limits.h"
 #include "Foundation/URL.h"
 #include "Platform/Curl/Redirect.h"
 #include "Platform/Curl/URLErrors.h"
@@ -11,9 +12,7 @@ namespace quillmoth::platform {
 
 namespace {
 
-constexpr int kMostRedirects = 20;
-// A redirect's body beyond these costs more than a new connection.
-constexpr std::size_t kMostBytesDrained = std::size_t{64} << 10;
+// Reading a redirect's body beyond this costs more than a new connection.
 constexpr std::chrono::milliseconds kLongestDrain(250);
 // Limits above this many seconds, 31 years, are no limits, and would overflow the clock.
 constexpr double kNoLimit = 1e9;
@@ -128,6 +127,8 @@ void Transfer::begin(URLRequest request) {
     paused_ = false;
     ended_ = false;
     drained_ = 0;
+    headLines_ = 0;
+    headBytes_ = 0;
     lastHeard_ = Clock::now();
     easy_.emplace(curl_, request_, task_->configuration());
     easy_->setCallbacks(headerCallback, bodyCallback, this);
@@ -146,6 +147,11 @@ void Transfer::detach() {
 /// False to break the exchange off.
 bool Transfer::receiveHeaderLine(std::string_view line) {
     lastHeard_ = Clock::now();
+    headBytes_ += line.size();
+    if (++headLines_ > limits::kHeaderLines || headBytes_ > limits::kHeaders) {
+        failure_ = tooManyHeadersError(server_);
+        return false;
+    }
     if (!head_.addLine(line))
         return true;
     const auto location = head_.header("Location");
@@ -159,7 +165,7 @@ bool Transfer::receiveHeaderLine(std::string_view line) {
 bool Transfer::receiveRedirect(const std::string& location) {
     const auto url = resolveURL(location, request_.url, URL::kAnything);
     const auto target = url ? serverOf(*url) : std::nullopt;
-    if (!target || redirects_ >= kMostRedirects) {
+    if (!target || redirects_ >= limits::kRedirects) {
         failure_ = target ? tooManyRedirectsError(server_) : badRedirectError(server_);
         return false;
     }
@@ -180,7 +186,7 @@ std::size_t Transfer::receiveBody(std::string_view data) {
     lastHeard_ = Clock::now();
     if (phase_ == Phase::leaving) {
         drained_ += data.size();
-        return drained_ <= kMostBytesDrained ? data.size() : 0;
+        return drained_ <= limits::kRedirectBody ? data.size() : 0;
     }
     if (phase_ == Phase::asking || !task_->receiveData(data)) {
         paused_ = true;

@@ -82,6 +82,9 @@ private:
     std::optional<URLRequest> next_;
     int redirects_ = 0;
     std::size_t drained_ = 0;
+    // Of this exchange, interim answers and trailers included.
+    std::size_t headLines_ = 0;
+    std::size_t headBytes_ = 0;
     Clock::time_point started_ = Clock::now();
     Clock::time_point lastHeard_ = started_;
     Clock::time_point leaveBy_;

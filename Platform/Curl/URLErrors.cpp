@@ -1,5 +1,7 @@
 #include "Platform/Curl/URLErrors.h"
 
+#include "Foundation/Limits.h"
+
 #include <algorithm>
 #include <array>
 
@@ -88,6 +90,17 @@ URLError timeoutError(const Server& server) {
 URLError tooManyRedirectsError(const Server& server) {
     return {Code::tooManyRedirects,
             "The server " + server.name() + " redirected the request too many times."};
+}
+
+URLError tooLargeAnswerError(const Server& server, std::size_t largest) {
+    return {Code::tooLarge, "The server " + server.name() + " sent more than " +
+                                std::to_string(largest / limits::kKilobyte) +
+                                " KB, which is more than such an answer may have. It was broken off."};
+}
+
+URLError tooManyHeadersError(const Server& server) {
+    return {Code::tooLarge,
+            "The server " + server.name() + " sent headers without end. The answer was broken off."};
 }
 
 URLError badAddressError() {

@@ -5,6 +5,7 @@
 
 #include <curl/curl.h>
 
+#include <cstddef>
 #include <string>
 
 namespace quillmoth::platform {
@@ -15,6 +16,9 @@ namespace quillmoth::platform {
 [[nodiscard]] URLError certificateError(const Server& server, long fault);
 [[nodiscard]] URLError timeoutError(const Server& server);
 [[nodiscard]] URLError tooManyRedirectsError(const Server& server);
+/// For a body of more than `largest` bytes.
+[[nodiscard]] URLError tooLargeAnswerError(const Server& server, std::size_t largest);
+[[nodiscard]] URLError tooManyHeadersError(const Server& server);
 [[nodiscard]] URLError badAddressError();
 [[nodiscard]] URLError badRedirectError(const Server& server);
 /// For a redirect that leads from one server to another with what is for the first alone.

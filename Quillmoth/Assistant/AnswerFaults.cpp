@@ -1,5 +1,6 @@
 #include "Quillmoth/Assistant/AnswerFaults.h"
 
+#include "Foundation/Limits.h"
 #include "Foundation/URL.h"
 
 namespace quillmoth {
@@ -57,6 +58,11 @@ std::string statusFault(std::optional<int> statusCode) {
 
 std::string cutShortFault(const platform::URLError& lost) {
     return lost.localizedDescription + kCutShort;
+}
+
+std::string tooLongFault() {
+    return "The answer is longer than " + std::to_string(limits::kAnswer / limits::kMegabyte) +
+           " MB. What has come up to there is kept; the rest was not fetched.";
 }
 
 std::string noTextFault(const std::string& url, const std::optional<platform::URLError>& lost,

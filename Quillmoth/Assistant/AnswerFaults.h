@@ -14,6 +14,9 @@ namespace quillmoth {
 /// For an answer that has lost its connection before its end.
 [[nodiscard]] std::string cutShortFault(const platform::URLError& lost);
 
+/// For an answer that was cut at limits::kAnswer.
+[[nodiscard]] std::string tooLongFault();
+
 /// For an answer from `url` with no text in it, where the connection was `lost`, or some record of a chat
 /// service has come, or neither.
 [[nodiscard]] std::string noTextFault(const std::string& url, const std::optional<platform::URLError>& lost,

@@ -1,7 +1,9 @@
 #include "Quillmoth/Assistant/AnswerStream.h"
 
 #include "Foundation/FatalError.h"
+#include "Foundation/Limits.h"
 #include "Foundation/Log.h"
+#include "Foundation/Text.h"
 #include "Platform/MainQueue.h"
 #include "Quillmoth/Assistant/AnswerFaults.h"
 #include "Quillmoth/Assistant/DataModel.h"
@@ -46,6 +48,11 @@ struct AnswerStream::Answer {
     bool hasToldOfEmptiness = false;
     /// The service has said that this was all of it.
     bool isClosed = false;
+    /// Of its text so far, in bytes.
+    std::size_t length = 0;
+    /// It was cut.
+    bool isTooLong = false;
+    std::weak_ptr<EventSource> source = {};
 };
 
 void AnswerStream::send(std::string text) {
@@ -114,7 +121,7 @@ void AnswerStream::connect(StreamRequest streamRequest, std::optional<std::strin
         EventSource::create(platform_.mainQueue, platform_.urlSessions, platform_.operationQueues,
                             std::move(streamRequest.request), std::move(streamRequest.headers));
     model_._eventSource = source;
-    const auto answer = std::make_shared<Answer>(Answer{.sentText = std::move(sentText)});
+    const auto answer = std::make_shared<Answer>(Answer{.sentText = std::move(sentText), .source = source});
     const std::weak_ptr<DataModel> weak = model_.weak_from_this();
     source->onOpen([this, weak, answer] {
         if (const auto model = weak.lock())
@@ -178,7 +185,21 @@ void AnswerStream::decodeStreamChunk(const std::optional<std::string>& data,
         });
 }
 
-void AnswerStream::deliver(Answer& answer, const std::string& content) {
+/// Takes what still fits; behind that nothing more is fetched.
+std::string_view AnswerStream::withinLimit(Answer& answer, std::string_view content) {
+    if (answer.isTooLong)
+        return {};
+    const std::string_view taken = prefixOfBytes(content, limits::kAnswer - answer.length);
+    answer.length += taken.size();
+    answer.isTooLong = taken.size() < content.size();
+    const auto source = answer.source.lock();
+    if (answer.isTooLong && source)
+        source->disconnect();
+    return taken;
+}
+
+void AnswerStream::deliver(Answer& answer, std::string_view whole) {
+    const std::string_view content = withinLimit(answer, whole);
     answer.hasText = answer.hasText || !content.empty();
     const auto growResponse = [&] {
         model_._responseValue.grow([&](std::string& response) { response += content; });
@@ -237,7 +258,9 @@ void AnswerStream::classifyStatus(std::optional<int> statusCode, bool archives) 
 /// A 200 promises an answer. What is missing of it is told.
 void AnswerStream::checkAnswer(const Answer& answer, const EventSource& source) {
     const auto lost = source.taskError();
-    if (!answer.hasText) {
+    if (answer.isTooLong) {
+        model_._error = tooLongFault();
+    } else if (!answer.hasText) {
         giveTextBack(answer.sentText);
         model_._error = noTextFault(source.request().url, lost, answer.hasRecord);
     } else if (lost && !answer.isClosed) {

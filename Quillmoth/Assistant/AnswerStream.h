@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace quillmoth {
@@ -40,7 +41,8 @@ private:
     void connect(StreamRequest streamRequest, std::optional<std::string> sentText);
     void opened(const std::shared_ptr<Answer>& answer);
     void decodeStreamChunk(const std::optional<std::string>& data, const std::shared_ptr<Answer>& answer);
-    void deliver(Answer& answer, const std::string& content);
+    [[nodiscard]] std::string_view withinLimit(Answer& answer, std::string_view content);
+    void deliver(Answer& answer, std::string_view whole);
     void completed(const Answer& answer, const EventSource& source, std::optional<int> statusCode,
                    const std::optional<platform::URLError>& error);
     void classifyStatus(std::optional<int> statusCode, bool archives);

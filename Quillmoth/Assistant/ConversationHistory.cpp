@@ -50,13 +50,14 @@ struct Closed {
 /// On a queue of the session's: touches the model on the main queue only.
 void summaryArrived(platform::MainQueue& mainQueue, Closed closed, const std::optional<std::string>& data,
                     const std::optional<platform::URLError>& error) {
-    if (error) {
+    const bool isTooLarge = error && error->code == platform::URLError::Code::tooLarge;
+    if (error && !isTooLarge) {
         logLine(error->localizedDescription);
         return;
     }
-    if (!data)
+    if (!data && !isTooLarge)
         return;
-    auto response = readChatResponse(*data);
+    auto response = isTooLarge ? Error{error->localizedDescription} : readChatResponse(*data);
     if (!response || response->choices.empty()) {
         logLine(response ? "ignoring an answer with the topic that has no choice"
                          : "Unexpected saving error: " + response.error().description);

@@ -1,5 +1,6 @@
 #include "Quillmoth/Chat/ChatRequests.h"
 
+#include "Foundation/Limits.h"
 #include "Foundation/Text.h"
 #include "Platform/UserDefaults.h"
 
@@ -75,6 +76,7 @@ Result<void> sendChatRequest(const std::vector<ChatMessage>& messages, const std
     if (!route->key.empty())
         request.addValue(bearer(route->key), "Authorization");
     complete(request, model, messages, false);
+    request.largestAnswer = limits::kTopicAnswer;
     session.dataTask(request, std::move(completion))->resume();
     return {};
 }

@@ -39,8 +39,9 @@ struct StreamRequest {
                                               const std::vector<ChatMessage>& messages,
                                               const platform::UserDefaults& userDefaults);
 
-/// Sends a request for an answer in one piece, and returns at once. `completion` is called once, on a queue
-/// of the session's. Fails where chatRoute() does; nothing is sent then, and `completion` is not called.
+/// Sends a request for a short answer in one piece (limits::kTopicAnswer), and returns at once. `completion`
+/// is called once, on a queue of the session's. Fails where chatRoute() does; nothing is sent then, and
+/// `completion` is not called.
 [[nodiscard]] Result<void> sendChatRequest(const std::vector<ChatMessage>& messages, const std::string& model,
                                            platform::URLSession& session,
                                            const platform::UserDefaults& userDefaults,

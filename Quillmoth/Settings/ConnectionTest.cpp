@@ -1,6 +1,7 @@
 #include "Quillmoth/Settings/ConnectionTest.h"
 
 #include "Foundation/JSONReader.h"
+#include "Foundation/Limits.h"
 #include "Platform/MainQueue.h"
 #include "Platform/UserDefaults.h"
 #include "Quillmoth/Chat/ChatRoute.h"
@@ -69,6 +70,9 @@ ConnectionTest::Answer connectionAnswer(const std::string& server, const std::st
                                         const std::optional<std::string>& data,
                                         const std::optional<platform::URLResponse>& response,
                                         const std::optional<platform::URLError>& error) {
+    if (error && error->code == platform::URLError::Code::tooLarge)
+        return {.text =
+                    "The list of models of " + server + " could not be read: " + error->localizedDescription};
     if (error || !response || !response->statusCode)
         return {.text = "Could not connect to " + server + ": " +
                         (error ? error->localizedDescription : "there was no answer.")};
@@ -112,6 +116,7 @@ void ConnectionTest::start(Completion completion) {
     platform::URLRequest request;
     request.url = server + "/v1/models";
     request.timeoutInterval = kAnswerSeconds;
+    request.largestAnswer = limits::kModelList;
     if (!key.empty())
         request.addValue("Bearer " + key, "Authorization");
     task_ = platform_.urlSessions.sharedSession()->dataTask(

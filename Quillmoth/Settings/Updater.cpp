@@ -1,6 +1,7 @@
 #include "Quillmoth/Settings/Updater.h"
 
 #include "Foundation/JSONReader.h"
+#include "Foundation/Limits.h"
 #include "Platform/Bundle.h"
 #include "Platform/MainQueue.h"
 #include "Platform/URLSession.h"
@@ -164,6 +165,7 @@ void Updater::check(std::function<void(const UpdateOutcome&)> finished) {
     platform::URLRequest request;
     request.url = address();
     request.timeoutInterval = kFeedSeconds;
+    request.largestAnswer = limits::kFeed;
     request.addValue("application/json", "Accept");
     refresh();
     auto completion = [mainQueue = &platform_.mainQueue, weak = std::weak_ptr(self_),

@@ -1,4 +1,5 @@
 #include "Foundation/ASCII.h"
+#include "Foundation/Limits.h"
 #include "tests/integration/ScopedVariable.h"
 #include "tests/integration/network/NetworkTest.h"
 
@@ -182,6 +183,39 @@ TEST_F(URLSessionTest, LetsTheServerWaitForASlowDelegateAndLosesNothing) {
     recorder->done.wait();
     EXPECT_FALSE(recorder->error);
     EXPECT_TRUE(recorder->body == large);
+}
+
+TEST_F(URLSessionTest, EndsAnAnswerThatIsLargerThanItMayBe) {
+    const auto answerOf = [](std::size_t headers, std::size_t headerBytes, std::size_t body) {
+        ScriptedAnswer answer{.steps = {Send{std::string(body, 'x')}, WaitForClient{}}};
+        for (std::size_t count = 0; count < headers; ++count)
+            answer.headers.emplace_back("X-" + std::to_string(count), std::string(headerBytes, 'y'));
+        return answer;
+    };
+    constexpr std::size_t kLargest = 4000;
+    const std::tuple<const char*, ScriptedAnswer, const char*> rows[] = {
+        {"/body", answerOf(1, 1, kLargest + 1), "sent more than 3 KB"},
+        {"/headers", answerOf(limits::kHeaderLines + 1, 1, 1), "sent headers without end"},
+        {"/large-headers", answerOf(3, limits::kHeaders / 3, 1), "sent headers without end"},
+        // That line is the library's to refuse.
+        {"/line", answerOf(1, 4 * limits::kHeaders, 1), "failed"},
+    };
+    int ended = 0;
+    for (const auto& [path, answer, words] : rows) {
+        server.answer(path, answer);
+        auto request = postRequest(server.url(path));
+        request.largestAnswer = kLargest;
+        const Answer given = fetch(request);
+        EXPECT_NE(given.error.value_or(platform::URLError()).localizedDescription.find(words),
+                  std::string::npos)
+            << path << ": " << given.error.value_or(platform::URLError()).localizedDescription;
+        EXPECT_FALSE(given.data);
+        EXPECT_TRUE(server.waitForEndedConnections(++ended)) << path;
+    }
+    server.answer("/fits", jsonAnswer(200, std::string(kLargest, 'x')));
+    auto request = postRequest(server.url("/fits"));
+    request.largestAnswer = kLargest;
+    EXPECT_EQ(fetch(request).data.value_or("").size(), kLargest);
 }
 
 TEST_F(URLSessionTest, CompletesEachCancelledTaskOnceWhateverItsState) {

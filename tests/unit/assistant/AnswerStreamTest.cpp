@@ -1,3 +1,4 @@
+#include "Foundation/Limits.h"
 #include "tests/unit/assistant/AssistantFixture.h"
 
 namespace quillmoth {
@@ -224,6 +225,33 @@ TEST_F(AnswerStreamTest, a_cancelled_stream_keeps_what_has_come_and_its_completi
     serveData(200, piece("2"));
     EXPECT_EQ(shown(), "2||");
     EXPECT_EQ(model->_messages->back().content, "2");
+}
+
+TEST_F(AnswerStreamTest, an_answer_without_end_is_cut_at_a_character_and_its_request_ended) {
+    // Of three bytes each, so that the limit is in the midst of one.
+    std::string part;
+    while (part.size() < limits::kMegabyte)
+        part += "€";
+    for (const bool isRegenerated : {false, true}) {
+        if (isRegenerated)
+            model->regenerate();
+        else
+            ask("hi");
+        begin("x");
+        auto& task = stream();
+        int sent = 0;
+        for (; !task.isCancelled() && sent < 10; ++sent)
+            deliver(piece(part));
+        EXPECT_EQ(sent, 4);
+        platform.runUntilIdle();
+        const std::string& answer = model->_messages->back().content;
+        EXPECT_LE(answer.size(), limits::kAnswer);
+        EXPECT_GT(answer.size(), limits::kAnswer - 3);
+        EXPECT_TRUE(answer.ends_with("€"));
+        EXPECT_EQ(*model->_responseValue, answer);
+        EXPECT_TRUE(model->_error->starts_with("The answer is longer than 4 MB.")) << *model->_error;
+        EXPECT_FALSE(model->_isLoading);
+    }
 }
 
 TEST_F(AnswerStreamTest, a_regeneration_that_cannot_connect_gives_no_text_back) {

@@ -1,3 +1,4 @@
+#include "Foundation/Limits.h"
 #include "tests/unit/assistant/AssistantFixture.h"
 
 namespace quillmoth {
@@ -83,6 +84,15 @@ TEST_F(ConversationHistoryTest, an_answer_that_is_no_record_gives_a_topic_with_t
             return line.starts_with("Unexpected saving error: ");
         }));
     }
+}
+
+TEST_F(ConversationHistoryTest, an_answer_that_is_too_long_for_a_topic_gives_one_with_the_date) {
+    converse("one", "1");
+    model->dismissStep();
+    EXPECT_EQ(summary().request().largestAnswer, limits::kTopicAnswer);
+    summary().answer(std::nullopt, std::nullopt, platform::URLError{platform::URLError::Code::tooLarge, "!"});
+    platform.runUntilIdle();
+    EXPECT_EQ(topics(), Texts{"😀 Chat: 2023-11-14 22:13"});
 }
 
 TEST_F(ConversationHistoryTest, without_an_answer_nothing_is_stored) {

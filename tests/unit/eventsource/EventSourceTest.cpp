@@ -1,5 +1,6 @@
 #include "EventSource/EventSource.h"
 
+#include "Foundation/Limits.h"
 #include "Platform/Fake/FakeMainQueue.h"
 #include "Platform/Fake/FakeOperationQueues.h"
 #include "Platform/Fake/FakeURLSessions.h"
@@ -236,6 +237,48 @@ TEST_F(EventSourceTest, FeedsBothConnectionsOfADoubleConnectToTheSecondParser) {
     first.deliverData("data: a");
     task().deliverData("\n\n");
     EXPECT_EQ(taken(), (Strings{"open", "message - message a"}));
+}
+
+TEST_F(EventSourceTest, BreaksOffWhatDoesNotEndAndKeepsWhatHasCome) {
+    const auto source = openSource();
+    task().deliverData("data: a\n\ndata: ");
+    const std::string chunk(limits::kMegabyte, 'x');
+    for (std::size_t sent = 0; sent < limits::kStreamBlock - chunk.size(); sent += chunk.size())
+        task().deliverData(chunk);
+    EXPECT_FALSE(task().isCancelled());
+    task().deliverData(chunk);
+    EXPECT_TRUE(task().isCancelled());
+    EXPECT_EQ(taken(), (Strings{"message - message a", "complete 200 no -"}));
+    EXPECT_EQ(source->taskError().value_or(platform::URLError()).code, platform::URLError::Code::tooLarge);
+    source->connect();
+    task().deliverStatus(200);
+    task().deliverData("data: b\n\n");
+    EXPECT_EQ(taken(), (Strings{"open", "message - message b"})) << "the next stream begins anew";
+    task().complete();
+    EXPECT_FALSE(source->taskError());
+}
+
+TEST_F(EventSourceTest, BreaksOffWhatComesFasterThanTheMainThreadTakesIt) {
+    const auto source = openSource();
+    std::size_t count = 0;
+    source->onMessage([&](const Text&, const Text&, const Text&) { ++count; });
+    const std::string events = "data: " + std::string(limits::kMegabyte, 'x') + "\n\n";
+    constexpr std::size_t kMostRounds = limits::kWaitingEvents / limits::kMegabyte + 10;
+    const auto deliverAll = [&](bool takesThem) {
+        std::size_t rounds = 0;
+        for (; rounds < kMostRounds && !task().isCancelled(); ++rounds) {
+            task().deliverData(events);
+            if (takesThem)
+                queue.runUntilIdle();
+        }
+        return rounds;
+    };
+    EXPECT_EQ(deliverAll(true), kMostRounds);
+    EXPECT_LT(deliverAll(false), kMostRounds);
+    EXPECT_EQ(source->taskError().value_or(platform::URLError()).code, platform::URLError::Code::tooLarge);
+    const std::size_t before = count;
+    queue.runUntilIdle();
+    EXPECT_GT(count, before);
 }
 
 TEST_F(EventSourceTest, DropsCallbacksThatAreDueWhenItHasGone) {

@@ -1,3 +1,4 @@
+#include "Foundation/Limits.h"
 #include "Quillmoth/Settings/ConnectionTest.h"
 #include "Quillmoth/Settings/Updater.h"
 #include "tests/unit/PlatformFixture.h"
@@ -142,6 +143,29 @@ TEST_F(SettingsServices, AConnectionTestSaysWhatHappenedAndNeverTheKey) {
         EXPECT_EQ(answer->text.find("secret"), std::string::npos);
         EXPECT_EQ(answer->isGood, &one == &cases[0]);
     }
+}
+
+TEST_F(SettingsServices, AnAnswerThatIsTooLongIsToldForWhatItWas) {
+    const platform::URLError tooLarge{platform::URLError::Code::tooLarge, "It was too much."};
+    platform.userDefaults.set("openAIBaseURL", std::string("http://localhost:1"));
+    std::string text;
+    ConnectionTest test(platform.platform());
+    test.start([&](const ConnectionTest::Answer& given) { text = given.text; });
+    EXPECT_EQ(task().request().largestAnswer, limits::kModelList);
+    task().answer(std::nullopt, std::nullopt, tooLarge);
+    platform.runUntilIdle();
+    EXPECT_EQ(text, "The list of models of http://localhost:1 could not be read: It was too much.");
+
+    platform.userDefaults.set("updateFeedURL", std::string("http://localhost:1/feed"));
+    Updater updater(platform.platform());
+    updater.onOutcome = [&](const UpdateOutcome& outcome) {
+        text = std::get<UpdateCheckFailed>(outcome).description;
+    };
+    updater.checkForUpdates();
+    EXPECT_EQ(task().request().largestAnswer, limits::kFeed);
+    task().answer(std::nullopt, std::nullopt, tooLarge);
+    platform.runUntilIdle();
+    EXPECT_EQ(text, "It was too much.");
 }
 
 TEST_F(SettingsServices, WhereNothingMayBeSentTheConnectionTestSaysSoAndSendsNothing) {
