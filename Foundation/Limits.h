@@ -48,7 +48,7 @@ inline constexpr std::size_t kMarkdown = 1 * kMegabyte;
 /// The steps of the parser's searches, estimated, of which some 10^9 take a second: as many are made off the
 /// main thread, and on it.
 inline constexpr std::uint64_t kParseSteps = 2'500'000'000;
-inline constexpr std::uint64_t kParseStepsAtOnce = 50'000'000;
+inline constexpr std::uint64_t kParseStepsAtOnce = 100'000'000;
 /// The cells that the parser may fill up short rows of tables with, of 0.9 µs and 300 bytes each.
 inline constexpr std::uint64_t kTableCells = 100'000;
 

@@ -3,10 +3,10 @@
 namespace quillmoth::markdown {
 
 DocumentContent::DocumentContent(TextEngine& engine, ImageSource& images,
-                                 const CodeSyntaxHighlighter* highlighter, std::string_view markdown)
+                                 const CodeSyntaxHighlighter* highlighter, MarkdownContent content)
     : layout_(engine, images, Theme::basic()) {
     layout_.setCodeSyntaxHighlighter(highlighter);
-    setMarkdown(markdown);
+    setContent(std::move(content));
 }
 
 void DocumentContent::setOptions(const ItemOptions& options) {

@@ -2,13 +2,15 @@
 
 #include "MarkdownUI/Qt/ItemContent.h"
 
+#include <utility>
+
 namespace quillmoth::markdown {
 
 /// A Markdown document as the content of an item.
 class DocumentContent : public ItemContent {
 public:
     DocumentContent(TextEngine& engine, ImageSource& images, const CodeSyntaxHighlighter* highlighter,
-                    std::string_view markdown);
+                    MarkdownContent content);
 
     void setOptions(const ItemOptions& options) override;
 
@@ -58,7 +60,7 @@ public:
 
     [[nodiscard]] bool hasBlocks() const override { return true; }
 
-    void setMarkdown(std::string_view markdown) { layout_.setContent(MarkdownContent(markdown)); }
+    void setContent(MarkdownContent content) { layout_.setContent(std::move(content)); }
 
     [[nodiscard]] DocumentLayout* document() override { return &layout_; }
 

@@ -27,6 +27,8 @@ public:
     /// In the plain form this costs the same however long the text is, as Markdown as much as setting it.
     void append(std::string_view piece);
     /// Shows the same text otherwise. What was parsed and laid out of either form is kept for its return.
+    /// What is long to parse is shown plain until it is parsed, and as long as something is selected in it;
+    /// what is too much to parse (ParsePlan::never) is shown plain, which the log tells.
     void setForm(TextForm form);
 
     [[nodiscard]] const std::string& text() const { return text_; }
@@ -59,6 +61,11 @@ protected:
     virtual void contentChanged();
     /// The document that was kept is about to go.
     virtual void documentGoes() = 0;
+    /// True where the plain form may not give way to the parsed one now.
+    [[nodiscard]] virtual bool isHeld() const = 0;
+
+    /// The parsed form takes the plain one's place, where it has been waiting for that.
+    void showParsed();
 
     [[nodiscard]] MarkdownServices& services() { return services_; }
 
@@ -72,7 +79,11 @@ protected:
 
 private:
     [[nodiscard]] ItemContent& contentOf(TextForm form);
+    [[nodiscard]] bool hasDocument();
+    void makeDocument(MarkdownContent content);
+    void parseLater();
     void forgetDocument();
+    void forgetParse();
     void applyOptions();
 
     MarkdownServices& services_;
@@ -82,6 +93,7 @@ private:
     TextForm form_ = TextForm::plain;
     std::unique_ptr<class PlainContent> plain_;       ///< of `text_`; null until it is shown so
     std::unique_ptr<class DocumentContent> document_; ///< likewise
+    std::shared_ptr<struct PendingParse> parse_;      ///< of `text_`, on its way
     ItemContent* content_ = nullptr;                  ///< the one that is shown
 };
 

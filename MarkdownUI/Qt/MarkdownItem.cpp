@@ -122,6 +122,7 @@ void MarkdownItem::mouseRelease(const QPointF& point) {
     const QString link = std::exchange(pressedLink_, {});
     if (!link.isEmpty() && !hasSelection() && link == linkAt(point))
         host().openLink(link);
+    showParsed();
 }
 
 void MarkdownItem::leave() {

@@ -90,6 +90,9 @@ public:
 private:
     void contentChanged() override;
     void documentGoes() override;
+
+    [[nodiscard]] bool isHeld() const override { return isSelecting_ || hasSelection(); }
+
     void imagesChanged();
     void updateLink(const QPointF& point);
     [[nodiscard]] const PartInfo* linkPartAt(Point point);

@@ -97,6 +97,7 @@ bool MarkdownItem::moveByKey(const QKeyEvent& event) {
             selection_.extend(content(), candidate.move);
             hasCaret_ = true;
             host().itemChanged({});
+            showParsed();
             return true;
         }
     }
@@ -218,6 +219,7 @@ void MarkdownItem::clearSelection() {
     if (hasSelection()) {
         selection_.clear();
         host().itemChanged({});
+        showParsed();
     }
 }
 

@@ -6,9 +6,13 @@
 #include "MarkdownUI/Qt/QtTextEngine.h"
 #include "MarkdownUI/Style/CodeSyntaxHighlighter.h"
 
+#include <functional>
 #include <utility>
 
 namespace quillmoth::markdown {
+
+/// Runs `work` off the main thread, one after the other, and then `finished` on the main thread.
+using BackgroundWork = std::function<void(std::function<void()> work, std::function<void()> finished)>;
 
 /// What the documents of one window share. Outlives them. Main thread.
 struct MarkdownServices {
@@ -28,6 +32,8 @@ struct MarkdownServices {
     DefaultImageLoader images;
     const CodeSyntaxHighlighter* highlighter;
     DisplayListPainter painter;
+    /// Where long texts are parsed; without it, all are parsed at once.
+    BackgroundWork background;
 };
 
 } // namespace quillmoth::markdown

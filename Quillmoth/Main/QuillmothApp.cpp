@@ -32,6 +32,17 @@ markdown::ImageDownload imageLoader(DesktopServices& services) {
     };
 }
 
+/// A thread for what is long to parse.
+markdown::BackgroundWork parser(DesktopServices& services) {
+    return [queue = services.operationQueues.makeSerialQueue(),
+            &mainQueue = services.mainQueue](std::function<void()> work, std::function<void()> finished) {
+        queue->addOperation([work = std::move(work), finished = std::move(finished), &mainQueue] {
+            work();
+            mainQueue.async(finished);
+        });
+    };
+}
+
 } // namespace
 
 QuillmothApp::QuillmothApp()
@@ -59,6 +70,7 @@ QuillmothApp::QuillmothApp()
                                      return platform::programsToRestart(display.toStdString());
                                  }},
            .virtualKeyCode = [this](std::uint32_t scanCode) { return services_.virtualKeyCode(scanCode); }}) {
+    markdown_.background = parser(services_);
     services_.application.setSettingsHandler([this] { windows_.showSettings(); });
     services_.workspace.setOwnURLHandler([this](const std::vector<std::string>& urls) { openURLs(urls); });
     services_.statusItems.setMenuStyle([this](QMenu& menu) { windows_.styleTrayMenu(menu); });

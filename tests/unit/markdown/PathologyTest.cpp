@@ -1,3 +1,5 @@
+#include "Foundation/Text.h"
+#include "MarkdownUI/Document/ParsePlan.h"
 #include "MarkdownUI/Layout/DocumentLayout.h"
 #include "MarkdownUI/Layout/SchemeImages.h"
 
@@ -74,6 +76,47 @@ TEST(Pathology, work_grows_with_the_text_and_not_faster) {
         const double growth = static_cast<double>(c.large.size()) / static_cast<double>(c.small.size());
         EXPECT_LT(large, growth * 1.3 * small + 1000) << c.name;
     }
+}
+
+/// Each of these makes the parser take seconds for 256 KB, or fill all memory.
+TEST(Pathology, what_the_parser_takes_minutes_for_is_not_parsed_and_usual_texts_are) {
+    constexpr int kBytes = 256 * 1024;
+    const auto filled = [](std::string_view piece) {
+        return repeated(piece, kBytes / static_cast<int>(piece.size()));
+    };
+    const std::string prose = "A paragraph with [a link](https://example.org/a), `code` and <b>more</b>.\n\n";
+    const std::string shortRows = wideTable(800) + repeated("a\n", 8000);
+    const std::string lazyLines = repeated(">", 4000) + "x\n" + repeated("a\n", 100'000);
+
+    struct Case {
+        const char* name;
+        std::string text;
+        ParsePlan plan;
+    };
+
+    const std::vector<Case> cases{
+        {"images", filled("![[]()"), ParsePlan::never},
+        {"instructions", "a " + filled("<?"), ParsePlan::never},
+        {"declarations", "a " + filled("<!A "), ParsePlan::never},
+        {"character data", "a " + filled("<![CDATA["), ParsePlan::never},
+        {"addresses", filled("a@b."), ParsePlan::never},
+        {"short rows", shortRows, ParsePlan::never},
+        {"short rows, other line ends", replacingAll(shortRows, "\n", "\r"), ParsePlan::never},
+        {"short rows, fewer", wideTable(400) + repeated("a\n", 1000), ParsePlan::never},
+        {"lazy lines", lazyLines, ParsePlan::never},
+        {"images, few", repeated("![[]()", 4000), ParsePlan::later},
+        {"too long", repeated(prose, 4 * kBytes / 60), ParsePlan::never},
+        {"long prose", filled(prose), ParsePlan::later},
+        {"a long list", filled("- [a](https://b) [c](https://d)\n"), ParsePlan::later},
+        {"long code", "```\n" + filled("if (a[i] < b) { return a[i]; }\n\nint b;\n") + "```\n",
+         ParsePlan::later},
+        {"a long table", wideTable(10) + repeated("|a|b|c|d|e|f|g|h|i|j|\n", 5000), ParsePlan::later},
+        {"prose", repeated(prose, 500), ParsePlan::atOnce},
+        {"code", "```\n" + repeated("if (a[i] < b) { return a[i]; }\n", 500) + "```\n", ParsePlan::atOnce},
+        {"nothing", "", ParsePlan::atOnce},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(static_cast<int>(parsePlanOf(c.text)), static_cast<int>(c.plan)) << c.name;
 }
 
 TEST(Pathology, what_is_nested_too_deep_keeps_its_text) {
