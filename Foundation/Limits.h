@@ -59,7 +59,7 @@ inline constexpr std::size_t kSelection = 1 * kMegabyte;
 /// One form of what is on the clipboard, where pictures are large.
 inline constexpr std::size_t kClipboardForm = 256 * kMegabyte;
 /// The pairs of one request for several forms at once; known programs ask for less than 10.
-inline constexpr std::uint32_t kClipboardPairs = 1024;
+inline constexpr std::uint32_t kClipboardPairs = 512;
 /// The stretches of text selected in one element; nobody selects as many by hand.
 inline constexpr std::int64_t kSelectedStretches = 256;
 /// The paragraphs next to each other in which a selection is looked for.
@@ -78,7 +78,7 @@ inline constexpr std::int64_t kFile = 512 * std::int64_t{kMegabyte};
 inline constexpr int kDefaultsDepth = 64;
 /// A link of the program's own.
 inline constexpr std::size_t kLink = 64 * kKilobyte;
-/// The presets from links that wait for the user's word.
+/// The presets from links that wait while the user is asked about one; a page that sends more is no friend.
 inline constexpr std::size_t kWaitingPresets = 8;
 
 } // namespace quillmoth::limits

@@ -1,5 +1,7 @@
 #include "Platform/Posix/DefaultsFile.h"
 
+#include "Foundation/Limits.h"
+
 #include "Foundation/Log.h"
 #include "Platform/Posix/Files.h"
 #include "Platform/Posix/ReplaceFile.h"
@@ -19,7 +21,6 @@ namespace quillmoth::platform {
 namespace {
 
 constexpr mode_t kFileMode = 0600;
-constexpr int kLargestDepth = 64;
 
 bool sameMoment(const timespec& first, const timespec& second) {
     return first.tv_sec == second.tv_sec && first.tv_nsec == second.tv_nsec;
@@ -57,7 +58,7 @@ DefaultsFile::Content DefaultsFile::read() const {
     // Settings are flat; what follows nested values in depth would run out of stack.
     bool isTooDeep = false;
     const auto isWithinDepth = [&isTooDeep](int depth, DefaultsObject::parse_event_t, DefaultsObject&) {
-        isTooDeep = isTooDeep || depth > kLargestDepth;
+        isTooDeep = isTooDeep || depth > limits::kDefaultsDepth;
         return !isTooDeep;
     };
     auto object = DefaultsObject::parse(*bytes, isWithinDepth, false);

@@ -1,5 +1,6 @@
 #include "Platform/Posix/Files.h"
 
+#include "Foundation/Limits.h"
 #include "Platform/Posix/FileDescriptor.h"
 
 #include <array>
@@ -44,7 +45,7 @@ int readAll(int file, std::string& bytes) {
         if (count <= 0)
             return count == 0 ? 0 : errno;
         bytes.append(buffer.data(), static_cast<std::size_t>(count));
-        if (bytes.size() > static_cast<std::size_t>(kLargestFile))
+        if (bytes.size() > static_cast<std::size_t>(limits::kFile))
             return EFBIG;
     }
 }
@@ -76,7 +77,7 @@ Result<std::string> readWholeFile(const std::string& path) {
         return fileError("read", path, errno);
     if (!S_ISREG(status.st_mode))
         return fileError("read", path, S_ISDIR(status.st_mode) ? EISDIR : EINVAL);
-    if (status.st_size > kLargestFile)
+    if (status.st_size > limits::kFile)
         return fileError("read", path, EFBIG);
     std::string bytes;
     bytes.reserve(static_cast<std::size_t>(status.st_size));

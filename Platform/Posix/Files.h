@@ -26,10 +26,7 @@ namespace quillmoth::platform {
 /// which is no failure.
 [[nodiscard]] int syncFolderOf(const std::string& path);
 
-/// More than any file that this program writes, in bytes.
-constexpr off_t kLargestFile = off_t{512} << 20;
-
-/// The whole content of the file at `path`. Refuses what is no file, and what is larger than kLargestFile.
+/// The whole content of the file at `path`. Refuses what is no file, and what is larger than limits::kFile.
 Result<std::string> readWholeFile(const std::string& path);
 
 /// Makes the folder and those above it, each for its owner alone. Succeeds where it stands.

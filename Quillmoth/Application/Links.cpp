@@ -1,5 +1,7 @@
 #include "Quillmoth/Application/Links.h"
 
+#include "Foundation/Limits.h"
+
 #include "Foundation/ASCII.h"
 #include "Foundation/URL.h"
 
@@ -32,7 +34,7 @@ std::string unopenedLinkWords(std::string_view url) {
 }
 
 Result<std::optional<PromptData>> presetOfLink(const std::string& url) {
-    if (url.size() > kLongestLink)
+    if (url.size() > limits::kLink)
         return Error{"The link is longer than 64 KB."};
     const auto parsed = URL::parse(url, URL::kAnything);
     if (!parsed)

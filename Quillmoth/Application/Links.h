@@ -11,9 +11,6 @@
 /// What may come of links, which others write. Any thread.
 namespace quillmoth {
 
-/// A longer link of the program's own is not read.
-inline constexpr std::size_t kLongestLink = std::size_t{64} << 10;
-
 /// True for a link of an answer that may be opened: http and https, mailto, and the program's own.
 [[nodiscard]] bool isOpenedFromAnswer(std::string_view url);
 
@@ -21,7 +18,8 @@ inline constexpr std::size_t kLongestLink = std::size_t{64} << 10;
 [[nodiscard]] std::string unopenedLinkWords(std::string_view url);
 
 /// The preset that a URL of the program's own carries in its first query item "data"; none where there is no
-/// such item with a value. Fails, in words for the user, where that is no preset or the URL is too long.
+/// such item with a value. Fails, in words for the user, where that is no preset or the URL is longer than
+/// limits::kLink.
 [[nodiscard]] Result<std::optional<PromptData>> presetOfLink(const std::string& url);
 
 } // namespace quillmoth

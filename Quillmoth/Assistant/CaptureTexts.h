@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Foundation/Limits.h"
+
 namespace quillmoth {
 
 /// Values of `_status`.
@@ -19,5 +21,11 @@ constexpr const char* kPermissionMessage = "You have not enabled accessibility a
 constexpr const char* kNoCopyMessage =
     "The selection cannot be copied: this desktop takes no keys from programs (on X11 the XTEST extension is "
     "missing). Switch off \"Use an alternative method to obtain the text\" in the settings.";
+
+/// Value of `_error` where the selected text is longer than limits::kSelection.
+constexpr const char* kCutMessage =
+    "The selected text is longer than 1 MB. Its first 1 MB is the context; the rest "
+    "is left out.";
+static_assert(limits::kSelection == limits::kMegabyte);
 
 } // namespace quillmoth

@@ -76,6 +76,8 @@ void DataModel::captureContext() {
         takeSelectedText(*this, result.text);
     else
         takeMarkedText(*this, result.text);
+    if (result.isCut)
+        tellOfCapture(kCutMessage);
 }
 
 void DataModel::tellOfCapture(const char* error) {
@@ -86,6 +88,8 @@ void DataModel::copyCapture() {
     CopyCapture capture = copyCaptureOn(platform_);
     if (const auto selection = capture.terminalSelection()) {
         takeCopiedText(*this, selection->text);
+        if (selection->isCut)
+            tellOfCapture(kCutMessage);
         return;
     }
     if (!capture.canCopy()) {
@@ -104,6 +108,8 @@ void DataModel::finishCopyCapture(const std::optional<std::string>& saved) {
     if (result.obstacle == CaptureObstacle::sameAsClipboard)
         return;
     takeCopiedText(*this, result.text);
+    if (result.isCut)
+        tellOfCapture(kCutMessage);
     capture.restore(saved);
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Foundation/Limits.h"
+#include "Foundation/Text.h"
 #include "Platform/Accessibility.h"
 
 #include <optional>
@@ -41,16 +43,21 @@ struct CaptureResult {
     std::optional<CaptureObstacle> obstacle = {};
     /// With CaptureObstacle::noFocus: what the read has failed with.
     platform::AXError error = platform::kAXErrorSuccess;
+    /// The text is the first limits::kSelection bytes of a longer one.
+    bool isCut = false;
     /// False where the user has not let this program read others. There may be a text all the same.
     bool isPermitted = true;
 
     friend bool operator==(const CaptureResult&, const CaptureResult&) = default;
 };
 
-/// `text` by `way`; where it is empty, `obstacle` instead.
+/// `text` by `way`, cut where it is too long; where it is empty, `obstacle` instead.
 [[nodiscard]] inline CaptureResult captured(CaptureWay way, std::string text,
                                             CaptureObstacle obstacle = CaptureObstacle::nothingSelected) {
-    CaptureResult result{.way = way, .text = std::move(text)};
+    const std::size_t kept = prefixOfBytes(text, limits::kSelection).size();
+    const bool isCut = kept < text.size();
+    text.resize(kept);
+    CaptureResult result{.way = way, .text = std::move(text), .isCut = isCut};
     if (result.text.empty())
         result.obstacle = obstacle;
     return result;

@@ -1,5 +1,6 @@
 #include "Platform/Linux/AtSpi/FocusSearch.h"
 
+#include "Foundation/Limits.h"
 #include "Platform/Linux/AtSpi/TextElement.h"
 
 #include <algorithm>
@@ -9,7 +10,6 @@ namespace quillmoth::platform {
 
 namespace {
 
-constexpr int kWalkNodeLimit = 300;
 constexpr std::chrono::milliseconds kWalkTimeLimit{250};
 
 /// The rule of Collection.GetMatches that asks for the state "focused" and nothing else.
@@ -88,7 +88,7 @@ private:
         const bool isGTK4 = applications_.toolkitOf(operation_, window.name) == Toolkit::gtk4;
         const AtspiStateType onScreen = isGTK4 ? ATSPI_STATE_VISIBLE : ATSPI_STATE_SHOWING;
         std::deque<ObjectReference> waiting{window};
-        for (int visited = 0; visited < kWalkNodeLimit && !waiting.empty(); ++visited) {
+        for (std::size_t visited = 0; visited < limits::kWalkedElements && !waiting.empty(); ++visited) {
             if (operation_.isOver() || Operation::Clock::now() > end)
                 return false;
             const ObjectReference object = std::move(waiting.front());
@@ -101,7 +101,7 @@ private:
             if (!isWorthEntering)
                 continue;
             for (auto& child : childrenOf(operation_, object)) {
-                if (!child.isNull())
+                if (!child.isNull() && waiting.size() < limits::kWalkedElements)
                     waiting.push_back(std::move(child));
             }
         }

@@ -1,12 +1,12 @@
 #include "Platform/Linux/AtSpi/ParagraphChain.h"
 
+#include "Foundation/Limits.h"
+
 #include <algorithm>
 
 namespace quillmoth::platform {
 
 namespace {
-
-constexpr std::size_t kParagraphLimit = 500;
 
 struct Neighbours {
     ObjectReference before;
@@ -49,7 +49,7 @@ std::vector<ObjectReference> selectedFrom(const TextElement& element,
                                           ObjectReference Neighbours::*direction) {
     std::vector<ObjectReference> found;
     ObjectReference next = neighboursOf(element.operation(), element.object()).*direction;
-    while (found.size() < kParagraphLimit && isSelected(element, next)) {
+    while (found.size() < limits::kSelectedParagraphs && isSelected(element, next)) {
         found.push_back(next);
         next = neighboursOf(element.operation(), found.back()).*direction;
     }

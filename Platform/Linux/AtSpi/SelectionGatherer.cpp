@@ -1,5 +1,8 @@
 #include "Platform/Linux/AtSpi/SelectionGatherer.h"
 
+#include "Foundation/Limits.h"
+#include "Foundation/Log.h"
+
 #include <algorithm>
 #include <array>
 
@@ -7,8 +10,6 @@ namespace quillmoth::platform {
 
 namespace {
 
-constexpr int kObjectLimit = 500;
-constexpr int kDepthLimit = 40;
 constexpr std::chrono::milliseconds kTimeLimit{500};
 
 bool runsWithinLine(AtspiRole role) {
@@ -36,11 +37,14 @@ public:
     /// What is selected in `object`. Where nothing is, `takeAll` takes the whole of it, since the object
     /// around it has it selected as one character.
     void gather(const ObjectReference& object, bool takeAll, int depth) {
-        if (++objects_ > kObjectLimit || depth > kDepthLimit || Operation::Clock::now() > end_)
+        if (++objects_ > limits::kSelectedElements || depth > limits::kSelectedDepth ||
+            Operation::Clock::now() > end_) {
+            isPartial_ = true;
             return;
+        }
         const TextElement element(operation_, object, toolkit_);
         const std::int64_t selections = element.selectionCount().value_or(0);
-        for (std::int64_t index = 0; index < selections; ++index)
+        for (std::int64_t index = 0; index < selections && !isFull(); ++index)
             append(element, element.selection(index).value_or(TextRange{}), depth);
         if (selections > 0)
             return;
@@ -52,17 +56,20 @@ public:
 
     [[nodiscard]] std::string takeText() { return std::move(text_); }
 
+    /// True where not all was looked at.
+    [[nodiscard]] bool isPartial() const { return isPartial_; }
+
 private:
     void append(const TextElement& element, TextRange range, int depth) {
-        if (range.empty())
+        if (range.empty() || isFull())
             return;
-        const std::string text = element.text(range).value_or("");
+        const std::string text = element.text(withinSelectionLimit(range)).value_or("");
         const OffsetUnit unit =
             toolkit_ == Toolkit::qt || toolkit_ == Toolkit::gecko ? OffsetUnit::utf16 : OffsetUnit::codePoint;
         std::int64_t offset = range.start;
         std::size_t start = 0;
         for (std::size_t found = text.find(kEmbeddedObject); found != std::string::npos;
-             found = text.find(kEmbeddedObject, start)) {
+             found = isFull() ? std::string::npos : text.find(kEmbeddedObject, start)) {
             const std::string_view before = std::string_view(text).substr(start, found - start);
             text_.append(before);
             offset += lengthIn(unit, before);
@@ -73,13 +80,17 @@ private:
         text_.append(text, start);
     }
 
+    /// What is beyond is cut, whatever it is.
+    [[nodiscard]] bool isFull() const { return text_.size() > limits::kSelection; }
+
     void enterAll(const TextElement& element, int depth) {
         const Variant reply =
             operation_.call(element.object(), ATSPI_DBUS_INTERFACE_HYPERTEXT, "GetNLinks", nullptr, "(i)");
         gint32 links = 0;
         if (reply)
             g_variant_get(reply.get(), "(i)", &links);
-        for (gint32 index = 0; index < links && !operation_.isOver() && objects_ < kObjectLimit; ++index) {
+        for (gint32 index = 0; index < links && !operation_.isOver() && objects_ < limits::kSelectedElements;
+             ++index) {
             const ObjectReference object = linked(element, index);
             const std::size_t before = text_.size();
             startLineFor(object);
@@ -135,6 +146,7 @@ private:
     Toolkit toolkit_;
     Operation::Clock::time_point end_;
     int objects_ = 0;
+    bool isPartial_ = false;
     std::string text_;
 };
 
@@ -144,6 +156,8 @@ std::string gatherSelectedText(const TextElement& element) {
     Gatherer gatherer(element);
     gatherer.gather(element.object(), false, 0);
     std::string text = gatherer.takeText();
+    if (gatherer.isPartial())
+        logLine("the selection spans too many elements, and was not read to its end");
     while (!text.empty() && text.back() == '\n')
         text.pop_back();
     return text;

@@ -1,5 +1,6 @@
 #include "Platform/Linux/AtSpi/SelectionReader.h"
 
+#include "Foundation/Limits.h"
 #include "Platform/Linux/AtSpi/ParagraphChain.h"
 #include "Platform/Linux/AtSpi/SelectionGatherer.h"
 
@@ -9,9 +10,10 @@ namespace {
 
 std::string joinedSelections(const TextElement& element, std::int64_t count) {
     std::string joined;
-    for (std::int64_t index = 0; index < count; ++index) {
+    for (std::int64_t index = 0; index < count && joined.size() <= limits::kSelection; ++index) {
         const TextRange range = element.selection(index).value_or(TextRange{});
-        const std::string part = range.empty() ? std::string() : element.text(range).value_or("");
+        const std::string part =
+            range.empty() ? std::string() : element.text(withinSelectionLimit(range)).value_or("");
         if (!joined.empty() && !part.empty() && joined.back() != '\n')
             joined.push_back('\n');
         joined.append(part);

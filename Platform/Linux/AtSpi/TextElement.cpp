@@ -1,5 +1,7 @@
 #include "Platform/Linux/AtSpi/TextElement.h"
 
+#include "Foundation/Limits.h"
+
 #include <algorithm>
 #include <limits>
 #include <utility>
@@ -7,9 +9,6 @@
 namespace quillmoth::platform {
 
 namespace {
-
-// Nobody selects as many stretches at once by hand; a count beyond comes from a broken application.
-constexpr std::int64_t kSelectionLimit = 256;
 
 gint32 int32(std::int64_t value) {
     return static_cast<gint32>(std::clamp<std::int64_t>(value, std::numeric_limits<gint32>::min(),
@@ -70,7 +69,7 @@ std::optional<std::int64_t> TextElement::selectionCount() const {
         return std::nullopt;
     gint32 count = 0;
     g_variant_get(reply.get(), "(i)", &count);
-    return std::clamp<std::int64_t>(count, 0, kSelectionLimit);
+    return std::clamp<std::int64_t>(count, 0, limits::kSelectedStretches);
 }
 
 std::optional<TextRange> TextElement::selection(std::int64_t index) const {

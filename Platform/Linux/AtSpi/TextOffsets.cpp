@@ -1,5 +1,7 @@
 #include "Platform/Linux/AtSpi/TextOffsets.h"
 
+#include "Foundation/Limits.h"
+
 #include <algorithm>
 #include <array>
 
@@ -30,6 +32,11 @@ std::size_t nextCharacter(std::string_view text, std::size_t offset) {
 }
 
 } // namespace
+
+TextRange withinSelectionLimit(TextRange range) {
+    constexpr auto kMost = static_cast<std::int64_t>(limits::kSelection) + 1;
+    return {.start = range.start, .end = std::min(range.end, range.start + kMost)};
+}
 
 std::int64_t lengthIn(OffsetUnit unit, std::string_view text) {
     std::int64_t length = 0;

@@ -22,6 +22,10 @@ struct TextRange {
     friend bool operator==(const TextRange&, const TextRange&) = default;
 };
 
+/// No more of a selected stretch than limits::kSelection and one unit, so that the cut is noticed: what an
+/// application reports may be any length.
+[[nodiscard]] TextRange withinSelectionLimit(TextRange range);
+
 /// The length of `text` in `unit`.
 [[nodiscard]] std::int64_t lengthIn(OffsetUnit unit, std::string_view text);
 

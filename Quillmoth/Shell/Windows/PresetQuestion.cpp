@@ -1,5 +1,7 @@
 #include "Quillmoth/Shell/Windows/PresetQuestion.h"
 
+#include "Foundation/Limits.h"
+
 #include "Quillmoth/Shell/Controls/Labels.h"
 #include "Quillmoth/Shell/Controls/TextArea.h"
 #include "Quillmoth/Shell/Looks/Fonts.h"
@@ -118,7 +120,7 @@ void PresetQuestionWindow::answer(bool adds) {
 }
 
 bool PresetQuestions::ask(PresetOffer offer) {
-    if (offers_.size() > kMostWaiting)
+    if (offers_.size() > limits::kWaitingPresets)
         return false;
     offers_.push_back(std::move(offer));
     if (offers_.size() == 1)

@@ -55,9 +55,6 @@ private:
 /// Asks about one preset after the other. Main thread.
 class PresetQuestions {
 public:
-    /// So many wait while one is asked about; a page that sends more is no friend.
-    static constexpr std::size_t kMostWaiting = 8;
-
     /// `makeWindow` is called with the first question.
     explicit PresetQuestions(std::function<std::unique_ptr<PresetQuestionWindow>()> makeWindow)
         : makeWindow_(std::move(makeWindow)) {}

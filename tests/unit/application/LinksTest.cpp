@@ -1,5 +1,7 @@
 #include "Quillmoth/Application/Links.h"
 
+#include "Foundation/Limits.h"
+
 #include <gtest/gtest.h>
 
 namespace quillmoth {
@@ -41,8 +43,8 @@ TEST(Links, WhatIsNoPresetIsToldInWords) {
             << data;
     EXPECT_EQ(words("quillmoth://x:y?data=%7B%7D"), "The link is no valid address.");
     const std::string start = "quillmoth://x?a=";
-    EXPECT_EQ(words(start + std::string(kLongestLink - start.size(), 'a')), "none");
-    EXPECT_EQ(words(start + std::string(kLongestLink - start.size() + 1, 'a')),
+    EXPECT_EQ(words(start + std::string(limits::kLink - start.size(), 'a')), "none");
+    EXPECT_EQ(words(start + std::string(limits::kLink - start.size() + 1, 'a')),
               "The link is longer than 64 KB.");
 }
 

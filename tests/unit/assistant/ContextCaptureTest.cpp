@@ -1,3 +1,4 @@
+#include "Foundation/Limits.h"
 #include "tests/unit/assistant/AssistantFixture.h"
 
 namespace quillmoth {
@@ -129,6 +130,35 @@ TEST_F(ContextCaptureTest, over_a_terminal_its_selection_is_taken_at_once_and_no
     platform.mainQueue.advance(1);
     EXPECT_TRUE(platform.keyboardEvents.posts.empty());
     EXPECT_TRUE(platform.pasteboard.calls.empty());
+}
+
+TEST_F(ContextCaptureTest, a_selection_that_is_too_long_is_cut_at_a_character_and_that_is_told) {
+    std::string text;
+    // Of three bytes each, so that the limit is in the midst of one.
+    while (text.size() <= limits::kSelection)
+        text += "€";
+    const auto expectCut = [&] {
+        platform.mainQueue.advance(1);
+        EXPECT_EQ(model->_selectedValue->size(), limits::kSelection - limits::kSelection % 3);
+        EXPECT_TRUE(model->_selectedValue->ends_with("€"));
+        EXPECT_EQ(*model->_status, kFound);
+        EXPECT_TRUE(model->_error->starts_with("The selected text is longer than 1 MB.")) << *model->_error;
+        model->_error = std::string();
+        holdOld();
+    };
+    field->set("AXSelectedText", text);
+    model->captureContext();
+    expectCut();
+    platform.userDefaults.set("useCopyHack", true);
+    model->captureContext();
+    platform.pasteboard.contents = text;
+    expectCut();
+    platform.workspace.terminalSelection = text;
+    model->captureContext();
+    expectCut();
+    platform.workspace.terminalSelection = text.substr(0, limits::kSelection - limits::kSelection % 3);
+    model->captureContext();
+    EXPECT_EQ(*model->_error, "");
 }
 
 } // namespace

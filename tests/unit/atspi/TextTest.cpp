@@ -1,3 +1,4 @@
+#include "Foundation/Limits.h"
 #include "Platform/Linux/AtSpi/TextDifference.h"
 #include "Platform/Linux/AtSpi/TextOffsets.h"
 
@@ -21,6 +22,15 @@ std::string applied(const std::string& oldText, const std::string& newText, Text
 }
 
 } // namespace
+
+TEST(TextRangeTest, ofASelectionIsAskedForNoMoreThanBecomesTheContext) {
+    constexpr auto kMost = static_cast<std::int64_t>(quillmoth::limits::kSelection) + 1;
+    EXPECT_EQ(withinSelectionLimit({.start = 5, .end = 9}), (TextRange{.start = 5, .end = 9}));
+    EXPECT_EQ(withinSelectionLimit({.start = 5, .end = 2147483647}),
+              (TextRange{.start = 5, .end = 5 + kMost}));
+    EXPECT_EQ(withinSelectionLimit({.start = -2147483648, .end = 2147483647}),
+              (TextRange{.start = -2147483648, .end = -2147483648 + kMost}));
+}
 
 TEST(TextDifferenceTest, isTheOneStretchThatDiffers) {
     struct Case {

@@ -1,5 +1,7 @@
 #include "Quillmoth/Shell/Windows/PresetQuestion.h"
 
+#include "Foundation/Limits.h"
+
 #include "Quillmoth/Shell/Controls/ColorScheme.h"
 
 #include <gtest/gtest.h>
@@ -78,7 +80,7 @@ TEST_F(PresetQuestionTest, AllOfThePresetIsShownAndNothingButTheButtonAddsIt) {
 }
 
 TEST_F(PresetQuestionTest, PresetsThatComeAtOnceAreAskedAboutOneByOneUpToABound) {
-    for (std::size_t count = 0; count <= PresetQuestions::kMostWaiting; ++count)
+    for (std::size_t count = 0; count <= limits::kWaitingPresets; ++count)
         EXPECT_TRUE(offer(QString::number(count)));
     EXPECT_FALSE(offer(QStringLiteral("too many")));
     press(QStringLiteral("Add Preset"));

@@ -1,5 +1,7 @@
 #include "Platform/Linux/X11/Selection/X11SelectionOwner.h"
 
+#include "Foundation/Limits.h"
+
 #include "Platform/Linux/X11/Server/X11Windows.h"
 
 #include "Foundation/Text.h"
@@ -110,9 +112,9 @@ bool X11SelectionOwner::deliver(xcb_window_t requestor, xcb_atom_t target, xcb_a
 
 /// ICCCM 2.6.2: the property holds pairs of target and property; a target that is refused gets "none".
 bool X11SelectionOwner::deliverSeveral(xcb_window_t requestor, xcb_atom_t property) {
-    constexpr std::uint32_t kPairLimit = 1024;
     auto* server = connection_.get();
-    const auto cookie = xcb_get_property(server, 0, requestor, property, XCB_ATOM_ANY, 0, kPairLimit);
+    const auto cookie =
+        xcb_get_property(server, 0, requestor, property, XCB_ATOM_ANY, 0, 2 * limits::kClipboardPairs);
     const auto reply = owned(xcb_get_property_reply(server, cookie, nullptr));
     if (!reply || reply->format != 32)
         return false;

@@ -1,5 +1,6 @@
 #include "Platform/Linux/X11/Selection/X11SelectionReader.h"
 
+#include "Foundation/Limits.h"
 #include "Foundation/Text.h"
 
 #include <algorithm>
@@ -114,9 +115,9 @@ std::optional<SelectionFormat> X11SelectionReader::pieces(xcb_atom_t property, S
             whole->bytes += piece->bytes;
         } else {
             whole = std::move(piece);
-            whole->bytes.reserve(std::min<std::size_t>(size, kSizeLimit));
+            whole->bytes.reserve(std::min<std::size_t>(size, limits::kClipboardForm));
         }
-        if (whole->bytes.size() > kSizeLimit)
+        if (whole->bytes.size() > limits::kClipboardForm)
             break;
     }
     isStuck_ = true;

@@ -11,9 +11,6 @@ class X11SelectionReader {
 public:
     using Clock = X11SelectionConnection::Clock;
 
-    /// What is read of one selection at most.
-    static constexpr std::size_t kSizeLimit = std::size_t{256} << 20U;
-
     /// `connection` outlives the object.
     explicit X11SelectionReader(X11SelectionConnection& connection)
         : connection_(connection), window_(connection.window()) {}
