@@ -26,6 +26,17 @@ public:
     /// Why what was stored could not be used, in words for the user; empty where it could.
     [[nodiscard]] virtual std::string problem() const { return {}; }
 
+    /// Why the value of `key`, which is there, cannot be read for now, in words for the user; empty where it
+    /// can, or where there is none.
+    [[nodiscard]] virtual std::string obstacle(std::string_view key) const {
+        (void)key;
+        return {};
+    }
+
+    /// The user wants what needs the value of `key`: does in the background what makes it readable, for which
+    /// the desktop may ask the user. Subscribers are told when it is.
+    virtual void makeReadable(std::string_view key) { (void)key; }
+
     /// Called after a change, by this process or by another one.
     virtual Subscription onChange(std::function<void()> subscriber) = 0;
 

@@ -35,6 +35,7 @@ set(modules
     "Platform/Qt | Platform Foundation | ${qt}"
     "Platform/Linux/AtSpi | Platform Foundation | gio/|atspi/"
     "Platform/Linux/Desktop | Platform Foundation | ${qt}|dbus/|gio/"
+    "Platform/Linux/Keyring | Platform Foundation | ${qt}|qt6keychain/"
     "Platform/Linux/Tray | Platform Foundation | ${qt}|xcb/"
     "Platform/Linux/Unavailable | Platform Foundation |"
     "Platform/Linux/X11/Server | Platform Foundation | ${qt}|xcb/"

@@ -5,6 +5,7 @@
 #include "Platform/Posix/Files.h"
 #include "Platform/Posix/UnwrittenDefaults.h"
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <limits>
@@ -123,6 +124,14 @@ void FileUserDefaults::change(std::string_view key, std::optional<DefaultsObject
     if (unwritten_->add(one.front(), object_))
         writer_.run([unwritten = unwritten_] { unwritten->write(); });
     changed_.emit();
+}
+
+void FileUserDefaults::whenWritten(std::string key, std::function<void(bool isWritten)> completion) {
+    writer_.run([unwritten = unwritten_, key = std::move(key), completion = std::move(completion)] {
+        const auto changes = unwritten->changes();
+        completion(std::none_of(changes.begin(), changes.end(),
+                                [&](const auto& change) { return change.first == key; }));
+    });
 }
 
 void FileUserDefaults::tellOfOtherProcesses() {

@@ -30,6 +30,10 @@ public:
     /// Called on the writer's thread with what to tell the user where settings could not be saved.
     void setFaultHandler(std::function<void(const std::string& words)> handler);
 
+    /// Calls `completion` on the writer's thread when the changes so far are on the disk, or have failed to
+    /// get there, with whether the one of `key` is.
+    void whenWritten(std::string key, std::function<void(bool isWritten)> completion);
+
     [[nodiscard]] std::optional<DefaultsValue> object(std::string_view key) const override;
 
     /// A number that JSON cannot hold (infinite, not a number) is not stored, and logged as such.
