@@ -1,6 +1,7 @@
 #include "Platform/Linux/Desktop/SessionDisplay.h"
 #include "Platform/Linux/Desktop/SingleInstance.h"
 #include "Platform/Linux/X11/Server/X11Connection.h"
+#include "Platform/Posix/CoreFiles.h"
 #include "Quillmoth/Main/DesktopFactsOf.h"
 #include "Quillmoth/Main/QuillmothApp.h"
 #include "Quillmoth/Main/StartUp.h"
@@ -93,6 +94,8 @@ int diagnose(int& argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
+    // The key would stand in them, and what the user has written.
+    platform::forbidCoreFiles();
     // A log that nobody reads any more ends nothing. A handler, unlike SIG_IGN, is not passed on to programs
     // that are started from here.
     std::signal(SIGPIPE, [](int) {});
