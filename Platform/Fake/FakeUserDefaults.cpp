@@ -22,6 +22,11 @@ void FakeUserDefaults::remove(std::string_view key) {
     changed_.emit();
 }
 
+std::string FakeUserDefaults::obstacle(std::string_view key) const {
+    const auto found = obstacles.find(key);
+    return found == obstacles.end() ? "" : found->second;
+}
+
 Subscription FakeUserDefaults::onChange(std::function<void()> subscriber) {
     return changed_.subscribe(std::move(subscriber));
 }

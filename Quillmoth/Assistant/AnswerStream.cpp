@@ -60,7 +60,7 @@ void AnswerStream::send(std::string text) {
         logLine("EXIT PROMPT EQUAL NIL");
         return;
     }
-    const auto route = chatRoute(platform_.userDefaults);
+    const auto route = wantedChatRoute(platform_.userDefaults);
     if (!route) {
         model_._error = route.error().description;
         // A conversation that was begun for this text goes; one that has been held stays.
@@ -82,7 +82,7 @@ void AnswerStream::send(std::string text) {
 void AnswerStream::regenerate() {
     if (model_._isLoading)
         return;
-    const auto route = chatRoute(platform_.userDefaults);
+    const auto route = wantedChatRoute(platform_.userDefaults);
     if (!route) {
         model_._error = route.error().description;
         return;
@@ -100,7 +100,7 @@ void AnswerStream::regenerate() {
 }
 
 bool AnswerStream::isRefused() {
-    const auto route = chatRoute(platform_.userDefaults);
+    const auto route = wantedChatRoute(platform_.userDefaults);
     if (!route)
         model_._error = route.error().description;
     return !route;

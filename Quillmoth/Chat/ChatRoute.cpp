@@ -12,6 +12,7 @@ namespace {
 
 /// The origins that were agreed to, with a blank between them: no origin holds one.
 constexpr const char* kOriginsKey = "unencryptedKeyOrigins";
+constexpr const char* kRouteKeyKey = "openapikey";
 
 std::string paddedOrigins(const platform::UserDefaults& userDefaults) {
     return " " + userDefaults.string(kOriginsKey).value_or("") + " ";
@@ -23,6 +24,9 @@ Result<ChatRoute> chatRoute(const platform::UserDefaults& userDefaults) {
     auto server = openAIAddress(userDefaults);
     if (!server)
         return server.error();
+    // A key that cannot be read is not an absent one, for which the gateway would be asked.
+    if (std::string obstacle = userDefaults.obstacle(kRouteKeyKey); !obstacle.empty())
+        return Error{std::move(obstacle)};
     std::string key = keySetting(userDefaults);
     if (key.empty()) {
         auto gateway = gatewayAddress(userDefaults);
@@ -36,6 +40,13 @@ Result<ChatRoute> chatRoute(const platform::UserDefaults& userDefaults) {
                      " is not encrypted: others on the way could read your key. Nothing was sent. Use an "
                      "address that begins with https, or agree to it in Settings."};
     return ChatRoute{.address = std::move(*server), .key = std::move(key)};
+}
+
+Result<ChatRoute> wantedChatRoute(platform::UserDefaults& userDefaults) {
+    auto route = chatRoute(userDefaults);
+    if (!route)
+        userDefaults.makeReadable(kRouteKeyKey);
+    return route;
 }
 
 bool sendsKeyUnencrypted(const platform::UserDefaults& userDefaults, const std::string& origin) {

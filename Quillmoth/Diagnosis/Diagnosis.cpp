@@ -54,6 +54,26 @@ Finding hotKey(const DesktopFacts& facts) {
     return {"Hot key", facts.hotKey + ", active"};
 }
 
+Finding key(const DesktopFacts& facts) {
+    using Keyring = DesktopFacts::Keyring;
+    const bool hasKeyring = facts.keyring != Keyring::absent;
+    switch (facts.keyPlace) {
+    case DesktopFacts::KeyPlace::nowhere:
+        return {"Key", hasKeyring ? "none; the desktop has a keyring for one" : "none"};
+    case DesktopFacts::KeyPlace::file:
+        return {"Key", hasKeyring ? "in the settings file; the desktop has a keyring for it"
+                                  : "in the settings file; the desktop has no keyring"};
+    case DesktopFacts::KeyPlace::keyring:
+        break;
+    }
+    if (!hasKeyring)
+        return {"Key", "in the keyring, which does not answer",
+                "start the Secret Service of the desktop, such as gnome-keyring, or fill the key in again in "
+                "the settings"};
+    return {"Key", facts.keyring == Keyring::locked ? "in the keyring, locked until the first request"
+                                                    : "in the keyring"};
+}
+
 Finding accessibility(const DesktopFacts& facts) {
     if (!facts.answersAccessibility)
         return {
@@ -132,14 +152,15 @@ std::vector<Finding> withoutDisplay(const DesktopFacts& facts) {
         return findings;
     }
     findings.push_back({"Quillmoth", facts.isRunning ? "runs in this session" : "does not run"});
+    findings.push_back(key(facts));
     findings.push_back(accessibility(facts));
     findings.push_back(portal(facts));
     return findings;
 }
 
 std::vector<Finding> withDisplay(const DesktopFacts& facts) {
-    std::vector<Finding> findings = {session(facts), windowManager(facts), compositor(facts), hotKey(facts),
-                                     accessibility(facts)};
+    std::vector<Finding> findings = {session(facts), windowManager(facts), compositor(facts),
+                                     hotKey(facts),  key(facts),           accessibility(facts)};
     if (facts.front) {
         findings.push_back({"Program in front", nameOf(*facts.front)});
         findings.push_back(capture(*facts.front));

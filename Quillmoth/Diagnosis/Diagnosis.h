@@ -23,6 +23,13 @@ struct DesktopFacts {
     /// Another program has the hot key too.
     bool isHotKeyShared = false;
 
+    enum class KeyPlace { nowhere, file, keyring };
+    enum class Keyring { absent, locked, unlocked };
+
+    KeyPlace keyPlace = KeyPlace::nowhere;
+    /// The one of the desktop.
+    Keyring keyring = Keyring::absent;
+
     bool answersAccessibility = false;
     bool isAccessibilityEnabled = false;
 

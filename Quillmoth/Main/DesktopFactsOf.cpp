@@ -5,6 +5,8 @@
 #include "KeyboardShortcuts/ShortcutText.h"
 #include "Platform/Linux/AtSpi/AtSpiAccessibility.h"
 #include "Platform/Linux/Desktop/InstanceRequest.h"
+#include "Platform/Linux/Keyring/KeyringUserDefaults.h"
+#include "Platform/Linux/Keyring/QtKeychainStore.h"
 #include "Platform/Linux/Unavailable/UnavailableServices.h"
 #include "Platform/Linux/X11/Selection/X11Pasteboard.h"
 #include "Platform/Linux/X11/X11BackEnd.h"
@@ -14,12 +16,17 @@
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
+#include <QEventLoop>
 #include <QSystemTrayIcon>
+#include <QTimer>
 #include <fstream>
 
 namespace quillmoth {
 
 namespace {
+
+// For a keyring that the bus has to start first.
+constexpr int kKeyringMilliseconds = 6000;
 
 bool isOnSessionBus(const QString& name) {
     auto* bus = QDBusConnection::sessionBus().interface();
@@ -50,6 +57,33 @@ void addHotKey(DesktopFacts& facts, platform::X11BackEnd* x11) {
     facts.isHotKeyShared = x11 != nullptr && x11->hotKeyProbe().isShortcutTaken(
                                                  static_cast<std::uint32_t>(shortcut->carbonKeyCode),
                                                  static_cast<std::uint32_t>(shortcut->carbonModifiers));
+}
+
+/// Asks nothing of the user, and waits for a few seconds at most.
+DesktopFacts::Keyring keyringState() {
+    using State = platform::SecretStore::State;
+    platform::QtKeychainStore store;
+    State found = State::absent;
+    QEventLoop loop;
+    store.lookUpState([&](State state) {
+        found = state;
+        loop.quit();
+    });
+    QTimer::singleShot(kKeyringMilliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+    if (found == State::absent)
+        return DesktopFacts::Keyring::absent;
+    return found == State::locked ? DesktopFacts::Keyring::locked : DesktopFacts::Keyring::unlocked;
+}
+
+DesktopFacts::KeyPlace keyPlace() {
+    using Place = platform::KeyringUserDefaults::KeyPlace;
+    platform::FileWriter fileWriter;
+    const platform::FileUserDefaults defaults(platform::defaultsFilePath(), fileWriter);
+    const Place place = platform::KeyringUserDefaults::placeOfKey(defaults);
+    if (place == Place::nowhere)
+        return DesktopFacts::KeyPlace::nowhere;
+    return place == Place::file ? DesktopFacts::KeyPlace::file : DesktopFacts::KeyPlace::keyring;
 }
 
 DesktopFacts::Front frontOf(platform::AtSpiAccessibility& accessibility, platform::X11BackEnd& x11,
@@ -84,6 +118,9 @@ DesktopFacts desktopFacts(const std::string& displayProblem) {
     const auto x11 = created ? std::move(*created) : nullptr;
     facts.hasXServer = x11 != nullptr;
     addHotKey(facts, x11.get());
+    facts.keyPlace = keyPlace();
+    if (facts.hasSessionBus)
+        facts.keyring = keyringState();
     platform::AtSpiAccessibility accessibility({});
     facts.answersAccessibility = accessibility.busAnswers();
     facts.isAccessibilityEnabled = accessibility.isProcessTrusted();

@@ -11,6 +11,8 @@
 #include "Quillmoth/Settings/SettingsModel.h"
 
 #include <QApplication>
+#include <QEventLoop>
+#include <QTimer>
 #include <QWidget>
 
 #include <filesystem>
@@ -22,6 +24,9 @@ namespace {
 
 // Stands for the desktop itself, which is in front where no window is the active one.
 constexpr std::int64_t kDesktopProcess = 1;
+
+// How long the end of the program waits for the keyring.
+constexpr int kKeyringMilliseconds = 2000;
 
 std::unique_ptr<platform::X11BackEnd> makeX11() {
     auto x11 = platform::X11BackEnd::create();
@@ -57,8 +62,14 @@ std::unique_ptr<platform::HotKeyCenter> makeHotKeys(platform::X11BackEnd& x11) {
 } // namespace
 
 DesktopServices::DesktopServices()
-    : userDefaults(platform::defaultsFilePath(), fileWriter, platform::watchFiles), x11_(makeX11()),
-      desktopHotKeys_(x11_ ? makeHotKeys(*x11_) : nullptr),
+    : fileDefaults(platform::defaultsFilePath(), fileWriter, platform::watchFiles),
+      userDefaults(fileDefaults, secretStore,
+                   [this](const std::string& key, const std::function<void(bool)>& completion) {
+                       fileDefaults.whenWritten(key, [this, completion](bool isWritten) {
+                           mainQueue.async([completion, isWritten] { completion(isWritten); });
+                       });
+                   }),
+      x11_(makeX11()), desktopHotKeys_(x11_ ? makeHotKeys(*x11_) : nullptr),
       workspace(
           mainQueue, [this] { return frontProcess(); }, [this] { return terminalSelection(); }),
       accessibility(accessibilityHooks()) {
@@ -75,7 +86,22 @@ DesktopServices::DesktopServices()
     x11_->keyboardEvents().setVeto([this] { return !selectionPasteboard_->isKept(); });
 }
 
-DesktopServices::~DesktopServices() = default;
+DesktopServices::~DesktopServices() {
+    waitForKeyring();
+}
+
+/// A key that was typed just now is on its way there.
+void DesktopServices::waitForKeyring() {
+    if (!userDefaults.isSavingKey())
+        return;
+    QEventLoop loop;
+    const Subscription change = userDefaults.onChange([&] {
+        if (!userDefaults.isSavingKey())
+            loop.quit();
+    });
+    QTimer::singleShot(kKeyringMilliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+}
 
 std::optional<std::int64_t> DesktopServices::frontProcess() const {
     const auto process = x11_ ? x11_->frontApplication().processIdentifier() : std::nullopt;
@@ -172,8 +198,10 @@ void DesktopServices::finishLaunching() {
 
 void DesktopServices::prepareForQuestions() {
     // Behind the first picture, and before anybody has typed a question.
+    constexpr platform::MainQueue::Seconds kBehindThePicture{0.1};
     if (!std::exchange(isPrepared_, true))
-        mainQueue.asyncAfter(platform::MainQueue::Seconds(0.1), [this] { urlSessions.prepare(); });
+        mainQueue.asyncAfter(kBehindThePicture, [this] { urlSessions.prepare(); });
+    mainQueue.asyncAfter(kBehindThePicture, [this] { userDefaults.prepareKey(); });
 }
 
 } // namespace quillmoth

@@ -2,6 +2,9 @@
 
 #include "Platform/Curl/CurlURLSessions.h"
 #include "Platform/Linux/AtSpi/AtSpiAccessibility.h"
+#include "Platform/Linux/Keyring/KeyringUserDefaults.h"
+#include "Platform/Linux/Keyring/QtKeychainStore.h"
+#include "Platform/Linux/Tray/QtStatusItems.h"
 #include "Platform/Linux/Unavailable/UnavailableServices.h"
 #include "Platform/Platform.h"
 #include "Platform/Posix/FileDocuments.h"
@@ -12,7 +15,6 @@
 #include "Platform/Qt/QtApplication.h"
 #include "Platform/Qt/QtMainQueue.h"
 #include "Platform/Qt/QtPasteboard.h"
-#include "Platform/Linux/Tray/QtStatusItems.h"
 #include "Platform/Qt/QtUUIDSource.h"
 #include "Platform/Qt/QtWorkspace.h"
 #include "Platform/Qt/ResourceBundle.h"
@@ -54,7 +56,7 @@ public:
     /// Does a little later what need not hold up the start.
     void finishLaunching();
 
-    /// The panel is shown: what the first question needs is loaded in the background.
+    /// The panel is shown: what a question needs is loaded in the background.
     void prepareForQuestions();
 
     /// Called where the user is to be asked whether accessibility may be switched on for the desktop, and has
@@ -64,7 +66,9 @@ public:
     platform::QtMainQueue mainQueue;
     // Finishes at its end what waits to be written.
     platform::FileWriter fileWriter;
-    platform::FileUserDefaults userDefaults;
+    platform::FileUserDefaults fileDefaults;
+    platform::QtKeychainStore secretStore;
+    platform::KeyringUserDefaults userDefaults;
     platform::FileDocuments documents{platform::documentsFolder(), fileWriter, mainQueue};
     platform::ResourceBundle bundle;
     platform::SystemClock clock;
@@ -78,6 +82,7 @@ private:
     [[nodiscard]] std::optional<std::int64_t> frontProcess() const;
     [[nodiscard]] std::optional<std::string> terminalSelection();
     [[nodiscard]] platform::AtSpiHooks accessibilityHooks();
+    void waitForKeyring();
     bool paste(const std::string& text, std::int64_t process, std::chrono::steady_clock::time_point deadline);
 
     std::unique_ptr<platform::X11BackEnd> x11_;

@@ -69,6 +69,7 @@ QuillmothApp::QuillmothApp()
                                      const auto display = qEnvironmentVariable("DISPLAY");
                                      return platform::programsToRestart(display.toStdString());
                                  }},
+           .keyKeeping = &services_.userDefaults,
            .virtualKeyCode = [this](std::uint32_t scanCode) { return services_.virtualKeyCode(scanCode); }}) {
     markdown_.background = parser(services_);
     services_.application.setSettingsHandler([this] { windows_.showSettings(); });
@@ -77,7 +78,7 @@ QuillmothApp::QuillmothApp()
     services_.statusItems.setSymbolColour([this] { return windows_.trayColour(); });
     windows_.onTrayColourChange = [this] { services_.statusItems.redrawSymbol(); };
     _appDelegate.onRefusedLink = [this](const std::string& reason) { windows_.showRefusedLink(reason); };
-    services_.userDefaults.setFaultHandler(
+    services_.fileDefaults.setFaultHandler(
         [&mainQueue = services_.mainQueue,
          weak = std::weak_ptr(_appDelegate._coreAppModel)](const std::string& words) {
             mainQueue.async([weak, words] {

@@ -108,7 +108,8 @@ void ConnectionTest::start(Completion completion) {
     }
     const SettingsModel settings(platform_.userDefaults);
     const std::string key = settings.apiKey();
-    if (const auto route = chatRoute(platform_.userDefaults); !key.empty() && !route) {
+    const bool hasKey = !key.empty() || !settings.keyObstacle().empty();
+    if (const auto route = wantedChatRoute(platform_.userDefaults); hasKey && !route) {
         deliver({.text = route.error().description});
         return;
     }

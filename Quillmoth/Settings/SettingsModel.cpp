@@ -32,6 +32,14 @@ void SettingsModel::setAPIKey(const std::string& typed) {
         setModel(kDefaultModel);
 }
 
+std::string SettingsModel::keyObstacle() const {
+    return userDefaults_.obstacle(kKeyKey);
+}
+
+void SettingsModel::unlockKey() {
+    userDefaults_.makeReadable(kKeyKey);
+}
+
 std::string SettingsModel::model() const {
     return userDefaults_.string(kModelKey).value_or(kDefaultModel);
 }
@@ -41,7 +49,7 @@ void SettingsModel::setModel(const std::string& model) {
 }
 
 std::vector<std::string> SettingsModel::offeredModels() const {
-    if (apiKey().empty())
+    if (apiKey().empty() && keyObstacle().empty())
         return {kDefaultModel};
     return {kDefaultModel, "gpt-3.5-turbo-16k", "gpt-4", "gpt-4-32k"};
 }

@@ -24,6 +24,10 @@ public:
     /// Stored without the blanks and line ends around it. Emptying the key puts the model back to the one
     /// that needs none.
     void setAPIKey(const std::string& typed);
+    /// Why the key, which is there, cannot be read for now, in words; empty where it can, or there is none.
+    [[nodiscard]] std::string keyObstacle() const;
+    /// Has the desktop ask the user for what makes the key readable.
+    void unlockKey();
 
     [[nodiscard]] std::string model() const;
     void setModel(const std::string& model);

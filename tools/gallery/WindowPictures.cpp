@@ -101,6 +101,29 @@ void drawSettingsWithoutKey(const Album& album) {
     album.add(*window->findChild<QMessageBox*>(), "sheet-menu-item");
 }
 
+// A switch slides to its place.
+constexpr int kSwitchMilliseconds = 500;
+
+void drawKeyring(const Album& album, WindowFixture& fixture, SettingsWindow& window) {
+    fixture.keyKeeping.offers = true;
+    fixture.keyKeeping.problem =
+        "The key could not be put into the keyring: The keyring refused. It stays in the settings file.";
+    fixture.keyKeeping.tell();
+    album.add(window, "settings-keyring-failed");
+    fixture.keyKeeping.problem.clear();
+    fixture.keyKeeping.keeps = true;
+    const std::string key = *fixture.fakes.userDefaults.string("openapikey");
+    fixture.fakes.userDefaults.obstacles["openapikey"] = "The keyring is locked.";
+    fixture.fakes.userDefaults.remove("openapikey");
+    QTest::qWait(kSwitchMilliseconds);
+    album.add(window, "settings-keyring-locked");
+    fixture.fakes.userDefaults.obstacles.clear();
+    fixture.fakes.userDefaults.set("openapikey", key);
+    album.add(window, "settings-keyring");
+    fixture.keyKeeping.offers = fixture.keyKeeping.keeps = false;
+    fixture.keyKeeping.tell();
+}
+
 void drawSettingsWithKey(const Album& album) {
     WindowFixture fixture(album.isDark);
     fixture.fakes.userDefaults.set("openapikey", std::string("sk-moth-0000000000000000000000000"));
@@ -112,6 +135,7 @@ void drawSettingsWithKey(const Album& album) {
     fixture.fakes.runUntilIdle();
     field(*window, "OpenAI API Key:")->setFocus();
     album.add(*window, "settings-key-gpt4");
+    drawKeyring(album, fixture, *window);
     fixture.fakes.userDefaults.set("hidesAPIKey", true);
     fixture.fakes.userDefaults.set("openAIBaseURL", std::string("no address"));
     fixture.fakes.userDefaults.set("model",

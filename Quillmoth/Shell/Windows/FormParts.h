@@ -13,6 +13,10 @@ class QWidget;
 /// What the parts of the settings' form are made of.
 namespace quillmoth {
 
+/// A note begins under the text of its switch.
+inline constexpr int kNoteIndent = 44;
+inline constexpr int kNoteGap = 2;
+
 /// Between one item of the form and the next.
 inline constexpr int kItemSpacing = 14;
 

@@ -12,6 +12,7 @@
 #include "Quillmoth/Shell/Looks/Fonts.h"
 #include "Quillmoth/Shell/Windows/ConsentView.h"
 #include "Quillmoth/Shell/Windows/FormParts.h"
+#include "Quillmoth/Shell/Windows/KeyringSettings.h"
 #include "Quillmoth/Shell/Windows/LaunchAtLoginToggle.h"
 #include "Quillmoth/Shell/Windows/ModelPicker.h"
 #include "Quillmoth/Shell/Windows/Recorder.h"
@@ -34,13 +35,11 @@ namespace {
 constexpr int kPadding = 70;
 // Around a hairline, beyond the spacing of the items.
 constexpr int kGroupSpacing = 6;
-// Under the text of a switch.
-constexpr int kNoteIndent = 44;
-constexpr int kNoteGap = 2;
 constexpr int kEye = 16;
 constexpr int kEyeMargin = 26;
 
 const auto kPaying = QStringLiteral("Quillmoth is paying for your API usage");
+const auto kInKeyring = QStringLiteral("In the keyring");
 const auto kOwnKey = QStringLiteral("You are using your own key\nMake sure you fill in your key correctly.");
 const auto kEligibility =
     QStringLiteral("Ensure that you're eligible to use GPT-4, otherwise, you will encounter a 404 error.");
@@ -65,11 +64,13 @@ const char* const kAccessibilityDoesNotAnswer =
 
 SettingView::SettingView(const platform::Platform& platform, RecorderServices recorderServices,
                          Updater& updater, LaunchAtLogin& launchAtLogin,
-                         std::function<void()> openPromptEditor, AccessibilityHooks accessibility)
+                         std::function<void()> openPromptEditor, AccessibilityHooks accessibility,
+                         platform::KeyKeeping& keyKeeping)
     : _checkForUpdatesViewModel(updater), updater(updater), platform_(platform),
       settings_(platform.userDefaults), shortcuts_(recorderServices.shortcuts),
       openPromptEditor_(std::move(openPromptEditor)), accessibility_(std::move(accessibility)),
       badHotKey_(new ToneLabel(Tone::bad, kBadHotKey)), loginToggle_(new LaunchAtLoginToggle(launchAtLogin)),
+      keyring_(new KeyringSettings(settings_, keyKeeping)),
       server_(new ServerSettings(settings_, platform_)) {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(kPadding, kPadding, kPadding, kPadding);
@@ -110,6 +111,7 @@ void SettingView::addKeyBlock(QVBoxLayout& column) {
     QGridLayout* grid = makeGrid();
     column.addLayout(grid);
     addKeyFields(*grid);
+    column.addWidget(keyring_);
 }
 
 void SettingView::addKeyFields(QGridLayout& grid) {
@@ -219,14 +221,23 @@ void SettingView::addMethodBlock(QVBoxLayout& column) {
 
 void SettingView::refresh() {
     loginToggle_->refresh();
+    keyring_->lookForKeyring();
     showSettings();
 }
 
-void SettingView::showSettings() {
+void SettingView::showKey() {
     const std::string key = settings_.apiKey();
+    const bool isElsewhere = !settings_.keyObstacle().empty();
+    keyStatus_->setVisible(!isElsewhere);
     keyStatus_->setPlainText(key.empty() ? kPaying : kOwnKey);
     keyStatus_->setTone(key.empty() ? Tone::bad : Tone::good);
+    keyField_->setPlaceholderText(isElsewhere ? kInKeyring : QString());
     showText(*keyField_, key);
+    keyring_->refresh();
+}
+
+void SettingView::showSettings() {
+    showKey();
     badHotKey_->setVisible(shortcuts_.hasUnusableShortcut(DoubleShortcut::name()));
     showKeyControl();
     warning_->setVisible(settings_.showsEligibilityWarning());

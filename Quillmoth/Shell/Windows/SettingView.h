@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/KeyKeeping.h"
 #include "Platform/Platform.h"
 #include "Quillmoth/Settings/LaunchAtLogin.h"
 #include "Quillmoth/Settings/SettingsModel.h"
@@ -20,6 +21,7 @@ class QVBoxLayout;
 
 namespace quillmoth {
 
+class KeyringSettings;
 class LaunchAtLoginToggle;
 class ModelPicker;
 class ServerSettings;
@@ -41,10 +43,10 @@ extern const char* const kAccessibilityDoesNotAnswer;
 /// there shows here. Main thread.
 class SettingView final : public QWidget {
 public:
-    /// The services, `updater` and `launchAtLogin` outlive the view.
+    /// The services, `updater`, `launchAtLogin` and `keyKeeping` outlive the view.
     SettingView(const platform::Platform& platform, RecorderServices recorderServices, Updater& updater,
                 LaunchAtLogin& launchAtLogin, std::function<void()> openPromptEditor,
-                AccessibilityHooks accessibility);
+                AccessibilityHooks accessibility, platform::KeyKeeping& keyKeeping);
 
     /// Reads everything anew.
     void refresh();
@@ -65,6 +67,7 @@ private:
     void switchAccessibility(bool on);
     void addKeyControl();
     void showSettings();
+    void showKey();
     void showKeyControl();
     void showUpdateButton();
     void showUpdateOutcome(const UpdateOutcome& outcome);
@@ -81,6 +84,7 @@ private:
     ToneLabel* keyStatus_;
     QLineEdit* keyField_;
     SymbolButton* keyControl_;
+    KeyringSettings* keyring_;
     ToneLabel* warning_;
     ModelPicker* picker_;
     QPushButton* updateButton_;

@@ -45,7 +45,7 @@ SettingsWindow::SettingsWindow(const platform::Platform& platform, KeyboardShort
     : ShellWindow(QStringLiteral("Settings"), colorScheme),
       launchAtLogin_(loginItems, platform.bundle, platform.userDefaults),
       view_(new SettingView(platform, recorderServices(platform, shortcuts, hooks, this), updater,
-                            launchAtLogin_, hooks.openPromptEditor, hooks.accessibility)) {
+                            launchAtLogin_, hooks.openPromptEditor, hooks.accessibility, *hooks.keyKeeping)) {
     auto* scroll = new QScrollArea;
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setWidgetResizable(true);

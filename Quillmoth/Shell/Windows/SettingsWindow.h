@@ -1,6 +1,7 @@
 #pragma once
 
 #include "KeyboardShortcuts/Center.h"
+#include "Platform/KeyKeeping.h"
 #include "Platform/LoginItem.h"
 #include "Platform/Platform.h"
 #include "Quillmoth/Settings/LaunchAtLogin.h"
@@ -18,6 +19,8 @@ namespace quillmoth {
 struct SettingsHooks {
     std::function<void()> openPromptEditor;
     AccessibilityHooks accessibility;
+    /// Outlives the window.
+    platform::KeyKeeping* keyKeeping;
     /// The virtual key code of a native scan code of Qt's; none where it has none.
     std::function<std::optional<std::uint16_t>(std::uint32_t nativeScanCode)> virtualKeyCode;
 };

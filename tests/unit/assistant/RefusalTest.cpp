@@ -43,6 +43,21 @@ TEST_F(RefusalTest, a_typed_command_stays_in_the_field_and_goes_out_once_the_add
     EXPECT_EQ(*model->_error, "");
 }
 
+TEST_F(RefusalTest, a_key_in_a_locked_keyring_is_asked_for_and_the_text_stays_and_goes_to_nobody_else) {
+    correct();
+    platform.userDefaults.obstacles["openapikey"] = "The keyring is locked. Nothing was sent.";
+    model->_selectedIndex = DataModel::kTypedCommand;
+    model->_command = std::string("my question");
+    model->runPrompt();
+    expectRefusal();
+    EXPECT_EQ(*model->_command, "my question");
+    EXPECT_EQ(platform.userDefaults.wanted, Texts{"openapikey"}) << "asked once, by the request alone";
+    platform.userDefaults.obstacles.clear();
+    platform.userDefaults.set("openapikey", std::string("sk-1"));
+    model->runPrompt();
+    EXPECT_EQ(streamCount(), 1U);
+}
+
 TEST_F(RefusalTest, a_form_stays_open_with_what_is_filled_in) {
     model->_selectedIndex = 3;
     model->runPrompt();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace quillmoth {
 namespace {
@@ -16,6 +17,8 @@ DesktopFacts goodDesktop() {
             .isRunning = true,
             .hotKey = "Alt+Space",
             .isHotKeyShared = false,
+            .keyPlace = DesktopFacts::KeyPlace::keyring,
+            .keyring = DesktopFacts::Keyring::locked,
             .answersAccessibility = true,
             .isAccessibilityEnabled = true,
             .front = DesktopFacts::Front{.program = "mousepad",
@@ -43,6 +46,7 @@ TEST(Diagnosis, WhereAllIsWellNothingIsToBeDone) {
                                    "Window manager: Openbox\n"
                                    "Compositor: running\n"
                                    "Hot key: Alt+Space, active\n"
+                                   "Key: in the keyring, locked until the first request\n"
                                    "Accessibility bus: enabled\n"
                                    "Program in front: mousepad (gtk)\n"
                                    "Capture: through accessibility\n"
@@ -67,6 +71,8 @@ TEST(Diagnosis, EachFaultComesWithWhatToDoAboutIt) {
          "Hot key: none; one needs an X server", "bind"},
         {[](DesktopFacts& f) { f.isRunning = false; }, "Quillmoth does not run", "start Quillmoth"},
         {[](DesktopFacts& f) { f.isHotKeyShared = true; }, "Openbox has it too", "record another"},
+        {[](DesktopFacts& f) { f.keyring = DesktopFacts::Keyring::absent; }, "which does not answer",
+         "fill the key in"},
         {[](DesktopFacts& f) { f.answersAccessibility = false; }, "does not answer", "at-spi2-core"},
         {[](DesktopFacts& f) { f.isAccessibilityEnabled = false; }, "not enabled", "in the settings"},
         {[](DesktopFacts& f) { f.front.reset(); }, "Program in front: none", "click"},
@@ -99,10 +105,27 @@ TEST(Diagnosis, WithoutADisplayItTellsWhatCanBeKnown) {
     facts.displayProblem = "DISPLAY is not set";
     EXPECT_EQ(page(facts), "Session: x11, without a display\n    -> DISPLAY is not set\n"
                            "Hot key: Alt+Space\nQuillmoth: runs in this session\n"
+                           "Key: in the keyring, locked until the first request\n"
                            "Accessibility bus: enabled\nDesktop portal: there\n");
     facts.hasSessionBus = false;
     EXPECT_NE(page(facts).find("Session bus: none\n    -> "), std::string::npos);
     EXPECT_EQ(page(facts).find("Accessibility"), std::string::npos);
+}
+
+TEST(Diagnosis, SaysWhereTheKeyIs) {
+    using Place = DesktopFacts::KeyPlace;
+    using Keyring = DesktopFacts::Keyring;
+    const std::tuple<Place, Keyring, const char*> cases[] = {
+        {Place::nowhere, Keyring::absent, "Key: none\n"},
+        {Place::file, Keyring::absent, "Key: in the settings file; the desktop has no keyring\n"},
+        {Place::file, Keyring::locked, "Key: in the settings file; the desktop has a keyring for it\n"},
+        {Place::keyring, Keyring::unlocked, "Key: in the keyring\n"}};
+    for (const auto& [place, keyring, line] : cases) {
+        DesktopFacts facts = goodDesktop();
+        facts.keyPlace = place;
+        facts.keyring = keyring;
+        EXPECT_NE(page(facts).find(line), std::string::npos) << page(facts);
+    }
 }
 
 TEST(Diagnosis, NamesTheWayThatWorksInTheProgramInFront) {

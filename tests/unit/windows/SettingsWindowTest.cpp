@@ -281,6 +281,37 @@ TEST_F(SettingsWindowTest, TheKeyCanBeHiddenWithoutBeingChanged) {
     EXPECT_EQ(fakes.userDefaults.string("openapikey"), "sk");
 }
 
+TEST_F(SettingsWindowTest, WhereThereIsAKeyringTheKeyCanBeKeptInIt) {
+    const auto* key = field("OpenAI API Key:");
+    QCheckBox* keyring = nullptr;
+    for (auto* box : settings->findChildren<QCheckBox*>()) {
+        if (box->text() == "Keep the key in the keyring")
+            keyring = box;
+    }
+    ASSERT_NE(keyring, nullptr);
+    EXPECT_GT(keyKeeping.looks, 0);
+    EXPECT_FALSE(keyring->isVisible());
+    keyKeeping.offers = true;
+    keyKeeping.tell();
+    ASSERT_TRUE(keyring->isVisible());
+    keyring->click();
+    EXPECT_EQ(keyKeeping.wishes, std::vector{true});
+    keyKeeping.problem = "It stays in the settings file.";
+    keyKeeping.tell();
+    EXPECT_FALSE(keyring->isChecked()) << "the move has failed";
+    EXPECT_TRUE(shows("It stays in the settings file."));
+    keyKeeping.problem.clear();
+    keyKeeping.keeps = true;
+    fakes.userDefaults.obstacles["openapikey"] = "The keyring is locked.";
+    fakes.userDefaults.set("model", std::string("gpt-4"));
+    EXPECT_FALSE(shows("Quillmoth is paying for your API usage"));
+    EXPECT_EQ(key->placeholderText(), "In the keyring");
+    EXPECT_TRUE(fakes.userDefaults.wanted.empty()) << "the window asks for the password by itself";
+    button("Unlock the Keyring")->click();
+    EXPECT_EQ(fakes.userDefaults.wanted, std::vector<std::string>{"openapikey"});
+    EXPECT_EQ(fakes.userDefaults.string("openapikey"), std::nullopt) << "the empty field has been stored";
+}
+
 TEST_F(SettingsWindowTest, TheUpdateButtonWorksOnlyWhileACheckCanStart) {
     QPushButton* check = button("Check for Updates…");
     const auto saysWhyNot = [&](const char* words) {

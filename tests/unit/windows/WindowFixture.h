@@ -37,6 +37,38 @@ public:
     std::string failure;
 };
 
+/// The place of the key as the test sets it; a change is a call of tell().
+class FakeKeyKeeping final : public platform::KeyKeeping {
+public:
+    void lookForKeyring() override { ++looks; }
+
+    [[nodiscard]] bool offersKeyring() const override { return offers; }
+
+    [[nodiscard]] bool keepsInKeyring() const override { return keeps; }
+
+    void setKeepsInKeyring(bool wish) override { wishes.push_back(wish); }
+
+    [[nodiscard]] bool isMovingKey() const override { return moves; }
+
+    [[nodiscard]] std::string keepingProblem() const override { return problem; }
+
+    Subscription onChange(std::function<void()> subscriber) override {
+        return changed_.subscribe(std::move(subscriber));
+    }
+
+    void tell() { changed_.emit(); }
+
+    int looks = 0;
+    bool offers = false;
+    bool keeps = false;
+    bool moves = false;
+    std::string problem;
+    std::vector<bool> wishes;
+
+private:
+    Signal<> changed_;
+};
+
 /// X keycodes stand 8 above the kernel's codes; these few are enough here.
 inline std::optional<std::uint16_t> virtualKeyCodeOfTest(std::uint32_t scanCode) {
     switch (scanCode) {
@@ -73,11 +105,13 @@ struct WindowFixture {
                                                 [] {
                                                     return std::vector<std::string>{"Kate", "Signal"};
                                                 }},
+                          .keyKeeping = &keyKeeping,
                           .virtualKeyCode = virtualKeyCodeOfTest});
     }
 
     platform::FakePlatform fakes;
     FakeLoginItems loginItems;
+    FakeKeyKeeping keyKeeping;
     ColorScheme colorScheme;
     KeyboardShortcuts::Center shortcuts{fakes.userDefaults, fakes.hotKeyCenter};
     KeyboardShortcuts::Name name{"showFloatingPanel"};
