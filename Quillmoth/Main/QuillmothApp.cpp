@@ -13,6 +13,9 @@ namespace {
 // The theme of the code blocks is made for this size, and does not follow the panel's.
 constexpr double kCodeFontSize = 16;
 
+// Until the program in front is the active one again.
+constexpr platform::MainQueue::Seconds kWindowManagersTurn{0.3};
+
 /// Loads the images of answers. What does not load, or is no image, stays clear space.
 markdown::ImageDownload imageLoader(DesktopServices& services) {
     return [&services](const QString& url, const std::function<void(QByteArray)>& finished) {
@@ -86,6 +89,7 @@ QuillmothApp::QuillmothApp()
                     model->tell(words);
             });
         });
+    services_.userDefaults.setAskingHandler([this] { return stepAsideForPassword(); });
     services_.setConsentQuestion([this] { windows_.askForConsent(); });
 }
 
@@ -119,6 +123,25 @@ QString QuillmothApp::openFromAnswer(const std::string& url) {
         panel->resignMainWindow();
     const bool isTaken = services_.workspace.openURL(url);
     return isTaken ? QString() : QStringLiteral("Nothing on this desktop opens this link.");
+}
+
+/// The desktop's question takes the keyboard, and the panel goes. What it returns brings the panel back, with
+/// the text still in the field.
+std::function<void()> QuillmothApp::stepAsideForPassword() {
+    const std::shared_ptr<FloatingViewPanel> panel = _appDelegate._coreAppModel->_FloatingViewPanel;
+    if (!panel || !panel->isOpen)
+        return {};
+    return
+        [this] { services_.mainQueue.asyncAfter(kWindowManagersTurn, [this] { comeBackFromPassword(); }); };
+}
+
+void QuillmothApp::comeBackFromPassword() {
+    const std::shared_ptr<FloatingViewPanel> panel = _appDelegate._coreAppModel->_FloatingViewPanel;
+    if (!panel->isOpen)
+        _appDelegate.toggleFloatingPanel();
+    const std::string obstacle = services_.userDefaults.obstacle("openapikey");
+    if (!obstacle.empty())
+        _appDelegate._coreAppModel->tell(obstacle);
 }
 
 void QuillmothApp::openURLs(const std::vector<std::string>& urls) {

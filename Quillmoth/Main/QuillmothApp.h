@@ -10,6 +10,7 @@
 #include "Quillmoth/Main/ProgramWindows.h"
 #include "Quillmoth/Shell/Panel/QtPanelWindow.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -45,6 +46,8 @@ private:
     /// Opens the window whose route the URL is.
     void openRoute(const std::string& url);
     void showPanel();
+    [[nodiscard]] std::function<void()> stepAsideForPassword();
+    void comeBackFromPassword();
 
     DesktopServices services_;
     highlighting::SplashCodeSyntaxHighlighter codeHighlighter_;

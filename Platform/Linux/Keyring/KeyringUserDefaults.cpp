@@ -86,7 +86,7 @@ std::string KeyringUserDefaults::obstacle(std::string_view key) const {
 
 void KeyringUserDefaults::makeReadable(std::string_view key) {
     if (!obstacle(key).empty() && !isFetching_ && !isMoving_)
-        fetch();
+        fetch(asking_ ? asking_() : nullptr);
 }
 
 void KeyringUserDefaults::prepareKey() {
@@ -105,11 +105,13 @@ void KeyringUserDefaults::prepareKey() {
     }));
 }
 
-void KeyringUserDefaults::fetch() {
+void KeyringUserDefaults::fetch(std::function<void()> finished) {
     isFetching_ = true;
-    store_.read(whileAlive(life_, [this](const Answer& answer) {
+    store_.read(whileAlive(life_, [this, finished = std::move(finished)](const Answer& answer) {
         isFetching_ = false;
         take(answer);
+        if (finished)
+            finished();
     }));
 }
 

@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace quillmoth::platform {
 
@@ -30,6 +31,10 @@ public:
     enum class KeyPlace { nowhere, file, keyring };
     /// Where the key is, by what a settings file says.
     [[nodiscard]] static KeyPlace placeOfKey(const UserDefaults& file);
+
+    /// `asking` is called when a request begins to wait for the user, who may be asked for a password; what
+    /// it returns is called when that is over, whether the key has come or not.
+    void setAskingHandler(std::function<std::function<void()>()> asking) { asking_ = std::move(asking); }
 
     /// The key will be needed soon: fetches it in the background where the keyring is unlocked. Asks nothing
     /// of the user.
@@ -65,7 +70,7 @@ private:
 
     [[nodiscard]] bool isInKeyring() const;
     void setKey(const std::string& text);
-    void fetch();
+    void fetch(std::function<void()> finished = {});
     void take(const Result<std::optional<std::string>>& answer);
     void stopAt(Fetch fetch, std::string reason = {});
     void saveNext();
@@ -81,6 +86,7 @@ private:
     UserDefaults& file_;
     SecretStore& store_;
     WhenStored whenStored_;
+    std::function<std::function<void()>()> asking_;
     // What the keyring holds, or shall hold; none before it has been fetched.
     std::optional<std::string> key_;
     // The key in memory is not in the keyring yet.
