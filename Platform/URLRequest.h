@@ -22,6 +22,8 @@ struct URLRequest {
     std::optional<std::string> httpBody;
     /// Of the body of an answer in one piece, in bytes: a longer one ends the task with Code::tooLarge.
     std::size_t largestAnswer = limits::kWholeAnswer;
+    /// Fails where it would connect to a loopback, link-local or private address, be it that of a proxy.
+    bool publicAddressesOnly = false;
 
     /// Adds a header; where one of that name exists the value is appended behind a comma.
     void addValue(const std::string& value, const std::string& field);
@@ -54,6 +56,8 @@ struct URLError {
         redirectRefused,
         /// More has come than is taken of such an answer.
         tooLarge,
+        /// The request was for public addresses only.
+        privateAddress,
         unknown
     };
 

@@ -1,5 +1,5 @@
 # Who may know whom: every folder with sources is a module and has its row here. "module | modules | libraries": what is
-set(standard [[((sys|netinet)/[a-z]+\.h|linux/[a-z-]+\.h|(dlfcn|fcntl|poll|unistd)\.h|[a-z_]+)]])
+set(standard [[((arpa|sys|netinet)/[a-z]+\.h|linux/[a-z-]+\.h|(dlfcn|fcntl|poll|unistd)\.h|[a-z_]+)]])
 set(qt "Q[A-Z]|Qt")
 set(modules
     "Foundation | | unicode/|simdjson|uriparser/"

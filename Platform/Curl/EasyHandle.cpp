@@ -2,6 +2,7 @@
 
 #include "Foundation/ASCII.h"
 #include "Foundation/Loopback.h"
+#include "Foundation/PrivateNetwork.h"
 #include "Foundation/Text.h"
 #include "Platform/Curl/Server.h"
 
@@ -10,7 +11,10 @@
 #include <sys/socket.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <string_view>
+#include <vector>
 
 namespace quillmoth::platform {
 
@@ -49,6 +53,28 @@ int prepareSocket(void* /*context*/, curl_socket_t socket, curlsocktype /*purpos
     return CURL_SOCKOPT_OK;
 }
 
+/// The bytes of an IP address; none of another kind of address.
+std::vector<std::uint8_t> bytesOf(const sockaddr& address) {
+    const auto* const start = reinterpret_cast<const std::uint8_t*>(&address);
+    const auto part = [start](std::size_t offset, std::size_t size) {
+        return std::vector<std::uint8_t>(start + offset, start + offset + size);
+    };
+    if (address.sa_family == AF_INET)
+        return part(offsetof(sockaddr_in, sin_addr), sizeof(in_addr));
+    if (address.sa_family == AF_INET6)
+        return part(offsetof(sockaddr_in6, sin6_addr), sizeof(in6_addr));
+    return {};
+}
+
+/// Called with each address that a name has led to.
+curl_socket_t openPublicSocket(void* hasRefused, curlsocktype /*purpose*/, curl_sockaddr* address) {
+    if (isPrivateAddress(bytesOf(address->addr))) {
+        *static_cast<bool*>(hasRefused) = true;
+        return CURL_SOCKET_BAD;
+    }
+    return ::socket(address->family, address->socktype | SOCK_CLOEXEC, address->protocol);
+}
+
 } // namespace
 
 EasyHandle::EasyHandle(const CurlLibrary& curl, const URLRequest& request,
@@ -73,6 +99,12 @@ EasyHandle::EasyHandle(const CurlLibrary& curl, const URLRequest& request,
     set(CURLOPT_TCP_KEEPIDLE, kIdleSeconds);
     set(CURLOPT_TCP_KEEPINTVL, kProbeSeconds);
     set(CURLOPT_SOCKOPTFUNCTION, &prepareSocket);
+    if (request.publicAddressesOnly) {
+        set(CURLOPT_OPENSOCKETFUNCTION, &openPublicSocket);
+        set(CURLOPT_OPENSOCKETDATA, hasRefusedAddress_.get());
+        // An open one may lead to where this request may not go.
+        set(CURLOPT_FRESH_CONNECT, 1L);
+    }
     // A cancelled task does not wait for the answer of the name server.
     set(CURLOPT_QUICK_EXIT, 1L);
     setMethod(request);

@@ -32,6 +32,9 @@ public:
     /// were.
     [[nodiscard]] long certificateFault() const;
 
+    /// An address was not connected to since the request is for public ones only.
+    [[nodiscard]] bool hasRefusedAddress() const { return *hasRefusedAddress_; }
+
     /// libcurl's own words for the failure; may be empty.
     [[nodiscard]] std::string errorDetail() const { return errorText_->data(); }
 
@@ -48,6 +51,7 @@ private:
     const CurlLibrary& curl_;
     // Before the handle, which uses them to its end.
     std::unique_ptr<ErrorText> errorText_ = std::make_unique<ErrorText>();
+    std::unique_ptr<bool> hasRefusedAddress_ = std::make_unique<bool>(false);
     std::unique_ptr<curl_slist, decltype(&::curl_slist_free_all)> headers_;
     std::unique_ptr<CURL, decltype(&::curl_easy_cleanup)> handle_;
 };

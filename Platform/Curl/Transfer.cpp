@@ -77,6 +77,8 @@ void Transfer::exchangeEnded(CURLcode code) {
         follow();
     else if (code == CURLE_PEER_FAILED_VERIFICATION)
         finish(certificateError(server_, easy_->certificateFault()));
+    else if (code != CURLE_OK && easy_->hasRefusedAddress())
+        finish(privateAddressError(server_));
     else if (code != CURLE_OK)
         finish(transferError(code, server_, easy_->errorDetail()));
     else if (phase_ == Phase::head)

@@ -112,6 +112,11 @@ URLError badRedirectError(const Server& server) {
             "The server " + server.name() + " redirected the request to an address that is not valid."};
 }
 
+URLError privateAddressError(const Server& server) {
+    return {Code::privateAddress,
+            "The server " + server.name() + " is on a private network. Nothing was sent there."};
+}
+
 URLError foreignRedirectError(const Server& server, const Server& target) {
     return {Code::redirectRefused, "The server " + server.name() + " sends requests on to " +
                                        target.origin() +

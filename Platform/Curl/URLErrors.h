@@ -21,6 +21,8 @@ namespace quillmoth::platform {
 [[nodiscard]] URLError tooManyHeadersError(const Server& server);
 [[nodiscard]] URLError badAddressError();
 [[nodiscard]] URLError badRedirectError(const Server& server);
+/// For one at an address that the request may not go to.
+[[nodiscard]] URLError privateAddressError(const Server& server);
 /// For a redirect that leads from one server to another with what is for the first alone.
 [[nodiscard]] URLError foreignRedirectError(const Server& server, const Server& target);
 /// For one that leads from https to http.

@@ -294,6 +294,25 @@ TEST_F(URLSessionTest, GoesThroughTheProxyOfTheEnvironment) {
     EXPECT_EQ(fetch(postRequest(server.url("/v1"))).data, "through") << "what is for this machine stays here";
 }
 
+TEST_F(URLSessionTest, GoesToNoPrivateAddressWhereItIsForPublicOnesOnly) {
+    server.answer("/picture", jsonAnswer(200, "private"));
+    platform::URLRequest request;
+    request.url = server.url("/picture");
+    EXPECT_EQ(fetch(request).data, "private");
+    const int connections = server.connectionCount();
+    request.publicAddressesOnly = true;
+    // By its address, by its name, and over the connection that is open.
+    for (const std::string& url :
+         {server.url("/picture"), "http://localhost:" + std::to_string(server.port()) + "/picture"}) {
+        request.url = url;
+        const Answer answer = fetch(request);
+        EXPECT_EQ(errorCode(answer.error), Code::privateAddress);
+        EXPECT_FALSE(answer.data);
+    }
+    EXPECT_EQ(server.connectionCount(), connections);
+    EXPECT_EQ(server.requests().size(), 1U);
+}
+
 } // namespace
 
 } // namespace quillmoth::test
