@@ -12,6 +12,7 @@
 #include "Quillmoth/Shell/Looks/Fonts.h"
 #include "Quillmoth/Shell/Windows/ConsentView.h"
 #include "Quillmoth/Shell/Windows/FormParts.h"
+#include "Quillmoth/Shell/Windows/ImageSection.h"
 #include "Quillmoth/Shell/Windows/KeyringSettings.h"
 #include "Quillmoth/Shell/Windows/LaunchAtLoginToggle.h"
 #include "Quillmoth/Shell/Windows/ModelPicker.h"
@@ -71,7 +72,7 @@ SettingView::SettingView(const platform::Platform& platform, RecorderServices re
       openPromptEditor_(std::move(openPromptEditor)), accessibility_(std::move(accessibility)),
       badHotKey_(new ToneLabel(Tone::bad, kBadHotKey)), loginToggle_(new LaunchAtLoginToggle(launchAtLogin)),
       keyring_(new KeyringSettings(settings_, keyKeeping)),
-      server_(new ServerSettings(settings_, platform_)) {
+      server_(new ServerSettings(settings_, platform_)), images_(new ImageSection(platform.userDefaults)) {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(kPadding, kPadding, kPadding, kPadding);
     column->setSpacing(kItemSpacing);
@@ -87,6 +88,8 @@ SettingView::SettingView(const platform::Platform& platform, RecorderServices re
     addMethodBlock(*column);
     addHairline(*column);
     column->addWidget(server_);
+    addHairline(*column);
+    column->addWidget(images_);
     column->addStretch();
     defaultsChange_ = platform_.userDefaults.onChange([this] { showSettings(); });
     refresh();
@@ -249,6 +252,7 @@ void SettingView::showSettings() {
     accessibilitySwitch_->setOn(settings_.accessibilityConsent().value_or(false));
     methodSwitch_->setOn(settings_.useCopyHack());
     server_->refresh();
+    images_->refresh();
 }
 
 } // namespace quillmoth

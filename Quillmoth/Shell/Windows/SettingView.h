@@ -24,6 +24,7 @@ namespace quillmoth {
 class KeyringSettings;
 class LaunchAtLoginToggle;
 class ModelPicker;
+class ImageSection;
 class ServerSettings;
 class Switch;
 class ToneLabel;
@@ -92,6 +93,7 @@ private:
     ToneLabel* accessibilityNote_;
     Switch* methodSwitch_;
     ServerSettings* server_;
+    ImageSection* images_;
     Subscription defaultsChange_;
 };
 

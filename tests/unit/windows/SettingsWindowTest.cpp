@@ -1,3 +1,4 @@
+#include "Quillmoth/Settings/ImageSettings.h"
 #include "Quillmoth/Settings/Recording.h"
 #include "Quillmoth/Shell/Controls/Labels.h"
 #include "Quillmoth/Shell/Controls/Switch.h"
@@ -363,6 +364,25 @@ TEST_F(SettingsWindowTest, TheWindowShowsWhatIsStoredAndStoresWhatIsSwitched) {
     EXPECT_FALSE(method->isChecked());
 }
 
+TEST_F(SettingsWindowTest, ImagesLoadWithoutAskingWhereTheUserSaysSo) {
+    auto* loads = named<Switch>("Load images in answers without asking");
+    EXPECT_FALSE(loads->isChecked());
+    loads->click();
+    EXPECT_TRUE(fakes.userDefaults.boolean("loadsRemoteImages", false));
+    auto* forget = button("Ask Again for These Hosts");
+    EXPECT_FALSE(forget->isVisible());
+    ImageSettings images(fakes.userDefaults);
+    for (const char* host : {"x.org", "y.org", "x.org", ""})
+        images.allow(host);
+    EXPECT_EQ(fakes.userDefaults.string("imageHosts"), "x.org y.org");
+    EXPECT_TRUE(shows("Always loaded from: x.org, y.org"));
+    EXPECT_TRUE(images.loadsFrom("y.org"));
+    EXPECT_FALSE(images.loadsFrom("org"));
+    forget->click();
+    EXPECT_FALSE(images.loadsFrom("x.org"));
+    EXPECT_FALSE(forget->isVisible());
+}
+
 TEST_F(SettingsWindowTest, ButtonsOpenWhatTheyName) {
     button("Open Prompt Editor")->click();
     EXPECT_EQ(editorOpenings, 1);
@@ -452,8 +472,8 @@ TEST_F(SettingsWindowTest, EveryControlCanBeReachedByTabAndHasAName) {
         EXPECT_FALSE(control->accessibleName().isEmpty() && (push == nullptr || push->text().isEmpty()))
             << control->metaObject()->className();
     }
-    // Recorder, three switches, three buttons that are on, link, three fields, the key's control, picker.
-    EXPECT_EQ(reached.size(), 13U);
+    // Recorder, four switches, three buttons that are on, link, three fields, the key's control, picker.
+    EXPECT_EQ(reached.size(), 14U);
 }
 
 } // namespace
