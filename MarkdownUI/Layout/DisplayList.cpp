@@ -92,7 +92,8 @@ std::string describe(const SymbolItem& item) {
 
 std::string describe(const ImageItem& item) {
     return "image " + rectText(item.frame) + " " + inQuotes(item.source) + " alt " + inQuotes(item.alt) +
-           (item.destination.empty() ? "" : " opens " + inQuotes(item.destination));
+           (item.destination.empty() ? "" : " opens " + inQuotes(item.destination)) +
+           (item.isPlaceholder ? " placeholder" : "");
 }
 
 std::string describe(const ButtonItem& item) {

@@ -42,12 +42,13 @@ struct SymbolItem {
     Color color = SemanticColor::text;
 };
 
-/// An image scaled to its frame, or a clear area where it is not there (yet).
+/// An image scaled to its frame, its placeholder, or a clear area where it is not there (yet).
 struct ImageItem {
     Rect frame;
     std::string source; ///< absolute URL
     std::string alt;
     std::string destination; ///< absolute URL to open on a click; empty for none
+    bool isPlaceholder = false;
 };
 
 /// The copy button of a code block: symbol, then label, in `frame` with its rounded fill.

@@ -102,6 +102,23 @@ bool isIn(const std::vector<Rect>& rectangles, Point point) {
     return std::ranges::any_of(rectangles, [point](const Rect& rect) { return rect.contains(point); });
 }
 
+/// The attributes of the text at a point of the box that fulfil `isWanted`; null for none.
+template<class IsWanted>
+const AttributeContainer* runAt(const Box& box, Point inside, const IsWanted& isWanted) {
+    for (const Fragment& fragment : box.fragments) {
+        const Point inText{inside.x - fragment.origin.x, inside.y - fragment.origin.y};
+        const TextLine& line = fragment.shaped->lines()[lineAt(fragment, inText.y)];
+        for (const AttributedText::Run& run : fragment.text->runs()) {
+            const std::size_t begin = std::max(run.begin, line.begin);
+            const std::size_t end = std::min(run.end(), line.end);
+            if (begin < end && isWanted(*run.attributes) &&
+                isIn(fragment.shaped->rectanglesOf(begin, end), inText))
+                return &*run.attributes;
+        }
+    }
+    return nullptr;
+}
+
 } // namespace
 
 TextPosition positionAt(DocumentState& state, Point point) {
@@ -183,21 +200,28 @@ std::optional<std::string> linkAt(DocumentState& state, Point point) {
     const Box& box = state.box(*unit);
     for (const DisplayItem& decoration : box.decorations) {
         const auto* image = std::get_if<ImageItem>(&decoration);
-        if (image != nullptr && !image->destination.empty() && image->frame.contains(inside))
+        if (image != nullptr && !image->isPlaceholder && !image->destination.empty() &&
+            image->frame.contains(inside))
             return image->destination;
     }
-    for (const Fragment& fragment : box.fragments) {
-        const Point inText{inside.x - fragment.origin.x, inside.y - fragment.origin.y};
-        const TextLine& line = fragment.shaped->lines()[lineAt(fragment, inText.y)];
-        for (const AttributedText::Run& run : fragment.text->runs()) {
-            const std::size_t begin = std::max(run.begin, line.begin);
-            const std::size_t end = std::min(run.end(), line.end);
-            if (run.attributes->link && begin < end &&
-                isIn(fragment.shaped->rectanglesOf(begin, end), inText))
-                return run.attributes->link;
-        }
+    const auto* run = runAt(box, inside, [](const AttributeContainer& bag) { return bag.link.has_value(); });
+    return run != nullptr ? run->link : std::nullopt;
+}
+
+std::string imageAt(DocumentState& state, Point point) {
+    const auto unit = unitAt(state, point);
+    if (!unit)
+        return {};
+    const Point inside = inUnit(state, *unit, point);
+    const Box& box = state.box(*unit);
+    for (const DisplayItem& decoration : box.decorations) {
+        const auto* image = std::get_if<ImageItem>(&decoration);
+        if (image != nullptr && image->frame.contains(inside))
+            return image->source;
     }
-    return std::nullopt;
+    const auto* run =
+        runAt(box, inside, [](const AttributeContainer& bag) { return bag.attachment.has_value(); });
+    return run != nullptr ? run->attachment->source : std::string();
 }
 
 std::optional<std::size_t> codeBlockAt(DocumentState& state, Point point) {

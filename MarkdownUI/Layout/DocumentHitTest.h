@@ -19,6 +19,9 @@ class DocumentState;
                                                     const Rect& area);
 [[nodiscard]] Rect caretRectangle(DocumentState& state, const TextPosition& position);
 [[nodiscard]] std::optional<std::string> linkAt(DocumentState& state, Point point);
+
+/// The URL of the image or placeholder at `point`; empty for none.
+[[nodiscard]] std::string imageAt(DocumentState& state, Point point);
 [[nodiscard]] std::optional<std::size_t> codeBlockAt(DocumentState& state, Point point);
 [[nodiscard]] std::optional<ScrollRegionItem> scrollRegionAt(DocumentState& state, Point point);
 

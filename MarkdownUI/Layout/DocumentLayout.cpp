@@ -145,6 +145,10 @@ std::optional<std::string> DocumentLayout::linkAt(Point point) {
     return markdown::linkAt(*state_, point);
 }
 
+std::string DocumentLayout::imageAt(Point point) {
+    return markdown::imageAt(*state_, point);
+}
+
 std::vector<PartInfo> DocumentLayout::parts() const {
     return partsOf(*state_);
 }

@@ -87,8 +87,10 @@ public:
     [[nodiscard]] TextPosition positionAtDocumentOffset(std::size_t offset) const;
 
     // Links and other parts.
-    /// The destination of the link or linked image at `point`.
+    /// The destination of the link or linked image at `point`. A placeholder is none.
     [[nodiscard]] std::optional<std::string> linkAt(Point point);
+    /// The URL of the image or placeholder at `point`; empty for none.
+    [[nodiscard]] std::string imageAt(Point point);
     /// Headings, links, images and copy buttons in reading order.
     [[nodiscard]] std::vector<PartInfo> parts() const;
     /// Where a part stands, a rectangle a line.

@@ -8,6 +8,7 @@
 #include "MarkdownUI/Layout/ScrollRegion.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace quillmoth::markdown {
 
@@ -56,16 +57,19 @@ private:
                               .range = {{block, 0}, {block, text.size()}},
                               .text = text});
         }
-        addLinks(block);
+        addLinksAndImages(block);
     }
 
-    void addLinks(std::size_t block) {
+    void addLinksAndImages(std::size_t block) {
+        std::vector<PartInfo> found = imagesOfBlock(state_, block);
         for (LinkInfo& link : linksOfBlock(state_, block)) {
-            parts_.push_back({.kind = PartInfo::Kind::link,
-                              .range = link.range,
-                              .text = std::move(link.text),
-                              .destination = std::move(link.destination)});
+            found.push_back({.kind = PartInfo::Kind::link,
+                             .range = link.range,
+                             .text = std::move(link.text),
+                             .destination = std::move(link.destination)});
         }
+        std::ranges::stable_sort(found, {}, [](const PartInfo& part) { return part.range.begin; });
+        std::ranges::move(found, std::back_inserter(parts_));
     }
 
     /// Gives the index behind the last one.
@@ -76,7 +80,12 @@ private:
                 continue;
             PartInfo part{
                 .kind = PartInfo::Kind::image, .text = image->alt, .place = unit_, .index = index++};
-            if (image->destination)
+            const LayoutContext context = state_.context();
+            part.source = context.imageURL(image->source.value_or(""));
+            const DefaultImageViewModel model = context.image(part.source);
+            part.isPressable = model.isPressable;
+            // A placeholder is no link: a press on it would surprise.
+            if (image->destination && model.state != DefaultImageViewModel::State::placeholder)
                 part.destination = resolveLink(*image->destination, state_.options().baseURL).value_or("");
             parts_.push_back(std::move(part));
         }
@@ -90,7 +99,7 @@ private:
             if (!cells[cell].empty() && isImageFlow(cells[cell]))
                 images = addImages(cells[cell], images);
             else
-                addLinks(unit.firstTextBlock + cell);
+                addLinksAndImages(unit.firstTextBlock + cell);
         }
     }
 
@@ -157,6 +166,8 @@ std::vector<Rect> rectanglesOf(DocumentState& state, const PartInfo& part) {
     case PartInfo::Kind::copyButton:
         return {copyButton(state, part.place).frame};
     case PartInfo::Kind::image: {
+        if (part.isInText)
+            return rectanglesOfText(state, part.range);
         const std::vector<Rect> frames = imagesOf(state, part.place);
         return part.index < frames.size() ? std::vector<Rect>{frames[part.index]} : std::vector<Rect>();
     }

@@ -112,7 +112,7 @@ LayoutContext DocumentState::context() const {
 IsImageLoaded DocumentState::requestTo(ImageSource& images) const {
     return [this, &images](const std::string& source) {
         const std::string url = context().imageURL(source);
-        return !url.empty() && images.requestImage(url).state == DefaultImageViewModel::State::success;
+        return !url.empty() && images.requestImage(url).isShown();
     };
 }
 

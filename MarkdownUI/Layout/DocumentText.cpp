@@ -133,4 +133,23 @@ std::vector<LinkInfo> linksOfBlock(const DocumentState& state, std::size_t block
     return result;
 }
 
+std::vector<PartInfo> imagesOfBlock(const DocumentState& state, std::size_t block) {
+    std::vector<PartInfo> result;
+    const Inlines* values = inlinesOf(state, block);
+    if (values == nullptr)
+        return result;
+    forEachImage(*values, state.imageRequest(),
+                 [&](std::size_t begin, std::size_t end, const inlines::Image& image) {
+                     const LayoutContext context = state.context();
+                     PartInfo part{.kind = PartInfo::Kind::image,
+                                   .range = {{block, begin}, {block, end}},
+                                   .text = inlinesAsText(image.children),
+                                   .source = context.imageURL(image.source),
+                                   .isInText = true};
+                     part.isPressable = context.image(part.source).isPressable;
+                     result.push_back(std::move(part));
+                 });
+    return result;
+}
+
 } // namespace quillmoth::markdown

@@ -27,4 +27,7 @@ void ensureDocumentText(DocumentState& state);
 
 [[nodiscard]] std::vector<LinkInfo> linksOfBlock(const DocumentState& state, std::size_t block);
 
+/// The images that stand in the text of a block.
+[[nodiscard]] std::vector<PartInfo> imagesOfBlock(const DocumentState& state, std::size_t block);
+
 } // namespace quillmoth::markdown

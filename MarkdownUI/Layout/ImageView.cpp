@@ -1,6 +1,7 @@
 #include "MarkdownUI/Layout/ImageView.h"
 
 #include "Foundation/URL.h"
+#include "MarkdownUI/Layout/ImagePlaceholder.h"
 #include "MarkdownUI/Layout/ResizeToFit.h"
 
 #include <algorithm>
@@ -30,8 +31,10 @@ ImageView::ImageView(const LayoutContext& context, const Inline::Image& image, c
 ImageItem ImageView::within(double width) const {
     ImageItem item = item_;
     const bool isLoaded = model_.state == DefaultImageViewModel::State::success;
-    const Size size = isLoaded ? ResizeToFit{model_.naturalSize}.within(width)
-                               : Size{std::min(clearSide_, width), clearSide_};
+    item.isPlaceholder = model_.state == DefaultImageViewModel::State::placeholder;
+    const Size size = isLoaded             ? ResizeToFit{model_.naturalSize}.within(width)
+                      : item.isPlaceholder ? placeholderWithin(kPlaceholderInBlock, width)
+                                           : Size{std::min(clearSide_, width), clearSide_};
     item.frame = {0, 0, size.width, size.height};
     return item;
 }

@@ -1,5 +1,6 @@
 #include "MarkdownUI/Layout/InlineText.h"
 
+#include "MarkdownUI/Layout/ImagePlaceholder.h"
 #include "MarkdownUI/Layout/PlainText.h"
 #include "MarkdownUI/Layout/ResizeToFit.h"
 #include "MarkdownUI/Layout/TextDirection.h"
@@ -142,8 +143,10 @@ AttributedText textOfInlines(const LayoutContext& context, const Inlines& values
     const InlineImages images = [&](const std::string& source) -> std::optional<ImageAttachment> {
         const std::string url = context.imageURL(source);
         const DefaultImageViewModel image = context.image(url);
-        if (image.state != DefaultImageViewModel::State::success)
+        if (!image.isShown())
             return std::nullopt;
+        if (image.state == DefaultImageViewModel::State::placeholder)
+            return ImageAttachment{url, {}, placeholderWithin(kPlaceholderInText, width)};
         return ImageAttachment{url, {}, ResizeToFit{image.naturalSize}.within(width)};
     };
     return inlinesToText(values, context.environment, bag, images);

@@ -97,6 +97,16 @@ void forEachLink(const Inlines& values, const IsImageLoaded& isLoaded, const Vis
     collector.addTopLevel(values, isLoaded);
 }
 
+void forEachImage(const Inlines& values, const IsImageLoaded& isLoaded, const VisitImage& visit) {
+    TextCollector collector;
+    for (const Inline& value : values) {
+        const std::size_t begin = collector.text.size();
+        collector.addTopLevel(value, isLoaded);
+        if (const auto* image = value.get<inlines::Image>())
+            visit(begin, collector.text.size(), *image);
+    }
+}
+
 TextSize sizeOf(std::string_view text) {
     return {text.size(), static_cast<std::size_t>(std::ranges::count(text, '\n'))};
 }

@@ -24,6 +24,11 @@ using IsImageLoaded = std::function<bool(const std::string& source)>;
 using VisitLink = std::function<void(std::size_t begin, std::size_t end, const std::string& destination)>;
 void forEachLink(const Inlines& values, const IsImageLoaded& isLoaded, const VisitLink& visit);
 
+/// Calls visit(begin, end, image) for each image of the top level, where it stands in plainTextOf or would
+/// stand.
+using VisitImage = std::function<void(std::size_t begin, std::size_t end, const inlines::Image& image)>;
+void forEachImage(const Inlines& values, const IsImageLoaded& isLoaded, const VisitImage& visit);
+
 /// For estimates.
 struct TextSize {
     std::size_t bytes = 0;

@@ -15,7 +15,7 @@ public:
 
     [[nodiscard]] DefaultImageViewModel requestImage(const std::string& url) override {
         const DefaultImageViewModel status = source_.requestImage(url);
-        if (status.state != DefaultImageViewModel::State::success)
+        if (!status.isShown())
             missing_.insert(url);
         else if (!missing_.empty() && missing_.contains(url))
             return {DefaultImageViewModel::State::loading, {}};
@@ -27,9 +27,8 @@ public:
 
     /// Of those that have arrived.
     void takeNotice() {
-        std::erase_if(missing_, [this](const std::string& url) {
-            return source_.requestImage(url).state == DefaultImageViewModel::State::success;
-        });
+        std::erase_if(missing_,
+                      [this](const std::string& url) { return source_.requestImage(url).isShown(); });
     }
 
     /// The document is another one.

@@ -37,9 +37,14 @@ struct PartInfo {
     std::string destination{}; ///< of a link, or of an image that is one: absolute URL
     std::size_t place = 0;     ///< copy button: its code block; image: the unit that holds it
     std::size_t index = 0;     ///< image: which one of its unit
+    std::string source{};      ///< image: absolute URL
+    bool isInText = false;     ///< image: in a text, at `range`, which is empty where it is not shown
+    bool isPressable = false;  ///< image: a placeholder that loads when it is pressed
 
     /// True where it can be pressed.
-    [[nodiscard]] bool acts() const { return kind == Kind::copyButton || !destination.empty(); }
+    [[nodiscard]] bool acts() const {
+        return kind == Kind::copyButton || isPressable || !destination.empty();
+    }
 
     bool operator==(const PartInfo&) const = default;
 };

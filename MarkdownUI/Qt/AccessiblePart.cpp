@@ -21,7 +21,9 @@ QAccessible::Role AccessiblePart::role() const {
     case PartInfo::Kind::copyButton:
         return QAccessible::PushButton;
     case PartInfo::Kind::image:
-        return info().acts() ? QAccessible::Link : QAccessible::Graphic;
+        return info().isPressable ? QAccessible::PushButton
+               : info().acts()    ? QAccessible::Link
+                                  : QAccessible::Graphic;
     case PartInfo::Kind::link:
         break;
     }
@@ -31,6 +33,8 @@ QAccessible::Role AccessiblePart::role() const {
 QString AccessiblePart::text(QAccessible::Text kind) const {
     const PartInfo& part = info();
     if (kind == QAccessible::Name) {
+        if (const auto placeholder = document_.item().placeholderOf(part))
+            return placeholder->spokenName(QString::fromStdString(part.text));
         return QString::fromStdString(part.kind == PartInfo::Kind::copyButton
                                           ? document_.item().content().document()->copyButtonLabel(part.place)
                                           : part.text);
@@ -68,12 +72,25 @@ void* AccessiblePart::interface_cast(QAccessible::InterfaceType type) {
 }
 
 QStringList AccessiblePart::actionNames() const {
-    return info().acts() ? QStringList(pressAction()) : QStringList();
+    if (!info().acts())
+        return {};
+    QStringList names(pressAction());
+    if (const QString always = alwaysLoadName(); !always.isEmpty())
+        names << always;
+    return names;
+}
+
+/// Of the action that remembers the host of an image; empty where there is none.
+QString AccessiblePart::alwaysLoadName() const {
+    const auto placeholder = document_.item().placeholderOf(info());
+    return placeholder && placeholder->canAlwaysLoad ? kAlwaysLoad.arg(placeholder->host) : QString();
 }
 
 void AccessiblePart::doAction(const QString& actionName) {
     if (actionName == pressAction())
         document_.item().activate(info());
+    else if (!actionName.isEmpty() && actionName == alwaysLoadName())
+        document_.item().alwaysLoad(info());
 }
 
 } // namespace quillmoth::markdown

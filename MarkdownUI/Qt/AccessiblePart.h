@@ -48,6 +48,7 @@ public:
 private:
     /// An empty heading where the content is another one by now.
     [[nodiscard]] const PartInfo& info() const;
+    [[nodiscard]] QString alwaysLoadName() const;
 
     QAccessibleInterface& parent_;
     const AccessibleMarkdownText& document_;

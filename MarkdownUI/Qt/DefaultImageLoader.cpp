@@ -1,44 +1,29 @@
 #include "MarkdownUI/Qt/DefaultImageLoader.h"
 
-#include <QBuffer>
+#include "Foundation/ASCII.h"
+#include "Foundation/PrivateNetwork.h"
+#include "Foundation/URL.h"
+#include "MarkdownUI/Qt/ImageLimits.h"
+
 #include <QCoreApplication>
-#include <QImageReader>
 #include <QObject>
 #include <QPainter>
 #include <QRectF>
-#include <QThreadPool>
-#include <QUrl>
 
 #include <algorithm>
 #include <utility>
-#include <vector>
 
 namespace quillmoth::markdown {
 
 namespace {
 
-constexpr int kLargestSide = 8192; // device pixels; larger images are decoded smaller
-
-QImage decoded(QByteArray data) {
-    QBuffer buffer(&data);
-    QImageReader reader(&buffer);
-    reader.setDecideFormatFromContent(true);
-    reader.setAutoTransform(true);
-    const QSize size = reader.size();
-    if (size.width() > kLargestSide || size.height() > kLargestSide)
-        reader.setScaledSize(size.scaled(kLargestSide, kLargestSide, Qt::KeepAspectRatio));
-    return reader.read();
-}
-
 bool isDataURL(const std::string& url) {
-    return QByteArray::fromRawData(url.data(), static_cast<qsizetype>(url.size()))
-               .left(5)
-               .compare("data:", Qt::CaseInsensitive) == 0;
+    return equalIgnoringASCIICase(std::string_view(url).substr(0, 5), "data:");
 }
 
 /// The bytes in a URL of RFC 2397; none where it is malformed.
 QByteArray dataOf(const std::string& url) {
-    const QByteArray bytes = QByteArray::fromStdString(url);
+    const auto bytes = QByteArray::fromRawData(url.data(), static_cast<qsizetype>(url.size()));
     const qsizetype comma = bytes.indexOf(',');
     if (comma < 0)
         return {};
@@ -46,102 +31,267 @@ QByteArray dataOf(const std::string& url) {
     return bytes.left(comma).endsWith(";base64") ? QByteArray::fromBase64(body) : body;
 }
 
+/// In lower case; empty for what is not on the web.
+std::string hostOf(const std::string& url) {
+    const auto parsed = isDataURL(url) ? std::nullopt : URL::parse(url);
+    return parsed && parsed->isWeb() ? lowercasedASCII(*parsed->host) : std::string();
+}
+
+/// Whether it may be another time.
+bool isWorthATry(ImageProblem problem) {
+    return problem == ImageProblem::none || problem == ImageProblem::unreachable ||
+           problem == ImageProblem::privateNetwork || problem == ImageProblem::elsewhere;
+}
+
 } // namespace
 
-/// Carries images from the pool's threads to the main thread. The store is taken out when it goes.
-class DefaultImageLoader::Inbox : public QObject, public std::enable_shared_from_this<Inbox> {
+/// Carries images from other threads to the main thread. The store is taken out when it goes.
+class DefaultImageLoader::Inbox : public std::enable_shared_from_this<Inbox> {
 public:
     explicit Inbox(DefaultImageLoader* store) : store_(store) {}
 
     void detach() { store_ = nullptr; }
 
     /// Any thread.
-    void decode(std::string url, QByteArray data) {
-        QThreadPool::globalInstance()->start(
-            [inbox = shared_from_this(), url = std::move(url), data = std::move(data)]() mutable {
-                deliver(std::move(inbox), std::move(url), decoded(std::move(data)));
+    void take(std::string url, ImageAnswer answer) {
+        onMainThread([url = std::move(url), answer = std::move(answer)](Inbox& inbox) mutable {
+            inbox.decode(std::move(url), std::move(answer));
+        });
+    }
+
+    /// Main thread.
+    void decode(std::string url, ImageAnswer answer) {
+        if (store_ == nullptr)
+            return;
+        store_->decoding_.start(
+            [inbox = shared_from_this(), url = std::move(url), answer = std::move(answer)]() mutable {
+                DecodedImage decoded = decodeImage(answer);
+                inbox->onMainThread([url = std::move(url), data = std::move(answer.data),
+                                     decoded = std::move(decoded)](Inbox& self) mutable {
+                    if (self.store_ != nullptr)
+                        self.store_->arrived(url, std::move(data), std::move(decoded));
+                });
             });
     }
 
 private:
-    static void deliver(std::shared_ptr<Inbox> inbox, std::string url, QImage image) {
+    template<class Work>
+    void onMainThread(Work work) {
         QObject* const receiver = QCoreApplication::instance();
         if (receiver == nullptr)
             return;
         QMetaObject::invokeMethod(
-            receiver,
-            [inbox = std::move(inbox), url = std::move(url), image = std::move(image)]() mutable {
-                if (inbox->store_ != nullptr)
-                    inbox->store_->arrived(url, std::move(image));
-            },
+            receiver, [inbox = shared_from_this(), work = std::move(work)]() mutable { work(*inbox); },
             Qt::QueuedConnection);
     }
 
     DefaultImageLoader* store_; ///< main thread only
 };
 
-DefaultImageLoader::DefaultImageLoader(ImageDownload download, ImageClock clock)
-    : download_(std::move(download)), clock_(std::move(clock)), inbox_(std::make_shared<Inbox>(this)) {}
+std::int64_t DefaultImageLoader::Entry::pixelBytes() const {
+    return image.sizeInBytes() + std::int64_t{scaled.width()} * scaled.height() * scaled.depth() / 8;
+}
+
+DefaultImageLoader::DefaultImageLoader(ImageServices services)
+    : services_(std::move(services)), inbox_(std::make_shared<Inbox>(this)) {
+    allowImagesOfFullSize();
+    decoding_.setMaxThreadCount(1);
+}
 
 DefaultImageLoader::~DefaultImageLoader() {
     inbox_->detach();
+    decoding_.clear();
+}
+
+/// How far an image may be loaded from by itself; nothing where it may not.
+std::optional<ImageReach> DefaultImageLoader::reachOf(const std::string& url) const {
+    const ImagePermissions& permissions = services_.permissions;
+    if (permissions.isUnrestricted)
+        return ImageReach::asked;
+    const std::string host = hostOf(url);
+    if (host.empty() || isPrivateHost(host))
+        return std::nullopt;
+    if (permissions.loadsAll && permissions.loadsAll())
+        return ImageReach::publicNetwork;
+    return permissions.loadsFrom && permissions.loadsFrom(host) ? std::optional(ImageReach::sameHost)
+                                                                : std::nullopt;
+}
+
+/// Since its last failure, if there was one.
+bool DefaultImageLoader::hasPaused(const Entry& entry) const {
+    return !entry.failedAt || services_.clock() - *entry.failedAt >= kRetryPause;
 }
 
 DefaultImageViewModel DefaultImageLoader::requestImage(const std::string& url) {
+    using State = DefaultImageViewModel::State;
     Entry& entry = entries_[url];
-    if (isToLoad(url, entry)) {
-        entry.status.state = DefaultImageViewModel::State::loading;
-        ++loadingCount_;
-        load(url);
+    const State state = entry.status.state;
+    const bool isRetry =
+        state == State::failure && hasPaused(entry) && !isDataURL(url); // such a one cannot become better
+    const bool isHeld = state == State::placeholder && entry.problem == ImageProblem::none;
+    if (entry.isLoading || !(state == State::notRequested || isRetry || isHeld))
+        return entry.status;
+    if (isDataURL(url)) {
+        start(url, entry, ImageReach::asked);
+    } else if (const auto reach = reachOf(url)) {
+        start(url, entry, *reach);
+    } else if (!hostOf(url).empty()) {
+        entry.status = {.state = State::placeholder, .isPressable = true};
+    } else {
+        entry.status.state = State::failure;
     }
     return entry.status;
 }
 
-bool DefaultImageLoader::isToLoad(const std::string& url, const Entry& entry) const {
-    if (entry.status.state == DefaultImageViewModel::State::failure)
-        return clock_() - entry.failedAt >= kRetryPause && !isDataURL(url); // such a one cannot become better
-    return entry.status.state == DefaultImageViewModel::State::notRequested;
-}
-
 void DefaultImageLoader::load(const std::string& url) {
-    if (isDataURL(url)) {
-        inbox_->decode(url, dataOf(url));
-    } else if (download_) {
-        download_(QString::fromStdString(url),
-                  [inbox = inbox_, url](QByteArray data) { inbox->decode(url, std::move(data)); });
-    } else {
-        inbox_->decode(url, {});
-    }
+    const auto known = entries_.find(url);
+    if (known == entries_.end() || known->second.isLoading || !known->second.status.isPressable)
+        return;
+    start(url, known->second, ImageReach::asked);
+    notify();
 }
 
-void DefaultImageLoader::arrived(const std::string& url, QImage image) {
-    Entry& entry = entries_[url];
-    if (entry.status.state != DefaultImageViewModel::State::loading)
+void DefaultImageLoader::alwaysLoad(const std::string& url) {
+    const auto shown = placeholder(url);
+    if (!shown || !shown->canAlwaysLoad)
         return;
+    services_.permissions.allow(hostOf(url));
+    // What has failed before does not load by itself.
+    if (entries_[url].problem != ImageProblem::none)
+        return load(url);
+    permissionsChanged();
+}
+
+std::optional<ImagePlaceholder> DefaultImageLoader::placeholder(const std::string& url) const {
+    const auto known = entries_.find(url);
+    if (known == entries_.end() || known->second.status.state != DefaultImageViewModel::State::placeholder)
+        return std::nullopt;
+    const Entry& entry = known->second;
+    const std::string host = hostOf(url);
+    const bool isPressable = entry.status.isPressable && !entry.isLoading;
+    return ImagePlaceholder{.host = QString::fromStdString(host),
+                            .problem = entry.problem,
+                            .isLoading = entry.isLoading,
+                            .isPressable = isPressable,
+                            .canAlwaysLoad =
+                                isPressable && services_.permissions.allow && !isPrivateHost(host)};
+}
+
+void DefaultImageLoader::start(const std::string& url, Entry& entry, ImageReach reach) {
+    entry.isLoading = true;
+    entry.reach = reach;
+    entry.problem = ImageProblem::none;
+    if (!entry.status.isShown())
+        entry.status.state = DefaultImageViewModel::State::loading;
+    ++loadingCount_;
+    if (isDataURL(url))
+        inbox_->decode(url, {dataOf(url)});
+    else if (services_.download)
+        services_.download({QString::fromStdString(url), reach}, [inbox = inbox_, url](ImageAnswer answer) {
+            inbox->take(url, std::move(answer));
+        });
+    else
+        inbox_->decode(url, {});
+}
+
+/// Decodes again what was dropped, from the file where that is kept.
+void DefaultImageLoader::bringBack(const std::string& url, Entry& entry) {
+    if (entry.isLoading || !hasPaused(entry))
+        return;
+    if (entry.data.isEmpty())
+        return start(url, entry, entry.reach);
+    entry.isLoading = true;
+    ++loadingCount_;
+    inbox_->decode(url, {entry.data});
+}
+
+void DefaultImageLoader::arrived(const std::string& url, QByteArray data, DecodedImage decoded) {
+    Entry& entry = entries_[url];
+    entry.isLoading = false;
     --loadingCount_;
-    if (image.isNull()) {
-        entry.status = {DefaultImageViewModel::State::failure, {}};
-        entry.failedAt = clock_();
+    if (decoded.problem != ImageProblem::none)
+        return failed(url, entry, decoded.problem);
+    const bool isKnown = entry.status.state == DefaultImageViewModel::State::success;
+    if (!isKnown) {
+        const QSizeF size = decoded.image.deviceIndependentSize();
+        entry.status = {.state = DefaultImageViewModel::State::success,
+                        .naturalSize = {size.width(), size.height()}};
+    }
+    entry.image = std::move(decoded.image);
+    entry.scaled = QPixmap();
+    if (!isDataURL(url))
+        entry.data = std::move(data);
+    entry.drawnAt = services_.clock(); // or it would be dropped before it is drawn
+    trim();
+    notify();
+}
+
+void DefaultImageLoader::failed(const std::string& url, Entry& entry, ImageProblem problem) {
+    using State = DefaultImageViewModel::State;
+    entry.failedAt = services_.clock();
+    if (entry.status.state == State::success) // its size is known; it is tried again when it is drawn
+        return;
+    const bool isQuiet = problem == ImageProblem::unreachable || problem == ImageProblem::unknownFormat;
+    if (entry.status.state != State::placeholder && isQuiet) {
+        entry.status.state = State::failure;
         return;
     }
-    const QSizeF size = image.deviceIndependentSize();
-    entry.status = {DefaultImageViewModel::State::success, {size.width(), size.height()}};
-    entry.image = std::move(image);
+    entry.problem = problem;
+    entry.status = {.state = State::placeholder, .isPressable = !isDataURL(url) && isWorthATry(problem)};
     notify();
 }
 
 void DefaultImageLoader::draw(QPainter& painter, const std::string& url, const QRectF& frame) {
     const auto known = entries_.find(url);
-    if (known == entries_.end() || known->second.image.isNull())
+    if (known == entries_.end() || known->second.status.state != DefaultImageViewModel::State::success)
         return;
     Entry& entry = known->second;
+    entry.drawnAt = services_.clock();
     const double scale = painter.device()->devicePixelRatioF();
     const QSize pixels = (frame.size() * scale).toSize();
     if (entry.scaled.size() != pixels) {
-        entry.scaled =
-            QPixmap::fromImage(entry.image.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+        if (entry.image.isNull())
+            bringBack(url, entry);
+        else
+            entry.scaled = QPixmap::fromImage(
+                entry.image.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
     }
-    painter.drawPixmap(frame, entry.scaled, QRectF(entry.scaled.rect()));
+    if (!entry.scaled.isNull())
+        painter.drawPixmap(frame, entry.scaled, QRectF(entry.scaled.rect()));
+    trim();
+}
+
+std::int64_t DefaultImageLoader::keptBytes() const {
+    std::int64_t bytes = 0;
+    for (const auto& [url, entry] : entries_)
+        bytes += entry.pixelBytes() + entry.data.size();
+    return bytes;
+}
+
+void DefaultImageLoader::trim() {
+    std::int64_t excess = keptBytes() - kMostImagesKept;
+    if (excess <= 0)
+        return;
+    const auto now = services_.clock();
+    std::vector<Entry*> unseen;
+    for (auto& [url, entry] : entries_) {
+        if (now - entry.drawnAt > kImageStays)
+            unseen.push_back(&entry);
+    }
+    std::ranges::sort(unseen, {}, &Entry::drawnAt);
+    for (auto entry = unseen.begin(); entry != unseen.end() && excess > 0; ++entry) {
+        excess -= (*entry)->pixelBytes();
+        (*entry)->image = QImage();
+        (*entry)->scaled = QPixmap();
+    }
+    for (auto& [url, entry] : entries_) {
+        if (excess > 0 && !entry.scaled.isNull()) // looks the same until its size changes
+            excess -= std::exchange(entry.image, QImage()).sizeInBytes();
+    }
+    for (auto entry = unseen.begin(); entry != unseen.end() && excess > 0; ++entry) {
+        excess -= (*entry)->data.size();
+        (*entry)->data.clear();
+    }
 }
 
 std::shared_ptr<void> DefaultImageLoader::onChange(std::function<void()> changed) {

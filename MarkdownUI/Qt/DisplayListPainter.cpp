@@ -162,7 +162,7 @@ void DisplayListPainter::paintRange(QPainter& painter, const DisplayList& list, 
             drawSymbol(painter, QString::fromStdString(symbol->name), qt(symbol->frame),
                        palette_.resolve(symbol->color));
         } else if (const auto* image = std::get_if<ImageItem>(&item)) {
-            images_.draw(painter, image->source, qt(image->frame));
+            paintImage(painter, image->source, image->alt, qt(image->frame));
         } else if (const auto* button = std::get_if<ButtonItem>(&item)) {
             paintButton(painter, *button, lookOf(state.buttons, button->codeBlock));
         } else if (const auto* region = std::get_if<ScrollRegionItem>(&item)) {
@@ -228,11 +228,20 @@ void DisplayListPainter::paintAttachments(QPainter& painter, const TextLineItem&
         const QRectF frame(item.origin.x + left,
                            item.origin.y + line.top + line.ascent - attachment->size.height,
                            attachment->size.width, attachment->size.height);
-        images_.draw(painter, attachment->source, frame);
+        paintImage(painter, attachment->source, attachment->alt, frame);
         const auto selected = selectedPart(item, state);
         if (selected && selected->begin <= run->begin && run->end() <= selected->end)
             painter.fillRect(frame, palette_.selection);
     }
+}
+
+void DisplayListPainter::paintImage(QPainter& painter, const std::string& source, const std::string& alt,
+                                    const QRectF& frame) {
+    if (const auto placeholder = images_.placeholder(source))
+        paintPlaceholder(painter, *placeholder, QString::fromStdString(alt), snapped(painter, frame),
+                         palette_, fonts_);
+    else
+        images_.draw(painter, source, frame);
 }
 
 void DisplayListPainter::paintFocusRing(QPainter& painter, const Rect& rect) {

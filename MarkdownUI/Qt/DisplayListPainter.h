@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <map>
 #include <optional>
+#include <string>
 #include <vector>
 
 class QPainter;
@@ -63,6 +64,8 @@ private:
     void paintSelection(QPainter& painter, const PaintState& state, const QRectF& area, bool isCode);
     void paintText(QPainter& painter, const TextLineItem& item, const PaintState& state, bool isCode);
     void paintAttachments(QPainter& painter, const TextLineItem& item, const PaintState& state);
+    void paintImage(QPainter& painter, const std::string& source, const std::string& alt,
+                    const QRectF& frame);
     void paintRectangle(QPainter& painter, const RectangleItem& item);
     void paintButton(QPainter& painter, const ButtonItem& item, const CopyButtonLook& look);
     void paintFocusRing(QPainter& painter, const Rect& rect);

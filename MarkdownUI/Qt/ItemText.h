@@ -67,7 +67,7 @@ protected:
     /// The parsed form takes the plain one's place, where it has been waiting for that.
     void showParsed();
 
-    [[nodiscard]] MarkdownServices& services() { return services_; }
+    [[nodiscard]] MarkdownServices& services() const { return services_; }
 
     /// Null where the text is shown plain.
     [[nodiscard]] DocumentLayout* shownDocument() const { return content_->document(); }

@@ -33,6 +33,7 @@ void MarkdownItem::contentChanged() {
     hasCaret_ = false;
     isSelecting_ = false;
     pressedLink_.clear();
+    pressedImage_.clear();
     parts_.reset();
     ++version_;
     hoveredLink_.reset();
@@ -87,6 +88,7 @@ void MarkdownItem::mousePress(const QPointF& point, int clicks, Qt::KeyboardModi
     if (document != nullptr && controls_->press(*document, at))
         return;
     pressedLink_ = clicks == 1 ? linkAt(point) : QString();
+    pressedImage_ = clicks == 1 ? heldImageAt(point) : std::string();
     const TextPosition position = content().positionAt(at);
     if (modifiers.testFlag(Qt::ShiftModifier) && hasCaret_)
         selection_.extendTo(content(), position);
@@ -119,6 +121,9 @@ void MarkdownItem::mouseRelease(const QPointF& point) {
     if (document != nullptr && controls_->isPressed())
         return controls_->release(*document, pointOf(point));
     isSelecting_ = false;
+    const std::string image = std::exchange(pressedImage_, {});
+    if (!image.empty() && !hasSelection() && image == heldImageAt(point))
+        return services().images.load(image);
     const QString link = std::exchange(pressedLink_, {});
     if (!link.isEmpty() && !hasSelection() && link == linkAt(point))
         host().openLink(link);
@@ -138,7 +143,7 @@ Qt::CursorShape MarkdownItem::cursorAt(const QPointF& point) {
     if (DocumentLayout* const document = shownDocument()) {
         if (CodeControls::isAt(*document, at))
             return Qt::ArrowCursor;
-        if (document->linkAt(at))
+        if (document->linkAt(at) || !heldImageAt(point).empty())
             return Qt::PointingHandCursor;
     }
     return content().isTextAt(at) ? Qt::IBeamCursor : Qt::ArrowCursor;
@@ -148,13 +153,25 @@ bool MarkdownItem::isInteractiveAt(const QPointF& point) {
     const Point at = pointOf(point);
     DocumentLayout* const document = shownDocument();
     return (document != nullptr && (CodeControls::isAt(*document, at) || document->linkAt(at))) ||
-           content().isTextAt(at);
+           content().isTextAt(at) || !heldImageAt(point).empty();
 }
 
 QString MarkdownItem::linkAt(const QPointF& point) {
     DocumentLayout* const document = shownDocument();
     const auto link = document != nullptr ? document->linkAt(pointOf(point)) : std::nullopt;
     return QString::fromStdString(link.value_or(std::string()));
+}
+
+QString MarkdownItem::targetAt(const QPointF& point) {
+    const QString link = linkAt(point);
+    return link.isEmpty() ? QString::fromStdString(heldImageAt(point)) : link;
+}
+
+std::string MarkdownItem::heldImageAt(const QPointF& point) {
+    DocumentLayout* const document = shownDocument();
+    const std::string url = document != nullptr ? document->imageAt(pointOf(point)) : std::string();
+    const auto placeholder = url.empty() ? std::nullopt : services().images.placeholder(url);
+    return placeholder && placeholder->isPressable ? url : std::string();
 }
 
 /// The link whose text is at `point`.

@@ -45,11 +45,13 @@ public:
     /// True where a press does something other than nothing: on text, links, buttons, scroll bars.
     [[nodiscard]] bool isInteractiveAt(const QPointF& point);
     [[nodiscard]] QString linkAt(const QPointF& point);
+    /// Where a press at `point` leads: the link, or the image that it loads.
+    [[nodiscard]] QString targetAt(const QPointF& point);
     /// True where a code block takes it; a vertical turn is left alone but with Shift.
     bool wheel(const QWheelEvent& event, const QPointF& point);
 
     /// True where the item takes the key: moves and copies of the selection, sideways scrolling of code,
-    /// Return on what has the focus.
+    /// Return on what has the focus, Space on a button or an image to be loaded.
     bool keyPress(const QKeyEvent& event);
     /// Gives the keyboard's focus to the next link or button, for the Tab key. False behind the last one.
     bool focusNextControl(bool isForward);
@@ -58,7 +60,7 @@ public:
     /// Where that stands which has the focus: to be scrolled into view.
     [[nodiscard]] std::optional<QRectF> focusedFrame();
 
-    /// Adds "Copy", "Copy Link" and "Select All" for a menu at `point`.
+    /// Adds what can be done to the image at `point`, then "Copy", "Copy Link" and "Select All".
     void addActions(QMenu& menu, const QPointF& point);
 
     // Selection.
@@ -84,6 +86,15 @@ public:
     /// As a press on the part would.
     void activate(const PartInfo& part);
 
+    /// What stands for an image that is not loaded; nothing for other parts.
+    [[nodiscard]] std::optional<ImagePlaceholder> placeholderOf(const PartInfo& part) const;
+
+    /// Loads the image, and from now on all others of its host.
+    void alwaysLoad(const PartInfo& part);
+
+    /// Where a press on the part that has the focus leads; empty for none.
+    [[nodiscard]] QString focusedTarget() const;
+
     /// Counts the changes of the content.
     [[nodiscard]] std::size_t version() const { return version_; }
 
@@ -94,6 +105,9 @@ private:
     [[nodiscard]] bool isHeld() const override { return isSelecting_ || hasSelection(); }
 
     void imagesChanged();
+    void addImageActions(QMenu& menu, const QPointF& point);
+    /// The URL of the image that a press at `point` loads; empty for none.
+    [[nodiscard]] std::string heldImageAt(const QPointF& point);
     void updateLink(const QPointF& point);
     [[nodiscard]] const PartInfo* linkPartAt(Point point);
     void setFocusedPart(std::optional<std::size_t> part);
@@ -112,6 +126,7 @@ private:
     std::optional<PartInfo> hoveredLink_;
     std::optional<std::size_t> focusedPart_;
     QString pressedLink_;
+    std::string pressedImage_; ///< URL of one to be loaded
     std::shared_ptr<void> imageSubscription_;
 };
 

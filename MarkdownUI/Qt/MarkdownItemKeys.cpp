@@ -76,9 +76,13 @@ bool MarkdownItem::keyPress(const QKeyEvent& event) {
 
 bool MarkdownItem::activateByKey(const QKeyEvent& event) {
     const bool isReturn = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
-    const bool isSpace = event.key() == Qt::Key_Space && controls_->focusedButton(); // else it scrolls
     const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
-    if (!focusedPart_ || !(isReturn || isSpace) || modifiers != Qt::NoModifier)
+    if (!focusedPart_ || *focusedPart_ >= parts().size() || modifiers != Qt::NoModifier)
+        return false;
+    const bool isSpace =
+        event.key() == Qt::Key_Space &&
+        (controls_->focusedButton() || parts()[*focusedPart_].isPressable); // else it scrolls
+    if (!isReturn && !isSpace)
         return false;
     activate(parts()[*focusedPart_]);
     return true;
@@ -87,8 +91,25 @@ bool MarkdownItem::activateByKey(const QKeyEvent& event) {
 void MarkdownItem::activate(const PartInfo& part) {
     if (part.kind == PartInfo::Kind::copyButton)
         controls_->copy(*shownDocument(), part.place);
+    else if (part.isPressable)
+        services().images.load(std::string(part.source)); // the part changes with it
     else if (part.acts())
         host().openLink(QString::fromStdString(part.destination));
+}
+
+std::optional<ImagePlaceholder> MarkdownItem::placeholderOf(const PartInfo& part) const {
+    return part.kind == PartInfo::Kind::image ? services().images.placeholder(part.source) : std::nullopt;
+}
+
+void MarkdownItem::alwaysLoad(const PartInfo& part) {
+    services().images.alwaysLoad(std::string(part.source));
+}
+
+QString MarkdownItem::focusedTarget() const {
+    if (!focusedPart_ || *focusedPart_ >= parts().size())
+        return {};
+    const PartInfo& part = parts()[*focusedPart_];
+    return QString::fromStdString(part.isPressable ? part.source : part.destination);
 }
 
 bool MarkdownItem::moveByKey(const QKeyEvent& event) {
@@ -180,7 +201,24 @@ void MarkdownItem::retryImages() {
         imagesChanged();
 }
 
+void MarkdownItem::addImageActions(QMenu& menu, const QPointF& point) {
+    const std::string url = heldImageAt(point);
+    const auto placeholder = url.empty() ? std::nullopt : services().images.placeholder(url);
+    if (!placeholder)
+        return;
+    DefaultImageLoader& images = services().images;
+    QObject::connect(menu.addAction(QStringLiteral("Load Image")), &QAction::triggered, &menu,
+                     [&images, url] { images.load(url); });
+    if (placeholder->canAlwaysLoad) {
+        const QString name = kAlwaysLoad.arg(placeholder->host).replace('&', QStringLiteral("&&"));
+        QObject::connect(menu.addAction(name), &QAction::triggered, &menu,
+                         [&images, url] { images.alwaysLoad(url); });
+    }
+    menu.addSeparator();
+}
+
 void MarkdownItem::addActions(QMenu& menu, const QPointF& point) {
+    addImageActions(menu, point);
     const auto add = [&menu](const QString& text, QKeySequence::StandardKey key, bool isEnabled) {
         QAction* action = menu.addAction(text);
         action->setShortcut(key);

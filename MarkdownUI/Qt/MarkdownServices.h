@@ -19,9 +19,8 @@ struct MarkdownServices {
     /// `codeHighlighter` may be null, for code without colours; it outlives the services.
     explicit MarkdownServices(const MarkdownPalette& colors,
                               const CodeSyntaxHighlighter* codeHighlighter = nullptr,
-                              ImageDownload download = {}, FontCache fonts = FontCache(),
-                              ImageClock clock = std::chrono::steady_clock::now)
-        : palette(colors), engine(palette, std::move(fonts)), images(std::move(download), std::move(clock)),
+                              ImageServices imageServices = {}, FontCache fonts = FontCache())
+        : palette(colors), engine(palette, std::move(fonts)), images(std::move(imageServices)),
           highlighter(codeHighlighter), painter(palette, engine.fonts(), images) {}
 
     MarkdownServices(const MarkdownServices&) = delete;

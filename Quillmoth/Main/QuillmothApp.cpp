@@ -3,7 +3,9 @@
 #include "Foundation/URL.h"
 #include "Platform/Linux/AtSpi/RestartNeeds.h"
 #include "Quillmoth/Application/Links.h"
+#include "Quillmoth/Settings/ImageSettings.h"
 #include "Quillmoth/Shell/Panel/FloatingView.h"
+#include "Quillmoth/Shell/Panel/ImageFetch.h"
 #include "Quillmoth/Shell/Panel/MessagePalette.h"
 
 namespace quillmoth {
@@ -16,23 +18,14 @@ constexpr double kCodeFontSize = 16;
 // Until the program in front is the active one again.
 constexpr platform::MainQueue::Seconds kWindowManagersTurn{0.3};
 
-/// Loads the images of answers. What does not load, or is no image, stays clear space.
-markdown::ImageDownload imageLoader(DesktopServices& services) {
-    return [&services](const QString& url, const std::function<void(QByteArray)>& finished) {
-        platform::URLRequest request;
-        request.url = url.toStdString();
-        services.urlSessions.sharedSession()
-            ->dataTask(request,
-                       [&mainQueue = services.mainQueue,
-                        finished](const std::optional<std::string>& data,
-                                  const std::optional<platform::URLResponse>& response,
-                                  const std::optional<platform::URLError>&) {
-                           const bool isFound = data && response && response->statusCode == 200;
-                           auto bytes = isFound ? QByteArray::fromStdString(*data) : QByteArray();
-                           mainQueue.async([finished, bytes = std::move(bytes)] { finished(bytes); });
-                       })
-            ->resume();
-    };
+/// What loads images of answers, and which of them by themselves.
+markdown::ImageServices imageServices(DesktopServices& services) {
+    ImageSettings settings(services.userDefaults);
+    return {
+        .download = makeImageDownload(services.urlSessions, services.operationQueues),
+        .permissions = {.loadsAll = [settings] { return settings.loadsRemoteImages(); },
+                        .loadsFrom = [settings](const std::string& host) { return settings.loadsFrom(host); },
+                        .allow = [settings](const std::string& host) mutable { settings.allow(host); }}};
 }
 
 /// A thread for what is long to parse.
@@ -50,7 +43,7 @@ markdown::BackgroundWork parser(DesktopServices& services) {
 
 QuillmothApp::QuillmothApp()
     : codeHighlighter_(highlighting::Theme::midnight(highlighting::Font(kCodeFontSize))),
-      markdown_(messagePalette(), &codeHighlighter_, imageLoader(services_)),
+      markdown_(messagePalette(), &codeHighlighter_, imageServices(services_)),
       panelWindows_({.focus = services_.panelFocus(),
                      .defaults = services_.userDefaults,
                      .isCompositing = [this] { return services_.isCompositing(); },
@@ -90,10 +83,22 @@ QuillmothApp::QuillmothApp()
             });
         });
     services_.userDefaults.setAskingHandler([this] { return stepAsideForPassword(); });
+    imageSettings_ = services_.userDefaults.onChange([this, known = imageDefaults()]() mutable {
+        auto now = imageDefaults();
+        if (now == known)
+            return;
+        known = std::move(now);
+        markdown_.images.permissionsChanged();
+    });
     services_.setConsentQuestion([this] { windows_.askForConsent(); });
 }
 
 QuillmothApp::~QuillmothApp() = default;
+
+std::pair<bool, std::vector<std::string>> QuillmothApp::imageDefaults() {
+    const ImageSettings settings(services_.userDefaults);
+    return {settings.loadsRemoteImages(), settings.imageHosts()};
+}
 
 void QuillmothApp::finishLaunching() {
     if (_appDelegate._firstTime())

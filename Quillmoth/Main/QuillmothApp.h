@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Foundation/Subscription.h"
 #include "KeyboardShortcuts/Center.h"
 #include "MarkdownUI/Qt/MarkdownServices.h"
 #include "Platform/Linux/Desktop/InstanceRequest.h"
@@ -13,6 +14,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace quillmoth {
@@ -48,10 +50,13 @@ private:
     void showPanel();
     [[nodiscard]] std::function<void()> stepAsideForPassword();
     void comeBackFromPassword();
+    /// Which images load by themselves.
+    [[nodiscard]] std::pair<bool, std::vector<std::string>> imageDefaults();
 
     DesktopServices services_;
     highlighting::SplashCodeSyntaxHighlighter codeHighlighter_;
     markdown::MarkdownServices markdown_;
+    Subscription imageSettings_;
     QtPanelWindows panelWindows_;
     const platform::Platform platform_;
     KeyboardShortcuts::Center shortcuts_;

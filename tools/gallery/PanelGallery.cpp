@@ -259,10 +259,12 @@ int drawImageAtSecondTry(const QString& folder) {
     bool isServerUp = false;
     markdown::MarkdownServices services(
         messagePalette(), nullptr,
-        [&isServerUp](const QString&, const auto& finished) {
-            finished(isServerUp ? lampPicture() : QByteArray());
-        },
-        markdown::FontCache(), [&now] { return now; });
+        {.download =
+             [&isServerUp](const markdown::ImageRequest&, const auto& finished) {
+                 finished({isServerUp ? lampPicture() : QByteArray()});
+             },
+         .permissions = {.loadsAll = [] { return true; }},
+         .clock = [&now] { return now; }});
     Gallery gallery(folder, services);
     const auto openConversation = [&services](PanelUnderTest& panel) {
         converse(panel, "Draw the way of a moth around a lamp.",
@@ -277,6 +279,28 @@ int drawImageAtSecondTry(const QString& folder) {
     now += markdown::DefaultImageLoader::kRetryPause;
     isServerUp = true;
     gallery.draw(QStringLiteral("image-at-second-try"), openConversation);
+    return gallery.failures();
+}
+
+/// An answer whose images wait for a click: one that is new, one that has failed, one in a line of text.
+/// Gives the pictures that could not be written.
+int drawImageNotLoaded(const QString& folder) {
+    markdown::MarkdownServices services(
+        messagePalette(), nullptr,
+        {.download = [](const markdown::ImageRequest&, const auto& finished) { finished({}); },
+         .permissions = {.allow = [](const std::string&) {}}});
+    Gallery gallery(folder, services);
+    gallery.draw(QStringLiteral("image-not-loaded"), [&services](PanelUnderTest& panel) {
+        converse(panel, "Draw the way of a moth around a lamp.",
+                 "Here it is:\n\n![The way of a moth](https://pictures.example.org/moth.png)\n\nEach turn is "
+                 "*closer* than the one before: ![turns](https://pictures.example.org/turns.png) as this "
+                 "shows.\n\n![A lamp](https://lamps.example.net/lamp.jpeg)");
+        panel.settle();
+        panel.surface().grab();
+        services.images.load("https://lamps.example.net/lamp.jpeg");
+        while (services.images.loadingCount() > 0)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    });
     return gallery.failures();
 }
 
@@ -325,6 +349,7 @@ int main(int argumentCount, char** arguments) {
     quillmoth::Gallery gallery(*folder, services);
     quillmoth::drawLists(gallery);
     quillmoth::drawConversations(gallery);
-    const int failures = gallery.failures() + quillmoth::drawImageAtSecondTry(*folder);
+    const int failures = gallery.failures() + quillmoth::drawImageAtSecondTry(*folder) +
+                         quillmoth::drawImageNotLoaded(*folder);
     return failures == 0 ? 0 : 1;
 }

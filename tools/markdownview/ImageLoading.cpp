@@ -14,27 +14,27 @@ namespace quillmoth::markdownview {
 
 namespace {
 
-using Finished = std::function<void(QByteArray)>;
+using Finished = std::function<void(markdown::ImageAnswer)>;
 
 void loadFile(const QString& path, const Finished& finished) {
     QFile file(path);
-    finished(file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray());
+    finished({file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray()});
 }
 
 void loadFromNetwork(QNetworkAccessManager& network, const QUrl& url, Finished finished) {
     QNetworkReply* reply = network.get(QNetworkRequest(url));
     QObject::connect(reply, &QNetworkReply::finished, reply, [reply, finished = std::move(finished)] {
-        finished(reply->error() == QNetworkReply::NoError ? reply->readAll() : QByteArray());
+        finished({reply->error() == QNetworkReply::NoError ? reply->readAll() : QByteArray()});
         reply->deleteLater();
     });
 }
 
 } // namespace
 
-markdown::ImageDownload makeImageLoader(const QString& folder) {
+markdown::ImageServices makeImageLoader(const QString& folder) {
     auto network = std::make_shared<QNetworkAccessManager>();
-    return [folder, network](const QString& text, Finished finished) {
-        const QUrl url(text);
+    const auto download = [folder, network](const markdown::ImageRequest& request, Finished finished) {
+        const QUrl url(request.url);
         if (url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https")) {
             loadFromNetwork(*network, url, std::move(finished));
         } else if (url.isLocalFile() || url.isRelative()) {
@@ -44,6 +44,7 @@ markdown::ImageDownload makeImageLoader(const QString& folder) {
             finished({});
         }
     };
+    return {.download = download, .permissions = {.isUnrestricted = true}};
 }
 
 } // namespace quillmoth::markdownview

@@ -6,7 +6,7 @@
 
 namespace quillmoth::markdownview {
 
-/// Loads images from the network and from files; relative paths are seen from `folder`.
-[[nodiscard]] markdown::ImageDownload makeImageLoader(const QString& folder);
+/// Loads all images, from the network and from files; relative paths are seen from `folder`.
+[[nodiscard]] markdown::ImageServices makeImageLoader(const QString& folder);
 
 } // namespace quillmoth::markdownview

@@ -113,10 +113,7 @@ void MessageContent::tellNoLink() {
 }
 
 QString MessageContent::focusedLink() const {
-    const auto part = hasFocus() ? item_.focusedPart() : std::nullopt;
-    if (!part || *part >= item_.parts().size() || !item_.parts()[*part].acts())
-        return {};
-    return QString::fromStdString(item_.parts()[*part].destination);
+    return hasFocus() ? item_.focusedTarget() : QString();
 }
 
 void MessageContent::tellLink(const QString& pointed) {
@@ -161,7 +158,7 @@ void MessageContent::mouseMoveEvent(QMouseEvent* event) {
     const bool isPressed = event->buttons() & Qt::LeftButton;
     item_.mouseMove(event->position(), isPressed);
     setCursor(item_.cursorAt(event->position()));
-    tellLink(item_.linkAt(event->position()));
+    tellLink(item_.targetAt(event->position()));
     if (isPressed && onReveal)
         onReveal(qFloor(event->position().y()) - 1, qCeil(event->position().y()) + 1);
 }

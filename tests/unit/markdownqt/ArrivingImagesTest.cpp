@@ -34,7 +34,7 @@ protected:
     std::size_t answer(const QByteArray& data) {
         const auto calls = std::exchange(asked_, {});
         for (const auto& finished : calls)
-            finished(data);
+            finished({data});
         while (services.images.loadingCount() > 0)
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         return calls.size();
@@ -45,15 +45,17 @@ protected:
     }
 
     std::chrono::steady_clock::time_point now;
-    MarkdownServices services{
-        MarkdownPalette::panel(), nullptr,
-        [this](const QString& /*url*/, auto finished) { asked_.push_back(std::move(finished)); }, FontCache(),
-        [this] { return now; }};
+    MarkdownServices services{MarkdownPalette::panel(),
+                              nullptr,
+                              {.download = [this](const ImageRequest& /*request*/,
+                                                  auto finished) { asked_.push_back(std::move(finished)); },
+                               .permissions = {.loadsAll = [] { return true; }},
+                               .clock = [this] { return now; }}};
     FakeHost host;
     MarkdownItem item{services, host};
 
 private:
-    std::vector<std::function<void(QByteArray)>> asked_;
+    std::vector<std::function<void(ImageAnswer)>> asked_;
 };
 
 } // namespace
@@ -62,8 +64,8 @@ TEST_F(ArrivingImagesTest, KeepTheSelectionAndTheFocus) {
     for (const std::string tabs : {"1", "2"}) { // the link, then the button
         show(item, "![a](http://x/" + tabs + ") “é” ![b](http://x/b" + tabs +
                        ") [one](http://one) and more\n\n```\ncode\n```\n");
-        const std::size_t focused = std::stoul(tabs) - 1;
-        for (std::size_t part = 0; part <= focused; ++part) {
+        const std::size_t focused = 1 + std::stoul(tabs); // behind the images
+        for (std::size_t tab = 0; tab < std::stoul(tabs); ++tab) {
             ASSERT_TRUE(item.focusNextControl(true));
         }
         const std::string text = item.content().textOfBlock(0);

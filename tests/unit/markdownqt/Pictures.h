@@ -10,13 +10,13 @@
 namespace quillmoth::markdown {
 
 /// A picture of one colour, as the data of a file.
-inline QByteArray pictureData(const QColor& color, int width, int height) {
+inline QByteArray pictureData(const QColor& color, int width, int height, const char* format = "PNG") {
     QImage image(width, height, QImage::Format_RGB32);
     image.fill(color);
     QByteArray data;
     QBuffer buffer(&data);
     buffer.open(QIODevice::WriteOnly);
-    image.save(&buffer, "PNG");
+    image.save(&buffer, format);
     return data;
 }
 

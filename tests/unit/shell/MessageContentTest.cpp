@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
+#include <QTest>
 
 #include <memory>
 
@@ -12,13 +13,14 @@ namespace {
 TEST(MessageContent, asks_again_for_a_failed_image_when_the_panel_is_shown_again) {
     std::chrono::steady_clock::time_point now;
     int asked = 0;
-    markdown::MarkdownServices services(
-        markdown::MarkdownPalette::panel(), nullptr,
-        [&asked](const QString&, const auto& finished) {
-            ++asked;
-            finished({});
-        },
-        markdown::FontCache(), [&now] { return now; });
+    markdown::MarkdownServices services(markdown::MarkdownPalette::panel(), nullptr,
+                                        {.download =
+                                             [&asked](const markdown::ImageRequest&, const auto& finished) {
+                                                 ++asked;
+                                                 finished({});
+                                             },
+                                         .permissions = {.loadsAll = [] { return true; }},
+                                         .clock = [&now] { return now; }});
     QWidget panel;
     auto* const message = new MessageContent({.markdown = &services, .openLink = {}}, &panel);
     message->setForm(markdown::TextForm::markdown);
@@ -38,6 +40,31 @@ TEST(MessageContent, asks_again_for_a_failed_image_when_the_panel_is_shown_again
     panel.hide();
     open();
     EXPECT_EQ(asked, 2);
+}
+
+TEST(MessageContent, loads_an_image_by_keys_and_tells_where_it_is_before) {
+    QStringList asked;
+    markdown::MarkdownServices services(
+        markdown::MarkdownPalette::panel(), nullptr,
+        {.download = [&asked](const markdown::ImageRequest& request, const auto&) { asked << request.url; }});
+    QString told;
+    QWidget panel;
+    auto* const message = new MessageContent(
+        {.markdown = &services, .openLink = {}, .tell = [&told](const QString& text, bool) { told = text; }},
+        &panel);
+    message->setForm(markdown::TextForm::markdown);
+    message->setText("Words and ![a](https://x.org/a?words)");
+    message->resize(400, 100);
+    panel.show();
+    panel.activateWindow();
+    QCoreApplication::processEvents();
+    message->clearFocus();
+    panel.grab();
+    EXPECT_TRUE(asked.isEmpty());
+    message->setFocus(Qt::TabFocusReason);
+    EXPECT_EQ(told, "https://x.org/a?words");
+    QTest::keyClick(message, Qt::Key_Space);
+    EXPECT_EQ(asked, QStringList("https://x.org/a?words"));
 }
 
 TEST(MessageContent, shrinks_to_its_widest_line) {
