@@ -55,6 +55,8 @@ public:
     /// Any thread.
     void take(std::string url, ImageAnswer answer) {
         onMainThread([url = std::move(url), answer = std::move(answer)](Inbox& inbox) mutable {
+            if (inbox.store_ != nullptr)
+                inbox.store_->downloadEnded();
             inbox.decode(std::move(url), std::move(answer));
         });
     }
@@ -186,12 +188,27 @@ void DefaultImageLoader::start(const std::string& url, Entry& entry, ImageReach 
     ++loadingCount_;
     if (isDataURL(url))
         inbox_->decode(url, {dataOf(url)});
-    else if (services_.download)
-        services_.download({QString::fromStdString(url), reach}, [inbox = inbox_, url](ImageAnswer answer) {
+    else if (!services_.download)
+        inbox_->decode(url, {});
+    else
+        waiting_.push_back({QString::fromStdString(url), reach});
+    startDownloads();
+}
+
+void DefaultImageLoader::startDownloads() {
+    while (!waiting_.empty() && downloads_ < kMostImageDownloads) {
+        const ImageRequest request = std::move(waiting_.front());
+        waiting_.pop_front();
+        ++downloads_;
+        services_.download(request, [inbox = inbox_, url = request.url.toStdString()](ImageAnswer answer) {
             inbox->take(url, std::move(answer));
         });
-    else
-        inbox_->decode(url, {});
+    }
+}
+
+void DefaultImageLoader::downloadEnded() {
+    --downloads_;
+    startDownloads();
 }
 
 /// Decodes again what was dropped, from the file where that is kept.

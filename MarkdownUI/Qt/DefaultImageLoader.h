@@ -10,6 +10,7 @@
 #include <QThreadPool>
 
 #include <chrono>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -24,10 +25,10 @@ namespace quillmoth::markdown {
 
 /// The images of all documents of a window, by URL. "data:" URLs are read in place. Those on the web wait
 /// behind a placeholder until the user asks for them, or load by themselves where that is permitted, never
-/// from a private address; no other URL is opened. Decoding happens on a thread of its own, one at a time.
-/// What fails by itself stays a clear area; who asks for it `kRetryPause` or more after the failure has it
-/// loaded again. Of more than kMostImagesKept what was not drawn for longest is dropped, the pictures first,
-/// and comes back when it is drawn. Main thread.
+/// from a private address, some at a time; no other URL is opened. Decoding happens on a thread of its own,
+/// one at a time. What fails by itself stays a clear area; who asks for it `kRetryPause` or more after the
+/// failure has it loaded again. Of more than kMostImagesKept what was not drawn for longest is dropped, the
+/// pictures first, and comes back when it is drawn. Main thread.
 class DefaultImageLoader : public ImageSource {
 public:
     static constexpr std::chrono::seconds kRetryPause{3};
@@ -84,6 +85,8 @@ private:
     [[nodiscard]] std::optional<ImageReach> reachOf(const std::string& url) const;
     [[nodiscard]] bool hasPaused(const Entry& entry) const;
     void start(const std::string& url, Entry& entry, ImageReach reach);
+    void startDownloads();
+    void downloadEnded();
     void bringBack(const std::string& url, Entry& entry);
     void arrived(const std::string& url, QByteArray data, DecodedImage decoded);
     void failed(const std::string& url, Entry& entry, ImageProblem problem);
@@ -94,6 +97,8 @@ private:
     std::shared_ptr<Inbox> inbox_;
     std::unordered_map<std::string, Entry> entries_;
     std::vector<std::weak_ptr<std::function<void()>>> listeners_;
+    std::deque<ImageRequest> waiting_; ///< for others to end
+    int downloads_ = 0;
     int loadingCount_ = 0;
     QThreadPool decoding_; ///< last: it ends its work before the rest goes
 };

@@ -29,7 +29,7 @@ constexpr std::array kSignatures{
     Signature{"webp", 8, "WEBP"},
 };
 
-const char* formatOf(const QByteArray& data) {
+const char* imageFormatOf(const QByteArray& data) {
     for (const Signature& signature : kSignatures) {
         const bool isWebP = signature.at > 0;
         if (QByteArrayView(data).sliced(std::min(signature.at, data.size())).startsWith(signature.bytes) &&
@@ -52,7 +52,7 @@ DecodedImage decodeImage(const ImageAnswer& answer) {
         return refused(ImageProblem::unreachable);
     if (answer.data.size() > kMostImageBytes)
         return refused(ImageProblem::tooManyBytes);
-    const char* const format = formatOf(answer.data);
+    const char* const format = imageFormatOf(answer.data);
     if (format == nullptr)
         return refused(ImageProblem::unknownFormat);
     QByteArray data = answer.data;

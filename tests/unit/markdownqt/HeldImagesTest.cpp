@@ -35,12 +35,15 @@ protected:
     }
 
     void settle() {
-        for (bool isBusy = true; isBusy;) {
+        const auto isBusy = [this] {
+            const auto unanswered = static_cast<int>(asked.size());
+            return services.images.loadingCount() > unanswered && unanswered < kMostImageDownloads;
+        };
+        do {
             (void)item.displayList({0, 0, kSide, kSide});
-            while (services.images.loadingCount() > static_cast<int>(asked.size()))
+            while (isBusy())
                 QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-            isBusy = services.images.loadingCount() > static_cast<int>(asked.size());
-        }
+        } while (isBusy());
     }
 
     /// Answers the oldest download.
@@ -244,18 +247,20 @@ TEST_F(HeldImagesTest, OutOfSightAreDroppedAndComeBackWithoutTheNetwork) {
     item.setForm(TextForm::markdown);
     item.setText(text);
     (void)item.displayList({0, 0, kSide, kSide * 100});
-    ASSERT_EQ(asked.size(), static_cast<std::size_t>(kPictures));
-    while (!asked.empty()) {
+    int answered = 0;
+    for (; !asked.empty(); ++answered) {
+        EXPECT_LE(asked.size(), static_cast<std::size_t>(kMostImageDownloads));
         now += 2s;
-        answer({pictureData(QColor(255, static_cast<int>(asked.size()), 0), 1000, 1000)});
+        answer({pictureData(QColor(255, answered, 0), 1000, 1000)});
     }
+    EXPECT_EQ(answered, kPictures);
     EXPECT_LE(services.images.keptBytes(), kMostImagesKept);
     EXPECT_GT(services.images.keptBytes(), kMostImagesKept / 2);
     (void)paint();
     while (services.images.loadingCount() > 0)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     EXPECT_TRUE(asked.empty()) << "the file is kept";
-    EXPECT_EQ(paint().pixelColor(5, 5), QColor(255, kPictures, 0)) << "the oldest, dropped first";
+    EXPECT_EQ(paint().pixelColor(5, 5), QColor(255, 0, 0)) << "the oldest, dropped first";
     now += 1h;
     (void)paint();
     EXPECT_LE(services.images.keptBytes(), kMostImagesKept);
