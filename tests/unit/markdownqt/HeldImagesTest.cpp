@@ -133,6 +133,9 @@ TEST_F(HeldImagesTest, WaitForAClickOrAKeyAndLoadOneByOne) {
     EXPECT_EQ(noteOf("https://x.org/a"), "none");
     EXPECT_EQ(item.content().document()->rectanglesOf(image()).front().width, 40);
 
+    const Rect linked = item.content().document()->rectanglesOf(item.parts().back()).front();
+    EXPECT_EQ(item.linkAt({linked.x + 1, linked.y + 1}), "");
+    EXPECT_EQ(item.targetAt({linked.x + 1, linked.y + 1}), "https://x.org/d") << "told before the press";
     const QString text = QString::fromStdString(item.content().textOfBlock(0));
     for (const auto key : {Qt::Key_Space, Qt::Key_Return}) {
         ASSERT_TRUE(item.focusNextControl(true));
