@@ -213,8 +213,12 @@ void DefaultImageLoader::downloadEnded() {
 
 /// Decodes again what was dropped, from the file where that is kept.
 void DefaultImageLoader::bringBack(const std::string& url, Entry& entry) {
-    if (entry.isLoading || !hasPaused(entry))
+    // One that is drawn at two sizes must not be dropped and decoded without end.
+    const auto now = services_.clock();
+    const bool isRecent = entry.broughtBackAt && now - *entry.broughtBackAt < kImageStays;
+    if (entry.isLoading || isRecent || !hasPaused(entry))
         return;
+    entry.broughtBackAt = now;
     if (entry.data.isEmpty())
         return start(url, entry, entry.reach);
     entry.isLoading = true;

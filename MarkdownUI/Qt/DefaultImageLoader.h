@@ -76,6 +76,7 @@ private:
         QImage image;
         QPixmap scaled; ///< for the last size that it was drawn at
         std::chrono::steady_clock::time_point drawnAt;
+        std::optional<std::chrono::steady_clock::time_point> broughtBackAt;
 
         [[nodiscard]] std::int64_t pixelBytes() const;
     };
