@@ -3,6 +3,7 @@
 
 #include "Fuzz.h"
 
+#include "Foundation/Limits.h"
 #include "Foundation/Text.h"
 #include "Foundation/URL.h"
 #include "Platform/Fake/FakePlatform.h"
@@ -64,7 +65,7 @@ std::optional<std::string> plainData(const std::string& query) {
 
 void checkAgainstPlainSearch(const std::string& link, const Result<std::optional<PromptData>>& preset) {
     const auto url = URL::parse(link, URL::kAnything);
-    if (!url || link.size() > kLongestLink) {
+    if (!url || link.size() > limits::kLink) {
         promise(!preset, "what is no address is refused");
         return;
     }
@@ -84,7 +85,7 @@ void checkHandingOn(const PromptData& preset) {
     const std::string link =
         "quillmoth://x?data=" + percentEncoded(std::string_view(*json).substr(1, json->size() - 2));
     const auto again = presetOfLink(link);
-    promise(link.size() > kLongestLink || (again && *again && **again == preset), "a link carries a preset");
+    promise(link.size() > limits::kLink || (again && *again && **again == preset), "a link carries a preset");
 }
 
 void checkImport(const std::string& link, const Result<std::optional<PromptData>>& preset) {
