@@ -26,7 +26,7 @@ namespace quillmoth {
 namespace {
 
 // For a keyring that the bus has to start first.
-constexpr int kKeyringMilliseconds = 6000;
+constexpr int kSlowKeyringMilliseconds = 6000;
 
 bool isOnSessionBus(const QString& name) {
     auto* bus = QDBusConnection::sessionBus().interface();
@@ -69,7 +69,7 @@ DesktopFacts::Keyring keyringState() {
         found = state;
         loop.quit();
     });
-    QTimer::singleShot(kKeyringMilliseconds, &loop, &QEventLoop::quit);
+    QTimer::singleShot(kSlowKeyringMilliseconds, &loop, &QEventLoop::quit);
     loop.exec();
     if (found == State::absent)
         return DesktopFacts::Keyring::absent;

@@ -8,7 +8,7 @@ namespace {
 
 using nlohmann::json;
 
-constexpr const char* kKey = "sk-moth-7e1d";
+constexpr const char* kKeptKey = "sk-moth-7e1d";
 constexpr const char* kPassword = "password";
 constexpr const char* kService = "org.freedesktop.secrets";
 constexpr const char* kLogin = "/org/freedesktop/secrets/collection/login";
@@ -58,18 +58,18 @@ protected:
 } // namespace
 
 TEST_F(KeyringDesktop, TheKeyLeavesTheFileAndALockedKeyringIsAskedForByTheFirstQuestionAlone) {
-    writeDefaults({{"openapikey", kKey}});
+    writeDefaults({{"openapikey", kKeptKey}});
     start();
     run({"--settings"});
     awaitWindow("Settings");
     EXPECT_TRUE(await("check box", "Keep the key in the keyring").press());
     awaitStored("openapikey", nullptr);
     EXPECT_TRUE(defaults().value("keepsKeyInKeyring", false));
-    EXPECT_TRUE(shows(kKey));
+    EXPECT_TRUE(shows(kKeptKey));
     EXPECT_NE(diagnosis().find("Key: in the keyring\n"), std::string::npos) << diagnosis();
     closeWindow("Settings");
     ask("one");
-    EXPECT_EQ(chatRequests().back().header("Authorization"), std::string("Bearer ") + kKey);
+    EXPECT_EQ(chatRequests().back().header("Authorization"), std::string("Bearer ") + kKeptKey);
     quit();
 
     lock();
@@ -98,7 +98,7 @@ TEST_F(KeyringDesktop, TheKeyLeavesTheFileAndALockedKeyringIsAskedForByTheFirstQ
     eventually("the panel is back", [] { return isOpen() && command() == "two"; });
     input().tapKey(KEY_ENTER);
     eventually("the question is sent", [] { return chatRequests().size() > 1; });
-    EXPECT_EQ(chatRequests().back().header("Authorization"), std::string("Bearer ") + kKey);
+    EXPECT_EQ(chatRequests().back().header("Authorization"), std::string("Bearer ") + kKeptKey);
     for (const auto& request : server().requests())
         EXPECT_TRUE(request.path.starts_with("/v1/")) << request.path;
 }
