@@ -67,9 +67,12 @@ std::string tooLongFault() {
 
 std::string noTextFault(const std::string& url, const std::optional<platform::URLError>& lost,
                         bool hasRecord) {
-    if (lost)
-        return lost->localizedDescription + kSendAgain;
-    return serverOf(url) + (hasRecord ? std::string(kNoText) + kSendAgain : kNoService);
+    std::string fault = lost ? lost->localizedDescription : serverOf(url);
+    if (!lost)
+        fault.append(hasRecord ? kNoText : kNoService);
+    if (lost || hasRecord)
+        fault.append(kSendAgain);
+    return fault;
 }
 
 } // namespace quillmoth

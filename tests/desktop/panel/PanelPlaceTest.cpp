@@ -181,6 +181,7 @@ protected:
                        daemon_->isRunning();
         session().quit();
         session().start({}, {{"QT_IM_MODULE", "ibus"}});
+        awaitHotKey();
     }
 
     static void TearDownTestSuite() {

@@ -66,6 +66,7 @@ void PanelSession::SetUpTestSuite() {
     session().startEditor(kEditorText);
     inputFocus_ = windows().inputFocus();
     session().start();
+    awaitHotKey();
 }
 
 void PanelSession::SetUp() {

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <linux/input-event-codes.h>
 #include <memory>
 #include <stdexcept>
 #include <xcb/xcb.h>
@@ -105,6 +106,15 @@ void ProgramTest::openPanel() {
     ASSERT_TRUE(eventually("the hot key opens the panel", isOpen));
     // The keyboard arrives a moment behind the picture.
     ASSERT_TRUE(isFocused("text Command"));
+}
+
+void ProgramTest::awaitHotKey() {
+    EXPECT_TRUE(eventually("the program has its hot key", [] {
+        pressHotKey();
+        const bool opened = holdsWithin(std::chrono::seconds(3), isOpen);
+        input().tapKey(KEY_ESC);
+        return opened && closes();
+    }));
 }
 
 bool ProgramTest::closes() {

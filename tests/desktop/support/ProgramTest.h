@@ -58,6 +58,9 @@ protected:
 
     static void pressHotKey() { session().pressHotKey(); }
 
+    /// To be called behind a start of the program, which may be told of before it has its hot key: until then
+    /// the window manager opens a menu by that.
+    static void awaitHotKey();
     /// By the hot key; waits until the panel has the keyboard.
     static void openPanel();
 
