@@ -15,6 +15,7 @@ constexpr AXError kAXErrorFailure = -25200;
 constexpr AXError kAXErrorInvalidUIElement = -25202;
 constexpr AXError kAXErrorCannotComplete = -25204;
 constexpr AXError kAXErrorAttributeUnsupported = -25205;
+constexpr AXError kAXErrorActionUnsupported = -25206;
 constexpr AXError kAXErrorAPIDisabled = -25211;
 constexpr AXError kAXErrorNoValue = -25212;
 
@@ -59,11 +60,20 @@ public:
     [[nodiscard]] virtual AXUIElementRef createSystemWide() = 0;
     [[nodiscard]] virtual AXUIElementRef createApplication(std::int64_t processIdentifier) = 0;
 
-    /// `value` is written on success only.
+    /// `value` is written on success only. "AXSelectedText" succeeds without a value where nothing is known
+    /// to be selected and that is not to be relied on.
     virtual AXError copyAttributeValue(const AXUIElementRef& element, std::string_view attribute,
                                        AXValue& value) = 0;
     virtual AXError copyParameterizedAttributeValue(const AXUIElementRef& element, std::string_view attribute,
                                                     const AXValue& parameter, AXValue& value) = 0;
+
+    /// Writing a text succeeds only once it is seen to have arrived. "AXValue" changes the element's text;
+    /// "AXSelectedText" pastes over what is selected, also into an application as a whole. What fails with
+    ///     kAXErrorAttributeUnsupported  cannot be done, and nothing was changed;
+    ///     kAXErrorActionUnsupported     is not done, for it is a terminal;
+    ///     kAXErrorNoValue               is not done, for it is a password field;
+    ///     kAXErrorCannotComplete        was not answered in time and may still arrive;
+    ///     kAXErrorFailure               was tried, and has not arrived.
     virtual AXError setAttributeValue(const AXUIElementRef& element, std::string_view attribute,
                                       const AXValue& value) = 0;
 };

@@ -21,7 +21,7 @@ set(modules
     "Quillmoth/Application | Quillmoth/Assistant Quillmoth/Prompts KeyboardShortcuts Platform Foundation |"
     "Quillmoth/Editor | Quillmoth/Assistant Quillmoth/Prompts Platform Foundation |"
     "Quillmoth/Settings | Quillmoth/Chat KeyboardShortcuts Platform Foundation |"
-    "Quillmoth/Diagnosis | |"
+    "Quillmoth/Diagnosis | Quillmoth/Capture Platform Foundation |"
 
     "Quillmoth/Shell/Looks | Foundation/Qt | ${qt}"
     "Quillmoth/Shell/Controls | Quillmoth/Shell/Looks Foundation/Qt Foundation | ${qt}"
@@ -42,6 +42,6 @@ set(modules
     "Platform/Linux/X11/Keys | Platform/Linux/X11/Server Platform Foundation | ${qt}|xcb/|xkbcommon/"
     "Platform/Linux/X11/Selection | Platform/Linux/X11/Server Platform Foundation | ${qt}|xcb/"
     "Platform/Linux/X11/Panel | Platform/Linux/X11/Keys Platform/Linux/X11/Server Platform Foundation | ${qt}|xcb/"
-    "Platform/Linux/X11 | Platform/Linux/X11/Keys Platform/Linux/X11/Panel Platform/Linux/X11/Selection Platform/Linux/X11/Server Platform Foundation | ${qt}"
+    "Platform/Linux/X11 | Platform/Linux/X11/Keys Platform/Linux/X11/Panel Platform/Linux/X11/Selection Platform/Linux/X11/Server Platform Foundation | ${qt}|xkbcommon/"
 
     "Quillmoth/Main | * | ${qt}")

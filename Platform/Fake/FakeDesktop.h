@@ -28,7 +28,11 @@ public:
         return frontmost;
     }
 
-    [[nodiscard]] std::optional<std::string> selectionInFrontTerminal() override { return terminalSelection; }
+    [[nodiscard]] std::string frontmostApplicationName() override { return name; }
+
+    [[nodiscard]] std::optional<std::string> frontmostPrimarySelection() override { return primary; }
+
+    [[nodiscard]] std::optional<std::string> selectionInsteadOfCopy() override { return terminalSelection; }
 
     bool openURL(const std::string& url) override {
         openedURLs.push_back(url);
@@ -36,6 +40,8 @@ public:
     }
 
     std::optional<std::int64_t> frontmost;
+    std::string name;
+    std::optional<std::string> primary;
     std::optional<std::string> terminalSelection;
     bool takesURLs = true;
     std::vector<std::string> openedURLs;

@@ -11,21 +11,28 @@
 
 namespace quillmoth::platform {
 
-QtWorkspace::QtWorkspace(MainQueue& mainQueue, FrontProcess frontProcess, TerminalSelection terminalSelection)
-    : mainQueue_(mainQueue), frontProcess_(std::move(frontProcess)),
-      terminalSelection_(std::move(terminalSelection)) {}
+QtWorkspace::QtWorkspace(MainQueue& mainQueue, Front front)
+    : mainQueue_(mainQueue), front_(std::move(front)) {}
 
 void QtWorkspace::setOwnURLHandler(URLHandler handler) {
     ownURLHandler_ = std::move(handler);
 }
 
 std::optional<std::int64_t> QtWorkspace::frontmostApplicationProcessIdentifier() {
-    const auto process = frontProcess_ ? frontProcess_() : std::nullopt;
+    const auto process = front_.process ? front_.process() : std::nullopt;
     return process == QCoreApplication::applicationPid() ? std::nullopt : process;
 }
 
-std::optional<std::string> QtWorkspace::selectionInFrontTerminal() {
-    return terminalSelection_ ? terminalSelection_() : std::nullopt;
+std::string QtWorkspace::frontmostApplicationName() {
+    return front_.name ? front_.name() : std::string();
+}
+
+std::optional<std::string> QtWorkspace::frontmostPrimarySelection() {
+    return front_.primarySelection ? front_.primarySelection() : std::nullopt;
+}
+
+std::optional<std::string> QtWorkspace::selectionInsteadOfCopy() {
+    return front_.selectionInsteadOfCopy ? front_.selectionInsteadOfCopy() : std::nullopt;
 }
 
 bool QtWorkspace::openURL(const std::string& url) {

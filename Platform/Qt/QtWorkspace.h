@@ -12,13 +12,17 @@ class MainQueue;
 /// The desktop session as Qt reaches it. Main thread.
 class QtWorkspace final : public Workspace {
 public:
-    using FrontProcess = std::function<std::optional<std::int64_t>()>;
-    using TerminalSelection = std::function<std::optional<std::string>()>;
+    /// What the window system in use knows of the application in front; all may be left empty.
+    struct Front {
+        std::function<std::optional<std::int64_t>()> process = {};
+        std::function<std::string()> name = {};
+        std::function<std::optional<std::string>()> primarySelection = {};
+        std::function<std::optional<std::string>()> selectionInsteadOfCopy = {};
+    };
+
     using URLHandler = std::function<void(const std::vector<std::string>& urls)>;
 
-    /// `frontProcess` and `terminalSelection` answer for the window system in use; empty: no application, and
-    /// no terminal, is ever in front.
-    QtWorkspace(MainQueue& mainQueue, FrontProcess frontProcess, TerminalSelection terminalSelection = {});
+    QtWorkspace(MainQueue& mainQueue, Front front);
 
     /// Receives the URLs of the program's own scheme, in a later turn than openURL. Until it is set those
     /// URLs cannot be opened.
@@ -26,15 +30,18 @@ public:
 
     [[nodiscard]] std::optional<std::int64_t> frontmostApplicationProcessIdentifier() override;
 
-    [[nodiscard]] std::optional<std::string> selectionInFrontTerminal() override;
+    [[nodiscard]] std::string frontmostApplicationName() override;
+
+    [[nodiscard]] std::optional<std::string> frontmostPrimarySelection() override;
+
+    [[nodiscard]] std::optional<std::string> selectionInsteadOfCopy() override;
 
     /// Other URLs go to the desktop's own opener, which is started and not waited for.
     bool openURL(const std::string& url) override;
 
 private:
     MainQueue& mainQueue_;
-    FrontProcess frontProcess_;
-    TerminalSelection terminalSelection_;
+    Front front_;
     URLHandler ownURLHandler_;
 };
 

@@ -70,12 +70,12 @@ void DataModel::captureContext() {
     const CaptureResult result = SelectionCapture(platform_.accessibility, platform_.workspace).capture();
     if (!result.isPermitted)
         tellOfCapture(kPermissionMessage);
-    if (result.obstacle == CaptureObstacle::noFocus)
+    if (result.error != platform::kAXErrorSuccess)
         logLine("Error: " + std::to_string(result.error));
-    else if (result.way == CaptureWay::selectedText)
-        takeSelectedText(*this, result.text);
-    else
+    if (result.way == CaptureWay::markerRange)
         takeMarkedText(*this, result.text);
+    else if (result.obstacle != CaptureObstacle::noFocus)
+        takeSelectedText(*this, result.text);
     if (result.isCut)
         tellOfCapture(kCutMessage);
 }
@@ -86,7 +86,7 @@ void DataModel::tellOfCapture(const char* error) {
 
 void DataModel::copyCapture() {
     CopyCapture capture = copyCaptureOn(platform_);
-    if (const auto selection = capture.terminalSelection()) {
+    if (const auto selection = capture.selectionInsteadOfCopy()) {
         takeCopiedText(*this, selection->text);
         if (selection->isCut)
             tellOfCapture(kCutMessage);
@@ -113,8 +113,8 @@ void DataModel::finishCopyCapture(const std::optional<std::string>& saved) {
     capture.restore(saved);
 }
 
-void DataModel::replaceSelection(const std::string& text) const {
-    SelectionWriter(platform_.accessibility).write(text);
+WriteResult DataModel::replaceSelection(const std::string& text) const {
+    return SelectionWriter(platform_.accessibility, platform_.workspace).write(text);
 }
 
 } // namespace quillmoth

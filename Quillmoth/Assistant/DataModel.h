@@ -19,6 +19,8 @@
 
 namespace quillmoth {
 
+enum class WriteResult;
+
 /// The state of the assistant and all that can be done with it. One object, made at start and kept to the end
 /// of the process; views read its fields and call its operations. Main thread only; no operation waits, but
 /// for the accessibility calls of captureContext and replaceSelection. An index out of range is a fatal
@@ -66,11 +68,11 @@ public:
     void copyCapture();
     void finishCopyCapture(const std::optional<std::string>& saved);
     void dismissStep();
-    /// Writes `text` over the selection of the front application. In silence where that is not possible.
-    void replaceSelection(const std::string& text) const;
+    /// Writes `text` over the selection of the front application. Says nothing to the user.
+    WriteResult replaceSelection(const std::string& text) const;
 
-    /// Says `words` where the user looks next, behind what is said there already, until a prompt is run: a file
-    /// that cannot be read or written.
+    /// Says `words` where the user looks next, behind what is said there already, until a prompt is run: a
+    /// file that cannot be read or written.
     void tell(const std::string& words);
 
     Published<std::string> _selectedValue{*this, "_selectedValue"};
@@ -118,7 +120,8 @@ private:
     void tellOfCapture(const char* error);
 
     const platform::Platform platform_;
-    /// What was told of the user's files since a prompt was run last; the journal may tell more in its destructor.
+    /// What was told of the user's files since a prompt was run last; the journal may tell more in its
+    /// destructor.
     std::string fileProblem_;
     DocumentFile history_;
     ConversationJournal journal_;

@@ -5,7 +5,10 @@
 #include "Platform/MainQueue.h"
 #include "Platform/Pasteboard.h"
 #include "Platform/UserDefaults.h"
+#include "Platform/Workspace.h"
 #include "Quillmoth/Assistant/FloatingViewController.h"
+#include "Quillmoth/Assistant/WriteTexts.h"
+#include "Quillmoth/Capture/SelectionWriter.h"
 
 #include <algorithm>
 #include <cmath>
@@ -242,7 +245,26 @@ void FloatingViewController::toggleMarkdown() {
 
 void FloatingViewController::replaceSelection() {
     resignPanel();
-    model_->replaceSelection(model_->_responseValue);
+    const std::string& answer = model_->_responseValue;
+    const std::string application = platform_.workspace.frontmostApplicationName();
+    const WriteResult result = model_->replaceSelection(answer);
+    if (result != WriteResult::written)
+        comeBack(textFor(result, application, !answer.empty()));
+}
+
+/// An answer that did not get to where it was to go is still here, and nearer at hand than before.
+void FloatingViewController::comeBack(const std::string& why) {
+    if (!model_->_responseValue->empty()) {
+        platform_.pasteboard.clearContents();
+        platform_.pasteboard.setString(model_->_responseValue);
+    }
+    _notice = why;
+    model_->_FloatingViewPanel.get()->comeBack();
+}
+
+void FloatingViewController::noticeRead() {
+    if (!_notice->empty())
+        _notice = std::string();
 }
 
 void FloatingViewController::copyAll() {

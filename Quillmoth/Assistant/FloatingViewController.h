@@ -101,6 +101,8 @@ public:
     void settingsClicked();
     /// The user has led the focus elsewhere: what has asked for it for the field so far is over.
     void focusChosen();
+    /// The user goes on: the notice has been read.
+    void noticeRead();
 
     /// Does now what changes of the model lead to, which otherwise waits for the next turn of the main queue.
     void update();
@@ -129,6 +131,8 @@ public:
     Published<bool> _markdownOn{*this, "_markdownOn", true};
     /// Which input has the focus: kCommandField, or the id of a blank of the form.
     Published<std::optional<std::int64_t>> _focusField{*this, "_focusField"};
+    /// What has become of an answer that was to be written elsewhere; empty where there is nothing to tell.
+    Published<std::string> _notice{*this, "_notice"};
 
     FloatingViewController(std::shared_ptr<DataModel> model, const platform::Platform& platform);
 
@@ -160,6 +164,7 @@ private:
     void changeFontSize(double size);
     void toggleMarkdown();
     void replaceSelection();
+    void comeBack(const std::string& why);
     void copyAll();
     void resignPanel();
 

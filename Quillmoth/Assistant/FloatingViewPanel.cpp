@@ -19,4 +19,13 @@ void FloatingViewPanel::resignMainWindow() {
     close();
 }
 
+void FloatingViewPanel::comeBack() {
+    if (!isOpen) {
+        setFrameUsingName(kFrameName);
+        orderFront();
+    }
+    makeKeyWindow();
+    isOpen = true;
+}
+
 } // namespace quillmoth

@@ -75,6 +75,9 @@ public:
     /// Nothing at all while pinned; otherwise saves the frame and closes.
     void resignMainWindow() override;
 
+    /// Opens again where it was, or only takes the keyboard where it is open, as a pinned one is.
+    void comeBack();
+
     bool isOpen = false;
     bool isOntop = false;
 };

@@ -16,7 +16,7 @@ enum class CaptureWay {
     selectedText,
     /// Gathered from the focused element over the range of its text markers, as in web content.
     markerRange,
-    /// The PRIMARY selection of a terminal.
+    /// The PRIMARY selection, of which the application in front is the owner.
     primary,
     /// A synthetic copy, by way of the clipboard.
     copy,
@@ -36,12 +36,12 @@ enum class CaptureObstacle {
 
 /// What a capture has found, how, and why not.
 struct CaptureResult {
-    /// The way that led to the text, or the last one that was tried.
+    /// The way that led to the text, or the last one on which an element was asked.
     CaptureWay way = CaptureWay::selectedText;
     /// Empty where there is an obstacle, and only there.
     std::string text = {};
     std::optional<CaptureObstacle> obstacle = {};
-    /// With CaptureObstacle::noFocus: what the read has failed with.
+    /// What the read of the focused element has failed with.
     platform::AXError error = platform::kAXErrorSuccess;
     /// The text is the first limits::kSelection bytes of a longer one.
     bool isCut = false;

@@ -31,8 +31,8 @@ void postCopy(platform::KeyboardEvents& events) {
 
 } // namespace
 
-std::optional<CaptureResult> CopyCapture::terminalSelection() {
-    auto selected = workspace_.selectionInFrontTerminal();
+std::optional<CaptureResult> CopyCapture::selectionInsteadOfCopy() {
+    auto selected = workspace_.selectionInsteadOfCopy();
     if (!selected)
         return std::nullopt;
     return captured(CaptureWay::primary, std::move(*selected));

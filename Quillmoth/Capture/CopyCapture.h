@@ -26,9 +26,9 @@ public:
                 platform::KeyboardEvents& keyboardEvents)
         : workspace_(workspace), pasteboard_(pasteboard), keyboardEvents_(keyboardEvents) {}
 
-    /// What a terminal in front has selected: there the key would interrupt what runs. None where something
-    /// else is in front.
-    [[nodiscard]] std::optional<CaptureResult> terminalSelection();
+    /// What is selected where the keys of a copy mean something else: in a terminal they interrupt what runs.
+    /// None where they copy.
+    [[nodiscard]] std::optional<CaptureResult> selectionInsteadOfCopy();
 
     /// Whether keys can be sent to other programs.
     [[nodiscard]] bool canCopy() const;

@@ -4,6 +4,8 @@
 #include "Platform/Workspace.h"
 #include "Quillmoth/Capture/FocusedElement.h"
 
+#include <utility>
+
 namespace quillmoth {
 
 using platform::AXUIElementRef;
@@ -37,11 +39,24 @@ CaptureResult SelectionCapture::capture() {
 CaptureResult SelectionCapture::readFocus(const AXUIElementRef& systemWide) {
     AXUIElementRef focused;
     if (const auto error = readFocusedElement(accessibility_, systemWide, focused); error != kAXErrorSuccess)
-        return {.obstacle = CaptureObstacle::noFocus, .error = error};
+        return orPrimary({.obstacle = CaptureObstacle::noFocus, .error = error});
     AXValue selected;
-    if (accessibility_.copyAttributeValue(focused, "AXSelectedText", selected) == kAXErrorSuccess)
-        return captured(CaptureWay::selectedText, textOrEmpty(selected));
-    return captured(CaptureWay::markerRange, markedText(focused), CaptureObstacle::noText);
+    if (accessibility_.copyAttributeValue(focused, "AXSelectedText", selected) == kAXErrorSuccess) {
+        CaptureResult result = captured(CaptureWay::selectedText, textOrEmpty(selected));
+        return std::holds_alternative<std::monostate>(selected) ? orPrimary(std::move(result)) : result;
+    }
+    return orPrimary(captured(CaptureWay::markerRange, markedText(focused), CaptureObstacle::noText));
+}
+
+CaptureResult SelectionCapture::orPrimary(CaptureResult failed) {
+    if (!failed.obstacle)
+        return failed;
+    CaptureResult result =
+        captured(CaptureWay::primary, workspace_.frontmostPrimarySelection().value_or(std::string()));
+    if (result.obstacle)
+        return failed;
+    result.error = failed.error;
+    return result;
 }
 
 std::string SelectionCapture::markedText(const AXUIElementRef& focused) {

@@ -8,7 +8,9 @@ namespace platform {
 class Workspace;
 }
 
-/// Reads the text that is selected in the application in front through accessibility. Main thread.
+/// Reads the text that is selected in the application in front, on the first way that has one: what the
+/// focused element tells, what is gathered from it, and what the application offers as PRIMARY, where
+/// accessibility does not say for certain that nothing is selected. Main thread.
 class SelectionCapture {
 public:
     /// The services outlive the object.
@@ -21,6 +23,8 @@ public:
 
 private:
     [[nodiscard]] CaptureResult readFocus(const platform::AXUIElementRef& systemWide);
+    /// `failed` where PRIMARY has nothing.
+    [[nodiscard]] CaptureResult orPrimary(CaptureResult failed);
     [[nodiscard]] std::string markedText(const platform::AXUIElementRef& focused);
 
     platform::Accessibility& accessibility_;

@@ -6,29 +6,43 @@
 
 namespace quillmoth {
 
+namespace platform {
+class Workspace;
+}
+
 /// What has become of a text that was to replace a selection.
 enum class WriteResult {
-    /// The element has taken it.
+    /// It is seen to be there, or the application has fetched it.
     written,
-    /// The focused element could not be read.
-    noFocus,
-    /// The focused element has no text, or no selection in it, that could be replaced.
+    /// No application is in front.
+    noApplication,
+    /// What is selected cannot be edited; nothing was done.
     notEditable,
-    /// The element was asked to, and has not taken it.
+    /// A password field has the focus, or a terminal, which would run the lines; nothing was done.
+    secret,
+    terminal,
+    /// The application was asked to, and has not taken it.
     refused,
+    /// It has not answered in time, and may still take it.
+    unanswered,
 };
 
-/// Writes a text over the selection of the application in front. Main thread.
+/// Writes a text over the selection of the application in front: as a change of the focused element, or else
+/// as a paste. Main thread.
 class SelectionWriter {
 public:
-    /// The service outlives the object.
-    explicit SelectionWriter(platform::Accessibility& accessibility) : accessibility_(accessibility) {}
+    /// The services outlive the object.
+    SelectionWriter(platform::Accessibility& accessibility, platform::Workspace& workspace)
+        : accessibility_(accessibility), workspace_(workspace) {}
 
-    /// Puts the caret in front of the new text. May wait for the application.
+    /// Puts the caret in front of the new text, where the element has one. May wait for the application.
     WriteResult write(const std::string& text);
 
 private:
+    [[nodiscard]] platform::AXError writeTo(const platform::AXUIElementRef& focused, const std::string& text);
+
     platform::Accessibility& accessibility_;
+    platform::Workspace& workspace_;
 };
 
 } // namespace quillmoth

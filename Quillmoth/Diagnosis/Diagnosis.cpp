@@ -97,10 +97,15 @@ Finding capture(const Front& front) {
         return {"Capture", "not possible now: the program does not answer", "wait until it does"};
     if (front.isSecret)
         return {"Capture", "never: the focus is in a password field"};
+    if (front.isCopiedFrom)
+        return {"Capture", "by a copy, as the settings say"};
+    if (!front.obstacle)
+        return {"Capture",
+                front.way == CaptureWay::primary ? "through its mouse selection" : "through accessibility"};
     if (front.hasText)
-        return {"Capture", "through accessibility"};
-    if (front.ownsPrimary)
-        return {"Capture", "through its mouse selection"};
+        return {"Capture", "through accessibility; nothing is selected now"};
+    if (front.runsCommands)
+        return {"Capture", "through its mouse selection; nothing is selected now"};
     if (front.hasFocus)
         return {"Capture", "not through accessibility: what has the focus shows no text",
                 "click into a text, or " + std::string(kByCopy)};
@@ -114,7 +119,10 @@ Finding writeBack(const Front& front) {
         return {"Write-back", front.isHung ? "not possible now" : "never into a password field"};
     if (front.takesEdits && front.isEditable)
         return {"Write-back", "through accessibility"};
-    if (front.isEditable)
+    if (front.runsCommands)
+        return {"Write-back", "never into a terminal, which would run the lines of an answer",
+                "copy the answer with Ctrl+Shift+C and paste it"};
+    if (front.isEditable || !front.hasText)
         return {"Write-back", "by pasting"};
     return {"Write-back", "not possible: nothing there can be edited",
             "copy the answer with Ctrl+Shift+C and paste it"};

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Quillmoth/Capture/CaptureResult.h"
+
 #include <optional>
 #include <string>
 #include <vector>
@@ -44,8 +46,13 @@ struct DesktopFacts {
         bool isSecret = false;
         bool isEditable = false;
         bool takesEdits = false;
-        /// It owns the PRIMARY selection.
-        bool ownsPrimary = false;
+        /// What a capture finds there now, without the text.
+        CaptureWay way = CaptureWay::selectedText;
+        std::optional<CaptureObstacle> obstacle = {};
+        /// It is a terminal.
+        bool runsCommands = false;
+        /// Its selection is copied rather than read, as the settings want.
+        bool isCopiedFrom = false;
     };
 
     std::optional<Front> front = {};

@@ -12,7 +12,10 @@
 #include "Platform/Linux/X11/X11BackEnd.h"
 #include "Platform/Posix/FileUserDefaults.h"
 #include "Platform/Posix/FileWriter.h"
+#include "Platform/Qt/QtMainQueue.h"
+#include "Platform/Qt/QtWorkspace.h"
 #include "Platform/Qt/UserFolders.h"
+#include "Quillmoth/Capture/SelectionCapture.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -86,9 +89,29 @@ DesktopFacts::KeyPlace keyPlace() {
     return place == Place::file ? DesktopFacts::KeyPlace::file : DesktopFacts::KeyPlace::keyring;
 }
 
+/// Whether the settings want a selection to be copied, rather than read.
+bool copiesSelection() {
+    platform::FileWriter fileWriter;
+    return platform::FileUserDefaults(platform::defaultsFilePath(), fileWriter).boolean("useCopyHack", false);
+}
+
+/// What a capture would find, by the very steps of one; the text itself is dropped.
+CaptureResult captureNow(platform::X11FrontApplication& x11) {
+    platform::QtMainQueue mainQueue;
+    platform::QtWorkspace workspace(mainQueue,
+                                    {.process = [&x11] { return x11.processIdentifier(); },
+                                     .primarySelection = [&x11] { return x11.primarySelection(); }});
+    platform::AtSpiAccessibility accessibility(
+        {.frontProcess = [&x11] { return x11.processIdentifier(); },
+         .frontPrimarySelection = [&x11] { return x11.primarySelection(); }});
+    return SelectionCapture(accessibility, workspace).capture();
+}
+
 DesktopFacts::Front frontOf(platform::AtSpiAccessibility& accessibility, platform::X11BackEnd& x11,
                             std::int64_t process) {
     const platform::FieldReport field = accessibility.reportField(process);
+    const auto hasOtherFocus = [&field](std::int64_t) { return field.hasFocus && !field.isTerminal; };
+    const auto habit = x11.frontApplication().pasteHabit(hasOtherFocus);
     DesktopFacts::Front front;
     std::ifstream name("/proc/" + std::to_string(process) + "/comm");
     std::getline(name, front.program);
@@ -99,7 +122,11 @@ DesktopFacts::Front frontOf(platform::AtSpiAccessibility& accessibility, platfor
     front.isSecret = field.isSecret;
     front.isEditable = field.isEditable;
     front.takesEdits = field.takesEdits;
-    front.ownsPrimary = x11.frontApplication().primarySelectionOf(process).has_value();
+    front.runsCommands = habit == platform::PasteHabit::none;
+    front.isCopiedFrom = copiesSelection() && !x11.frontApplication().selectionInsteadOfCopy(hasOtherFocus);
+    const CaptureResult capture = captureNow(x11.frontApplication());
+    front.way = capture.way;
+    front.obstacle = capture.obstacle;
     return front;
 }
 

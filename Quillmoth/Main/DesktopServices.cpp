@@ -6,6 +6,7 @@
 #include "Platform/Linux/X11/Keys/X11Keycodes.h"
 #include "Platform/Linux/X11/Selection/X11Pasteboard.h"
 #include "Platform/Linux/X11/X11BackEnd.h"
+#include "Platform/Linux/X11/X11SelectionPaste.h"
 #include "Platform/Posix/OwnFolder.h"
 #include "Platform/Qt/FileWatch.h"
 #include "Quillmoth/Settings/SettingsModel.h"
@@ -70,9 +71,7 @@ DesktopServices::DesktopServices()
                        });
                    }),
       x11_(makeX11()), desktopHotKeys_(x11_ ? makeHotKeys(*x11_) : nullptr),
-      workspace(
-          mainQueue, [this] { return frontProcess(); }, [this] { return terminalSelection(); }),
-      accessibility(accessibilityHooks()) {
+      workspace(mainQueue, frontHooks()), accessibility(accessibilityHooks()) {
     // Before anybody reads or writes there.
     platform::putFolderInOrder(platform::documentsFolder() + "/Quillmoth", userDefaults);
     platform::putFolderInOrder(std::filesystem::path(platform::defaultsFilePath()).parent_path().string(),
@@ -108,24 +107,25 @@ std::optional<std::int64_t> DesktopServices::frontProcess() const {
     return process.value_or(kDesktopProcess);
 }
 
-std::optional<std::string> DesktopServices::terminalSelection() {
+platform::QtWorkspace::Front DesktopServices::frontHooks() {
     if (!x11_)
-        return std::nullopt;
-    return x11_->frontApplication().terminalSelection([this](std::int64_t process) {
-        const platform::FieldReport field = accessibility.reportField(process);
-        return field.hasFocus && !field.isTerminal;
-    });
+        return {.process = [this] { return frontProcess(); }};
+    return {.process = [this] { return frontProcess(); },
+            .name = [this] { return x11_->frontApplication().name(); },
+            .primarySelection = [this] { return x11_->frontApplication().primarySelection(); },
+            .selectionInsteadOfCopy =
+                [this] {
+                    return x11_->frontApplication().selectionInsteadOfCopy([this](std::int64_t process) {
+                        return accessibility.hasFieldBesideTerminal(process);
+                    });
+                }};
 }
 
 platform::AtSpiHooks DesktopServices::accessibilityHooks() {
     return {
         .frontProcess = [this] { return frontProcess(); },
-        .primarySelectionOf =
-            [this](std::int64_t process) {
-                return x11_ ? x11_->frontApplication().primarySelectionOf(process) : std::nullopt;
-            },
-        .pasteText = [this](const std::string& text, std::int64_t process,
-                            auto deadline) { return paste(text, process, deadline); },
+        .frontPrimarySelection = [this] { return workspace.frontmostPrimarySelection(); },
+        .pasteText = [this](const std::string& text, auto deadline) { return paste(text, deadline); },
         .hasConsent = [this] { return SettingsModel(userDefaults).accessibilityConsent().value_or(false); },
         .askForConsent =
             [this] {
@@ -136,11 +136,14 @@ platform::AtSpiHooks DesktopServices::accessibilityHooks() {
     };
 }
 
-bool DesktopServices::paste(const std::string& text, std::int64_t process,
-                            std::chrono::steady_clock::time_point deadline) {
-    return selectionPasteboard_ && x11_->takesKeys() &&
-           selectionPasteboard_->paste(
-               text, process, [this] { x11_->keyboardEvents().postPaste(); }, deadline);
+platform::PasteOutcome DesktopServices::paste(const std::string& text,
+                                              std::chrono::steady_clock::time_point deadline) {
+    if (!selectionPasteboard_)
+        return platform::PasteOutcome::impossible;
+    return platform::X11SelectionPaste(
+               x11_->frontApplication(), x11_->keyboardEvents(), *selectionPasteboard_,
+               [this](std::int64_t process) { return accessibility.hasFieldBesideTerminal(process); })
+        .paste(text, deadline);
 }
 
 platform::Platform DesktopServices::platform(platform::PanelWindows& panelWindows) {

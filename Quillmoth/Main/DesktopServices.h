@@ -80,10 +80,10 @@ public:
 
 private:
     [[nodiscard]] std::optional<std::int64_t> frontProcess() const;
-    [[nodiscard]] std::optional<std::string> terminalSelection();
+    [[nodiscard]] platform::QtWorkspace::Front frontHooks();
     [[nodiscard]] platform::AtSpiHooks accessibilityHooks();
     void waitForKeyring();
-    bool paste(const std::string& text, std::int64_t process, std::chrono::steady_clock::time_point deadline);
+    platform::PasteOutcome paste(const std::string& text, std::chrono::steady_clock::time_point deadline);
 
     std::unique_ptr<platform::X11BackEnd> x11_;
     platform::QtPasteboard toolkitPasteboard_;

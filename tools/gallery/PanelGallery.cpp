@@ -234,6 +234,17 @@ void drawConversations(Gallery& gallery) {
                      converse(panel, "How do I debounce a search field in Swift?", kLongAnswer);
                  },
                  {612, 1100});
+    gallery.draw(QStringLiteral("answer-not-taken"), [](PanelUnderTest& panel) {
+        converse(panel, "Why do moths fly to lamps?", kAnswer);
+        panel.controller->_notice =
+            std::string("Kate did not take the answer. It is on the clipboard: paste it with Ctrl+V.");
+    });
+    gallery.draw(QStringLiteral("answer-not-taken-terminal"), [](PanelUnderTest& panel) {
+        converse(panel, "Why do moths fly to lamps?", kAnswer);
+        panel.controller->_notice =
+            std::string("Xfce4-terminal is a terminal, which would run the lines of the answer. It is on the "
+                        "clipboard: paste it with Ctrl+Shift+V.");
+    });
     gallery.draw(QStringLiteral("pinned"), pin);
     gallery.draw(QStringLiteral("pinned-inactive"), [](PanelUnderTest& panel) {
         pin(panel);

@@ -21,7 +21,10 @@ Toolkit toolkitNamed(std::string name) {
         Toolkit toolkit;
     };
 
-    constexpr std::array<Known, 4> kKnown = {{
+    constexpr std::array<Known, 7> kKnown = {{
+        {"gtk", Toolkit::other},
+        {"vcl", Toolkit::other},
+        {"webkit", Toolkit::other},
         {"qt", Toolkit::qt},
         {"gecko", Toolkit::gecko},
         {"chrom", Toolkit::chromium},
@@ -30,7 +33,7 @@ Toolkit toolkitNamed(std::string name) {
     name = lowercasedASCII(name);
     const auto* found = std::find_if(kKnown.begin(), kKnown.end(),
                                      [&name](const Known& each) { return name.starts_with(each.part); });
-    return found == kKnown.end() ? Toolkit::other : found->toolkit;
+    return found == kKnown.end() ? Toolkit::unknown : found->toolkit;
 }
 
 } // namespace
@@ -54,7 +57,7 @@ Toolkit Applications::toolkitOf(Operation& operation, const std::string& name) {
     const Variant value = operation.property({.name = name, .path = ATSPI_DBUS_PATH_ROOT},
                                              ATSPI_DBUS_INTERFACE_APPLICATION, "ToolkitName", "s");
     if (!value)
-        return Toolkit::other;
+        return Toolkit::unknown;
     return toolkits_[name] = toolkitNamed(g_variant_get_string(value.get(), nullptr));
 }
 

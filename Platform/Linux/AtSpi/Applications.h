@@ -10,7 +10,16 @@
 namespace quillmoth::platform {
 
 /// Toolkits that differ in how they count and what they tell.
-enum class Toolkit { other, gtk4, qt, gecko, chromium };
+enum class Toolkit {
+    /// Whose answers have never been compared with what it shows.
+    unknown,
+    /// GTK 3 and others that tell what is so.
+    other,
+    gtk4,
+    qt,
+    gecko,
+    chromium
+};
 
 /// What is known of the applications on the accessibility bus, by their connection's unique name, which is
 /// never used twice. The accessibility thread.

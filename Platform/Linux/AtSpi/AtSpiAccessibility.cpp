@@ -22,15 +22,9 @@ namespace {
 
 struct SystemWideElement final : AXUIElement {};
 
+/// Also stands for what has the focus in a process that does not tell.
 struct ApplicationElement final : AXUIElement {
     explicit ApplicationElement(std::int64_t identifier) : process(identifier) {}
-
-    std::int64_t process;
-};
-
-/// Stands for the PRIMARY selection of a process that has no accessible tree.
-struct PrimaryElement final : AXUIElement {
-    explicit PrimaryElement(std::int64_t identifier) : process(identifier) {}
 
     std::int64_t process;
 };
@@ -49,6 +43,22 @@ constexpr std::chrono::seconds kLatePasteTime{1};
 template<class Target>
 const Target* as(const AXUIElementRef& element) {
     return dynamic_cast<const Target*>(element.get());
+}
+
+AXError errorOf(PasteOutcome outcome) {
+    switch (outcome) {
+    case PasteOutcome::fetched:
+        return kAXErrorSuccess;
+    case PasteOutcome::notFetched:
+        return kAXErrorCannotComplete;
+    case PasteOutcome::takenBack:
+        return kAXErrorFailure;
+    case PasteOutcome::terminal:
+        return kAXErrorActionUnsupported;
+    case PasteOutcome::impossible:
+        break;
+    }
+    return kAXErrorAttributeUnsupported;
 }
 
 AXError store(std::optional<TextAnswer> answer, AXValue& value) {
@@ -105,6 +115,11 @@ FieldReport AtSpiAccessibility::reportField(std::int64_t process) {
             return session.report(request, process);
         })
         .value_or(FieldReport{.isHung = true});
+}
+
+bool AtSpiAccessibility::hasFieldBesideTerminal(std::int64_t process) {
+    const FieldReport field = reportField(process);
+    return field.hasFocus && !field.isTerminal;
 }
 
 bool AtSpiAccessibility::isProcessTrusted() {
@@ -181,6 +196,9 @@ AXError AtSpiAccessibility::setAttributeValue(const AXUIElementRef& element, std
                                               const AXValue& value) {
     if (!element)
         return kAXErrorInvalidUIElement;
+    const auto* text = std::get_if<std::string>(&value);
+    if (text != nullptr && attribute == "AXSelectedText" && as<SystemWideElement>(element) == nullptr)
+        return setSelectedText(element, *text);
     if (const auto* application = as<ApplicationElement>(element)) {
         const auto* flag = std::get_if<bool>(&value);
         // What these switch on is never switched off again.
@@ -189,7 +207,7 @@ AXError AtSpiAccessibility::setAttributeValue(const AXUIElementRef& element, std
     }
     if (as<ObjectElement>(element) == nullptr)
         return kAXErrorAttributeUnsupported;
-    if (const auto* text = std::get_if<std::string>(&value); text != nullptr && attribute == "AXValue")
+    if (text != nullptr && attribute == "AXValue")
         return setText(element, *text);
     if (const auto* range = std::get_if<CFRange>(&value);
         range != nullptr && attribute == "AXSelectedTextRange")
@@ -209,15 +227,15 @@ AXError AtSpiAccessibility::copyFocusedElement(std::optional<std::int64_t> proce
         return kAXErrorCannotComplete;
     if (answer->error == kAXErrorSuccess)
         value = AXUIElementRef(std::make_shared<const ObjectElement>(answer->object, *process));
-    if (answer->error != kAXErrorNoValue || answer->hasTree || !hooks_.primarySelectionOf)
+    if (answer->error != kAXErrorNoValue)
         return answer->error;
-    value = AXUIElementRef(std::make_shared<const PrimaryElement>(*process));
+    value = AXUIElementRef(std::make_shared<const ApplicationElement>(*process));
     return kAXErrorSuccess;
 }
 
 AXError AtSpiAccessibility::copySelectedText(const AXUIElement& element, AXValue& value) {
-    if (const auto* primary = dynamic_cast<const PrimaryElement*>(&element))
-        return copyPrimary(primary->process, value);
+    if (dynamic_cast<const ApplicationElement*>(&element) != nullptr)
+        return kAXErrorSuccess;
     const auto* target = dynamic_cast<const ObjectElement*>(&element);
     if (target == nullptr)
         return kAXErrorAttributeUnsupported;
@@ -229,7 +247,9 @@ AXError AtSpiAccessibility::copySelectedText(const AXUIElement& element, AXValue
         return kAXErrorCannotComplete;
     TextAnswer& answer = selected->answer;
     if (selected->isDoubtful)
-        preferPrimary(*target, answer);
+        preferPrimary(answer);
+    if (answer.error == kAXErrorSuccess && answer.text.empty() && selected->isDoubtful)
+        return kAXErrorSuccess;
     return store(std::move(answer), value);
 }
 
@@ -244,21 +264,16 @@ AXError AtSpiAccessibility::copyMarkerRange(const AXUIElement& element, AXValue&
     if (!gathered)
         return kAXErrorCannotComplete;
     if (gathered->isDoubtful)
-        preferPrimary(*target, gathered->answer);
+        preferPrimary(gathered->answer);
     return storeMarkerRange(std::move(gathered->answer), value);
 }
 
-void AtSpiAccessibility::preferPrimary(const ObjectElement& element, TextAnswer& answer) const {
-    if (answer.error != kAXErrorSuccess || !hooks_.primarySelectionOf)
+void AtSpiAccessibility::preferPrimary(TextAnswer& answer) const {
+    if (answer.error != kAXErrorSuccess || answer.text.empty() || !hooks_.frontPrimarySelection)
         return;
-    auto primary = hooks_.primarySelectionOf(element.process);
+    auto primary = hooks_.frontPrimarySelection();
     if (primary && !primary->empty())
         answer.text = std::move(*primary);
-}
-
-AXError AtSpiAccessibility::copyPrimary(std::int64_t process, AXValue& value) {
-    value = hooks_.primarySelectionOf(process).value_or("");
-    return kAXErrorSuccess;
 }
 
 AXError AtSpiAccessibility::setApplicationFlag(std::int64_t process, std::string_view attribute) {
@@ -278,32 +293,47 @@ AXError AtSpiAccessibility::setApplicationFlag(std::int64_t process, std::string
 }
 
 AXError AtSpiAccessibility::setText(const AXUIElementRef& element, const std::string& text) {
-    const bool canPaste = static_cast<bool>(hooks_.pasteText);
-    const auto answer =
-        worker_->ask<WriteAnswer>([object = as<ObjectElement>(element)->object, text = sanitizedUTF8(text),
-                                   canPaste](Session& session, const Request& request) {
-            return session.setValue(request, object, text, canPaste);
-        });
-    if (!answer)
-        return kAXErrorCannotComplete;
-    if (answer->error != kAXErrorSuccess || !answer->isReadyForPaste)
-        return answer->error;
-    return paste(element, answer->replacement, answer->before);
-}
-
-AXError AtSpiAccessibility::paste(const AXUIElementRef& element, const std::string& replacement,
-                                  const std::string& before) {
-    const auto* target = as<ObjectElement>(element);
-    const auto deadline = std::chrono::steady_clock::now() + kPasteLimit;
-    if (!hooks_.pasteText(replacement, target->process, deadline)) {
-        lastPaste_ = {.element = element, .when = std::chrono::steady_clock::now()};
-        return kAXErrorCannotComplete;
-    }
     return worker_
-        ->ask<AXError>([object = target->object, before](Session& session, const Request& request) {
-            return session.awaitChange(request, object, before);
+        ->ask<AXError>([object = as<ObjectElement>(element)->object,
+                        text = sanitizedUTF8(text)](Session& session, const Request& request) {
+            return session.setValue(request, object, text);
         })
         .value_or(kAXErrorCannotComplete);
+}
+
+AXError AtSpiAccessibility::setSelectedText(const AXUIElementRef& element, const std::string& text) {
+    if (!hooks_.pasteText)
+        return kAXErrorAttributeUnsupported;
+    const auto* target = as<ObjectElement>(element);
+    if (target == nullptr)
+        return text.empty() ? kAXErrorAttributeUnsupported : paste(element, text);
+    const auto prepared = worker_->ask<PasteAnswer>(
+        [object = target->object, text = sanitizedUTF8(text)](Session& session, const Request& request) {
+            return session.preparePaste(request, object, text);
+        });
+    if (!prepared)
+        return kAXErrorCannotComplete;
+    if (prepared->error != kAXErrorSuccess)
+        return prepared->error;
+    // Deleting is proved by the text alone.
+    if (prepared->replacement.empty() && !prepared->before)
+        return kAXErrorAttributeUnsupported;
+    const AXError error = paste(element, prepared->replacement);
+    if (error != kAXErrorSuccess || !prepared->before)
+        return error;
+    return worker_
+        ->ask<AXError>(
+            [object = target->object, before = *prepared->before](Session& session, const Request& request) {
+                return session.awaitChange(request, object, before);
+            })
+        .value_or(kAXErrorCannotComplete);
+}
+
+AXError AtSpiAccessibility::paste(const AXUIElementRef& element, const std::string& text) {
+    const PasteOutcome outcome = hooks_.pasteText(text, std::chrono::steady_clock::now() + kPasteLimit);
+    if (outcome == PasteOutcome::notFetched)
+        lastPaste_ = {.element = element, .when = std::chrono::steady_clock::now()};
+    return errorOf(outcome);
 }
 
 AXError AtSpiAccessibility::setRange(const AXUIElementRef& element, CFRange range) {

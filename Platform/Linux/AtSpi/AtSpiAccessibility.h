@@ -2,6 +2,7 @@
 
 #include "Platform/Accessibility.h"
 #include "Platform/Linux/AtSpi/FieldReport.h"
+#include "Platform/PasteOutcome.h"
 
 #include <chrono>
 #include <functional>
@@ -19,12 +20,10 @@ struct TextAnswer;
 struct AtSpiHooks {
     /// The process of the application in front.
     std::function<std::optional<std::int64_t>()> frontProcess = {};
-    /// The text of the PRIMARY selection where a client of `process` owns it.
-    std::function<std::optional<std::string>(std::int64_t process)> primarySelectionOf = {};
-    /// Has `process`, which is in front, paste `text` over what is selected there. True when it has fetched
-    /// the text before the deadline.
-    std::function<bool(const std::string& text, std::int64_t process,
-                       std::chrono::steady_clock::time_point deadline)>
+    /// The text of the PRIMARY selection where the application in front owns it.
+    std::function<std::optional<std::string>()> frontPrimarySelection = {};
+    /// Has the application in front paste `text` over what is selected there. An empty text deletes that.
+    std::function<PasteOutcome(const std::string& text, std::chrono::steady_clock::time_point deadline)>
         pasteText = {};
     /// Whether the user has allowed accessibility to be switched on for the desktop.
     std::function<bool()> hasConsent = {};
@@ -54,6 +53,9 @@ public:
     /// What can be done with what has the focus in `process`.
     [[nodiscard]] FieldReport reportField(std::int64_t process);
 
+    /// Whether something that is no terminal is known to have the focus in `process`.
+    [[nodiscard]] bool hasFieldBesideTerminal(std::int64_t process);
+
     [[nodiscard]] bool isProcessTrusted() override;
     /// Asks at most once in the life of the object; with consent given already, enables instead.
     bool isProcessTrustedWithOptions(bool prompt) override;
@@ -80,11 +82,11 @@ private:
     AXError copySelectedText(const AXUIElement& element, AXValue& value);
     AXError copyMarkerRange(const AXUIElement& element, AXValue& value);
     /// Some applications' offsets are not to be relied on; what they put into PRIMARY is.
-    void preferPrimary(const ObjectElement& element, TextAnswer& answer) const;
-    AXError copyPrimary(std::int64_t process, AXValue& value);
+    void preferPrimary(TextAnswer& answer) const;
     AXError setApplicationFlag(std::int64_t process, std::string_view attribute);
     AXError setText(const AXUIElementRef& element, const std::string& text);
-    AXError paste(const AXUIElementRef& element, const std::string& replacement, const std::string& before);
+    AXError setSelectedText(const AXUIElementRef& element, const std::string& text);
+    AXError paste(const AXUIElementRef& element, const std::string& text);
     AXError setRange(const AXUIElementRef& element, CFRange range);
     [[nodiscard]] bool isBeingPastedInto(const AXUIElementRef& element) const;
 

@@ -35,22 +35,20 @@ public:
     FocusFinder(Operation& operation, Applications& applications, const FocusTracker& tracker)
         : operation_(operation), applications_(applications), tracker_(tracker) {}
 
-    FocusFinding find(std::int64_t process) {
+    ObjectReference find(std::int64_t process) {
         if (tryTold(process))
-            return {.object = found_, .hasTree = true};
-        bool hasTree = !found_.isNull();
+            return found_;
         for (const ObjectReference& root : applications_.rootsOf(operation_, process)) {
             const ObjectReference told = tracker_.activeWindow(root.name);
             if (!told.isNull() && tryWindow(told))
-                return {.object = found_, .hasTree = true};
+                return found_;
             for (const ObjectReference& window : windowsOf(operation_, root)) {
-                hasTree = true;
                 const bool isDone = window != told && tryWindow(window);
                 if (isDone || operation_.isOver())
-                    return {.object = found_, .hasTree = true};
+                    return found_;
             }
         }
-        return {.object = found_, .hasTree = hasTree};
+        return found_;
     }
 
 private:
@@ -136,8 +134,8 @@ std::vector<ObjectReference> windowsOf(Operation& operation, const ObjectReferen
     return windows;
 }
 
-FocusFinding findFocus(Operation& operation, Applications& applications, const FocusTracker& tracker,
-                       std::int64_t process) {
+ObjectReference findFocus(Operation& operation, Applications& applications, const FocusTracker& tracker,
+                          std::int64_t process) {
     return FocusFinder(operation, applications, tracker).find(process);
 }
 

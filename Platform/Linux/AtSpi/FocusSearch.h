@@ -7,17 +7,11 @@
 
 namespace quillmoth::platform {
 
-struct FocusFinding {
-    /// A null reference where nothing was found.
-    ObjectReference object;
-    /// False where the process shows no accessible tree at all, as most terminals do.
-    bool hasTree = false;
-};
-
 /// The object of `process` that has the keyboard: the one its events told last, while that still says so;
-/// else what the active window's Collection finds; else what a short walk through that window meets.
-[[nodiscard]] FocusFinding findFocus(Operation& operation, Applications& applications,
-                                     const FocusTracker& tracker, std::int64_t process);
+/// else what the active window's Collection finds; else what a short walk through that window meets. Null
+/// where there is none.
+[[nodiscard]] ObjectReference findFocus(Operation& operation, Applications& applications,
+                                        const FocusTracker& tracker, std::int64_t process);
 
 /// The windows of the application at `root`, those that are active first.
 [[nodiscard]] std::vector<ObjectReference> windowsOf(Operation& operation, const ObjectReference& root);

@@ -64,12 +64,10 @@ FocusAnswer Session::focusedElement(const Request& request, std::int64_t process
     return perform<FocusAnswer>(request, [this, process](Operation& operation) {
         if (isLeftAlone(operation, process))
             return failed<FocusAnswer>(kAXErrorCannotComplete);
-        const FocusFinding finding = findFocus(operation, applications_, tracker_, process);
-        if (!finding.object.isNull())
-            return FocusAnswer{.error = kAXErrorSuccess, .object = finding.object, .hasTree = true};
-        return FocusAnswer{.error = operation.isOver() ? operation.error() : kAXErrorNoValue,
-                           .object = {},
-                           .hasTree = finding.hasTree};
+        const ObjectReference finding = findFocus(operation, applications_, tracker_, process);
+        if (!finding.isNull())
+            return FocusAnswer{.error = kAXErrorSuccess, .object = finding};
+        return FocusAnswer{.error = operation.isOver() ? operation.error() : kAXErrorNoValue, .object = {}};
     });
 }
 
@@ -123,6 +121,7 @@ SelectedTextAnswer Session::selectedText(const Request& request, const ObjectRef
         // Terminals of one kind go on telling an empty range once their contents have changed.
         const bool isTerminal = roleOf(element.operation(), element.object()) == ATSPI_ROLE_TERMINAL;
         answer.isDoubtful = (element.toolkit() == Toolkit::chromium && !answer.answer.text.empty()) ||
+                            (element.toolkit() == Toolkit::unknown && answer.answer.text.empty()) ||
                             (isTerminal && element.selectionCount().value_or(0) > 0);
         return answer;
     });
@@ -149,10 +148,15 @@ AXError Session::setSelectedRange(const Request& request, const ObjectReference&
         request, object, [range](const TextElement& element) { return writeSelectedRange(element, range); });
 }
 
-WriteAnswer Session::setValue(const Request& request, const ObjectReference& object, const std::string& text,
-                              bool preparesPaste) {
-    return withText<WriteAnswer>(request, object, [&text, preparesPaste](const TextElement& element) {
-        return writeValue(element, text, preparesPaste);
+AXError Session::setValue(const Request& request, const ObjectReference& object, const std::string& text) {
+    return withText<AXError>(request, object,
+                             [&text](const TextElement& element) { return writeValue(element, text); });
+}
+
+PasteAnswer Session::preparePaste(const Request& request, const ObjectReference& object,
+                                  const std::string& text) {
+    return withText<PasteAnswer>(request, object, [&text](const TextElement& element) {
+        return quillmoth::platform::preparePaste(element, text);
     });
 }
 

@@ -23,12 +23,11 @@ struct Request {
 struct FocusAnswer {
     AXError error = kAXErrorSuccess;
     ObjectReference object;
-    bool hasTree = false;
 };
 
 struct SelectedTextAnswer {
     TextAnswer answer;
-    /// The application's offsets are not to be relied on: ask for PRIMARY too.
+    /// What the application tells of its selection is not to be relied on: PRIMARY says more.
     bool isDoubtful = false;
 };
 
@@ -61,8 +60,9 @@ public:
     [[nodiscard]] TextAnswer value(const Request& request, const ObjectReference& object);
     [[nodiscard]] RangeAnswer selectedRange(const Request& request, const ObjectReference& object);
     AXError setSelectedRange(const Request& request, const ObjectReference& object, CFRange range);
-    WriteAnswer setValue(const Request& request, const ObjectReference& object, const std::string& text,
-                         bool preparesPaste);
+    AXError setValue(const Request& request, const ObjectReference& object, const std::string& text);
+    [[nodiscard]] PasteAnswer preparePaste(const Request& request, const ObjectReference& object,
+                                           const std::string& text);
     /// kAXErrorSuccess once the text is another one than `before`.
     AXError awaitChange(const Request& request, const ObjectReference& object, const std::string& before);
 

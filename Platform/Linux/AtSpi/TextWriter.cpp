@@ -43,6 +43,10 @@ bool isSingleLine(States states, Toolkit toolkit) {
            (toolkit == Toolkit::qt && !states.has(ATSPI_STATE_MULTI_LINE));
 }
 
+bool isEditable(States states) {
+    return states.has(ATSPI_STATE_EDITABLE) && !states.has(ATSPI_STATE_READ_ONLY);
+}
+
 /// Reads the text until it has become `wanted`, for a little while; what was read last.
 std::optional<Content> settledContent(const TextElement& element, const std::string& wanted) {
     const auto end = Operation::Clock::now() + kSettleLimit;
@@ -92,84 +96,67 @@ void restore(const TextElement& element, const std::string& text) {
         apply(element, *now, editBetween(*now, text));
 }
 
-bool select(const TextElement& element, TextRange range) {
-    return range.empty() ? element.setCaret(range.start) && element.caret() == range.start
-                         : element.select(range) && element.selection(0) == range;
-}
-
-/// The change as one of what is selected, or stands at the caret, now; none where it is not one. Leaving the
-/// user's selection as it is works where selecting by offsets does not.
-std::optional<Edit> editOfSelection(const TextElement& element, const Content& before,
-                                    std::string_view newText) {
-    const auto range = readFirstSelection(element, before);
-    if (!range)
-        return std::nullopt;
-    const std::string_view old = before.text;
-    const std::string_view head = old.substr(0, byteOffset(old, range->start, before.unit));
-    const std::string_view tail = old.substr(byteOffset(old, range->end, before.unit));
-    if (newText.size() < head.size() + tail.size() || !newText.starts_with(head) || !newText.ends_with(tail))
-        return std::nullopt;
-    return Edit{.start = range->start,
-                .removed = range->end - range->start,
-                .replacement =
-                    std::string(newText.substr(head.size(), newText.size() - head.size() - tail.size()))};
-}
-
-/// A paste goes to whatever has the focus, so that has to be this element still.
-WriteAnswer prepareForPaste(const TextElement& element, const Content& before, const std::string& newText,
-                            bool flattens) {
-    const auto states = statesOf(element.operation(), element.object());
-    if (!states || !states->has(ATSPI_STATE_FOCUSED))
-        return {.error = kAXErrorFailure};
-    auto edit = editOfSelection(element, before, newText);
-    bool isReady = edit.has_value();
-    if (!edit) {
-        edit = editBetween(before, newText);
-        isReady = select(element, {.start = edit->start, .end = edit->start + edit->removed});
-    }
-    return {.error = isReady ? kAXErrorSuccess : kAXErrorFailure,
-            .isReadyForPaste = isReady,
-            .replacement = flattens ? flattenedLines(edit->replacement) : std::move(edit->replacement),
-            .before = before.text};
-}
-
 AXError failureOf(const Operation& operation) {
     return operation.isOver() ? operation.error() : kAXErrorFailure;
 }
 
 } // namespace
 
-WriteAnswer writeValue(const TextElement& element, const std::string& newText, bool preparesPaste) {
+AXError writeValue(const TextElement& element, const std::string& newText) {
     Operation& operation = element.operation();
-    const auto refused = [](AXError error) { return WriteAnswer{.error = error}; };
     if (const AXError check = checkReadableText(element); check != kAXErrorSuccess)
-        return refused(check);
+        return check;
     const auto states = statesOf(operation, element.object());
     if (!states)
-        return refused(operation.error());
-    if (!states->has(ATSPI_STATE_EDITABLE) || states->has(ATSPI_STATE_READ_ONLY))
-        return refused(kAXErrorAttributeUnsupported);
-    const auto before = element.content();
-    const auto interfaces = before ? interfacesOf(operation, element.object()) : std::nullopt;
-    if (!interfaces)
-        return refused(operation.error());
-
-    Edit edit = editBetween(*before, newText);
-    const bool flattens = isSingleLine(*states, element.toolkit());
-    if (flattens)
-        edit.replacement = flattenedLines(edit.replacement);
-    Outcome outcome = Outcome::nothingHappened;
+        return operation.error();
+    if (!isEditable(*states))
+        return kAXErrorAttributeUnsupported;
+    // Gecko says yes and does nothing.
+    const auto interfaces =
+        element.toolkit() == Toolkit::gecko ? Interfaces{} : interfacesOf(operation, element.object());
+    const auto before = interfaces && interfaces->editableText ? element.content() : std::nullopt;
+    if (!interfaces || (interfaces->editableText && !before))
+        return operation.error();
     // What reaches beyond this paragraph can be replaced only as a whole.
-    const bool isPartOfMore = !selectedParagraphs(element).empty();
-    if (interfaces->editableText && !isPartOfMore)
-        outcome = apply(element, *before, edit);
-    if (outcome == Outcome::done)
-        return {};
+    if (!interfaces->editableText || !selectedParagraphs(element).empty())
+        return operation.isOver() ? operation.error() : kAXErrorAttributeUnsupported;
+    Edit edit = editBetween(*before, newText);
+    if (isSingleLine(*states, element.toolkit()))
+        edit.replacement = flattenedLines(edit.replacement);
+    const Outcome outcome = apply(element, *before, edit);
     if (outcome == Outcome::wentWrong && !operation.isOver())
         restore(element, before->text);
-    if (outcome == Outcome::nothingHappened && preparesPaste && !operation.isOver())
-        return prepareForPaste(element, *before, newText, flattens);
-    return refused(failureOf(operation));
+    if (outcome == Outcome::done)
+        return kAXErrorSuccess;
+    if (outcome == Outcome::nothingHappened && !operation.isOver())
+        return kAXErrorAttributeUnsupported;
+    return failureOf(operation);
+}
+
+PasteAnswer preparePaste(const TextElement& element, const std::string& text) {
+    Operation& operation = element.operation();
+    const auto refused = [](AXError error) { return PasteAnswer{.error = error}; };
+    const auto role = roleOf(operation, element.object());
+    const auto states = role ? statesOf(operation, element.object()) : std::nullopt;
+    const auto interfaces = states ? interfacesOf(operation, element.object()) : std::nullopt;
+    if (!interfaces)
+        return refused(operation.error());
+    if (*role == ATSPI_ROLE_TERMINAL)
+        return refused(kAXErrorActionUnsupported);
+    if (*role == ATSPI_ROLE_PASSWORD_TEXT)
+        return refused(kAXErrorNoValue);
+    if (!states->has(ATSPI_STATE_FOCUSED))
+        return refused(kAXErrorFailure);
+    // Without a text there is nothing that such a state would be told of.
+    if (states->has(ATSPI_STATE_READ_ONLY) || (interfaces->text && !isEditable(*states)))
+        return refused(kAXErrorAttributeUnsupported);
+    auto content = interfaces->text ? element.content() : std::nullopt;
+    if (operation.isOver())
+        return refused(operation.error());
+    PasteAnswer answer{.replacement = isSingleLine(*states, element.toolkit()) ? flattenedLines(text) : text};
+    if (content)
+        answer.before = std::move(content->text);
+    return answer;
 }
 
 AXError awaitOtherText(const TextElement& element, const std::string& before) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/Linux/X11/Server/X11Connection.h"
+#include "Platform/Linux/X11/Server/X11Application.h"
 
 #include <cstdint>
 #include <functional>
@@ -8,6 +8,20 @@
 #include <string>
 
 namespace quillmoth::platform {
+
+/// With which keys an application pastes.
+enum class PasteHabit {
+    /// Control and V, over what is selected.
+    usual,
+    /// With none that are safe: it is a terminal.
+    none,
+    /// Kills the region, and yanks.
+    emacs,
+    /// Puts the register of the clipboard over what was selected last.
+    vim,
+    /// Control and V beside what is selected, which is deleted first.
+    tk,
+};
 
 /// The application whose window is the active one. Main thread.
 class X11FrontApplication {
@@ -18,14 +32,21 @@ public:
     /// Never this process; none where no window is active.
     [[nodiscard]] std::optional<std::int64_t> processIdentifier() const;
 
-    /// The text of the PRIMARY selection, where a window of that very process owns it; for programs that can
-    /// be asked in no other way, such as terminals. Waits for them for 200 ms at most.
-    [[nodiscard]] std::optional<std::string> primarySelectionOf(std::int64_t processIdentifier) const;
+    [[nodiscard]] X11Application application() const { return frontApplication(connection_); }
 
-    /// The PRIMARY selection of the terminal in front, empty where it has none; none where something else
-    /// than a terminal is in front. `hasOtherFocus` as for terminalInFront.
+    /// What its windows call it, such as "Kate"; empty where they do not say.
+    [[nodiscard]] std::string name() const;
+
+    /// The text of the PRIMARY selection, where the application owns it. Waits for it for 200 ms at most.
+    [[nodiscard]] std::optional<std::string> primarySelection() const;
+
+    /// `hasOtherFocus` as for terminalInFront.
+    [[nodiscard]] PasteHabit pasteHabit(const std::function<bool(std::int64_t process)>& hasOtherFocus) const;
+
+    /// The PRIMARY selection where the key that copies elsewhere means something else, empty where there is
+    /// none; none where that key copies. `hasOtherFocus` as for terminalInFront.
     [[nodiscard]] std::optional<std::string>
-    terminalSelection(const std::function<bool(std::int64_t process)>& hasOtherFocus) const;
+    selectionInsteadOfCopy(const std::function<bool(std::int64_t process)>& hasOtherFocus) const;
 
 private:
     X11Connection& connection_;

@@ -1,6 +1,7 @@
 #include "Platform/Linux/X11/X11Terminals.h"
 
 #include "Foundation/ASCII.h"
+#include "Platform/Linux/X11/Server/X11Application.h"
 #include "Platform/Linux/X11/Server/X11Reply.h"
 #include "Platform/Linux/X11/Server/X11Windows.h"
 
@@ -33,11 +34,8 @@ std::string plainName(std::string_view name) {
 }
 
 bool hasTerminalClass(X11Connection& connection, xcb_window_t window) {
-    const std::string names = connection.bytes(window, "WM_CLASS");
-    const std::size_t first = std::min(names.find('\0'), names.size());
-    const std::size_t second = std::min(first + 1, names.size());
-    return isTerminalName(std::string_view(names).substr(0, first)) ||
-           isTerminalName(std::string_view(names).substr(second, names.find('\0', second) - second));
+    const X11ClassNames names = classNamesOf(connection, window);
+    return isTerminalName(names.instance) || isTerminalName(names.classOfAll);
 }
 
 std::string processName(std::int64_t process) {

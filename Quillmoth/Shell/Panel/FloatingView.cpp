@@ -30,6 +30,21 @@ void setDimmed(QWidget& widget, bool dimmed) {
     widget.setGraphicsEffect(effect);
 }
 
+bool isModifier(const QKeyEvent& event) {
+    switch (event.key()) {
+    case Qt::Key_Shift:
+    case Qt::Key_Control:
+    case Qt::Key_Alt:
+    case Qt::Key_AltGr:
+    case Qt::Key_Meta:
+    case Qt::Key_Super_L:
+    case Qt::Key_Super_R:
+        return true;
+    default:
+        return false;
+    }
+}
+
 bool isTyping(const QKeyEvent& event) {
     const bool isChord = event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
     return !isChord && !event.text().isEmpty() && event.text().at(0).isPrint() &&
@@ -40,10 +55,9 @@ bool isTyping(const QKeyEvent& event) {
 
 FloatingView::FloatingView(std::shared_ptr<FloatingViewController> controller, FloatingViewOptions options)
     : controller_(std::move(controller)), note_(new LinkNote(this)),
-      command_(new CommandArea(controller_, this)),
+      command_(new CommandArea(controller_, this)), notice_(new NoticeLine(this)),
       list_(new ListArea(controller_, withNote(options.messages), this)),
-      bar_(new BottomBar(controller_, this)),
-      clock_(options.frameMilliseconds, [this] { refresh(); }) {
+      bar_(new BottomBar(controller_, this)), clock_(options.frameMilliseconds, [this] { refresh(); }) {
     setAccessibleName(QStringLiteral("Quillmoth"));
     watch(command_->field());
     watch(command_->backButton());
@@ -88,11 +102,13 @@ void FloatingView::watch(QWidget& widget) {
 void FloatingView::refresh() {
     ++refreshCount_;
     command_->refresh();
+    if (notice_->tell(QString::fromStdString(controller_->_notice)) && !notice_->text().isEmpty())
+        spoken_.announce(notice_->text());
     list_->refresh();
     bar_->refresh();
     watchFormFields();
     followFocusField();
-    followCommandHeight();
+    followHeights();
     announceChanges();
 }
 
@@ -116,7 +132,11 @@ void FloatingView::place() {
     const int withBar = inside + panel::kPadding;
     placedCommandHeight_ = command_->heightForWidth(withBar);
     command_->setGeometry(left, panel::kPadding, withBar, placedCommandHeight_);
-    const int listTop = panel::kPadding + placedCommandHeight_ + panel::kGapAboveDivider + panel::kDivider;
+    placedNoticeHeight_ = noticeHeight();
+    notice_->setGeometry(left + NoticeLine::kInset, panel::kPadding + placedCommandHeight_,
+                         inside - 2 * NoticeLine::kInset, placedNoticeHeight_);
+    const int listTop = panel::kPadding + placedCommandHeight_ + placedNoticeHeight_ +
+                        panel::kGapAboveDivider + panel::kDivider;
     const int barTop = height() - panel::kPadding - panel::kBottomBar;
     const int listHeight = barTop - panel::kGapBelowDivider - panel::kDivider - listTop;
     list_->setGeometry(left, listTop, withBar, qMax(0, listHeight));
@@ -125,8 +145,13 @@ void FloatingView::place() {
     update();
 }
 
-void FloatingView::followCommandHeight() {
-    if (command_->heightForWidth(command_->width()) == placedCommandHeight_)
+int FloatingView::noticeHeight() const {
+    return notice_->heightForWidth(width() - 2 * (panel::kPadding + NoticeLine::kInset));
+}
+
+void FloatingView::followHeights() {
+    if (command_->heightForWidth(command_->width()) == placedCommandHeight_ &&
+        noticeHeight() == placedNoticeHeight_)
         return;
     place();
     if (onLeastSizeChanged)
@@ -135,7 +160,7 @@ void FloatingView::followCommandHeight() {
 
 QSize FloatingView::leastSize() const {
     return {bar_->leastWidth() + 2 * panel::kPadding,
-            panel::kFixedHeight + placedCommandHeight_ + panel::kLeastListHeight};
+            panel::kFixedHeight + placedCommandHeight_ + placedNoticeHeight_ + panel::kLeastListHeight};
 }
 
 QSize FloatingView::naturalSize() const {
@@ -155,6 +180,12 @@ void FloatingView::showEvent(QShowEvent* event) {
     // way.
     if (!event->spontaneous() && !command_->field().text().trimmed().isEmpty())
         command_->field().selectEverything();
+}
+
+void FloatingView::hideEvent(QHideEvent* event) {
+    PanelContent::hideEvent(event);
+    if (!event->spontaneous())
+        controller_->noticeRead();
 }
 
 void FloatingView::setPanelActive(bool active) {
@@ -205,6 +236,8 @@ void FloatingView::typeIntoField(const QKeyEvent& event) {
 }
 
 bool FloatingView::handleKey(QObject* watched, const QKeyEvent& event) {
+    if (!event.isAutoRepeat() && !isModifier(event))
+        controller_->noticeRead();
     if (event.matches(QKeySequence::Copy))
         return copySelection(watched);
     if (scrollByKey(event) || moveInRows(watched, event))

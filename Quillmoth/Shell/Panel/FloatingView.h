@@ -7,6 +7,7 @@
 #include "Quillmoth/Shell/Panel/FrameClock.h"
 #include "Quillmoth/Shell/Panel/LinkNote.h"
 #include "Quillmoth/Shell/Panel/ListArea.h"
+#include "Quillmoth/Shell/Panel/NoticeLine.h"
 #include "Quillmoth/Shell/Panel/PanelContent.h"
 #include "Quillmoth/Shell/Panel/SpokenStatus.h"
 
@@ -35,6 +36,8 @@ public:
 
     [[nodiscard]] ListArea& listArea() const { return *list_; }
 
+    [[nodiscard]] NoticeLine& notice() const { return *notice_; }
+
     [[nodiscard]] LinkNote& linkNote() const { return *note_; }
 
     [[nodiscard]] BottomBar& bottomBar() const { return *bar_; }
@@ -48,6 +51,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     [[nodiscard]] MessageServices withNote(MessageServices services);
@@ -55,7 +59,8 @@ private:
     void watch(QWidget& widget);
     void watchFormFields();
     void place();
-    void followCommandHeight();
+    [[nodiscard]] int noticeHeight() const;
+    void followHeights();
     bool handleKey(QObject* watched, const QKeyEvent& event);
     bool copySelection(QObject* watched);
     bool scrollByKey(const QKeyEvent& event);
@@ -69,6 +74,7 @@ private:
     std::shared_ptr<FloatingViewController> controller_;
     LinkNote* note_;
     CommandArea* command_;
+    NoticeLine* notice_;
     ListArea* list_;
     BottomBar* bar_;
     SpokenStatus spoken_{*this};
@@ -79,6 +85,7 @@ private:
     bool active_ = true;
     int refreshCount_ = 0;
     int placedCommandHeight_ = 0;
+    int placedNoticeHeight_ = 0;
     Subscription updates_;
     Subscription fieldFocus_;
     Subscription presetScroll_;

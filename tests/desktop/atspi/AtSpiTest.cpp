@@ -93,7 +93,7 @@ std::string AtSpiTest::textOnce(const ChildProcess& application, const std::stri
 
 WriteResult AtSpiTest::write(const std::string& text) {
     session().writeWay.clear();
-    const WriteResult result = SelectionWriter(accessibility()).write(text);
+    const WriteResult result = SelectionWriter(accessibility(), session().workspace).write(text);
     EXPECT_EQ(session().writeWay, "");
     return result;
 }

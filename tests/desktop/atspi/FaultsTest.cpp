@@ -46,7 +46,8 @@ TEST_F(AtSpiTest, AStoppedProgramPastesTheAnswerWhenItGoesOnAndNothingElse) {
     input().chord({KEY_LEFTCTRL, KEY_A});
     ASSERT_EQ(capturedOnce("old"), "old");
     kill(process, SIGSTOP);
-    EXPECT_FALSE(session().paste("answer", process, std::chrono::steady_clock::now() + 300ms));
+    EXPECT_EQ(session().selectionPaste.paste("answer", std::chrono::steady_clock::now() + 300ms),
+              platform::PasteOutcome::notFetched);
     letPass(700ms);
     kill(process, SIGCONT);
     expectKept();

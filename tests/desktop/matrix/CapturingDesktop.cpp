@@ -7,13 +7,15 @@ namespace quillmoth::test {
 using namespace platform;
 
 CapturingDesktop::CapturingDesktop(const std::string& windowManager)
-    : X11Desktop({.windowManager = windowManager, .accessibility = true}), accessibility(hooks()) {
+    : X11Desktop({.windowManager = windowManager, .accessibility = true}), accessibility(hooks()),
+      selectionPaste(backEnd->frontApplication(), backEnd->keyboardEvents(), pasteboard,
+                     [this](std::int64_t process) { return hasOtherFocus(process); }),
+      workspace(mainQueue, front()) {
     backEnd->keyboardEvents().setVeto([this] { return !pasteboard.isKept(); });
     accessibility.start();
     // The session bus may have started a launcher of its own, which does not report itself as enabled.
     if (!accessibility.enableForDesktop())
         throw std::runtime_error("accessibility cannot be enabled");
-    fakes.workspace.frontmost = 1;
     const Platform fake = fakes.platform();
     model = DataModel::create({.mainQueue = mainQueue,
                                .operationQueues = fake.operationQueues,
@@ -23,7 +25,7 @@ CapturingDesktop::CapturingDesktop(const std::string& windowManager)
                                .keyboardEvents = backEnd->keyboardEvents(),
                                .hotKeyCenter = fake.hotKeyCenter,
                                .keyboardLayout = fake.keyboardLayout,
-                               .workspace = fake.workspace,
+                               .workspace = workspace,
                                .userDefaults = fake.userDefaults,
                                .documents = fake.documents,
                                .bundle = fake.bundle,
@@ -36,20 +38,25 @@ CapturingDesktop::CapturingDesktop(const std::string& windowManager)
 
 AtSpiHooks CapturingDesktop::hooks() {
     return {.frontProcess = [this] { return frontProcess(); },
-            .primarySelectionOf =
-                [this](std::int64_t process) {
-                    auto text = backEnd->frontApplication().primarySelectionOf(process);
-                    if (text && !text->empty())
-                        captureWay = "PRIMARY";
-                    return text;
-                },
+            .frontPrimarySelection = [this] { return primarySelection(); },
             .pasteText =
-                [this](const std::string& text, std::int64_t process, auto deadline) {
+                [this](const std::string& text, auto deadline) {
                     writeWay = "pasted";
-                    return paste(text, process, deadline);
+                    return selectionPaste.paste(text, deadline);
                 },
             .hasConsent = [] { return true; },
             .askForConsent = {}};
+}
+
+QtWorkspace::Front CapturingDesktop::front() {
+    return {.process = [this] { return frontProcess().value_or(1); },
+            .name = [this] { return backEnd->frontApplication().name(); },
+            .primarySelection = [this] { return primarySelection(); },
+            .selectionInsteadOfCopy =
+                [this] {
+                    return backEnd->frontApplication().selectionInsteadOfCopy(
+                        [this](std::int64_t process) { return hasOtherFocus(process); });
+                }};
 }
 
 std::optional<std::int64_t> CapturingDesktop::frontProcess() {
@@ -75,7 +82,6 @@ AXError CapturingDesktop::focusError() {
 std::string CapturingDesktop::capture(bool byCopy) {
     captureWay.clear();
     fakes.userDefaults.set("useCopyHack", byCopy);
-    fakes.workspace.frontmost = frontProcess().value_or(1);
     model->_selectedValue = std::string();
     model->_isContext = false;
     bool wasMarked = false;
@@ -91,10 +97,11 @@ std::string CapturingDesktop::capture(bool byCopy) {
     return model->_isContext ? model->_selectedValue.get() : std::string();
 }
 
-bool CapturingDesktop::paste(const std::string& text, std::int64_t process,
-                             std::chrono::steady_clock::time_point deadline) {
-    return pasteboard.paste(
-        text, process, [this] { backEnd->keyboardEvents().postPaste(); }, deadline);
+std::optional<std::string> CapturingDesktop::primarySelection() {
+    auto text = backEnd->frontApplication().primarySelection();
+    if (text && !text->empty())
+        captureWay = "PRIMARY";
+    return text;
 }
 
 void CapturingDesktop::replaceSelection(const std::string& text) {

@@ -2,8 +2,9 @@
 
 #include "Platform/Fake/FakePlatform.h"
 #include "Platform/Linux/AtSpi/AtSpiAccessibility.h"
-#include "Platform/Linux/X11/Selection/X11Pasteboard.h"
+#include "Platform/Linux/X11/X11SelectionPaste.h"
 #include "Platform/Qt/QtMainQueue.h"
+#include "Platform/Qt/QtWorkspace.h"
 #include "Quillmoth/Assistant/DataModel.h"
 #include "tests/desktop/x11/X11Session.h"
 
@@ -28,9 +29,6 @@ public:
 
     void replaceSelection(const std::string& text);
 
-    /// Has the front application paste the text; see X11Pasteboard.
-    bool paste(const std::string& text, std::int64_t process, std::chrono::steady_clock::time_point deadline);
-
     /// How the latest capture and the latest write-back came about: "" is the plain way.
     std::string captureWay;
     std::string writeWay;
@@ -39,10 +37,16 @@ public:
     platform::QtMainQueue mainQueue;
     platform::X11Pasteboard pasteboard;
     platform::AtSpiAccessibility accessibility;
+    platform::X11SelectionPaste selectionPaste;
+    platform::QtWorkspace workspace;
     std::shared_ptr<DataModel> model;
 
 private:
     platform::AtSpiHooks hooks();
+    platform::QtWorkspace::Front front();
+    std::optional<std::string> primarySelection();
+
+    bool hasOtherFocus(std::int64_t process) { return accessibility.hasFieldBesideTerminal(process); }
 };
 
 } // namespace quillmoth::test

@@ -173,16 +173,17 @@ TEST_F(KeyboardEventsTest, TheFrontTerminalsSelectionIsReadAndNobodyElses) {
     auto& front = backEnd().frontApplication();
     const auto process = front.processIdentifier();
     EXPECT_EQ(process, terminal->processIdentifier());
-    EXPECT_EQ(front.primarySelectionOf(*process), std::nullopt);
+    EXPECT_EQ(front.primarySelection(), std::nullopt);
     const auto place = desktop().windows().geometry(desktop().windows().activeWindow());
     EXPECT_TRUE(holdsWithin(5s, [&] {
         for (int click = 0; click < 3; ++click)
             input().click(place.x + 15, place.y + 8);
         letPass(300ms);
         // Two clicks select the word, the third one the whole line.
-        return front.primarySelectionOf(*process) == "pr\u00e9cis\n";
-    })) << front.primarySelectionOf(*process).value_or("nothing");
-    EXPECT_EQ(front.primarySelectionOf(*process + 1), std::nullopt);
+        return front.primarySelection() == "pr\u00e9cis\n";
+    })) << front.primarySelection().value_or("nothing");
+    const auto other = frontTerminal("other", "sleep 60");
+    EXPECT_EQ(front.primarySelection(), std::nullopt);
 }
 
 TEST_F(KeyboardEventsTest, TerminalsAreToldByTheirNamesAndByWhatTheyHold) {

@@ -74,7 +74,7 @@ TEST(QtWorkspace, GivesOwnURLsToTheProgramInALaterTurnAndIsNeverInFrontItself) {
     const test::CoreApplication application;
     QtMainQueue queue;
     std::optional<std::int64_t> front = 12;
-    QtWorkspace workspace(queue, [&] { return front; });
+    QtWorkspace workspace(queue, {.process = [&] { return front; }});
     std::vector<std::string> opened;
     EXPECT_FALSE(workspace.openURL("quillmoth://promptEditor"));
     workspace.setOwnURLHandler([&](const auto& urls) { opened = urls; });

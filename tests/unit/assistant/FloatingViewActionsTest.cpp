@@ -97,6 +97,30 @@ TEST_F(FloatingViewActionsTest, replacing_closes_the_panel_before_it_writes) {
               (Texts{"set field AXValue \"aXc\"", "set field AXSelectedTextRange {1, 0}"}));
 }
 
+TEST_F(FloatingViewActionsTest, an_answer_that_was_not_taken_is_told_with_the_panel_and_on_the_clipboard) {
+    auto field = std::make_shared<platform::FakeAXUIElement>("field");
+    field->writeErrors["AXSelectedText"] = platform::kAXErrorFailure;
+    platform.accessibility.systemWide().set("AXFocusedUIElement", platform::AXUIElementRef(field));
+    platform.workspace.name = "Kate";
+    platform.pasteboard.contents = "kept";
+    view->press(Key::replaceSelection);
+    EXPECT_TRUE(view->_notice->ends_with("Kate did not let its selection be erased.")) << *view->_notice;
+    EXPECT_EQ(platform.pasteboard.contents, "kept");
+    view->noticeRead();
+    EXPECT_EQ(*view->_notice, "");
+
+    model->_responseValue = std::string("answer");
+    const std::size_t before = panelCalls().size();
+    view->press(Key::replaceSelection);
+    EXPECT_EQ(*view->_notice, "Kate did not take the answer. It is on the clipboard: paste it with Ctrl+V.");
+    EXPECT_EQ(platform.pasteboard.contents, "answer");
+    EXPECT_EQ(*model->_responseValue, "answer");
+    const Texts calls = panelCalls();
+    EXPECT_EQ(Texts(calls.begin() + static_cast<std::ptrdiff_t>(before), calls.end()),
+              (kResign + Texts{"setFrameUsingName savedFrame", "orderFront", "makeKeyWindow"}));
+    EXPECT_TRUE(model->_FloatingViewPanel.get()->isOpen);
+}
+
 TEST_F(FloatingViewActionsTest, copying_all_writes_the_clipboard_and_closes_unless_pinned) {
     model->_responseValue = std::string("answer");
     view->press(Key::onTop);

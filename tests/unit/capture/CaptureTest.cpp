@@ -45,6 +45,22 @@ TEST_F(SelectionCaptureTest, a_selected_text_is_found_and_anything_else_in_its_p
     }
 }
 
+TEST_F(SelectionCaptureTest, the_primary_selection_is_taken_where_accessibility_does_not_rule_it_out) {
+    const CaptureResult primary{.way = CaptureWay::primary, .text = "picked"};
+    platform.workspace.primary = "picked";
+    EXPECT_EQ(capture(), primary) << "an element without a text";
+    field->set("AXSelectedText", AXValue());
+    EXPECT_EQ(capture(), primary) << "one that does not know";
+    field->set("AXSelectedText", std::string());
+    EXPECT_EQ(capture().obstacle, CaptureObstacle::nothingSelected) << "one that knows of none";
+    field->set("AXSelectedText", std::string("told"));
+    EXPECT_EQ(capture().text, "told");
+    platform.accessibility.systemWide().fail("AXFocusedUIElement", -25211);
+    EXPECT_EQ(capture(), (CaptureResult{.way = CaptureWay::primary, .text = "picked", .error = -25211}));
+    platform.workspace.primary = "";
+    EXPECT_EQ(capture(), (CaptureResult{.obstacle = CaptureObstacle::noFocus, .error = -25211}));
+}
+
 TEST_F(SelectionCaptureTest, marked_text_is_found_where_the_element_tells_no_selected_text) {
     const CaptureResult none{.way = CaptureWay::markerRange, .obstacle = CaptureObstacle::noText};
     EXPECT_EQ(capture(), none);
@@ -87,7 +103,7 @@ TEST_F(SelectionCaptureTest, no_application_and_no_element_are_fatal_faults) {
 
 class SelectionWriterTest : public CaptureFixture {
 protected:
-    WriteResult write() { return SelectionWriter(platform.accessibility).write("X"); }
+    WriteResult write() { return SelectionWriter(platform.accessibility, platform.workspace).write("X"); }
 };
 
 TEST_F(SelectionWriterTest, a_text_is_spliced_over_the_selection_in_utf16_units_and_the_caret_put_before_it) {
@@ -120,23 +136,56 @@ TEST_F(SelectionWriterTest, a_text_is_spliced_over_the_selection_in_utf16_units_
     }
 }
 
-TEST_F(SelectionWriterTest, what_was_not_written_is_told) {
+TEST_F(SelectionWriterTest, what_takes_no_change_is_pasted_into) {
+    const Texts tail{"set field AXSelectedText \"X\""};
+    const auto last = [&](std::size_t count) {
+        const Texts& calls = platform.accessibility.calls;
+        return Texts(calls.end() - static_cast<std::ptrdiff_t>(count), calls.end());
+    };
+    EXPECT_EQ(write(), WriteResult::written);
+    EXPECT_EQ(last(1), tail) << "it has no text";
     field->set("AXValue", std::string("abc"));
-    EXPECT_EQ(write(), WriteResult::notEditable);
     for (const CFRange range : {CFRange{-1, 1}, CFRange{1, -1}}) {
         field->set("AXSelectedTextRange", range);
-        EXPECT_EQ(write(), WriteResult::notEditable);
+        EXPECT_EQ(write(), WriteResult::written);
+        EXPECT_EQ(last(1), tail);
     }
-    field->attributes.erase("AXValue");
-    field->set("AXSelectedTextRange", CFRange{0, 1});
-    EXPECT_EQ(write(), WriteResult::notEditable);
-    for (const std::string& call : platform.accessibility.calls)
-        EXPECT_FALSE(call.starts_with("set")) << call;
+    field->set("AXSelectedTextRange", CFRange{1, 1});
+    field->writeErrors["AXValue"] = platform::kAXErrorAttributeUnsupported;
+    EXPECT_EQ(write(), WriteResult::written);
+    EXPECT_EQ(last(3), (Texts{"set field AXValue \"aXc\"", "set field AXSelectedText \"X\"",
+                              "set field AXSelectedTextRange {1, 0}"}));
+    platform.accessibility.systemWide().fail("AXFocusedUIElement", platform::kAXErrorAPIDisabled);
+    EXPECT_EQ(write(), WriteResult::written);
+    EXPECT_EQ(last(1), (Texts{"set application 42 AXSelectedText \"X\""})) << "nothing can be asked";
+}
+
+TEST_F(SelectionWriterTest, what_was_not_written_is_told_and_stays_selected) {
+    const std::pair<platform::AXError, WriteResult> cases[] = {
+        {platform::kAXErrorAttributeUnsupported, WriteResult::notEditable},
+        {platform::kAXErrorActionUnsupported, WriteResult::terminal},
+        {platform::kAXErrorNoValue, WriteResult::secret},
+        {platform::kAXErrorCannotComplete, WriteResult::unanswered},
+        {platform::kAXErrorFailure, WriteResult::refused},
+        {platform::kAXErrorInvalidUIElement, WriteResult::refused},
+    };
     field->set("AXValue", std::string("abc"));
-    field->writeErrors["AXValue"] = -25205;
-    EXPECT_EQ(write(), WriteResult::refused);
-    platform.accessibility.systemWide().fail("AXFocusedUIElement", -25212);
-    EXPECT_EQ(write(), WriteResult::noFocus);
+    field->set("AXSelectedTextRange", CFRange{1, 1});
+    for (const auto& [error, result] : cases) {
+        field->writeErrors["AXValue"] = error;
+        field->writeErrors["AXSelectedText"] = error;
+        platform.accessibility.calls.clear();
+        EXPECT_EQ(write(), result);
+        const bool isTriedTwice = error == platform::kAXErrorAttributeUnsupported;
+        EXPECT_EQ(platform.accessibility.calls.size(), isTriedTwice ? 6U : 5U) << error;
+    }
+    platform.accessibility.calls.clear();
+    platform.accessibility.systemWide().fail("AXFocusedUIElement", platform::kAXErrorCannotComplete);
+    EXPECT_EQ(write(), WriteResult::unanswered);
+    platform.accessibility.systemWide().fail("AXFocusedUIElement", platform::kAXErrorAPIDisabled);
+    platform.workspace.frontmost.reset();
+    EXPECT_EQ(write(), WriteResult::noApplication);
+    EXPECT_EQ(platform.accessibility.calls.size(), 4U) << "nothing is written";
     platform.accessibility.systemWide().set("AXFocusedUIElement", AXValue());
     EXPECT_THROW(write(), FatalFault);
 }
@@ -198,11 +247,11 @@ TEST_F(CopyCaptureTest, the_clipboard_comes_back_with_an_empty_text_where_it_had
 }
 
 TEST_F(CopyCaptureTest, a_terminal_in_front_is_asked_for_its_selection) {
-    EXPECT_FALSE(capture.terminalSelection());
+    EXPECT_FALSE(capture.selectionInsteadOfCopy());
     platform.workspace.terminalSelection = "ls";
-    EXPECT_EQ(capture.terminalSelection(), (CaptureResult{.way = CaptureWay::primary, .text = "ls"}));
+    EXPECT_EQ(capture.selectionInsteadOfCopy(), (CaptureResult{.way = CaptureWay::primary, .text = "ls"}));
     platform.workspace.terminalSelection = "";
-    EXPECT_EQ(capture.terminalSelection()->obstacle, CaptureObstacle::nothingSelected);
+    EXPECT_EQ(capture.selectionInsteadOfCopy()->obstacle, CaptureObstacle::nothingSelected);
 }
 
 } // namespace

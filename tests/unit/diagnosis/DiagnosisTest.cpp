@@ -77,8 +77,10 @@ TEST(Diagnosis, EachFaultComesWithWhatToDoAboutIt) {
         {[](DesktopFacts& f) { f.isAccessibilityEnabled = false; }, "not enabled", "in the settings"},
         {[](DesktopFacts& f) { f.front.reset(); }, "Program in front: none", "click"},
         {[](DesktopFacts& f) { f.front->isHung = true; }, "does not answer", "wait"},
-        {[](DesktopFacts& f) { f.front->hasText = f.front->hasFocus = false; }, "shows nothing",
-         "restart it"},
+        {[](DesktopFacts& f) {
+             f.front = DesktopFacts::Front{.program = "old", .obstacle = CaptureObstacle::nothingSelected};
+         },
+         "shows nothing", "restart it"},
         {[](DesktopFacts& f) { f.front->isEditable = false; }, "nothing there can be edited", "Ctrl+Shift+C"},
         {[](DesktopFacts& f) { f.clipboard.answers = false; }, "its owner does not answer", "copy something"},
         {[](DesktopFacts& f) { f.clipboard = {}; }, "empty; no clipboard manager", "install"},
@@ -132,8 +134,14 @@ TEST(Diagnosis, NamesTheWayThatWorksInTheProgramInFront) {
     DesktopFacts facts = goodDesktop();
     facts.front->takesEdits = false;
     EXPECT_NE(page(facts).find("Write-back: by pasting\n"), std::string::npos);
-    facts.front = DesktopFacts::Front{.program = "xterm", .ownsPrimary = true};
+    facts.front->obstacle = CaptureObstacle::nothingSelected;
+    EXPECT_NE(page(facts).find("Capture: through accessibility; nothing is selected now\n"),
+              std::string::npos);
+    facts.front = DesktopFacts::Front{.program = "xterm", .way = CaptureWay::primary, .runsCommands = true};
     EXPECT_NE(page(facts).find("Capture: through its mouse selection\n"), std::string::npos);
+    EXPECT_NE(page(facts).find("Write-back: never into a terminal"), std::string::npos);
+    facts.front->isCopiedFrom = true;
+    EXPECT_NE(page(facts).find("Capture: by a copy"), std::string::npos);
     facts.front =
         DesktopFacts::Front{.program = "firefox", .hasFocus = true, .hasText = true, .isSecret = true};
     EXPECT_NE(page(facts).find("Capture: never"), std::string::npos);

@@ -40,14 +40,22 @@ void X11ClipboardExchange::handle(const xcb_generic_event_t& event) {
     reader_.handle(event);
     if ((event.response_type & 0x7F) != ownerEvent_ || ownerEvent_ == 0)
         return;
-    if (reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(event).owner == connection_.window())
+    const auto owner = reinterpret_cast<const xcb_xfixes_selection_notify_event_t&>(event).owner;
+    if (owner == connection_.window())
         return;
+    if (paste_ && paste_->awaitsCut && isClientOf(connection_.get(), paste_->application, owner)) {
+        paste_->awaitsCut = false;
+        paste_->isCut = true;
+        return;
+    }
     // What the user has copied meanwhile is newer than what was to come back.
     paste_.reset();
     wantsCopy_ = memory_.hasBeenReplaced() || wantsCopy_;
 }
 
 void X11ClipboardExchange::work() {
+    if (paste_ && paste_->isCut)
+        offerAgainAfterCut();
     if (std::exchange(wantsCopy_, false)) {
         auto text = reader_.text(selection_, Clock::now() + kCopyReadLimit);
         // Given up for something quick, to be begun anew behind that.
@@ -60,7 +68,7 @@ void X11ClipboardExchange::work() {
 }
 
 X11ClipboardExchange::Clock::time_point X11ClipboardExchange::nextWork() const {
-    if (wantsCopy_)
+    if (wantsCopy_ || (paste_ && paste_->isCut))
         return Clock::now();
     return paste_ ? paste_->restoreAt : Clock::time_point::max();
 }
@@ -104,8 +112,8 @@ SelectionContentRef X11ClipboardExchange::current(const SelectionContentRef& own
     return std::make_shared<const SelectionContent>(reader_.content(selection_, deadline));
 }
 
-bool X11ClipboardExchange::lend(const std::string& text, std::int64_t process, const SelectionContentRef& own,
-                                Clock::time_point deadline) {
+bool X11ClipboardExchange::lend(const std::string& text, const X11Application& application,
+                                const SelectionContentRef& own, Clock::time_point deadline) {
     auto former = current(own, deadline);
     if (!former->isComplete)
         return false;
@@ -115,11 +123,32 @@ bool X11ClipboardExchange::lend(const std::string& text, std::int64_t process, c
                               .type = connection_.atom("x-kde-passwordManagerHint"),
                               .itemBits = 8,
                               .bytes = "secret"});
-    if (!owner_.own(std::make_shared<const SelectionContent>(std::move(content))))
+    const auto offered = std::make_shared<const SelectionContent>(std::move(content));
+    if (!owner_.own(offered))
         return false;
-    paste_ =
-        Paste{.process = process, .former = std::move(former), .restoreAt = Clock::now() + kUnfetchedLimit};
+    paste_ = Paste{.application = application,
+                   .offered = offered,
+                   .former = std::move(former),
+                   .restoreAt = Clock::now() + kUnfetchedLimit};
     return true;
+}
+
+void X11ClipboardExchange::expectCut() {
+    if (paste_)
+        paste_->awaitsCut = true;
+}
+
+void X11ClipboardExchange::offerAgainAfterCut() {
+    auto text = reader_.text(selection_, Clock::now() + kCopyReadLimit);
+    // The reading handles other events, which may have ended the paste.
+    if (!paste_)
+        return;
+    paste_->isCut = false;
+    // A history of cuts may have fetched the text already.
+    paste_->restoreAt = Clock::now() + kUnfetchedLimit;
+    owner_.own(paste_->offered);
+    if (onCut)
+        onCut(std::move(text));
 }
 
 void X11ClipboardExchange::takeBack() {
@@ -128,7 +157,7 @@ void X11ClipboardExchange::takeBack() {
 }
 
 void X11ClipboardExchange::delivered(xcb_window_t requestor) {
-    if (!paste_ || clientProcessIdentifier(connection_.get(), requestor).value_or(0) != paste_->process)
+    if (!paste_ || !isClientOf(connection_.get(), paste_->application, requestor))
         return;
     paste_->restoreAt = Clock::now() + kFetchGrace;
     if (onFetched)

@@ -3,6 +3,7 @@
 #include "Platform/Linux/X11/Selection/X11SelectionMemory.h"
 #include "Platform/Linux/X11/Selection/X11SelectionOwner.h"
 #include "Platform/Linux/X11/Selection/X11SelectionReader.h"
+#include "Platform/Linux/X11/Server/X11Application.h"
 
 namespace quillmoth::platform {
 
@@ -31,10 +32,13 @@ public:
     void clear();
     void write(const std::string& text);
 
-    /// Offers `text` for one paste into `process`, which `onFetched` then tells of; what stood there before
-    /// comes back a little later. False, with nothing changed, where that could not be kept.
-    bool lend(const std::string& text, std::int64_t process, const SelectionContentRef& own,
+    /// Offers `text` for one paste into the application, which `onFetched` then tells of; what stood there
+    /// before comes back a little later. False, with nothing changed, where that could not be kept.
+    bool lend(const std::string& text, const X11Application& application, const SelectionContentRef& own,
               Clock::time_point deadline);
+    /// The application is about to cut something, in between: that is read, `onCut` tells of it, and the text
+    /// is offered again.
+    void expectCut();
     /// Where nobody has been asked to paste after all.
     void takeBack();
 
@@ -46,20 +50,26 @@ public:
 
     [[nodiscard]] bool hasOwner(const std::string& selection);
 
-    /// Called when the process that is pasted into has fetched the text.
+    /// Called when the application that is pasted into has fetched the text.
     std::function<void()> onFetched;
+    /// Called with what it has cut, none where that is no text.
+    std::function<void(std::optional<std::string> text)> onCut;
 
 private:
     struct Paste {
-        std::int64_t process = 0;
+        X11Application application;
+        SelectionContentRef offered;
         SelectionContentRef former;
         Clock::time_point restoreAt;
+        bool awaitsCut = false;
+        bool isCut = false;
     };
 
     void handle(const xcb_generic_event_t& event);
     void delivered(xcb_window_t requestor);
     [[nodiscard]] SelectionContentRef current(const SelectionContentRef& own, Clock::time_point deadline);
     void offer(const std::string& text);
+    void offerAgainAfterCut();
 
     X11SelectionConnection& connection_;
     xcb_atom_t selection_;

@@ -117,9 +117,17 @@ public:
         return changed_.wait_until(lock, deadline, [this] { return isFetched_; });
     }
 
+    /// What the application has cut; an outer none where it has cut nothing before the deadline.
+    std::optional<std::optional<std::string>> awaitCut(Clock::time_point deadline) {
+        std::unique_lock lock(mutex_);
+        changed_.wait_until(lock, deadline, [this] { return cut_.has_value(); });
+        return cut_;
+    }
+
     void forgetFetched() {
         const std::lock_guard lock(mutex_);
         isFetched_ = false;
+        cut_.reset();
     }
 
 private:
@@ -131,6 +139,12 @@ private:
         clipboard.onFetched = [this] {
             const std::lock_guard lock(mutex_);
             isFetched_ = true;
+            changed_.notify_all();
+        };
+        clipboard.onCut = [this](std::optional<std::string> text) {
+            const std::lock_guard lock(mutex_);
+            isFetched_ = false;
+            cut_.emplace(std::move(text));
             changed_.notify_all();
         };
         while (!isStopping_ && connection_.isOpen()) {
@@ -166,6 +180,7 @@ private:
     std::condition_variable changed_;
     std::deque<Work> jobs_;
     bool isFetched_ = false;
+    std::optional<std::optional<std::string>> cut_;
     std::atomic<bool> isUrgent_ = false;
     std::atomic<bool> isStopping_ = false;
     std::thread thread_;
@@ -205,22 +220,52 @@ void X11Pasteboard::setString(const std::string& text) {
     thread().order([text](X11ClipboardExchange& clipboard) { clipboard.write(text); });
 }
 
-bool X11Pasteboard::paste(const std::string& text, std::int64_t process,
-                          const std::function<void()>& sendKeys, Clock::time_point deadline) {
+PasteOutcome X11Pasteboard::paste(const std::string& text, const X11Application& application,
+                                  const PasteKeys& keys, Clock::time_point deadline) {
     Thread& thread = this->thread();
     thread.forgetFetched();
     const auto isLent = thread.ask<bool>(
-        [&connection = thread.connection(), own = toolkitsOwn(), text, process,
-         deadline](X11ClipboardExchange& clipboard) {
-            return clipboard.lend(text, process, withAtoms(connection, own), deadline);
+        [&connection = thread.connection(), own = toolkitsOwn(), text, application, deadline,
+         cuts = static_cast<bool>(keys.cut)](X11ClipboardExchange& clipboard) {
+            const bool isOffered = clipboard.lend(text, application, withAtoms(connection, own), deadline);
+            if (isOffered && cuts)
+                clipboard.expectCut();
+            return isOffered;
         },
         deadline + kWaitMargin);
     if (!isLent.value_or(false)) {
-        thread.order([](X11ClipboardExchange& clipboard) { clipboard.takeBack(); });
-        return false;
+        takeBack();
+        return PasteOutcome::impossible;
     }
-    sendKeys();
-    return thread.awaitFetched(deadline);
+    if (keys.cut) {
+        if (const auto outcome = cut(keys, deadline); outcome != PasteOutcome::fetched)
+            return outcome;
+    }
+    // What was fetched before the keys, by a look at what is new there, was for no paste.
+    thread.forgetFetched();
+    if (!keys.paste()) {
+        takeBack();
+        return keys.undo && keys.undo() ? PasteOutcome::takenBack : PasteOutcome::impossible;
+    }
+    return thread.awaitFetched(deadline) ? PasteOutcome::fetched : PasteOutcome::notFetched;
+}
+
+PasteOutcome X11Pasteboard::cut(const PasteKeys& keys, Clock::time_point deadline) {
+    if (!keys.cut()) {
+        takeBack();
+        return PasteOutcome::impossible;
+    }
+    const auto taken = thread().awaitCut(deadline);
+    if (taken && *taken == keys.selected)
+        return PasteOutcome::fetched;
+    if (taken)
+        keys.undo();
+    takeBack();
+    return PasteOutcome::takenBack;
+}
+
+void X11Pasteboard::takeBack() {
+    thread().order([](X11ClipboardExchange& clipboard) { clipboard.takeBack(); });
 }
 
 bool X11Pasteboard::hasOwner(const std::string& selection) const {

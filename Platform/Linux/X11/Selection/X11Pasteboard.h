@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Platform/Linux/X11/Server/X11Application.h"
+#include "Platform/PasteOutcome.h"
 #include "Platform/Pasteboard.h"
 
 #include <chrono>
@@ -31,11 +33,21 @@ public:
     /// it had; an empty one stands for a clipboard without text, and brings those back.
     void setString(const std::string& text) override;
 
-    /// Has `process` paste `text`: `sendKeys` is to make it do so, once the text is offered. The former
-    /// content comes back with all its formats afterwards. False where that content cannot be kept, with
-    /// nothing done, or where the text has not been fetched before the deadline; it may be so later then.
-    bool paste(const std::string& text, std::int64_t process, const std::function<void()>& sendKeys,
-               std::chrono::steady_clock::time_point deadline);
+    /// The keys that make an application paste; each returns false where it cannot be sent.
+    struct PasteKeys {
+        std::function<bool()> paste;
+        /// For applications that paste beside what is selected: cuts it, which is `selected`. Left empty
+        /// elsewhere.
+        std::function<bool()> cut = {};
+        std::string selected = {};
+        /// Takes back a cut that took something else.
+        std::function<bool()> undo = {};
+    };
+
+    /// Has the application paste `text`. What is on the clipboard comes back with all its formats afterwards;
+    /// a text that has not been fetched before the deadline may be so later.
+    PasteOutcome paste(const std::string& text, const X11Application& application, const PasteKeys& keys,
+                       std::chrono::steady_clock::time_point deadline);
 
     /// False where the latest reading did not get all that there is, in which case another program's copy
     /// would lose it for good.
@@ -48,6 +60,8 @@ private:
     class Thread;
 
     [[nodiscard]] Thread& thread() const;
+    [[nodiscard]] PasteOutcome cut(const PasteKeys& keys, std::chrono::steady_clock::time_point deadline);
+    void takeBack();
 
     mutable std::unique_ptr<Thread> thread_;
     mutable bool isWhole_ = true;

@@ -8,7 +8,12 @@ std::optional<std::string> selectionText(std::uint32_t selection, std::chrono::m
     X11SelectionConnection connection;
     if (!connection.isOpen())
         return std::nullopt;
-    return X11SelectionReader(connection).text(selection, X11SelectionConnection::Clock::now() + deadline);
+    auto text =
+        X11SelectionReader(connection).text(selection, X11SelectionConnection::Clock::now() + deadline);
+    // Some programs hand out the end of their string with it.
+    while (text && text->ends_with('\0'))
+        text->pop_back();
+    return text;
 }
 
 } // namespace quillmoth::platform

@@ -103,9 +103,9 @@ bool X11SelectionOwner::deliver(xcb_window_t requestor, xcb_atom_t target, xcb_a
     auto format = formatFor(target);
     if (!format)
         return false;
-    const bool isContent = target != connection_.atom("TARGETS") && target != connection_.atom("TIMESTAMP");
+    const bool isGivenText = isText(target);
     give(requestor, property, std::move(*format));
-    if (isContent && onDelivered)
+    if (isGivenText && onDelivered)
         onDelivered(requestor);
     return true;
 }
@@ -142,12 +142,16 @@ std::optional<SelectionFormat> X11SelectionOwner::formatFor(xcb_atom_t target) {
         return std::nullopt;
     if (target == XCB_ATOM_STRING)
         return textAs(target);
-    const bool isUnicode = std::any_of(kUnicodeTargets.begin(), kUnicodeTargets.end(),
-                                       [&](const char* name) { return connection_.atom(name) == target; });
     const xcb_atom_t type = target == connection_.atom("TEXT") ? connection_.atom("UTF8_STRING") : target;
-    return isUnicode ? std::optional(SelectionFormat{
-                           .target = target, .type = type, .itemBits = 8, .bytes = *content_->text})
-                     : std::nullopt;
+    return isText(target) ? std::optional(SelectionFormat{
+                                .target = target, .type = type, .itemBits = 8, .bytes = *content_->text})
+                          : std::nullopt;
+}
+
+bool X11SelectionOwner::isText(xcb_atom_t target) {
+    return target == XCB_ATOM_STRING ||
+           std::any_of(kUnicodeTargets.begin(), kUnicodeTargets.end(),
+                       [&](const char* name) { return connection_.atom(name) == target; });
 }
 
 std::optional<SelectionFormat> X11SelectionOwner::textAs(xcb_atom_t target) const {

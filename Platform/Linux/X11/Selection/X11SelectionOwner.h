@@ -24,8 +24,8 @@ public:
 
     void handle(const xcb_generic_event_t& event);
 
-    /// Called when a form of the content has been given to `requestor`; not when it has only asked
-    /// which forms there are.
+    /// Called when the text has been given to `requestor`; not when it has only asked which forms there
+    /// are.
     std::function<void(xcb_window_t requestor)> onDelivered;
 
     /// Gives the content to the clipboard manager, where there is one, and waits until it has it. Without one
@@ -46,6 +46,7 @@ private:
     [[nodiscard]] bool deliver(xcb_window_t requestor, xcb_atom_t target, xcb_atom_t property);
     [[nodiscard]] bool deliverSeveral(xcb_window_t requestor, xcb_atom_t property);
     [[nodiscard]] std::optional<SelectionFormat> formatFor(xcb_atom_t target);
+    [[nodiscard]] bool isText(xcb_atom_t target);
     [[nodiscard]] std::optional<SelectionFormat> textAs(xcb_atom_t target) const;
     [[nodiscard]] SelectionFormat targetList();
     void give(xcb_window_t requestor, xcb_atom_t property, SelectionFormat format);
