@@ -126,6 +126,11 @@ platform::AtSpiHooks DesktopServices::accessibilityHooks() {
         .frontProcess = [this] { return frontProcess(); },
         .frontPrimarySelection = [this] { return workspace.frontmostPrimarySelection(); },
         .pasteText = [this](const std::string& text, auto deadline) { return paste(text, deadline); },
+        .withdrawPaste =
+            [this] {
+                if (selectionPasteboard_)
+                    selectionPasteboard_->takeBack();
+            },
         .hasConsent = [this] { return SettingsModel(userDefaults).accessibilityConsent().value_or(false); },
         .askForConsent =
             [this] {

@@ -57,7 +57,7 @@ Toolkit Applications::toolkitOf(Operation& operation, const std::string& name) {
     const Variant value = operation.property({.name = name, .path = ATSPI_DBUS_PATH_ROOT},
                                              ATSPI_DBUS_INTERFACE_APPLICATION, "ToolkitName", "s");
     if (!value)
-        return Toolkit::unknown;
+        return Toolkit::other;
     return toolkits_[name] = toolkitNamed(g_variant_get_string(value.get(), nullptr));
 }
 
@@ -73,6 +73,16 @@ std::vector<ObjectReference> Applications::rootsOf(Operation& operation, std::in
 void Applications::forget(const std::string& name) {
     processes_.erase(name);
     toolkits_.erase(name);
+}
+
+ObjectReference parentOf(Operation& operation, const ObjectReference& object) {
+    const Variant value = operation.property(object, ATSPI_DBUS_INTERFACE_ACCESSIBLE, "Parent", "(so)");
+    if (!value)
+        return {};
+    const gchar* name = "";
+    const gchar* path = "";
+    g_variant_get(value.get(), "(&s&o)", &name, &path);
+    return {.name = name, .path = path};
 }
 
 std::vector<ObjectReference> childrenOf(Operation& operation, const ObjectReference& object) {

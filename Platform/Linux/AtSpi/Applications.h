@@ -40,6 +40,9 @@ private:
     std::map<std::string, Toolkit> toolkits_;
 };
 
+/// A null reference where it has none or does not tell.
+[[nodiscard]] ObjectReference parentOf(Operation& operation, const ObjectReference& object);
+
 /// The children of `object`; none where it does not tell.
 [[nodiscard]] std::vector<ObjectReference> childrenOf(Operation& operation, const ObjectReference& object);
 

@@ -51,14 +51,13 @@ AXError errorOf(PasteOutcome outcome) {
         return kAXErrorSuccess;
     case PasteOutcome::notFetched:
         return kAXErrorCannotComplete;
-    case PasteOutcome::takenBack:
-        return kAXErrorFailure;
     case PasteOutcome::terminal:
         return kAXErrorActionUnsupported;
+    case PasteOutcome::takenBack:
     case PasteOutcome::impossible:
         break;
     }
-    return kAXErrorAttributeUnsupported;
+    return kAXErrorFailure;
 }
 
 AXError store(std::optional<TextAnswer> answer, AXValue& value) {
@@ -292,13 +291,33 @@ AXError AtSpiAccessibility::setApplicationFlag(std::int64_t process, std::string
     return mayEnable && (isProcessTrusted() || enableForDesktop()) ? kAXErrorSuccess : kAXErrorAPIDisabled;
 }
 
+/// A paste comes first, for it is one step to the application's own undo.
 AXError AtSpiAccessibility::setText(const AXUIElementRef& element, const std::string& text) {
-    return worker_
-        ->ask<AXError>([object = as<ObjectElement>(element)->object,
-                        text = sanitizedUTF8(text)](Session& session, const Request& request) {
-            return session.setValue(request, object, text);
-        })
-        .value_or(kAXErrorCannotComplete);
+    const ObjectReference object = as<ObjectElement>(element)->object;
+    const std::string newText = sanitizedUTF8(text);
+    PasteResult paste{.error = kAXErrorAttributeUnsupported, .mayEdit = true};
+    if (hooks_.pasteText) {
+        const auto prepared =
+            worker_->ask<PasteAnswer>([object, newText](Session& session, const Request& request) {
+                return session.prepareReplacement(request, object, newText);
+            });
+        if (!prepared)
+            return kAXErrorCannotComplete;
+        if (prepared->error == kAXErrorSuccess && prepared->before == newText)
+            return kAXErrorSuccess;
+        if (prepared->error == kAXErrorSuccess)
+            paste = pasteOver(element, *prepared);
+        else if (prepared->error != kAXErrorAttributeUnsupported)
+            return prepared->error;
+    }
+    if (!paste.mayEdit)
+        return paste.error;
+    const AXError error = worker_
+                              ->ask<AXError>([object, newText](Session& session, const Request& request) {
+                                  return session.setValue(request, object, newText);
+                              })
+                              .value_or(kAXErrorCannotComplete);
+    return error == kAXErrorAttributeUnsupported ? paste.error : error;
 }
 
 AXError AtSpiAccessibility::setSelectedText(const AXUIElementRef& element, const std::string& text) {
@@ -306,34 +325,50 @@ AXError AtSpiAccessibility::setSelectedText(const AXUIElementRef& element, const
         return kAXErrorAttributeUnsupported;
     const auto* target = as<ObjectElement>(element);
     if (target == nullptr)
-        return text.empty() ? kAXErrorAttributeUnsupported : paste(element, text);
+        return text.empty() ? kAXErrorAttributeUnsupported : paste(element, text).error;
     const auto prepared = worker_->ask<PasteAnswer>(
         [object = target->object, text = sanitizedUTF8(text)](Session& session, const Request& request) {
             return session.preparePaste(request, object, text);
         });
     if (!prepared)
         return kAXErrorCannotComplete;
-    if (prepared->error != kAXErrorSuccess)
-        return prepared->error;
-    // Deleting is proved by the text alone.
-    if (prepared->replacement.empty() && !prepared->before)
-        return kAXErrorAttributeUnsupported;
-    const AXError error = paste(element, prepared->replacement);
-    if (error != kAXErrorSuccess || !prepared->before)
-        return error;
-    return worker_
-        ->ask<AXError>(
-            [object = target->object, before = *prepared->before](Session& session, const Request& request) {
-                return session.awaitChange(request, object, before);
-            })
-        .value_or(kAXErrorCannotComplete);
+    return prepared->error == kAXErrorSuccess ? pasteOver(element, *prepared).error : prepared->error;
 }
 
-AXError AtSpiAccessibility::paste(const AXUIElementRef& element, const std::string& text) {
+AtSpiAccessibility::PasteResult AtSpiAccessibility::pasteOver(const AXUIElementRef& element,
+                                                              const PasteAnswer& prepared) {
+    // Deleting is proved by the text alone.
+    if (prepared.replacement.empty() && !prepared.before)
+        return {.error = kAXErrorAttributeUnsupported, .mayEdit = true};
+    const PasteResult result = paste(element, prepared.replacement);
+    if (!prepared.before)
+        return result;
+    const auto ask =
+        [&](AXError (Session::*question)(const Request&, const ObjectReference&, const std::string&)) {
+            return worker_
+                ->ask<AXError>([object = as<ObjectElement>(element)->object, before = *prepared.before,
+                                question](Session& session, const Request& request) {
+                    return (session.*question)(request, object, before);
+                })
+                .value_or(kAXErrorCannotComplete);
+        };
+    if (result.error == kAXErrorSuccess)
+        return {.error = ask(&Session::awaitChange)};
+    // A program that answers has read the keys, and means something else by them.
+    if (result.error != kAXErrorCannotComplete || !hooks_.withdrawPaste ||
+        ask(&Session::checkStillEditable) != kAXErrorSuccess)
+        return result;
+    hooks_.withdrawPaste();
+    lastPaste_ = {};
+    return {.error = kAXErrorFailure, .mayEdit = true};
+}
+
+AtSpiAccessibility::PasteResult AtSpiAccessibility::paste(const AXUIElementRef& element,
+                                                          const std::string& text) {
     const PasteOutcome outcome = hooks_.pasteText(text, std::chrono::steady_clock::now() + kPasteLimit);
     if (outcome == PasteOutcome::notFetched)
         lastPaste_ = {.element = element, .when = std::chrono::steady_clock::now()};
-    return errorOf(outcome);
+    return {.error = errorOf(outcome), .mayEdit = outcome == PasteOutcome::impossible};
 }
 
 AXError AtSpiAccessibility::setRange(const AXUIElementRef& element, CFRange range) {

@@ -13,6 +13,7 @@
 namespace quillmoth::platform {
 
 class Worker;
+struct PasteAnswer;
 struct TextAnswer;
 
 /// What the accessibility back end asks of the window system and of the program. All are called on the main
@@ -25,6 +26,8 @@ struct AtSpiHooks {
     /// Has the application in front paste `text` over what is selected there. An empty text deletes that.
     std::function<PasteOutcome(const std::string& text, std::chrono::steady_clock::time_point deadline)>
         pasteText = {};
+    /// What has not been fetched of the latest paste is not to be had any more.
+    std::function<void()> withdrawPaste = {};
     /// Whether the user has allowed accessibility to be switched on for the desktop.
     std::function<bool()> hasConsent = {};
     /// Asks the user for that; does not wait for the answer.
@@ -78,6 +81,12 @@ private:
         std::chrono::steady_clock::time_point when;
     };
 
+    struct PasteResult {
+        AXError error = kAXErrorSuccess;
+        /// Nothing was pasted and nothing will be: the text may be changed in another way.
+        bool mayEdit = false;
+    };
+
     AXError copyFocusedElement(std::optional<std::int64_t> process, AXValue& value);
     AXError copySelectedText(const AXUIElement& element, AXValue& value);
     AXError copyMarkerRange(const AXUIElement& element, AXValue& value);
@@ -86,7 +95,8 @@ private:
     AXError setApplicationFlag(std::int64_t process, std::string_view attribute);
     AXError setText(const AXUIElementRef& element, const std::string& text);
     AXError setSelectedText(const AXUIElementRef& element, const std::string& text);
-    AXError paste(const AXUIElementRef& element, const std::string& text);
+    PasteResult pasteOver(const AXUIElementRef& element, const PasteAnswer& prepared);
+    PasteResult paste(const AXUIElementRef& element, const std::string& text);
     AXError setRange(const AXUIElementRef& element, CFRange range);
     [[nodiscard]] bool isBeingPastedInto(const AXUIElementRef& element) const;
 

@@ -11,22 +11,8 @@ namespace quillmoth::platform {
 namespace {
 
 constexpr std::chrono::milliseconds kWalkTimeLimit{250};
-
-/// The rule of Collection.GetMatches that asks for the state "focused" and nothing else.
-GVariant* focusedRule() {
-    constexpr unsigned kFocused = ATSPI_STATE_FOCUSED;
-    GVariantBuilder states;
-    g_variant_builder_init(&states, G_VARIANT_TYPE("ai"));
-    g_variant_builder_add(&states, "i", kFocused < 32 ? static_cast<gint32>(1U << kFocused) : 0);
-    g_variant_builder_add(&states, "i", 0);
-    GVariantBuilder roles;
-    g_variant_builder_init(&roles, G_VARIANT_TYPE("ai"));
-    for (int word = 0; word < 4; ++word)
-        g_variant_builder_add(&roles, "i", 0);
-    return g_variant_new("(aiia{ss}iaiiasib)", &states, ATSPI_Collection_MATCH_ALL, nullptr,
-                         ATSPI_Collection_MATCH_ALL, &roles, ATSPI_Collection_MATCH_ALL, nullptr,
-                         ATSPI_Collection_MATCH_ALL, FALSE);
-}
+/// Where something without a text has said already that it has the focus.
+constexpr std::chrono::milliseconds kShortWalkTimeLimit{30};
 
 /// Looks at objects that say they have the focus. Qt says so of the current page of tabs too, so one with a
 /// text is preferred.
@@ -40,10 +26,10 @@ public:
             return found_;
         for (const ObjectReference& root : applications_.rootsOf(operation_, process)) {
             const ObjectReference told = tracker_.activeWindow(root.name);
-            if (!told.isNull() && tryWindow(told))
+            if (!told.isNull() && tryWalk(told))
                 return found_;
             for (const ObjectReference& window : windowsOf(operation_, root)) {
-                const bool isDone = window != told && tryWindow(window);
+                const bool isDone = window != told && tryWalk(window);
                 if (isDone || operation_.isOver())
                     return found_;
             }
@@ -57,31 +43,51 @@ private:
             if (applications_.processOf(operation_, name) != process)
                 continue;
             for (const ObjectReference& object : tracker_.focusedObjects(name)) {
-                const auto states = statesOf(operation_, object);
-                if (states && states->has(ATSPI_STATE_FOCUSED) && accept(object))
+                if (tryObject(object))
+                    return true;
+            }
+        }
+        return !found_.isNull() && tryBeside(found_);
+    }
+
+    /// What is edited in a cell of a table stands beside the table, which says that it has the focus itself.
+    bool tryBeside(const ObjectReference& object) {
+        const ObjectReference parent = parentOf(operation_, object);
+        if (parent.isNull())
+            return false;
+        for (const ObjectReference& neighbour : firstChildrenOf(parent)) {
+            if (neighbour == object)
+                continue;
+            if (tryObject(neighbour))
+                return true;
+            for (const ObjectReference& child : firstChildrenOf(neighbour)) {
+                if (tryObject(child))
                     return true;
             }
         }
         return false;
     }
 
-    bool tryWindow(const ObjectReference& window) { return tryCollection(window) || tryWalk(window); }
+    /// Children that manage their own are not asked: a table of a spreadsheet has millions.
+    std::vector<ObjectReference> firstChildrenOf(const ObjectReference& object) {
+        constexpr std::size_t kMost = 16;
+        const auto states = statesOf(operation_, object);
+        if (!states || states->has(ATSPI_STATE_MANAGES_DESCENDANTS))
+            return {};
+        auto children = childrenOf(operation_, object);
+        children.resize(std::min(children.size(), kMost));
+        std::erase_if(children, [](const ObjectReference& child) { return child.isNull(); });
+        return children;
+    }
 
-    bool tryCollection(const ObjectReference& window) {
-        constexpr int kWanted = 8;
-        const Variant reply =
-            operation_.call(window, ATSPI_DBUS_INTERFACE_COLLECTION, "GetMatches",
-                            g_variant_new("(@(aiia{ss}iaiiasib)uib)", focusedRule(),
-                                          ATSPI_Collection_SORT_ORDER_CANONICAL, kWanted, TRUE),
-                            "(a(so))");
-        const auto matches = reply ? objectsIn(reply.get()) : std::vector<ObjectReference>{};
-        return std::any_of(matches.begin(), matches.end(),
-                           [this](const ObjectReference& object) { return accept(object); });
+    bool tryObject(const ObjectReference& object) {
+        const auto states = statesOf(operation_, object);
+        return states && states->has(ATSPI_STATE_FOCUSED) && accept(object);
     }
 
     /// Breadth first, into what is on screen only.
     bool tryWalk(const ObjectReference& window) {
-        const auto end = Operation::Clock::now() + kWalkTimeLimit;
+        const auto end = Operation::Clock::now() + (found_.isNull() ? kWalkTimeLimit : kShortWalkTimeLimit);
         // GTK 4 tells only of whole windows that they are showing.
         const bool isGTK4 = applications_.toolkitOf(operation_, window.name) == Toolkit::gtk4;
         const AtspiStateType onScreen = isGTK4 ? ATSPI_STATE_VISIBLE : ATSPI_STATE_SHOWING;

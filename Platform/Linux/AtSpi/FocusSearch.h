@@ -8,8 +8,8 @@
 namespace quillmoth::platform {
 
 /// The object of `process` that has the keyboard: the one its events told last, while that still says so;
-/// else what the active window's Collection finds; else what a short walk through that window meets. Null
-/// where there is none.
+/// else what a short walk through its windows meets, the active one first. Null where there is none. No
+/// question goes to a whole window at once, since some would look at each of a million cells for the answer.
 [[nodiscard]] ObjectReference findFocus(Operation& operation, Applications& applications,
                                         const FocusTracker& tracker, std::int64_t process);
 

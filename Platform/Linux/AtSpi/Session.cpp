@@ -102,6 +102,9 @@ AXError Session::wake(const Request& request, std::int64_t process) {
             return kAXErrorCannotComplete;
         const auto roots = applications_.rootsOf(operation, process);
         for (const ObjectReference& root : roots) {
+            const Toolkit toolkit = applications_.toolkitOf(operation, root.name);
+            if (toolkit != Toolkit::chromium && toolkit != Toolkit::unknown)
+                continue;
             for (const ObjectReference& window : childrenOf(operation, root)) {
                 for (const char* question : {"GetAttributes", "GetRelationSet"}) {
                     operation.call(window, ATSPI_DBUS_INTERFACE_ACCESSIBLE, question, nullptr, nullptr,
@@ -119,7 +122,10 @@ SelectedTextAnswer Session::selectedText(const Request& request, const ObjectRef
     return withText<SelectedTextAnswer>(request, object, [](const TextElement& element) {
         SelectedTextAnswer answer{.answer = readSelectedText(element), .isDoubtful = false};
         // Terminals of one kind go on telling an empty range once their contents have changed.
-        const bool isTerminal = roleOf(element.operation(), element.object()) == ATSPI_ROLE_TERMINAL;
+        const auto role = roleOf(element.operation(), element.object());
+        if (!role || *role == ATSPI_ROLE_PASSWORD_TEXT)
+            return answer;
+        const bool isTerminal = *role == ATSPI_ROLE_TERMINAL;
         answer.isDoubtful = (element.toolkit() == Toolkit::chromium && !answer.answer.text.empty()) ||
                             (element.toolkit() == Toolkit::unknown && answer.answer.text.empty()) ||
                             (isTerminal && element.selectionCount().value_or(0) > 0);
@@ -157,6 +163,23 @@ PasteAnswer Session::preparePaste(const Request& request, const ObjectReference&
                                   const std::string& text) {
     return withText<PasteAnswer>(request, object, [&text](const TextElement& element) {
         return quillmoth::platform::preparePaste(element, text);
+    });
+}
+
+PasteAnswer Session::prepareReplacement(const Request& request, const ObjectReference& object,
+                                        const std::string& newText) {
+    return withText<PasteAnswer>(request, object, [&newText](const TextElement& element) {
+        return quillmoth::platform::prepareReplacement(element, newText);
+    });
+}
+
+AXError Session::checkStillEditable(const Request& request, const ObjectReference& object,
+                                    const std::string& before) {
+    return withText<AXError>(request, object, [&before](const TextElement& element) {
+        if (!takesEdits(element))
+            return kAXErrorAttributeUnsupported;
+        const auto content = element.content();
+        return content && content->text == before ? kAXErrorSuccess : kAXErrorFailure;
     });
 }
 

@@ -63,6 +63,11 @@ public:
     AXError setValue(const Request& request, const ObjectReference& object, const std::string& text);
     [[nodiscard]] PasteAnswer preparePaste(const Request& request, const ObjectReference& object,
                                            const std::string& text);
+    [[nodiscard]] PasteAnswer prepareReplacement(const Request& request, const ObjectReference& object,
+                                                 const std::string& newText);
+    /// kAXErrorSuccess where the element answers, still holds `before`, and takes edits.
+    AXError checkStillEditable(const Request& request, const ObjectReference& object,
+                               const std::string& before);
     /// kAXErrorSuccess once the text is another one than `before`.
     AXError awaitChange(const Request& request, const ObjectReference& object, const std::string& before);
 

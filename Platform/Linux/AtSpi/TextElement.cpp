@@ -100,6 +100,11 @@ std::optional<TextElement::Content> TextElement::content() const {
         return std::nullopt;
     const bool countsUnits = toolkit_ == Toolkit::qt || toolkit_ == Toolkit::gecko;
     const OffsetUnit usual = countsUnits ? OffsetUnit::utf16 : OffsetUnit::codePoint;
+    const bool isConsistent =
+        lengthIn(OffsetUnit::codePoint, *text) == *count || lengthIn(OffsetUnit::utf16, *text) == *count;
+    // The bridge of Java hands out an empty text where an emoji is in it.
+    if (toolkit_ == Toolkit::unknown && !isConsistent)
+        return std::nullopt;
     const OffsetUnit unit = unitOfCount(*text, *count).value_or(usual);
     return Content{.text = std::move(*text), .unit = unit};
 }

@@ -67,7 +67,8 @@ public:
         OffsetUnit unit = OffsetUnit::codePoint;
     };
 
-    /// The whole text and the unit in which its application counts.
+    /// The whole text and the unit in which its application counts. None also where an application that is
+    /// not known tells a text and a length that do not belong together.
     [[nodiscard]] std::optional<Content> content() const;
 
     bool setCaret(std::int64_t offset) const;

@@ -96,11 +96,35 @@ void restore(const TextElement& element, const std::string& text) {
         apply(element, *now, editBetween(*now, text));
 }
 
+/// What is to take the place of what is selected, or to come to the caret, so that the text becomes
+/// `newText`; none where that changes something else.
+std::optional<std::string> replacementOfSelection(const TextElement& element, const Content& before,
+                                                  std::string_view newText) {
+    const auto range = readFirstSelection(element, before);
+    if (!range)
+        return std::nullopt;
+    const std::string_view old = before.text;
+    const std::string_view head = old.substr(0, byteOffset(old, range->start, before.unit));
+    const std::string_view tail = old.substr(byteOffset(old, range->end, before.unit));
+    if (newText.size() < head.size() + tail.size() || !newText.starts_with(head) || !newText.ends_with(tail))
+        return std::nullopt;
+    return std::string(newText.substr(head.size(), newText.size() - head.size() - tail.size()));
+}
+
 AXError failureOf(const Operation& operation) {
     return operation.isOver() ? operation.error() : kAXErrorFailure;
 }
 
 } // namespace
+
+/// Gecko says yes and does nothing; Chromium has no such interface; of others it is not known what they do.
+bool takesEdits(const TextElement& element) {
+    const Toolkit toolkit = element.toolkit();
+    if (toolkit == Toolkit::gecko || toolkit == Toolkit::chromium || toolkit == Toolkit::unknown)
+        return false;
+    const auto interfaces = interfacesOf(element.operation(), element.object());
+    return interfaces && interfaces->editableText;
+}
 
 AXError writeValue(const TextElement& element, const std::string& newText) {
     Operation& operation = element.operation();
@@ -111,15 +135,12 @@ AXError writeValue(const TextElement& element, const std::string& newText) {
         return operation.error();
     if (!isEditable(*states))
         return kAXErrorAttributeUnsupported;
-    // Gecko says yes and does nothing.
-    const auto interfaces =
-        element.toolkit() == Toolkit::gecko ? Interfaces{} : interfacesOf(operation, element.object());
-    const auto before = interfaces && interfaces->editableText ? element.content() : std::nullopt;
-    if (!interfaces || (interfaces->editableText && !before))
-        return operation.error();
     // What reaches beyond this paragraph can be replaced only as a whole.
-    if (!interfaces->editableText || !selectedParagraphs(element).empty())
+    if (!takesEdits(element) || !selectedParagraphs(element).empty())
         return operation.isOver() ? operation.error() : kAXErrorAttributeUnsupported;
+    const auto before = element.content();
+    if (!before)
+        return operation.error();
     Edit edit = editBetween(*before, newText);
     if (isSingleLine(*states, element.toolkit()))
         edit.replacement = flattenedLines(edit.replacement);
@@ -154,9 +175,20 @@ PasteAnswer preparePaste(const TextElement& element, const std::string& text) {
     if (operation.isOver())
         return refused(operation.error());
     PasteAnswer answer{.replacement = isSingleLine(*states, element.toolkit()) ? flattenedLines(text) : text};
-    if (content)
+    // Where parts are embedded the text is theirs, and a paste does not change the one that was read.
+    if (content && content->text.find(kEmbeddedObject) == std::string::npos)
         answer.before = std::move(content->text);
     return answer;
+}
+
+PasteAnswer prepareReplacement(const TextElement& element, const std::string& newText) {
+    const auto content = element.content();
+    const auto replacement = content ? replacementOfSelection(element, *content, newText) : std::nullopt;
+    if (!content || element.operation().isOver())
+        return {.error = element.operation().error()};
+    if (!replacement)
+        return {.error = kAXErrorAttributeUnsupported};
+    return preparePaste(element, *replacement);
 }
 
 AXError awaitOtherText(const TextElement& element, const std::string& before) {

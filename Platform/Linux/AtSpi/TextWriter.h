@@ -29,6 +29,13 @@ struct PasteAnswer {
 /// accessibility thread.
 [[nodiscard]] PasteAnswer preparePaste(const TextElement& element, const std::string& text);
 
+/// The same for the text that makes the whole of the element's `newText`. kAXErrorAttributeUnsupported where
+/// that changes something else than what is selected.
+[[nodiscard]] PasteAnswer prepareReplacement(const TextElement& element, const std::string& newText);
+
+/// Whether the element changes its text on request. What some toolkits say of that is not so.
+[[nodiscard]] bool takesEdits(const TextElement& element);
+
 /// Waits a little while until the element's text is another one than `before`; kAXErrorFailure where it
 /// stays.
 [[nodiscard]] AXError awaitOtherText(const TextElement& element, const std::string& before);

@@ -41,9 +41,12 @@ AtSpiHooks CapturingDesktop::hooks() {
             .frontPrimarySelection = [this] { return primarySelection(); },
             .pasteText =
                 [this](const std::string& text, auto deadline) {
+                    if (!mayPaste)
+                        return PasteOutcome::impossible;
                     writeWay = "pasted";
                     return selectionPaste.paste(text, deadline);
                 },
+            .withdrawPaste = [this] { pasteboard.takeBack(); },
             .hasConsent = [] { return true; },
             .askForConsent = {}};
 }

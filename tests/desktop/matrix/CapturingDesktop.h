@@ -32,6 +32,8 @@ public:
     /// How the latest capture and the latest write-back came about: "" is the plain way.
     std::string captureWay;
     std::string writeWay;
+    /// Otherwise a field's text is changed in place.
+    bool mayPaste = true;
 
     platform::FakePlatform fakes;
     platform::QtMainQueue mainQueue;

@@ -49,6 +49,9 @@ public:
     PasteOutcome paste(const std::string& text, const X11Application& application, const PasteKeys& keys,
                        std::chrono::steady_clock::time_point deadline);
 
+    /// Ends the latest paste: what was on the clipboard before comes back now.
+    void takeBack();
+
     /// False where the latest reading did not get all that there is, in which case another program's copy
     /// would lose it for good.
     [[nodiscard]] bool isKept() const { return isWhole_; }
@@ -61,7 +64,6 @@ private:
 
     [[nodiscard]] Thread& thread() const;
     [[nodiscard]] PasteOutcome cut(const PasteKeys& keys, std::chrono::steady_clock::time_point deadline);
-    void takeBack();
 
     mutable std::unique_ptr<Thread> thread_;
     mutable bool isWhole_ = true;
