@@ -37,8 +37,8 @@ std::string textFor(WriteResult result, const std::string& application, bool has
         return "The answer is not written into a password field." + std::string(kPaste);
     case WriteResult::terminal:
         return subject +
-               " is a terminal, which would run the lines of the answer. It is on the clipboard: paste "
-               "it with Ctrl+Shift+V.";
+               " is a terminal, which would run the lines of the answer. It is on the clipboard, for "
+               "you to paste.";
     case WriteResult::unanswered:
         return subject + " does not answer, and may still take the answer. Look there first: it is on the "
                          "clipboard too.";

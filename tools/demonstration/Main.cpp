@@ -54,8 +54,8 @@ int demonstrate(const Options& options) {
     session.start();
     demonstration.check("The program starts and finds its presets",
                         [&] { return !session.readFile(ProgramSession::kPresets).empty(); });
-    for (const auto part :
-         {showSelectionToAnswer, showForm, showTypedCommand, showHistory, showBesideSettings}) {
+    for (const auto part : {showSelectionToAnswer, showForm, showTypedCommand, showHistory,
+                            showBesideSettings, showWhatIsNotWritten}) {
         if (!part(demonstration))
             break;
     }

@@ -22,23 +22,6 @@ bool hasKeyboard(Demonstration& demonstration) {
     return demonstration.shows("\"Command\" focused");
 }
 
-bool openPanel(Demonstration& demonstration, const std::string& what) {
-    demonstration.input().pressKey(KEY_LEFTALT);
-    demonstration.input().pressKey(KEY_SPACE);
-    demonstration.input().releaseKey(KEY_SPACE);
-    const bool shown = demonstration.check(what, [&] { return demonstration.isOpen(); });
-    demonstration.input().releaseKey(KEY_LEFTALT);
-    // The keyboard arrives a moment behind the picture; no hand is quicker, but these are no hands.
-    waitFor([&] { return hasKeyboard(demonstration); });
-    return shown;
-}
-
-/// The answer is complete when the bar offers a new chat in place of the cancelling.
-bool awaitAnswer(Demonstration& demonstration, const std::string& what) {
-    return demonstration.check(
-        what, [&] { return demonstration.shows("New chat"); }, std::chrono::seconds(20));
-}
-
 /// Into the settings at the left, with the panel moved to their right.
 void arrangeBeside(Demonstration& demonstration, std::uint32_t settings) {
     runChild({"xdotool", "windowmove", std::to_string(settings), "20", "30"}, std::chrono::seconds(5));
@@ -72,6 +55,22 @@ bool closeConversationAndPanel(Demonstration& demonstration, const std::string& 
 }
 
 } // namespace
+
+bool openPanel(Demonstration& demonstration, const std::string& what) {
+    demonstration.input().pressKey(KEY_LEFTALT);
+    demonstration.input().pressKey(KEY_SPACE);
+    demonstration.input().releaseKey(KEY_SPACE);
+    const bool shown = demonstration.check(what, [&] { return demonstration.isOpen(); });
+    demonstration.input().releaseKey(KEY_LEFTALT);
+    // The keyboard arrives a moment behind the picture; no hand is quicker, but these are no hands.
+    waitFor([&] { return hasKeyboard(demonstration); });
+    return shown;
+}
+
+bool awaitAnswer(Demonstration& demonstration, const std::string& what) {
+    return demonstration.check(
+        what, [&] { return demonstration.shows("New chat"); }, std::chrono::seconds(20));
+}
 
 std::string demonstrationText() {
     return std::string(kFirstLine) + "\n" + kOtherLine + "\n";

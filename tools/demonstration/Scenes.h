@@ -19,5 +19,11 @@ bool showForm(Demonstration& demonstration);
 bool showTypedCommand(Demonstration& demonstration);
 bool showHistory(Demonstration& demonstration);
 bool showBesideSettings(Demonstration& demonstration);
+bool showWhatIsNotWritten(Demonstration& demonstration);
+
+// Steps of several parts.
+bool openPanel(Demonstration& demonstration, const std::string& what);
+/// The answer is complete when the bar offers a new chat in place of the cancelling.
+bool awaitAnswer(Demonstration& demonstration, const std::string& what);
 
 } // namespace quillmoth::test

@@ -241,9 +241,8 @@ void drawConversations(Gallery& gallery) {
     });
     gallery.draw(QStringLiteral("answer-not-taken-terminal"), [](PanelUnderTest& panel) {
         converse(panel, "Why do moths fly to lamps?", kAnswer);
-        panel.controller->_notice =
-            std::string("Xfce4-terminal is a terminal, which would run the lines of the answer. It is on the "
-                        "clipboard: paste it with Ctrl+Shift+V.");
+        panel.controller->_notice = std::string("Xfce4-terminal is a terminal, which would run the lines of "
+                                                "the answer. It is on the clipboard, for you to paste.");
     });
     gallery.draw(QStringLiteral("pinned"), pin);
     gallery.draw(QStringLiteral("pinned-inactive"), [](PanelUnderTest& panel) {

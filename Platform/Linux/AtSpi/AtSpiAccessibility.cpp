@@ -49,10 +49,9 @@ AXError errorOf(PasteOutcome outcome) {
     switch (outcome) {
     case PasteOutcome::fetched:
         return kAXErrorSuccess;
-    case PasteOutcome::notFetched:
-        return kAXErrorCannotComplete;
     case PasteOutcome::terminal:
         return kAXErrorActionUnsupported;
+    case PasteOutcome::notFetched:
     case PasteOutcome::takenBack:
     case PasteOutcome::impossible:
         break;
@@ -355,8 +354,7 @@ AtSpiAccessibility::PasteResult AtSpiAccessibility::pasteOver(const AXUIElementR
     if (result.error == kAXErrorSuccess)
         return {.error = ask(&Session::awaitChange)};
     // A program that answers has read the keys, and means something else by them.
-    if (result.error != kAXErrorCannotComplete || !hooks_.withdrawPaste ||
-        ask(&Session::checkStillEditable) != kAXErrorSuccess)
+    if (!result.isPending || !hooks_.withdrawPaste || ask(&Session::checkStillEditable) != kAXErrorSuccess)
         return result;
     hooks_.withdrawPaste();
     lastPaste_ = {};
@@ -366,9 +364,11 @@ AtSpiAccessibility::PasteResult AtSpiAccessibility::pasteOver(const AXUIElementR
 AtSpiAccessibility::PasteResult AtSpiAccessibility::paste(const AXUIElementRef& element,
                                                           const std::string& text) {
     const PasteOutcome outcome = hooks_.pasteText(text, std::chrono::steady_clock::now() + kPasteLimit);
-    if (outcome == PasteOutcome::notFetched)
+    const bool isPending = outcome == PasteOutcome::notFetched;
+    if (isPending)
         lastPaste_ = {.element = element, .when = std::chrono::steady_clock::now()};
-    return {.error = errorOf(outcome), .mayEdit = outcome == PasteOutcome::impossible};
+    return {
+        .error = errorOf(outcome), .mayEdit = outcome == PasteOutcome::impossible, .isPending = isPending};
 }
 
 AXError AtSpiAccessibility::setRange(const AXUIElementRef& element, CFRange range) {

@@ -85,6 +85,8 @@ private:
         AXError error = kAXErrorSuccess;
         /// Nothing was pasted and nothing will be: the text may be changed in another way.
         bool mayEdit = false;
+        /// The keys were sent, and the text has not been fetched so far.
+        bool isPending = false;
     };
 
     AXError copyFocusedElement(std::optional<std::int64_t> process, AXValue& value);
