@@ -29,6 +29,10 @@ public:
 
     virtual ~PanelFocus() = default;
 
+    /// Whether a window that has acquired the keyboard has it from then on. Otherwise the desktop decides,
+    /// and the window learns by being activated.
+    [[nodiscard]] virtual bool isImmediate() const { return true; }
+
     /// The window is about to come on screen: where the window system allows it, keys from now on are kept
     /// for it, until it acquires the keyboard in the same turn of the main queue.
     virtual void prepare() {}

@@ -21,6 +21,12 @@ Finding session(const DesktopFacts& facts) {
         return {"Session", type + ", without a display", facts.displayProblem};
     if (facts.hasXServer)
         return {"Session", type + ", with an X server"};
+    if (type == "wayland" && !facts.isToolkitOnWayland)
+        return {"Session", "wayland, used through the X server beside it",
+                "install the package qt6-wayland; the panel is an ordinary window here; " +
+                    std::string(kBindToggle)};
+    if (type == "wayland")
+        return {"Session", "wayland", "the panel is an ordinary window here; " + std::string(kBindToggle)};
     return {"Session", type + ", without an X server",
             "the panel is an ordinary window here; " + std::string(kBindToggle)};
 }
@@ -37,6 +43,9 @@ Finding compositor(const DesktopFacts& facts) {
 }
 
 Finding hotKey(const DesktopFacts& facts) {
+    if (!facts.hasXServer && facts.sessionType == "wayland")
+        return {"Hot key", facts.hotKey.empty() ? "none" : facts.hotKey + ", not active on Wayland",
+                kBindToggle};
     if (!facts.hasXServer)
         return {"Hot key",
                 (facts.hotKey.empty() ? "none; one" : facts.hotKey + ", which") + " needs an X server",
@@ -122,7 +131,7 @@ Finding writeBack(const Front& front) {
     if (front.runsCommands)
         return {"Write-back", "never into a terminal, which would run the lines of an answer",
                 "copy the answer with Ctrl+Shift+C and paste it"};
-    if (front.isEditable || !front.hasText)
+    if (front.takesPaste && (front.isEditable || !front.hasText))
         return {"Write-back", "by pasting"};
     return {"Write-back", "not possible: nothing there can be edited",
             "copy the answer with Ctrl+Shift+C and paste it"};
@@ -167,8 +176,11 @@ std::vector<Finding> withoutDisplay(const DesktopFacts& facts) {
 }
 
 std::vector<Finding> withDisplay(const DesktopFacts& facts) {
-    std::vector<Finding> findings = {session(facts), windowManager(facts), compositor(facts),
-                                     hotKey(facts),  key(facts),           accessibility(facts)};
+    std::vector<Finding> findings = {session(facts)};
+    const bool isOnWayland = facts.sessionType == "wayland";
+    if (!isOnWayland)
+        findings.insert(findings.end(), {windowManager(facts), compositor(facts)});
+    findings.insert(findings.end(), {hotKey(facts), key(facts), accessibility(facts)});
     if (facts.front) {
         findings.push_back({"Program in front", nameOf(*facts.front)});
         findings.push_back(capture(*facts.front));
@@ -176,7 +188,9 @@ std::vector<Finding> withDisplay(const DesktopFacts& facts) {
     } else {
         findings.push_back({"Program in front", "none", "click into the window that you want to ask about"});
     }
-    findings.insert(findings.end(), {clipboard(facts.clipboard), tray(facts), portal(facts)});
+    if (!isOnWayland)
+        findings.push_back(clipboard(facts.clipboard));
+    findings.insert(findings.end(), {tray(facts), portal(facts)});
     return findings;
 }
 

@@ -16,6 +16,8 @@ struct DesktopFacts {
     std::string displayProblem = {};
     bool hasSessionBus = true;
     bool hasXServer = false;
+    /// In a Wayland session: the toolkit shows windows there itself, rather than on the X server beside it.
+    bool isToolkitOnWayland = false;
     /// The name that it gives itself; empty where none runs.
     std::string windowManager = {};
     bool hasCompositor = false;
@@ -51,6 +53,8 @@ struct DesktopFacts {
         std::optional<CaptureObstacle> obstacle = {};
         /// It is a terminal.
         bool runsCommands = false;
+        /// Keys can be sent to it.
+        bool takesPaste = true;
         /// Its selection is copied rather than read, as the settings want.
         bool isCopiedFrom = false;
     };

@@ -5,6 +5,7 @@
 #include "KeyboardShortcuts/ShortcutText.h"
 #include "Platform/Linux/AtSpi/AtSpiAccessibility.h"
 #include "Platform/Linux/Desktop/InstanceRequest.h"
+#include "Platform/Linux/Desktop/SessionDisplay.h"
 #include "Platform/Linux/Keyring/KeyringUserDefaults.h"
 #include "Platform/Linux/Keyring/QtKeychainStore.h"
 #include "Platform/Linux/Unavailable/UnavailableServices.h"
@@ -20,6 +21,7 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QEventLoop>
+#include <QGuiApplication>
 #include <QSystemTrayIcon>
 #include <QTimer>
 #include <fstream>
@@ -95,25 +97,29 @@ bool copiesSelection() {
     return platform::FileUserDefaults(platform::defaultsFilePath(), fileWriter).boolean("useCopyHack", false);
 }
 
+/// What the desktop tells of the application in front.
+struct FrontSource {
+    std::optional<std::int64_t> process = {};
+    std::function<std::optional<std::string>()> primarySelection = {};
+    bool runsCommands = false;
+    bool takesCopyKeys = true;
+    bool takesPaste = true;
+};
+
 /// What a capture would find, by the very steps of one; the text itself is dropped.
-CaptureResult captureNow(platform::X11FrontApplication& x11) {
+CaptureResult captureNow(const FrontSource& source) {
     platform::QtMainQueue mainQueue;
+    const auto process = [&source] { return source.process; };
     platform::QtWorkspace workspace(mainQueue,
-                                    {.process = [&x11] { return x11.processIdentifier(); },
-                                     .primarySelection = [&x11] { return x11.primarySelection(); }});
+                                    {.process = process, .primarySelection = source.primarySelection});
     platform::AtSpiAccessibility accessibility(
-        {.frontProcess = [&x11] { return x11.processIdentifier(); },
-         .frontPrimarySelection = [&x11] { return x11.primarySelection(); }});
+        {.frontProcess = process, .frontPrimarySelection = source.primarySelection});
     return SelectionCapture(accessibility, workspace).capture();
 }
 
-DesktopFacts::Front frontOf(platform::AtSpiAccessibility& accessibility, platform::X11BackEnd& x11,
-                            std::int64_t process) {
-    const platform::FieldReport field = accessibility.reportField(process);
-    const auto hasOtherFocus = [&field](std::int64_t) { return field.hasFocus && !field.isTerminal; };
-    const auto habit = x11.frontApplication().pasteHabit(hasOtherFocus);
+DesktopFacts::Front frontOf(const platform::FieldReport& field, const FrontSource& source) {
     DesktopFacts::Front front;
-    std::ifstream name("/proc/" + std::to_string(process) + "/comm");
+    std::ifstream name("/proc/" + std::to_string(*source.process) + "/comm");
     std::getline(name, front.program);
     front.toolkit = field.toolkit;
     front.isHung = field.isHung;
@@ -122,12 +128,38 @@ DesktopFacts::Front frontOf(platform::AtSpiAccessibility& accessibility, platfor
     front.isSecret = field.isSecret;
     front.isEditable = field.isEditable;
     front.takesEdits = field.takesEdits;
-    front.runsCommands = habit == platform::PasteHabit::none;
-    front.isCopiedFrom = copiesSelection() && !x11.frontApplication().selectionInsteadOfCopy(hasOtherFocus);
-    const CaptureResult capture = captureNow(x11.frontApplication());
+    front.runsCommands = source.runsCommands;
+    front.takesPaste = source.takesPaste;
+    front.isCopiedFrom = copiesSelection() && source.takesCopyKeys;
+    const CaptureResult capture = captureNow(source);
     front.way = capture.way;
     front.obstacle = capture.obstacle;
     return front;
+}
+
+void addX11(DesktopFacts& facts, platform::X11BackEnd& x11, platform::AtSpiAccessibility& accessibility) {
+    facts.windowManager = x11.hotKeyProbe().windowManagerName();
+    facts.hasCompositor = x11.screen().isComposited();
+    auto& inFront = x11.frontApplication();
+    if (const auto process = inFront.processIdentifier()) {
+        const platform::FieldReport field = accessibility.reportField(*process);
+        const auto hasOtherFocus = [&field](std::int64_t) { return field.hasFocus && !field.isTerminal; };
+        facts.front =
+            frontOf(field, {.process = process,
+                            .primarySelection = [&inFront] { return inFront.primarySelection(); },
+                            .runsCommands = inFront.pasteHabit(hasOtherFocus) == platform::PasteHabit::none,
+                            .takesCopyKeys = !inFront.selectionInsteadOfCopy(hasOtherFocus),
+                            .takesPaste = x11.takesKeys()});
+    }
+    const platform::X11Pasteboard pasteboard;
+    facts.clipboard = {.hasOwner = pasteboard.hasOwner("CLIPBOARD"),
+                       .answers = true,
+                       .hasManager = pasteboard.hasOwner("CLIPBOARD_MANAGER")};
+    if (facts.clipboard.hasOwner) {
+        // Only whether it answers; the text itself is dropped.
+        [[maybe_unused]] const auto text = pasteboard.string();
+        facts.clipboard.answers = pasteboard.isKept();
+    }
 }
 
 } // namespace
@@ -135,7 +167,9 @@ DesktopFacts::Front frontOf(platform::AtSpiAccessibility& accessibility, platfor
 DesktopFacts desktopFacts(const std::string& displayProblem) {
     DesktopFacts facts;
     const ScopedLogCapture quiet([](const std::string&) {});
-    facts.sessionType = qEnvironmentVariable("XDG_SESSION_TYPE").toStdString();
+    facts.sessionType =
+        platform::isWaylandSession() ? "wayland" : qEnvironmentVariable("XDG_SESSION_TYPE").toStdString();
+    facts.isToolkitOnWayland = QGuiApplication::platformName().startsWith(QStringLiteral("wayland"));
     facts.displayProblem = displayProblem;
     auto* bus = QDBusConnection::sessionBus().interface();
     facts.hasSessionBus = bus != nullptr;
@@ -153,21 +187,11 @@ DesktopFacts desktopFacts(const std::string& displayProblem) {
     facts.isAccessibilityEnabled = accessibility.isProcessTrusted();
     facts.hasTray = displayProblem.empty() && QSystemTrayIcon::isSystemTrayAvailable();
     facts.hasPortal = isOnSessionBus("org.freedesktop.portal.Desktop");
-    if (!x11)
-        return facts;
-    facts.windowManager = x11->hotKeyProbe().windowManagerName();
-    facts.hasCompositor = x11->screen().isComposited();
-    if (const auto process = x11->frontApplication().processIdentifier())
-        facts.front = frontOf(accessibility, *x11, *process);
-    const platform::X11Pasteboard pasteboard;
-    facts.clipboard = {.hasOwner = pasteboard.hasOwner("CLIPBOARD"),
-                       .answers = true,
-                       .hasManager = pasteboard.hasOwner("CLIPBOARD_MANAGER")};
-    if (facts.clipboard.hasOwner) {
-        // Only whether it answers; the text itself is dropped.
-        [[maybe_unused]] const auto text = pasteboard.string();
-        facts.clipboard.answers = pasteboard.isKept();
-    }
+    if (x11)
+        addX11(facts, *x11, accessibility);
+    else if (const auto process = displayProblem.empty() ? accessibility.activeProcess() : std::nullopt)
+        facts.front = frontOf(accessibility.reportField(*process),
+                              {.process = process, .takesCopyKeys = false, .takesPaste = false});
     return facts;
 }
 

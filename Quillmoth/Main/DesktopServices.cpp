@@ -102,9 +102,14 @@ void DesktopServices::waitForKeyring() {
     loop.exec();
 }
 
-std::optional<std::int64_t> DesktopServices::frontProcess() const {
-    const auto process = x11_ ? x11_->frontApplication().processIdentifier() : std::nullopt;
-    return process.value_or(kDesktopProcess);
+std::optional<std::int64_t> DesktopServices::frontProcess() {
+    if (x11_)
+        return x11_->frontApplication().processIdentifier().value_or(kDesktopProcess);
+    // The panel's own window is in front while it is open, and for a moment behind that none is.
+    const auto active = accessibility.activeProcess();
+    if (active)
+        lastFront_ = active;
+    return lastFront_.value_or(kDesktopProcess);
 }
 
 platform::QtWorkspace::Front DesktopServices::frontHooks() {
@@ -180,7 +185,7 @@ platform::Platform DesktopServices::platform(platform::PanelWindows& panelWindow
 platform::PanelFocus& DesktopServices::panelFocus() {
     if (x11_)
         return x11_->panelFocus();
-    return noPanelFocus_;
+    return ordinaryFocus_;
 }
 
 bool DesktopServices::isCompositing() const {

@@ -14,6 +14,7 @@
 #include "Platform/Posix/SystemClock.h"
 #include "Platform/Qt/QtApplication.h"
 #include "Platform/Qt/QtMainQueue.h"
+#include "Platform/Qt/QtPanelFocus.h"
 #include "Platform/Qt/QtPasteboard.h"
 #include "Platform/Qt/QtUUIDSource.h"
 #include "Platform/Qt/QtWorkspace.h"
@@ -79,7 +80,7 @@ public:
     platform::CurlURLSessions urlSessions{operationQueues};
 
 private:
-    [[nodiscard]] std::optional<std::int64_t> frontProcess() const;
+    [[nodiscard]] std::optional<std::int64_t> frontProcess();
     [[nodiscard]] platform::QtWorkspace::Front frontHooks();
     [[nodiscard]] platform::AtSpiHooks accessibilityHooks();
     void waitForKeyring();
@@ -92,7 +93,9 @@ private:
     platform::UnavailableHotKeyCenter noHotKeyCenter_;
     platform::UnavailableKeyboardEvents noKeyboardEvents_;
     platform::UnavailableKeyboardLayout noKeyboardLayout_;
-    platform::UnavailablePanelFocus noPanelFocus_;
+    platform::QtPanelFocus ordinaryFocus_;
+    /// The latest one that was in front, where only its own window can say so.
+    std::optional<std::int64_t> lastFront_;
     std::function<void()> askForConsent_;
     bool isPrepared_ = false;
 

@@ -51,6 +51,7 @@ QuillmothApp::QuillmothApp()
                          [this](std::function<void()> changed) {
                              return services_.onCompositingChange(std::move(changed));
                          },
+                     .isOrdinaryWindow = !services_.panelFocus().isImmediate(),
                      .shown = [this] { services_.prepareForQuestions(); }},
                     [this] { return makePanelContent(); }),
       platform_(services_.platform(panelWindows_)),

@@ -61,13 +61,18 @@ Toolkit Applications::toolkitOf(Operation& operation, const std::string& name) {
     return toolkits_[name] = toolkitNamed(g_variant_get_string(value.get(), nullptr));
 }
 
-std::vector<ObjectReference> Applications::rootsOf(Operation& operation, std::int64_t process) {
+std::vector<ObjectReference> Applications::roots(Operation& operation) {
     static const ObjectReference kDesktop{.name = ATSPI_DBUS_NAME_REGISTRY, .path = ATSPI_DBUS_PATH_ROOT};
     auto roots = childrenOf(operation, kDesktop);
-    std::erase_if(roots, [&](const ObjectReference& root) {
-        return root.isNull() || processOf(operation, root.name) != process;
-    });
+    std::erase_if(roots, [](const ObjectReference& root) { return root.isNull(); });
     return roots;
+}
+
+std::vector<ObjectReference> Applications::rootsOf(Operation& operation, std::int64_t process) {
+    auto found = roots(operation);
+    std::erase_if(found,
+                  [&](const ObjectReference& root) { return processOf(operation, root.name) != process; });
+    return found;
 }
 
 void Applications::forget(const std::string& name) {

@@ -30,6 +30,9 @@ public:
 
     [[nodiscard]] Toolkit toolkitOf(Operation& operation, const std::string& name);
 
+    /// The root objects of all applications.
+    [[nodiscard]] std::vector<ObjectReference> roots(Operation& operation);
+
     /// The root objects of the applications that run in `process`.
     [[nodiscard]] std::vector<ObjectReference> rootsOf(Operation& operation, std::int64_t process);
 

@@ -104,6 +104,13 @@ bool AtSpiAccessibility::busAnswers() {
         .value_or(false);
 }
 
+std::optional<std::int64_t> AtSpiAccessibility::activeProcess() {
+    return worker_
+        ->ask<std::optional<std::int64_t>>(
+            [](Session& session, const Request& request) { return session.activeProcess(request, getpid()); })
+        .value_or(std::nullopt);
+}
+
 FieldReport AtSpiAccessibility::reportField(std::int64_t process) {
     if (process == getpid())
         return {};

@@ -53,6 +53,9 @@ public:
     /// Whether the accessibility bus answers, enabled or not.
     [[nodiscard]] bool busAnswers();
 
+    /// The process of another application whose window says that it is the active one. None where none does.
+    [[nodiscard]] std::optional<std::int64_t> activeProcess();
+
     /// What can be done with what has the focus in `process`.
     [[nodiscard]] FieldReport reportField(std::int64_t process);
 

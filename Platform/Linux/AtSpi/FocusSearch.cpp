@@ -140,6 +140,22 @@ std::vector<ObjectReference> windowsOf(Operation& operation, const ObjectReferen
     return windows;
 }
 
+std::optional<std::int64_t>
+findActiveProcess(Operation& operation, Applications& applications,
+                  const std::function<bool(const ObjectReference& root)>& passedOver) {
+    for (const ObjectReference& root : applications.roots(operation)) {
+        if (passedOver(root))
+            continue;
+        const auto windows = windowsOf(operation, root);
+        const auto states = windows.empty() ? std::nullopt : statesOf(operation, windows.front());
+        if (states && states->has(ATSPI_STATE_ACTIVE))
+            return applications.processOf(operation, root.name);
+        if (operation.isOver())
+            break;
+    }
+    return std::nullopt;
+}
+
 ObjectReference findFocus(Operation& operation, Applications& applications, const FocusTracker& tracker,
                           std::int64_t process) {
     return FocusFinder(operation, applications, tracker).find(process);

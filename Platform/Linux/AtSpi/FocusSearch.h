@@ -4,6 +4,7 @@
 #include "Platform/Linux/AtSpi/FocusTracker.h"
 
 #include <cstdint>
+#include <functional>
 
 namespace quillmoth::platform {
 
@@ -12,6 +13,11 @@ namespace quillmoth::platform {
 /// question goes to a whole window at once, since some would look at each of a million cells for the answer.
 [[nodiscard]] ObjectReference findFocus(Operation& operation, Applications& applications,
                                         const FocusTracker& tracker, std::int64_t process);
+
+/// The process of the first application that has an active window, other than those that are `passedOver`.
+[[nodiscard]] std::optional<std::int64_t>
+findActiveProcess(Operation& operation, Applications& applications,
+                  const std::function<bool(const ObjectReference& root)>& passedOver);
 
 /// The windows of the application at `root`, those that are active first.
 [[nodiscard]] std::vector<ObjectReference> windowsOf(Operation& operation, const ObjectReference& root);

@@ -71,6 +71,28 @@ FocusAnswer Session::focusedElement(const Request& request, std::int64_t process
     });
 }
 
+std::optional<std::int64_t> Session::activeProcess(const Request& request, std::int64_t own) {
+    std::optional<std::int64_t> found;
+    perform<AXError>(request, [&](Operation& operation) {
+        for (const std::string& name : tracker_.applications()) {
+            const std::int64_t process = applications_.processOf(operation, name);
+            const ObjectReference window = tracker_.activeWindow(name);
+            if (process == own || process == 0 || window.isNull() || unresponsive_->contains(name))
+                continue;
+            const auto states = statesOf(operation, window);
+            if (states && states->has(ATSPI_STATE_ACTIVE)) {
+                found = process;
+                return kAXErrorSuccess;
+            }
+        }
+        found = findActiveProcess(operation, applications_, [&](const ObjectReference& root) {
+            return applications_.processOf(operation, root.name) == own || unresponsive_->contains(root.name);
+        });
+        return kAXErrorSuccess;
+    });
+    return found;
+}
+
 FieldReport Session::report(const Request& request, std::int64_t process) {
     FieldReport report;
     const FocusAnswer focus = focusedElement(request, process);

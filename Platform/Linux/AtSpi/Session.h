@@ -48,6 +48,9 @@ public:
 
     [[nodiscard]] bool answers(const Request& request) { return bus_.answers(request.cancellable); }
 
+    /// Other than `own`, which is not asked.
+    [[nodiscard]] std::optional<std::int64_t> activeProcess(const Request& request, std::int64_t own);
+
     [[nodiscard]] FieldReport report(const Request& request, std::int64_t process);
 
     [[nodiscard]] FocusAnswer focusedElement(const Request& request, std::int64_t process);

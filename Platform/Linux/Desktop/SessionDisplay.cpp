@@ -72,14 +72,20 @@ std::string problemOf(std::string_view plugin, const std::vector<fs::path>& plug
 
 } // namespace
 
+bool isWaylandSession() {
+    const std::string type = variable("XDG_SESSION_TYPE");
+    return type == "wayland" || (type != "x11" && !variable("WAYLAND_DISPLAY").empty());
+}
+
 Result<std::string> findSessionDisplay(const std::vector<fs::path>& pluginFolders,
                                        const std::function<bool()>& hasXServer) {
     const std::string chosen = variable("QT_QPA_PLATFORM");
     std::string candidates = chosen;
-    if (chosen.empty() && !variable("DISPLAY").empty())
-        candidates += "xcb;";
-    if (chosen.empty() && !variable("WAYLAND_DISPLAY").empty())
-        candidates += "wayland;";
+    if (chosen.empty()) {
+        const std::string x11 = variable("DISPLAY").empty() ? "" : "xcb;";
+        const std::string wayland = variable("WAYLAND_DISPLAY").empty() ? "" : "wayland;";
+        candidates = isWaylandSession() ? wayland + x11 : x11 + wayland;
+    }
     if (candidates.empty())
         return Error{"neither DISPLAY nor WAYLAND_DISPLAY is set; start Quillmoth in a desktop session"};
     std::string problems;

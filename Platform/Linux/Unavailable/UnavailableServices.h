@@ -3,7 +3,6 @@
 #include "Platform/HotKeyCenter.h"
 #include "Platform/KeyboardEvents.h"
 #include "Platform/KeyboardLayout.h"
-#include "Platform/PanelFocus.h"
 
 /// What answers where the desktop offers no X server: nothing is done, and where the user would miss it the
 /// log says what does not work. Main thread.
@@ -37,18 +36,6 @@ public:
 class UnavailableKeyboardLayout final : public KeyboardLayout {
 public:
     [[nodiscard]] std::optional<std::string> translate(std::uint16_t) override { return std::nullopt; }
-};
-
-/// The panel then has the keyboard while the desktop gives it to it.
-class UnavailablePanelFocus final : public PanelFocus {
-public:
-    void acquire(WindowIdentifier) override {}
-
-    void release() override {}
-
-    [[nodiscard]] bool isHeld() const override { return false; }
-
-    Subscription onTurnedElsewhere(std::function<void(Turn)>) override { return {}; }
 };
 
 } // namespace quillmoth::platform

@@ -11,6 +11,8 @@ Result<std::unique_ptr<X11BackEnd>> X11BackEnd::create() {
     auto hotKeyConnection = X11Connection::open();
     if (!hotKeyConnection)
         return hotKeyConnection.error();
+    if ((*hotKeyConnection)->isBesideWayland())
+        return Error{"This desktop session runs on Wayland."};
     auto connection = X11Connection::open();
     if (!connection)
         return connection.error();

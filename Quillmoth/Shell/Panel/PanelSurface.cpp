@@ -27,10 +27,12 @@ Qt::CursorShape cursorFor(Qt::Edges edges) {
 
 } // namespace
 
-PanelSurface::PanelSurface(std::unique_ptr<PanelContent> content) : content_(content.release()) {
-    setWindowFlags(Qt::Tool | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint |
-                   Qt::BypassWindowManagerHint | Qt::WindowStaysOnTopHint);
-    setAttribute(Qt::WA_ShowWithoutActivating);
+PanelSurface::PanelSurface(std::unique_ptr<PanelContent> content, bool isOrdinaryWindow)
+    : content_(content.release()), isOrdinaryWindow_(isOrdinaryWindow) {
+    const Qt::WindowFlags flags =
+        Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint | Qt::WindowStaysOnTopHint;
+    setWindowFlags(isOrdinaryWindow ? Qt::Dialog | flags : Qt::Tool | Qt::BypassWindowManagerHint | flags);
+    setAttribute(Qt::WA_ShowWithoutActivating, !isOrdinaryWindow);
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_QuitOnClose, false);
     content_->setParent(this);
@@ -207,6 +209,13 @@ void PanelSurface::showEdgeCursor(Qt::Edges edges) {
 }
 
 void PanelSurface::beginDrag(QPoint globalPosition, Qt::Edges edges) {
+    if (isOrdinaryWindow_) {
+        if (edges)
+            windowHandle()->startSystemResize(edges);
+        else
+            windowHandle()->startSystemMove();
+        return;
+    }
     drag_ = Drag{.from = globalPosition, .frame = geometry(), .edges = edges};
 }
 

@@ -9,7 +9,8 @@ namespace quillmoth {
 /// The panel's window itself: its outline, and moving and resizing it. Main thread.
 class PanelSurface final : public QWidget {
 public:
-    explicit PanelSurface(std::unique_ptr<PanelContent> content);
+    /// An ordinary window is moved and resized by the desktop, and takes the keyboard with the activation.
+    explicit PanelSurface(std::unique_ptr<PanelContent> content, bool isOrdinaryWindow = false);
 
     [[nodiscard]] PanelContent& content() const { return *content_; }
 
@@ -56,6 +57,7 @@ private:
     void paintRim(QPainter& painter) const;
 
     PanelContent* content_;
+    bool isOrdinaryWindow_;
     QSize chosenSize_;
     std::optional<Drag> drag_;
     Qt::Edges pointedEdges_;

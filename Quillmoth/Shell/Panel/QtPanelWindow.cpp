@@ -48,7 +48,8 @@ std::unique_ptr<platform::PanelWindow> QtPanelWindows::makePanel() {
 }
 
 QtPanelWindow::QtPanelWindow(QtPanelServices services, std::unique_ptr<PanelContent> content)
-    : services_(std::move(services)), surface_(std::make_unique<PanelSurface>(std::move(content))) {
+    : services_(std::move(services)),
+      surface_(std::make_unique<PanelSurface>(std::move(content), services_.isOrdinaryWindow)) {
     surface_->onPressed = [this] { pressed(); };
     if (services_.onCompositingChange)
         compositing_ = services_.onCompositingChange([this] { followCompositing(); });
@@ -110,8 +111,8 @@ void QtPanelWindow::followCompositing() {
 void QtPanelWindow::makeKeyWindow() {
     if (!surface_->isVisible())
         return;
-    surface_->setActive(true);
     services_.focus.acquire(surface_->winId());
+    surface_->setActive(services_.focus.isImmediate() || services_.focus.isHeld());
     // The toolkit learns a moment after a closing that the window has lost the keyboard. Where it comes back
     // before that, the toolkit sees no change; but hiding has taken the focus from the widgets.
     if (QGuiApplication::focusWindow() == surface_->windowHandle())
@@ -123,6 +124,9 @@ void QtPanelWindow::close() {
         return;
     services_.focus.release();
     surface_->hide();
+    // What is done next counts on the former window to be in front again.
+    if (services_.isOrdinaryWindow)
+        QGuiApplication::sync();
 }
 
 void QtPanelWindow::setResignMainHandler(std::function<void()> handler) {

@@ -17,6 +17,8 @@ struct QtPanelServices {
     std::function<bool()> isCompositing = {};
     /// Calls after that has changed.
     std::function<Subscription(std::function<void()>)> onCompositingChange = {};
+    /// Where the desktop decides who has the keyboard, a panel is a window as any other.
+    bool isOrdinaryWindow = false;
     /// Called when a panel is shown.
     std::function<void()> shown = {};
 };

@@ -20,6 +20,7 @@ TEST(SessionDisplay, OneThatCannotBeUsedIsNamedWithWhatToDo) {
     ASSERT_EQ(bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
     ASSERT_EQ(listen(listener, 8), 0);
     const test::ScopedVariable runtime("XDG_RUNTIME_DIR", folder.path());
+    const test::ScopedVariable type("XDG_SESSION_TYPE", "");
 
     struct Case {
         const char* chosen;
@@ -38,8 +39,10 @@ TEST(SessionDisplay, OneThatCannotBeUsedIsNamedWithWhatToDo) {
         {"", "", "wayland-7", "nothing", "Qt lacks its plugin; install the package qt6-wayland"},
         {"", "", "wayland-8", "plugins", "\"wayland-8\" does not answer; check WAYLAND_DISPLAY"},
         {"", ":60987", "wayland-7", "nothing",
-         "does not answer; check DISPLAY and XAUTHORITY; and the display"},
-        {"", ":1", "wayland-7", "plugins", "xcb"},
+         "or xwayland for an X server beside it; and the X server"},
+        {"", ":1", "wayland-7", "plugins", "wayland"},
+        {"", ":1", "wayland-7", "nothing", "xcb"},
+        {"", ":1", "wayland-8", "plugins", "xcb"},
         {"offscreen", "", "", "plugins", "offscreen"},
         {"xcb", "", "wayland-7", "plugins", "the X server \"\" does not answer"},
         {"wayland-egl;xcb", "", "wayland-7", "plugins", "wayland-egl;xcb"},
@@ -54,6 +57,11 @@ TEST(SessionDisplay, OneThatCannotBeUsedIsNamedWithWhatToDo) {
         EXPECT_NE(told.find(outcome), std::string::npos) << told;
         EXPECT_EQ(static_cast<bool>(display), told == outcome) << told;
     }
+    const test::ScopedVariable ofX11("XDG_SESSION_TYPE", "x11");
+    const test::ScopedVariable x11("DISPLAY", ":1");
+    const test::ScopedVariable nested("WAYLAND_DISPLAY", "wayland-7");
+    const test::ScopedVariable chosen("QT_QPA_PLATFORM", "");
+    EXPECT_EQ(*findSessionDisplay({folder.path("plugins")}, [] { return true; }), "xcb");
     close(listener);
 }
 

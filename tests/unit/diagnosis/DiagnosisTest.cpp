@@ -130,6 +130,22 @@ TEST(Diagnosis, SaysWhereTheKeyIs) {
     }
 }
 
+TEST(Diagnosis, OnWaylandNothingIsSaidOfAnXServer) {
+    DesktopFacts facts = goodDesktop();
+    facts.sessionType = "wayland";
+    facts.hasXServer = false;
+    facts.isToolkitOnWayland = true;
+    facts.front->takesPaste = facts.front->takesEdits = false;
+    const std::string text = page(facts);
+    for (const char* told : {"Session: wayland\n", "Hot key: Alt+Space, not active on Wayland\n    -> bind",
+                             "Capture: through accessibility\n", "Write-back: not possible"})
+        EXPECT_NE(text.find(told), std::string::npos) << text;
+    for (const char* wrong : {"X server", "Compositor", "Window manager", "Clipboard"})
+        EXPECT_EQ(text.find(wrong), std::string::npos) << text;
+    facts.isToolkitOnWayland = false;
+    EXPECT_NE(page(facts).find("install the package qt6-wayland"), std::string::npos);
+}
+
 TEST(Diagnosis, NamesTheWayThatWorksInTheProgramInFront) {
     DesktopFacts facts = goodDesktop();
     facts.front->takesEdits = false;

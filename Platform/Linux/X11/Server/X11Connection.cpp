@@ -5,7 +5,10 @@
 
 #include <QAbstractEventDispatcher>
 #include <QSocketNotifier>
+#include <algorithm>
 #include <cstring>
+#include <string_view>
+#include <xcb/randr.h>
 #include <xcb/xinput.h>
 #include <xcb/xtest.h>
 
@@ -17,6 +20,33 @@ Result<std::unique_ptr<X11Connection>> X11Connection::open() {
         return ready.error();
     connection->listen();
     return connection;
+}
+
+bool X11Connection::isBesideWayland() const {
+    constexpr std::string_view kExtension = "XWAYLAND";
+    const auto extension = owned(xcb_query_extension_reply(
+        connection_, xcb_query_extension(connection_, kExtension.size(), kExtension.data()), nullptr));
+    if (extension && extension->present)
+        return true;
+    // Before release 23.1 only the names of its outputs tell.
+    const auto* randr = xcb_get_extension_data(connection_, &xcb_randr_id);
+    if (randr == nullptr || !randr->present)
+        return false;
+    const auto resources = owned(xcb_randr_get_screen_resources_current_reply(
+        connection_, xcb_randr_get_screen_resources_current(connection_, root_), nullptr));
+    if (!resources)
+        return false;
+    const auto* outputs = xcb_randr_get_screen_resources_current_outputs(resources.get());
+    const auto count = xcb_randr_get_screen_resources_current_outputs_length(resources.get());
+    return std::any_of(outputs, outputs + count, [this, &resources](xcb_randr_output_t output) {
+        const auto info = owned(xcb_randr_get_output_info_reply(
+            connection_, xcb_randr_get_output_info(connection_, output, resources->config_timestamp),
+            nullptr));
+        if (!info)
+            return false;
+        const auto* name = reinterpret_cast<const char*>(xcb_randr_get_output_info_name(info.get()));
+        return std::string_view(name, info->name_len).starts_with("XWAYLAND");
+    });
 }
 
 bool X11Connection::hasServer() {

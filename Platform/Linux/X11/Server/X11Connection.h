@@ -26,6 +26,10 @@ public:
     /// Whether there is a server to connect to. Needs no application object.
     [[nodiscard]] static bool hasServer();
 
+    /// Whether the server is the one beside a Wayland session: it knows nothing of the windows of others, and
+    /// keys go where the session likes.
+    [[nodiscard]] bool isBesideWayland() const;
+
     ~X11Connection();
     X11Connection(const X11Connection&) = delete;
     X11Connection& operator=(const X11Connection&) = delete;
