@@ -100,12 +100,13 @@ void KeyringUserDefaults::moveOutRead(const Result<std::optional<std::string>>& 
     }
 }
 
-void KeyringUserDefaults::finishMovingOut(const std::string& key) {
+/// By value: it may come from `key_`.
+void KeyringUserDefaults::finishMovingOut(std::string key) {
     isUnsaved_ = false;
     isToBeRemoved_ = false;
     key_.reset();
     fetch_ = Fetch::pending;
-    file_.set(kKeyKey, key);
+    file_.set(kKeyKey, std::move(key));
     file_.set(kSwitchKey, false);
     whenStored_(std::string(kKeyKey), whileAlive(life_, [this](bool isStored) {
                     if (!isStored) {

@@ -80,7 +80,7 @@ private:
     void finishMovingIn(const std::string& moved, const Result<void>& done);
     void moveOut();
     void moveOutRead(const Result<std::optional<std::string>>& answer);
-    void finishMovingOut(const std::string& key);
+    void finishMovingOut(std::string key);
     void endMove(std::string problem = {});
 
     UserDefaults& file_;

@@ -66,16 +66,16 @@ protected:
 };
 
 TEST_F(KeyringTest, the_key_moves_into_the_keyring_and_back_and_can_be_read_all_the_while) {
-    type("sk-1");
+    type("sk-as-long-as-keys-are");
     for (const bool keeps : {true, false}) {
         defaults->setKeepsInKeyring(keeps);
         do {
-            EXPECT_EQ(key(), "sk-1");
+            EXPECT_EQ(key(), "sk-as-long-as-keys-are");
             EXPECT_EQ(refusal(), "");
             EXPECT_TRUE(store.secret || file.string(kKey)) << "the key is nowhere for a moment";
         } while (mainQueue.runOne());
-        expectPlaces(keeps ? std::nullopt : std::optional("sk-1"),
-                     keeps ? std::optional("sk-1") : std::nullopt, keeps);
+        expectPlaces(keeps ? std::nullopt : std::optional("sk-as-long-as-keys-are"),
+                     keeps ? std::optional("sk-as-long-as-keys-are") : std::nullopt, keeps);
     }
     EXPECT_EQ(defaults->keepingProblem(), "");
 }
