@@ -120,19 +120,6 @@ TEST_F(EventSourceOverHTTP, DeliversEachPieceWhenItComesAndEndsWhenToldTo) {
     EXPECT_EQ(opened, 2);
 }
 
-TEST_F(EventSourceOverHTTP, FollowsARedirectWithItsHeaders) {
-    server.answer("/old", redirectAnswer(307, "/new"));
-    server.answer("/new", eventStream({"data: a\n\n"}));
-    connect("/old");
-    ASSERT_TRUE(waitForCompletions());
-    EXPECT_EQ(messages, "a");
-    const ScriptedRequest request = server.requests().at(1);
-    EXPECT_EQ(request.method, "POST");
-    EXPECT_EQ(request.body, R"({"stream":true})");
-    EXPECT_EQ(request.header("Authorization"), "Bearer k");
-    EXPECT_EQ(request.header("Accept"), "text/event-stream");
-}
-
 TEST_F(EventSourceOverHTTP, GoesAwayWithItsLastConnectionAlsoInMidStream) {
     server.answer("/stream", eventStream({"data: a\n\n"}));
     auto source = connect("/stream");

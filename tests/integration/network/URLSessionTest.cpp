@@ -3,12 +3,11 @@
 #include "tests/integration/ScopedVariable.h"
 #include "tests/integration/network/NetworkTest.h"
 
+#include <numeric>
+
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <sys/socket.h>
-
-#include <cstdlib>
-#include <numeric>
 
 namespace quillmoth::test {
 
@@ -123,30 +122,31 @@ TEST_F(URLSessionTest, LimitsTheLifeOfATaskThatKeepsReceiving) {
     EXPECT_TRUE(recorder->hadResponse);
 }
 
-/// An option of the client's end of a connection to `port`.
-int socketOption(std::uint16_t port, int level, int option) {
-    for (int descriptor = 0; descriptor < 1024; ++descriptor) {
-        sockaddr_in peer{};
-        socklen_t size = sizeof(peer);
-        if (::getpeername(descriptor, reinterpret_cast<sockaddr*>(&peer), &size) != 0 ||
-            peer.sin_family != AF_INET || ntohs(peer.sin_port) != port)
-            continue;
-        int value = 0;
-        size = sizeof(value);
-        return ::getsockopt(descriptor, level, option, &value, &size) == 0 ? value : -1;
-    }
-    return -1;
-}
-
 TEST_F(URLSessionTest, NoticesWithinAMinuteThatItsPeerHasGone) {
     server.answer("/", silentAnswer());
     start();
     ASSERT_TRUE(server.waitForRequests(1));
-    const auto tcp = [this](int option) { return socketOption(server.port(), IPPROTO_TCP, option); };
-    EXPECT_EQ(socketOption(server.port(), SOL_SOCKET, SO_KEEPALIVE), 1);
-    EXPECT_LE(tcp(TCP_KEEPIDLE) + tcp(TCP_KEEPINTVL) * tcp(TCP_KEEPCNT), 60);
-    EXPECT_GT(tcp(TCP_USER_TIMEOUT), 0);
-    EXPECT_LE(tcp(TCP_USER_TIMEOUT), 60000);
+    const auto isClients = [this](int descriptor) {
+        sockaddr_in peer{};
+        socklen_t size = sizeof peer;
+        return ::getpeername(descriptor, reinterpret_cast<sockaddr*>(&peer), &size) == 0 &&
+               peer.sin_family == AF_INET && ntohs(peer.sin_port) == server.port();
+    };
+    int client = 0;
+    while (client < 1024 && !isClients(client))
+        ++client;
+    const auto option = [client](int level, int name) {
+        int value = -1;
+        socklen_t size = sizeof value;
+        ::getsockopt(client, level, name, &value, &size);
+        return value;
+    };
+    EXPECT_EQ(option(SOL_SOCKET, SO_KEEPALIVE), 1);
+    EXPECT_LE(option(IPPROTO_TCP, TCP_KEEPIDLE) +
+                  option(IPPROTO_TCP, TCP_KEEPINTVL) * option(IPPROTO_TCP, TCP_KEEPCNT),
+              60);
+    EXPECT_GT(option(IPPROTO_TCP, TCP_USER_TIMEOUT), 0);
+    EXPECT_LE(option(IPPROTO_TCP, TCP_USER_TIMEOUT), 60000);
 }
 
 TEST_F(URLSessionTest, HoldsTheBodyBackUntilTheDelegateHasAllowedIt) {
