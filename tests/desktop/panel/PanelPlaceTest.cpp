@@ -6,19 +6,11 @@
 #include <linux/input-event-codes.h>
 #include <xcb/shape.h>
 
-#include <cstdlib>
-#include <memory>
-
 namespace quillmoth::test {
 
 namespace {
 
 using namespace std::chrono_literals;
-
-template<class Reply>
-std::unique_ptr<Reply, decltype(&std::free)> ownedReply(Reply* reply) {
-    return {reply, &std::free};
-}
 
 class PanelPlace : public PanelSession {
 protected:

@@ -52,7 +52,7 @@ void onAppearance(GDBusConnection*, const gchar* sender, const gchar* path, cons
 void collect(const AccessibleElement& element, std::vector<AccessibleElement>& all) {
     all.push_back(element);
     for (const AccessibleElement& child : element.children())
-        if (child.isShowing())
+        if (child.has(ATSPI_STATE_SHOWING))
             collect(child, all);
 }
 

@@ -2,12 +2,9 @@
 
 #include "tests/desktop/support/WaitFor.h"
 
-#include <algorithm>
-#include <cerrno>
 #include <csignal>
 #include <fcntl.h>
 #include <stdexcept>
-#include <string_view>
 #include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -17,19 +14,14 @@ namespace quillmoth::test {
 
 namespace {
 
-std::vector<std::string> environmentWith(const std::vector<std::pair<std::string, std::string>>& additions) {
-    std::vector<std::string> result;
-    for (char** entry = environ; *entry; ++entry) {
-        const std::string_view text = *entry;
-        const std::string_view name = text.substr(0, text.find('='));
-        const bool replaced = std::any_of(additions.begin(), additions.end(),
-                                          [&](const auto& addition) { return addition.first == name; });
-        if (!replaced)
-            result.emplace_back(text);
-    }
-    for (const auto& [name, value] : additions)
-        result.push_back(name + '=' + value);
-    return result;
+/// By way of `env`, which becomes the program.
+std::vector<std::string> commandWith(const std::vector<std::pair<std::string, std::string>>& environment,
+                                     const std::vector<std::string>& command) {
+    std::vector<std::string> all{"env"};
+    for (const auto& [name, value] : environment)
+        all.push_back(name + '=' + value);
+    all.insert(all.end(), command.begin(), command.end());
+    return all;
 }
 
 std::vector<char*> pointersTo(const std::vector<std::string>& texts) {
@@ -49,31 +41,27 @@ int fileHolding(const std::string& text) {
 }
 
 /// Between fork and exec: only calls that are safe after a fork of a process with threads.
-[[noreturn]] void becomeChild(int input, int output, int inherited, char** arguments, char** environment) {
+[[noreturn]] void becomeChild(int input, int output, char** arguments) {
     setpgid(0, 0);
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     dup2(input, STDIN_FILENO);
     dup2(output, STDOUT_FILENO);
     dup2(output, STDERR_FILENO);
-    if (inherited >= 0)
-        fcntl(inherited, F_SETFD, 0);
-    execvpe(arguments[0], arguments, environment);
+    execvp(arguments[0], arguments);
     _exit(127);
 }
 
 } // namespace
 
 ChildProcess::ChildProcess(const std::vector<std::string>& command, const ChildOptions& options) {
-    auto arguments = pointersTo(command);
-    const auto environmentTexts = environmentWith(options.environment);
-    auto environment = pointersTo(environmentTexts);
+    const auto texts = commandWith(options.environment, command);
+    auto arguments = pointersTo(texts);
     const int input = fileHolding(options.input);
     outputFile_ = memfd_create("output", MFD_CLOEXEC);
     fcntl(outputFile_, F_SETFL, O_APPEND);
     processIdentifier_ = fork();
     if (processIdentifier_ == 0)
-        becomeChild(input, outputFile_, options.inheritedFileDescriptor, arguments.data(),
-                    environment.data());
+        becomeChild(input, outputFile_, arguments.data());
     close(input);
     if (processIdentifier_ < 0)
         throw std::runtime_error("cannot start " + command.front());
@@ -87,9 +75,9 @@ ChildProcess::~ChildProcess() {
         close(outputFile_);
 }
 
-ChildProcess::ChildProcess(ChildProcess&& other) noexcept
-    : processIdentifier_(std::exchange(other.processIdentifier_, -1)),
-      outputFile_(std::exchange(other.outputFile_, -1)), exitCode_(other.exitCode_) {}
+ChildProcess::ChildProcess(ChildProcess&& other) noexcept {
+    *this = std::move(other);
+}
 
 ChildProcess& ChildProcess::operator=(ChildProcess&& other) noexcept {
     std::swap(processIdentifier_, other.processIdentifier_);

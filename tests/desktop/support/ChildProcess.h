@@ -13,8 +13,6 @@ namespace quillmoth::test {
 struct ChildOptions {
     /// Added to this process's environment; these win.
     std::vector<std::pair<std::string, std::string>> environment = {};
-    /// Stays open in the child under the same number; -1 for none.
-    int inheritedFileDescriptor = -1;
     /// What the child reads from standard input.
     std::string input = {};
 };

@@ -1,8 +1,8 @@
 #include "tests/desktop/support/DesktopInput.h"
 
-#include <cstdlib>
+#include "tests/desktop/support/DesktopWindows.h"
+
 #include <linux/input-event-codes.h>
-#include <memory>
 #include <stdexcept>
 #include <string>
 #include <xcb/xcb.h>
@@ -21,22 +21,13 @@ struct KeyPosition {
 };
 
 std::uint32_t keysymFor(char character) {
-    switch (character) {
-    case '\n':
-        return 0xff0d;
-    case '\t':
-        return 0xff09;
-    case '\b':
-        return 0xff08;
-    default:
-        return static_cast<unsigned char>(character);
-    }
+    constexpr std::uint32_t kReturn = 0xff0d;
+    return character == '\n' ? kReturn : static_cast<unsigned char>(character);
 }
 
 KeyPosition find(xcb_connection_t* connection, std::uint32_t keysym) {
     const auto cookie = xcb_get_keyboard_mapping(connection, kFirstKeycode, 248);
-    const std::unique_ptr<xcb_get_keyboard_mapping_reply_t, decltype(&std::free)> reply(
-        xcb_get_keyboard_mapping_reply(connection, cookie, nullptr), &std::free);
+    const auto reply = ownedReply(xcb_get_keyboard_mapping_reply(connection, cookie, nullptr));
     if (!reply)
         throw std::runtime_error("no keyboard mapping");
     const xcb_keysym_t* keysyms = xcb_get_keyboard_mapping_keysyms(reply.get());
@@ -53,8 +44,7 @@ KeyPosition find(xcb_connection_t* connection, std::uint32_t keysym) {
 /// The keyboard that belongs to the server and not to XTEST; 0 for none.
 std::uint8_t serverKeyboard(xcb_connection_t* connection) {
     const auto cookie = xcb_input_xi_query_device(connection, XCB_INPUT_DEVICE_ALL);
-    const std::unique_ptr<xcb_input_xi_query_device_reply_t, decltype(&std::free)> reply(
-        xcb_input_xi_query_device_reply(connection, cookie, nullptr), &std::free);
+    const auto reply = ownedReply(xcb_input_xi_query_device_reply(connection, cookie, nullptr));
     if (!reply)
         return 0;
     auto devices = xcb_input_xi_query_device_infos_iterator(reply.get());
@@ -87,7 +77,7 @@ void DesktopInput::send(std::uint8_t type, int detail, int x, int y) {
     }
     xcb_test_fake_input(connection_, type, static_cast<std::uint8_t>(detail), XCB_CURRENT_TIME, rootWindow_,
                         static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), device);
-    std::free(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+    ownedReply(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
 }
 
 void DesktopInput::pressKey(int key) {

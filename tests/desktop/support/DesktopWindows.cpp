@@ -1,22 +1,15 @@
 #include "tests/desktop/support/DesktopWindows.h"
 
-#include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <xcb/xcb.h>
 
 namespace quillmoth::test {
 
 namespace {
 
-template<class Reply>
-std::unique_ptr<Reply, decltype(&std::free)> owned(Reply* reply) {
-    return {reply, &std::free};
-}
-
 std::string property(xcb_connection_t* connection, std::uint32_t window, std::uint32_t name) {
     const auto cookie = xcb_get_property(connection, 0, window, name, XCB_ATOM_ANY, 0, 65536);
-    const auto reply = owned(xcb_get_property_reply(connection, cookie, nullptr));
+    const auto reply = ownedReply(xcb_get_property_reply(connection, cookie, nullptr));
     if (!reply)
         return {};
     return {static_cast<const char*>(xcb_get_property_value(reply.get())),
@@ -30,7 +23,7 @@ DesktopWindows::DesktopWindows(xcb_connection_t* connection, std::uint32_t rootW
 
 std::uint32_t DesktopWindows::atom(const char* name) const {
     const auto cookie = xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(std::strlen(name)), name);
-    const auto reply = owned(xcb_intern_atom_reply(connection_, cookie, nullptr));
+    const auto reply = ownedReply(xcb_intern_atom_reply(connection_, cookie, nullptr));
     return reply ? reply->atom : 0;
 }
 
@@ -49,7 +42,7 @@ std::uint32_t DesktopWindows::activeWindow() const {
 
 std::uint32_t DesktopWindows::inputFocus() const {
     const auto reply =
-        owned(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+        ownedReply(xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
     return reply ? reply->focus : 0;
 }
 
@@ -65,6 +58,30 @@ std::optional<std::uint32_t> DesktopWindows::windowTitled(std::string_view wante
     return std::nullopt;
 }
 
+std::uint32_t DesktopWindows::visibleWindow(const Condition& fits) const {
+    const auto tree =
+        ownedReply(xcb_query_tree_reply(connection_, xcb_query_tree(connection_, rootWindow_), nullptr));
+    for (int i = 0; tree && i < xcb_query_tree_children_length(tree.get()); ++i) {
+        const xcb_window_t window = xcb_query_tree_children(tree.get())[i];
+        const auto attributes = ownedReply(xcb_get_window_attributes_reply(
+            connection_, xcb_get_window_attributes(connection_, window), nullptr));
+        if (attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE &&
+            fits(window, attributes->override_redirect == 0))
+            return window;
+    }
+    return 0;
+}
+
+std::uint32_t DesktopWindows::visibleWindowTitled(std::string_view wanted) const {
+    return visibleWindow([&](std::uint32_t window, bool) { return title(window) == wanted; });
+}
+
+std::uint32_t DesktopWindows::visiblePopupOf(std::uint32_t process) const {
+    return visibleWindow([&](std::uint32_t window, bool isManaged) {
+        return !isManaged && processIdentifier(window) == process;
+    });
+}
+
 std::string DesktopWindows::title(std::uint32_t window) const {
     auto text = property(connection_, window, atom("_NET_WM_NAME"));
     return text.empty() ? property(connection_, window, XCB_ATOM_WM_NAME) : text;
@@ -77,8 +94,8 @@ std::uint32_t DesktopWindows::processIdentifier(std::uint32_t window) const {
 
 DesktopRectangle DesktopWindows::geometry(std::uint32_t window) const {
     const auto size =
-        owned(xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, window), nullptr));
-    const auto place = owned(xcb_translate_coordinates_reply(
+        ownedReply(xcb_get_geometry_reply(connection_, xcb_get_geometry(connection_, window), nullptr));
+    const auto place = ownedReply(xcb_translate_coordinates_reply(
         connection_, xcb_translate_coordinates(connection_, window, rootWindow_, 0, 0), nullptr));
     if (!size || !place)
         return {};

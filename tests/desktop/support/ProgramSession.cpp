@@ -1,7 +1,5 @@
 #include "tests/desktop/support/ProgramSession.h"
 
-#include "tests/desktop/support/VisibleWindows.h"
-
 #include <linux/input-event-codes.h>
 
 #include <filesystem>
@@ -43,13 +41,12 @@ bool answersOnTheBus() {
 } // namespace
 
 ProgramSession::ProgramSession(const std::string& windowManager, int height)
-    : desktop_({.windowManager = windowManager, .accessibility = true, .width = 1280, .height = height}) {
+    : desktop_({.windowManager = windowManager, .accessibility = true, .height = height}) {
     beginAnew();
 }
 
 void ProgramSession::beginAnew() {
     kill();
-    formerOutput_.clear();
     for (const char* folder : {".config", ".local/share", "Documents"}) {
         // What else runs on the desktop may be at work in there.
         waitFor([&] {
@@ -113,17 +110,13 @@ std::optional<int> ProgramSession::quit() {
 }
 
 void ProgramSession::kill() {
-    formerOutput_ = output();
     shown_.reset();
-    process_.reset();
-}
-
-std::string ProgramSession::output() const {
-    return formerOutput_ + (process_ ? process_->output() : "");
+    if (process_)
+        process_->terminate();
 }
 
 std::uint32_t ProgramSession::panelWindow() const {
-    return visibleWindowTitled(desktop_, "Quillmoth Floating");
+    return desktop_.windows().visibleWindowTitled("Quillmoth Floating");
 }
 
 void ProgramSession::pressHotKey() {

@@ -65,8 +65,8 @@ public:
     /// What the program shows.
     AccessibleProgram& shown() { return *shown_; }
 
-    /// What it has printed since the beginning.
-    [[nodiscard]] std::string output() const;
+    /// What it has printed, also where it has ended.
+    [[nodiscard]] std::string output() const { return process_ ? process_->output() : ""; }
 
     /// The panel's window while it is on screen, otherwise 0.
     [[nodiscard]] std::uint32_t panelWindow() const;
@@ -78,8 +78,6 @@ private:
     std::optional<FrontEditor> editor_;
     std::optional<ChildProcess> process_;
     std::optional<AccessibleProgram> shown_;
-    // Of the runs before.
-    std::string formerOutput_;
 };
 
 } // namespace quillmoth::test

@@ -3,12 +3,10 @@
 #include <QImage>
 #include <algorithm>
 #include <cstdlib>
-#include <fcntl.h>
 #include <filesystem>
 #include <linux/input-event-codes.h>
-#include <poll.h>
+#include <sstream>
 #include <stdexcept>
-#include <unistd.h>
 #include <xcb/xcb.h>
 
 namespace quillmoth::test {
@@ -16,52 +14,34 @@ namespace quillmoth::test {
 namespace {
 
 constexpr std::chrono::seconds kStartDeadline(10);
+constexpr std::uint16_t kWidth = 1280;
 
-/// A pipe through which a child tells where it can be reached: one line.
-class AddressPipe {
-public:
-    AddressPipe() {
-        if (pipe2(ends_, O_CLOEXEC) != 0)
-            throw std::runtime_error("no pipe");
-    }
-
-    AddressPipe(const AddressPipe&) = delete;
-    AddressPipe& operator=(const AddressPipe&) = delete;
-
-    ~AddressPipe() {
-        close(ends_[0]);
-        close(ends_[1]);
-    }
-
-    [[nodiscard]] int writeEnd() const { return ends_[1]; }
-
-    std::string readLine(const std::string& program) {
-        std::string line;
-        char character = 0;
-        for (;;) {
-            pollfd entry = {ends_[0], POLLIN, 0};
-            if (poll(&entry, 1, 10000) <= 0 || read(ends_[0], &character, 1) != 1)
-                throw std::runtime_error(program + " does not start");
-            if (character == '\n')
-                return line;
-            line += character;
+/// Where the child says that it can be reached: its first whole line that fits.
+std::string awaitAddress(const ChildProcess& child, bool (*fits)(std::string_view line)) {
+    std::string address;
+    const bool isThere = holdsWithin(kStartDeadline, [&] {
+        std::istringstream output(child.output());
+        for (std::string line; address.empty() && std::getline(output, line) && !output.eof();) {
+            if (fits(line))
+                address = line;
         }
-    }
+        return !address.empty();
+    });
+    if (!isThere)
+        throw std::runtime_error("a part of the desktop does not start: " + child.output());
+    return address;
+}
 
-private:
-    int ends_[2] = {-1, -1};
-};
-
-std::string variable(const char* name) {
-    const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe): tests are set up on one thread
-    return value ? value : "";
+void setVariable(const char* name, const std::string& value) {
+    setenv(name, value.c_str(), 1); // NOLINT(concurrency-mt-unsafe)
 }
 
 } // namespace
 
 VirtualDesktop::VirtualDesktop(VirtualDesktopOptions options) : options_(std::move(options)) {
-    if (const auto wanted = variable("QUILLMOTH_WINDOW_MANAGER");
-        !wanted.empty() && !options_.windowManager.empty())
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): tests are set up on one thread
+    const char* wanted = std::getenv("QUILLMOTH_WINDOW_MANAGER");
+    if (wanted && *wanted && !options_.windowManager.empty())
         options_.windowManager = wanted;
     makeDirectories();
     startServer();
@@ -79,20 +59,8 @@ VirtualDesktop::~VirtualDesktop() {
     bus_.reset();
     xcb_disconnect(connection_);
     server_.reset();
-    for (const auto& [name, value] : formerVariables_) {
-        if (value)
-            setenv(name.c_str(), value->c_str(), 1); // NOLINT(concurrency-mt-unsafe)
-        else
-            unsetenv(name.c_str()); // NOLINT(concurrency-mt-unsafe)
-    }
     std::error_code ignored;
     std::filesystem::remove_all(directory_, ignored);
-}
-
-void VirtualDesktop::setVariable(const char* name, const std::string& value) {
-    const char* former = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
-    formerVariables_.emplace_back(name, former ? std::optional<std::string>(former) : std::nullopt);
-    setenv(name, value.c_str(), 1); // NOLINT(concurrency-mt-unsafe)
 }
 
 void VirtualDesktop::makeDirectories() {
@@ -114,17 +82,17 @@ void VirtualDesktop::makeDirectories() {
 }
 
 void VirtualDesktop::startServer() {
-    AddressPipe pipe;
-    const std::string screen = std::to_string(options_.width) + 'x' + std::to_string(options_.height) + "x24";
-    server_.emplace(std::vector<std::string>{"Xvfb", "-displayfd", std::to_string(pipe.writeEnd()), "-screen",
-                                             "0", screen, "-nolisten", "tcp", "-noreset"},
-                    ChildOptions{.inheritedFileDescriptor = pipe.writeEnd()});
-    display_ = ':' + pipe.readLine("Xvfb");
-    setVariable("DISPLAY", display_);
+    const std::string screen = std::to_string(kWidth) + 'x' + std::to_string(options_.height) + "x24";
+    server_.emplace(std::vector<std::string>{"Xvfb", "-displayfd", "1", "-screen", "0", screen, "-nolisten",
+                                             "tcp", "-noreset"});
+    setVariable("DISPLAY", ':' + awaitAddress(*server_, [](std::string_view line) {
+                               return !line.empty() &&
+                                      line.find_first_not_of("0123456789") == std::string_view::npos;
+                           }));
 }
 
 void VirtualDesktop::connect() {
-    connection_ = xcb_connect(display_.c_str(), nullptr);
+    connection_ = xcb_connect(nullptr, nullptr);
     if (xcb_connection_has_error(connection_))
         throw std::runtime_error("no connection to the X server");
     rootWindow_ = xcb_setup_roots_iterator(xcb_get_setup(connection_)).data->root;
@@ -133,12 +101,11 @@ void VirtualDesktop::connect() {
 }
 
 void VirtualDesktop::startBus() {
-    AddressPipe pipe;
     bus_.emplace(std::vector<std::string>{"dbus-daemon", "--session", "--nofork", "--nopidfile",
                                           "--address=unix:path=" + directory_ + "/runtime/bus",
-                                          "--print-address=" + std::to_string(pipe.writeEnd())},
-                 ChildOptions{.inheritedFileDescriptor = pipe.writeEnd()});
-    setVariable("DBUS_SESSION_BUS_ADDRESS", pipe.readLine("dbus-daemon"));
+                                          "--print-address=1"});
+    setVariable("DBUS_SESSION_BUS_ADDRESS",
+                awaitAddress(*bus_, [](std::string_view line) { return line.starts_with("unix:"); }));
 }
 
 void VirtualDesktop::startAccessibility() {
@@ -146,21 +113,16 @@ void VirtualDesktop::startAccessibility() {
     setVariable("NO_AT_BRIDGE", "0");
     accessibilityBus_.emplace(
         std::vector<std::string>{"/usr/libexec/at-spi-bus-launcher", "--launch-immediately", "--a11y=1"});
-    const bool answered = holdsWithin(kStartDeadline, [] {
-        const auto result = runChild({"dbus-send", "--session", "--print-reply", "--dest=org.a11y.Bus",
-                                      "/org/a11y/bus", "org.a11y.Bus.GetAddress"},
-                                     std::chrono::seconds(2));
-        return result.exitCode == 0;
+    // D-Bus may have started another one for the call, which does not enable it; so it is set.
+    const bool isEnabled = holdsWithin(kStartDeadline, [] {
+        return runChild({"dbus-send", "--session", "--print-reply", "--dest=org.a11y.Bus", "/org/a11y/bus",
+                         "org.freedesktop.DBus.Properties.Set", "string:org.a11y.Status", "string:IsEnabled",
+                         "variant:boolean:true"},
+                        std::chrono::seconds(2))
+                   .exitCode == 0;
     });
-    if (!answered)
-        throw std::runtime_error("the accessibility bus does not start");
-    // The call above may have had the bus started by D-Bus, which does not enable it.
-    const auto enabled = runChild({"dbus-send", "--session", "--print-reply", "--dest=org.a11y.Bus",
-                                   "/org/a11y/bus", "org.freedesktop.DBus.Properties.Set",
-                                   "string:org.a11y.Status", "string:IsEnabled", "variant:boolean:true"},
-                                  std::chrono::seconds(2));
-    if (enabled.exitCode != 0)
-        throw std::runtime_error("accessibility cannot be enabled: " + enabled.output);
+    if (!isEnabled)
+        throw std::runtime_error("accessibility cannot be enabled");
 }
 
 void VirtualDesktop::awaitKeymap() {
@@ -221,17 +183,14 @@ void VirtualDesktop::stopWindowManager() {
 }
 
 bool VirtualDesktop::saveScreenshot(const std::string& path) const {
-    const auto cookie = xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, rootWindow_, 0, 0,
-                                      static_cast<std::uint16_t>(options_.width),
+    const auto cookie = xcb_get_image(connection_, XCB_IMAGE_FORMAT_Z_PIXMAP, rootWindow_, 0, 0, kWidth,
                                       static_cast<std::uint16_t>(options_.height), ~0U);
-    auto* reply = xcb_get_image_reply(connection_, cookie, nullptr);
+    const auto reply = ownedReply(xcb_get_image_reply(connection_, cookie, nullptr));
     if (!reply)
         return false;
-    const QImage image(xcb_get_image_data(reply), options_.width, options_.height, options_.width * 4,
+    const QImage image(xcb_get_image_data(reply.get()), kWidth, options_.height, kWidth * 4,
                        QImage::Format_RGB32);
-    const bool saved = image.save(QString::fromStdString(path), "PNG");
-    std::free(reply);
-    return saved;
+    return image.save(QString::fromStdString(path), "PNG");
 }
 
 } // namespace quillmoth::test

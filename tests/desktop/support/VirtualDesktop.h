@@ -8,8 +8,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <utility>
-#include <vector>
 
 struct xcb_connection_t;
 
@@ -20,13 +18,12 @@ struct VirtualDesktopOptions {
     std::string windowManager = "openbox";
     /// With an accessibility bus that reports itself as enabled.
     bool accessibility = false;
-    int width = 1280;
     int height = 800;
 };
 
 /// A desktop session of a test's own: an X server without a screen, a session bus, a home, a runtime folder
-/// (mode 0700) and a window manager. While the object lives the environment of this process points there, so
-/// make it before a Qt application and before children. One at a time. All of it ends with the object. Throws
+/// (mode 0700) and a window manager. The environment of this process points there from then on, so make it
+/// before a Qt application and before children. One at a time. All of it ends with the object. Throws
 /// std::runtime_error where a part does not come up.
 class VirtualDesktop {
 public:
@@ -34,9 +31,6 @@ public:
     ~VirtualDesktop();
     VirtualDesktop(const VirtualDesktop&) = delete;
     VirtualDesktop& operator=(const VirtualDesktop&) = delete;
-
-    /// As in the variable DISPLAY.
-    [[nodiscard]] const std::string& display() const { return display_; }
 
     /// A folder that is removed with the desktop; HOME is in it.
     [[nodiscard]] const std::string& temporaryDirectory() const { return directory_; }
@@ -47,7 +41,7 @@ public:
 
     DesktopInput& input() { return *input_; }
 
-    DesktopWindows& windows() { return *windows_; }
+    [[nodiscard]] DesktopWindows& windows() const { return *windows_; }
 
     /// The test's own connection, not the one of the program under test.
     [[nodiscard]] xcb_connection_t* connection() const { return connection_; }
@@ -62,7 +56,6 @@ public:
     void stopWindowManager();
 
 private:
-    void setVariable(const char* name, const std::string& value);
     void makeDirectories();
     void startServer();
     void connect();
@@ -73,8 +66,6 @@ private:
 
     VirtualDesktopOptions options_;
     std::string directory_;
-    std::string display_;
-    std::vector<std::pair<std::string, std::optional<std::string>>> formerVariables_;
     std::optional<ChildProcess> server_;
     std::optional<ChildProcess> bus_;
     std::optional<ChildProcess> accessibilityBus_;

@@ -1,7 +1,5 @@
 #include "tests/desktop/windows/WindowsSession.h"
 
-#include "tests/desktop/support/VisibleWindows.h"
-
 #include <linux/input-event-codes.h>
 
 namespace quillmoth::test {
@@ -73,7 +71,7 @@ void WindowsSession::closePanelByHotKey() {
 }
 
 std::uint32_t WindowsSession::openMenu() {
-    return visiblePopupOf(desktop(), static_cast<std::uint32_t>(session().process()));
+    return windows().visiblePopupOf(static_cast<std::uint32_t>(session().process()));
 }
 
 void WindowsSession::ask(const std::string& command) {
