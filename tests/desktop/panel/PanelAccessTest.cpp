@@ -2,10 +2,6 @@
 
 #include "tests/desktop/panel/PanelSession.h"
 
-#include <linux/input-event-codes.h>
-
-#include <algorithm>
-
 namespace quillmoth::test {
 
 namespace {
@@ -69,7 +65,6 @@ TEST_F(PanelAccess, RowsFieldAndBarDoTheirActions) {
     EXPECT_TRUE(has("label", "Fix this: "));
     EXPECT_EQ(barNames(), (Names{"Select, Return", "History, Ctrl+H", "On top, Ctrl+T", "Re, Ctrl+R",
                                  "New chat, Escape", "Copy all, Ctrl+Shift+C"}));
-    EXPECT_TRUE(answer().starts_with("An answer."));
     press("push button", "New chat");
     EXPECT_TRUE(goes("push button", "New chat"));
     EXPECT_TRUE(await("text", "Command").setText("short"));
@@ -96,29 +91,17 @@ TEST_F(PanelAccess, RowsFieldAndBarDoTheirActions) {
     expectFrontKept();
 }
 
-TEST_F(PanelAccess, TheFormIsFilledInByScreenReaderKeysAndPointerAndLeft) {
+TEST_F(PanelAccess, AFormIsFilledInByScreenReaderAndKeysAndLeft) {
     deselect();
     openPanel();
     press("list item", "Call to action");
     await("form", "Form");
     ASSERT_TRUE(isFocused("text [whom]"));
     EXPECT_TRUE(await("text", "[what]").setText("ink"));
-    EXPECT_TRUE(soon([] { return has("label", "A call to [whom] for ink!"); }));
     input().type("moths");
     EXPECT_TRUE(soon([] { return has("label", "A call to moths for ink!"); }));
-    EXPECT_FALSE(has("text", "Command"));
-    click(await("text", "[what]"));
-    ASSERT_TRUE(isFocused("text [what]"));
-    expectFrontKept("");
-    click(await("push button", "Back"));
+    press("push button", "Back");
     await("text", "Command");
-    EXPECT_TRUE(isFocused("text Command"));
-    press("list item", "Call to action");
-    ASSERT_TRUE(isFocused("text [whom]"));
-    input().tapKey(KEY_ENTER);
-    ASSERT_TRUE(isFocused("text [what]"));
-    input().tapKey(KEY_ENTER);
-    await("push button", "New chat");
     EXPECT_TRUE(isFocused("text Command"));
     expectFrontKept("");
 }
@@ -126,13 +109,10 @@ TEST_F(PanelAccess, TheFormIsFilledInByScreenReaderKeysAndPointerAndLeft) {
 TEST_F(PanelAccess, StartAndEndOfAnAnswerAndAnErrorAreToldOnceAndPiecesNot) {
     openPanel();
     (void)shown().takeMessages();
-    converse("hi", "one");
+    answerWith(Names(200, "piece "));
+    send("hi");
     EXPECT_EQ(messages(2), (Names{"Waiting for the answer", "Answer finished"}));
-    server().answer("/api/v1/chat/completions/stream", chatStream(Names(200, "piece ")));
-    input().chord({KEY_LEFTCTRL, KEY_R});
-    ASSERT_TRUE(soon([] { return answer().size() > 1000; }));
-    EXPECT_EQ(messages(2), (Names{"Waiting for the answer", "Answer finished"}));
-    answerWithStatus(401);
+    server().answer("/api/v1/chat/completions/stream", jsonAnswer(401, "{}"));
     send("hi");
     const auto error = await("label", "Error 401");
     EXPECT_EQ(messages(2), (Names{"Waiting for the answer", error.name()}));

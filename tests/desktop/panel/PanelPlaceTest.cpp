@@ -1,4 +1,4 @@
-// The panel among the windows of a desktop: keyboard layouts, the window manager's own keys, full-screen
+// The panel on a desktop: keyboard layouts, input methods, the window manager's own keys, full-screen
 // programs and the locking of the session.
 
 #include "tests/desktop/panel/PanelSession.h"
@@ -108,11 +108,7 @@ TEST_F(PanelPlace, ItsCornersFollowTheCompositor) {
     const xcb_window_t owner = xcb_generate_id(connection);
     xcb_create_window(connection, 0, owner, desktop().rootWindow(), 0, 0, 1, 1, 0,
                       XCB_WINDOW_CLASS_INPUT_ONLY, 0, 0, nullptr);
-    constexpr std::string_view kCompositor = "_NET_WM_CM_S0";
-    const auto atom = ownedReply(xcb_intern_atom_reply(
-        connection, xcb_intern_atom(connection, 0, kCompositor.size(), kCompositor.data()), nullptr));
-    ASSERT_TRUE(atom);
-    xcb_set_selection_owner(connection, owner, atom->atom, XCB_CURRENT_TIME);
+    xcb_set_selection_owner(connection, owner, windows().atom("_NET_WM_CM_S0"), XCB_CURRENT_TIME);
     xcb_flush(connection);
     EXPECT_TRUE(soon([] { return !isCutOut(); }));
     xcb_disconnect(connection);
@@ -158,43 +154,28 @@ TEST_F(PanelPlace, LockingTheSessionClosesItAndFreesTheKeyboard) {
     EXPECT_TRUE(editorHolds(kEditorText));
 }
 
-/// With an input method between the keys and the panel: a table that turns "\\alpha" into a letter.
-class PanelInputMethod : public PanelSession {
-protected:
-    static void SetUpTestSuite() {
-        PanelSession::SetUpTestSuite();
-        daemon_.emplace(std::vector<std::string>{
-            "sh", "-c", "exec ibus-daemon --panel=disable --emoji-extension=disable"});
-        isInstalled_ = holdsWithin(20s,
-                                   [] {
-                                       runChild({"sh", "-c", "ibus engine table:latex"}, 5s);
-                                       return !daemon_->isRunning() || engine() == "table:latex\n";
-                                   }) &&
-                       daemon_->isRunning();
-        session().quit();
-        session().start({}, {{"QT_IM_MODULE", "ibus"}});
-        awaitHotKey();
-    }
-
-    static void TearDownTestSuite() {
-        session().quit();
-        daemon_.reset();
-        session().start();
-    }
-
-    static std::string engine() { return runChild({"sh", "-c", "ibus engine"}, 5s).output; }
-
-    static inline std::optional<ChildProcess> daemon_;
-    static inline bool isInstalled_ = false;
-};
-
-TEST_F(PanelInputMethod, WhatItComposesReachesTheField) {
-    if (!isInstalled_)
-        GTEST_SKIP() << "no such input method is installed: " << daemon_->output();
+TEST_F(PanelPlace, WhatAnInputMethodComposesReachesTheField) {
+    const auto engine = [] { return runChild({"ibus", "engine"}, 5s).output; };
+    ChildProcess daemon({"ibus-daemon", "--panel=disable", "--emoji-extension=disable"});
+    waitFor(
+        [&] {
+            // A table that turns "\\alpha" into a letter.
+            runChild({"ibus", "engine", "table:latex"}, 5s);
+            return !daemon.isRunning() || engine() == "table:latex\n";
+        },
+        20s);
+    if (!daemon.isRunning() || engine() != "table:latex\n")
+        GTEST_SKIP() << "no such input method is installed: " << daemon.output();
+    session().quit();
+    session().start({}, {{"QT_IM_MODULE", "ibus"}});
+    awaitHotKey();
     openPanel();
     input().type("\\alpha ");
     EXPECT_TRUE(soon([] { return command().starts_with("α"); })) << command() << engine();
     expectFrontKept();
+    session().quit();
+    session().start();
+    awaitHotKey();
 }
 
 } // namespace

@@ -10,37 +10,21 @@ namespace quillmoth::test {
 namespace {
 
 using namespace std::chrono_literals;
-using nlohmann::json;
 
 constexpr const char* kOpenedLinks = "opened-links";
+constexpr const char* kStream = "/api/v1/chat/completions/stream";
 
-json presets() {
-    json list = json::array();
-    const auto add = [&](const char* emoji, const std::string& name, const char* prompt, const char* type) {
-        list.push_back({{"emoji", emoji}, {"name", name}, {"prompt", prompt}, {"promptType", type}});
-    };
-    add("🔤", "Fix the grammar", "Fix this: {selected text}", "context");
-    add("✂️", "Make it shorter", "Shorten this: {selected text}", "context");
-    add("📧", "Write an email", "Write an email about moths", "nonContext");
-    add("📣", "Call to action", "A call to [whom] for [what]!", "nonContext");
-    add("💡", "Brainstorm ideas", "Ideas", "nonContext");
-    for (int number = 1; number <= 30; ++number)
-        add("🔢", "Preset number " + std::to_string(number), "p", "nonContext");
-    return list;
-}
+constexpr const char* kPresets = R"([
+    {"emoji": "🔤", "name": "Fix the grammar", "prompt": "Fix this: {selected text}", "promptType": "context"},
+    {"emoji": "✂️", "name": "Make it shorter", "prompt": "Shorten: {selected text}", "promptType": "context"},
+    {"emoji": "📣", "name": "Call to action", "prompt": "A call to [whom] for [what]!",
+     "promptType": "nonContext"}])";
 
-json conversations() {
-    json list = json::array();
-    for (int i = 1; i <= 12; ++i) {
-        const std::string number = std::to_string(i);
-        list.push_back({{"topic", "📌 Conversation " + number},
-                        {"message",
-                         {{{"role", "user"}, {"content", "question " + number}},
-                          {{"role", "assistant"}, {"content", "stored answer " + number}}}},
-                        {"created", 1700000000}});
-    }
-    return list;
-}
+constexpr const char* kHistory = R"([
+    {"topic": "📌 Conversation 1", "message": [], "created": 1700000000},
+    {"topic": "📌 Conversation 2", "created": 1700000000,
+     "message": [{"role": "user", "content": "question 2"},
+                 {"role": "assistant", "content": "stored answer 2"}]}])";
 
 /// Stands in for the desktop's opener of links.
 void installOpener(const ProgramSession& session) {
@@ -50,18 +34,14 @@ void installOpener(const ProgramSession& session) {
     setenv("PATH", (session.path("bin:") + (path ? path : "")).c_str(), 1); // NOLINT(concurrency-mt-unsafe)
 }
 
-void answerStreams(ScriptedChatServer& server, ScriptedAnswer answer) {
-    server.answer("/api/v1/chat/completions/stream", std::move(answer));
-}
-
 } // namespace
 
 void PanelSession::SetUpTestSuite() {
     if (!startSession())
         return;
     server().answer("/api/v1/chat/completions", jsonAnswer(200, chatResponse("🧪 A topic")));
-    session().writeFile(ProgramSession::kPresets, presets().dump());
-    session().writeFile(ProgramSession::kHistory, conversations().dump());
+    session().writeFile(ProgramSession::kPresets, kPresets);
+    session().writeFile(ProgramSession::kHistory, kHistory);
     installOpener(session());
     session().startEditor(kEditorText);
     inputFocus_ = windows().inputFocus();
@@ -70,7 +50,7 @@ void PanelSession::SetUpTestSuite() {
 }
 
 void PanelSession::SetUp() {
-    answerWith("An answer.");
+    answerWith({"An answer."});
     input().movePointer(5, 795);
     std::filesystem::remove(session().path(kOpenedLinks));
     editor().selectFirstLine();
@@ -111,29 +91,25 @@ void PanelSession::send(const std::string& command) {
 }
 
 void PanelSession::converse(const std::string& command, const std::string& answer) {
-    answerWith(answer);
+    answerWith({answer});
     send(command);
     (void)await("push button", "New chat");
 }
 
-void PanelSession::answerWith(const std::string& text) {
-    answerStreams(server(), chatStream({text}));
+void PanelSession::answerWith(const std::vector<std::string>& pieces) {
+    server().answer(kStream, chatStream(pieces));
 }
 
 void PanelSession::answerSlowly(const std::string& beginning, const std::string& end) {
     latch_ = makeLatch();
     ScriptedAnswer answer = chatStream({beginning, end});
     answer.steps.insert(answer.steps.begin() + 1, WaitFor{latch_});
-    answerStreams(server(), answer);
+    server().answer(kStream, answer);
 }
 
 void PanelSession::finishAnswer() {
     if (latch_)
         latch_->release();
-}
-
-void PanelSession::answerWithStatus(int status) {
-    answerStreams(server(), jsonAnswer(status, "{}"));
 }
 
 bool PanelSession::isSelected(std::string_view row) {
@@ -145,10 +121,6 @@ bool PanelSession::isSelected(std::string_view row) {
 
 std::string PanelSession::openedLinks() {
     return session().readFile(kOpenedLinks);
-}
-
-bool PanelSession::comesToStore(const std::string& key, const json& value) {
-    return soon([&] { return session().defaults().value(key, json()) == value; });
 }
 
 void PanelSession::expectFrontKept(const std::string& selection) {

@@ -28,7 +28,7 @@ protected:
     static void closePanel();
     static void deselect();
 
-    static bool isPinned() { return await("check box", "On top").isChecked(); }
+    static bool isPinned() { return await("check box", "On top").has(ATSPI_STATE_CHECKED); }
 
     /// Returns when the command field has it.
     static void typeCommand(const std::string& command);
@@ -37,20 +37,14 @@ protected:
     static void converse(const std::string& command, const std::string& answer);
 
     // The next answers
-    static void answerWith(const std::string& text);
+    static void answerWith(const std::vector<std::string>& pieces);
     /// Begins with a text and then waits for `finishAnswer`.
     static void answerSlowly(const std::string& beginning, const std::string& end);
     static void finishAnswer();
-    static void answerWithStatus(int status);
-
-    // What is seen
-    static std::string answer() { return await("document", "Answer").text(); }
 
     static bool isSelected(std::string_view row);
     /// What the test has had opened, a line each.
     static std::string openedLinks();
-    /// Whether the store comes to hold this for the key.
-    static bool comesToStore(const std::string& key, const nlohmann::json& value);
 
     /// The editor is the active window with the keyboard's focus, and has what was selected.
     static void expectFrontKept(const std::string& selection = kFirstLine);
