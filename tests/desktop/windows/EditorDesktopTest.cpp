@@ -38,25 +38,6 @@ protected:
             return names == expected;
         });
     }
-
-    static void awaitField(std::size_t index, const char* key, const std::string& value) {
-        eventually("the file holds " + value, [&] { return presets()[index].value(key, "") == value; });
-    }
-
-    static void awaitName(const std::string& name) {
-        eventually("the form shows " + name, [&] { return await("text", "Name").text() == name; });
-    }
-
-    static void chooseRow(const std::string& name) {
-        click(await("list item", "🦉" + name));
-        awaitName(name);
-    }
-
-    static void panelLists(const std::string& name) {
-        openPanel();
-        EXPECT_NO_THROW(await("list item", name));
-        closePanelByHotKey();
-    }
 };
 
 } // namespace
@@ -66,62 +47,18 @@ TEST_F(EditorDesktop, APresetIsAddedEditedAndStandsInThePanelsListAtOnce) {
     EXPECT_TRUE(await("radio button", "Non-context").press());
     EXPECT_TRUE(goes("list item", "🦉One"));
     click(await("push button", "+ Add"));
-    eventually("the preset is in the file", [] { return presets().size() == 2; });
-    json added = presets()[1];
-    EXPECT_EQ(added.value("id", "").size(), 36U);
-    added.erase("id");
-    EXPECT_EQ(added, (json{{"emoji", "😀"},
-                           {"name", "New Prompt"},
-                           {"prompt", "Hi!"},
-                           {"systemPrompt", "You're a helpful assistant!"},
-                           {"promptType", "nonContext"}}));
-    panelLists("New Prompt");
+    awaitNames("the preset is in the file", {"One", "New Prompt"});
     awaitWindow("Prompt Editor");
     input().type("Haiku");
-    awaitField(1, "name", "Haiku");
-    tabTo("text", "System Prompt");
+    awaitNames("its name is typed over", {"One", "Haiku"});
+    click(await("text", "System Prompt"));
     input().chord({KEY_LEFTCTRL, KEY_A});
     input().type("Poet.");
-    awaitField(1, "systemPrompt", "Poet.");
-    EXPECT_TRUE(await("text", "Emoji").setText("👩‍🚀"));
-    awaitField(1, "emoji", "👩‍🚀");
-    EXPECT_FALSE(has("push button", "Add Selected Text"));
-    panelLists("Haiku");
+    eventually("the file holds it", [] { return presets()[1].value("systemPrompt", "") == "Poet."; });
+    openPanel();
+    EXPECT_NO_THROW(await("list item", "Haiku"));
+    closePanelByHotKey();
     EXPECT_EQ(presets()[0], preset("One", "context"));
-}
-
-TEST_F(EditorDesktop, PresetsAreReorderedByPointerAndByKeyboardAndChangeTheirKind) {
-    open(json::array({preset("One", "context"), preset("Other", "nonContext"), preset("Two", "context"),
-                      preset("Three", "context")}));
-    chooseRow("One");
-    input().chord({KEY_LEFTALT, KEY_DOWN});
-    awaitNames("Alt+Down moves it behind the next one of its kind", {"Other", "Two", "One", "Three"});
-    const DesktopRectangle from = await("list item", "🦉Two").bounds();
-    const DesktopRectangle last = await("list item", "🦉Three").bounds();
-    drag(from.x + 40, from.y + from.height / 2, 0, last.y + last.height - from.y - from.height / 2);
-    awaitNames("the pointer drags one to the end", {"Other", "One", "Three", "Two"});
-    chooseRow("Three");
-    click(await("radio button", "Non - Context"));
-    awaitField(2, "promptType", "nonContext");
-    EXPECT_TRUE(goes("list item", "🦉Three"));
-    EXPECT_EQ(await("text", "Name").text(), "Three") << "the form stays on it";
-}
-
-TEST_F(EditorDesktop, DeletesByButtonAndKeyCanBeUndoneAndTheLastPresetStays) {
-    const json list = json::array({preset("One", "context"), preset("Two", "context")});
-    open(list);
-    chooseRow("Two");
-    click(await("push button", "Delete"));
-    awaitNames("the button deletes", {"One"});
-    awaitName("One");
-    input().chord({KEY_LEFTCTRL, KEY_Z});
-    awaitNames("Ctrl+Z brings it back", {"One", "Two"});
-    chooseRow("One");
-    input().tapKey(KEY_DELETE);
-    awaitNames("the key deletes as well", {"Two"});
-    click(await("push button", "Undo Delete"));
-    awaitNames("the button brings it back", {"One", "Two"});
-    EXPECT_EQ(presets(), list);
 }
 
 TEST_F(EditorDesktop, ALinkImportsAPresetIntoTheRunningProgramAndStartsTheOneThatDoesNotRun) {
@@ -176,14 +113,13 @@ TEST_F(EditorDesktop, TheWholeListGoesIntoAFileAndComesBackFromIt) {
     chooseFile(2, "Export All Presets");
     eventually("the file is there", [] { return json::accept(session().readFile("copy.json")); });
     EXPECT_EQ(json::parse(session().readFile("copy.json")), list);
-    chooseRow("One");
+    click(await("list item", "🦉One"));
     click(await("push button", "Delete"));
     awaitNames("the preset is deleted", {"Two"});
     chooseFile(1, "Import Presets");
     awaitText("1 preset was added.");
     EXPECT_TRUE(shows("1 preset of the file was in the list already."));
     awaitNames("the preset is back, at the end", {"Two", "One"});
-    awaitName("One");
 }
 
 } // namespace quillmoth::test

@@ -84,24 +84,6 @@ void WindowsSession::ask(const std::string& command) {
     closePanelByHotKey();
 }
 
-void WindowsSession::tabTo(std::string_view role, std::string_view name) {
-    constexpr int kMost = 40;
-    const std::string wanted = std::string(role) + ' ' + std::string(name);
-    for (int count = 0; count < kMost; ++count) {
-        // Between two controls nothing has it for a moment.
-        std::vector<std::string> focused;
-        waitFor([&] { return !(focused = shown().focused()).empty(); });
-        // A text area and the part of it that scrolls both have it.
-        for (const std::string& one : focused)
-            if (one.starts_with(wanted))
-                return;
-        input().tapKey(KEY_TAB);
-        // Two controls of one name side by side only cost this wait.
-        waitFor([&] { return shown().focused() != focused; }, std::chrono::seconds(2));
-    }
-    ADD_FAILURE() << "Tab does not reach the " << wanted;
-}
-
 std::vector<ScriptedRequest> WindowsSession::chatRequests() {
     std::vector<ScriptedRequest> result;
     for (auto& request : server().requests())

@@ -3,7 +3,6 @@
 #include "tests/desktop/support/ProgramTest.h"
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace quillmoth::test {
@@ -46,9 +45,6 @@ protected:
     static std::uint32_t openMenu();
     /// Opens the panel by the hot key, sends `command`, and closes the panel with its conversation.
     static void ask(const std::string& command);
-    /// Presses Tab until the control has the keyboard.
-    static void tabTo(std::string_view role, std::string_view name);
-
     /// Those that streamed an answer, in the order of their arrival.
     [[nodiscard]] static std::vector<ScriptedRequest> chatRequests();
 };
