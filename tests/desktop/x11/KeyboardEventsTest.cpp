@@ -79,11 +79,8 @@ protected:
     /// The modifiers as the server sees them.
     static std::uint32_t modifiers() {
         auto* connection = desktop().connection();
-        auto* reply = xcb_query_pointer_reply(connection,
-                                              xcb_query_pointer(connection, desktop().rootWindow()), nullptr);
-        const std::uint32_t mask = reply->mask & 0xFFU;
-        std::free(reply);
-        return mask;
+        const auto cookie = xcb_query_pointer(connection, desktop().rootWindow());
+        return ownedReply(xcb_query_pointer_reply(connection, cookie, nullptr))->mask & 0xFFU;
     }
 };
 
@@ -212,27 +209,6 @@ TEST_F(KeyboardEventsTest, TerminalsAreToldByTheirNamesAndByWhatTheyHold) {
     Witness witness;
     ASSERT_TRUE(hasFocus(witness));
     EXPECT_EQ(inFront(), std::nullopt);
-}
-
-TEST_F(KeyboardEventsTest, ACompositorIsNoticed) {
-    auto& screen = backEnd().screen();
-    EXPECT_FALSE(screen.isComposited());
-    std::vector<bool> changes;
-    const auto subscription = screen.onCompositionChange([&](bool now) { changes.push_back(now); });
-    auto* connection = desktop().connection();
-    const auto window = xcb_generate_id(connection);
-    xcb_create_window(connection, 0, window, desktop().rootWindow(), -1, -1, 1, 1, 0,
-                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
-    auto* atom =
-        xcb_intern_atom_reply(connection, xcb_intern_atom(connection, 0, 13, "_NET_WM_CM_S0"), nullptr);
-    xcb_set_selection_owner(connection, window, atom->atom, XCB_CURRENT_TIME);
-    std::free(atom);
-    xcb_flush(connection);
-    EXPECT_TRUE(holdsWithin(1s, [&] { return changes == std::vector<bool>{true}; }));
-    EXPECT_TRUE(screen.isComposited());
-    xcb_destroy_window(connection, window);
-    xcb_flush(connection);
-    EXPECT_TRUE(holdsWithin(1s, [&] { return changes == std::vector<bool>{true, false}; }));
 }
 
 } // namespace quillmoth::test

@@ -28,15 +28,13 @@ protected:
     }
 
     /// A terminal that stands in for the application in front.
-    static std::unique_ptr<ChildProcess> frontTerminal(const std::string& title,
-                                                       const std::string& shellCommand = "sleep 60",
-                                                       const std::string& geometry = "60x20+100+100") {
-        auto terminal = std::make_unique<ChildProcess>(std::vector<std::string>{
-            "xterm", "-T", title, "-geometry", geometry, "-e", "sh", "-c", shellCommand});
+    static ChildProcess frontTerminal(const std::string& title, const std::string& command = "sleep 60") {
+        ChildProcess terminal(
+            {"xterm", "-T", title, "-geometry", "60x20+100+100", "-e", "sh", "-c", command});
         EXPECT_TRUE(holdsWithin(std::chrono::seconds(5), [&] {
             const auto window = desktop().windows().windowTitled(title);
             return window && desktop().windows().activeWindow() == *window;
-        })) << terminal->output();
+        })) << terminal.output();
         return terminal;
     }
 };
