@@ -24,12 +24,16 @@ using test::modeOf;
 using test::setContent;
 using test::TemporaryFolder;
 
-TEST(FileSafety, WhatIsMadeIsForItsOwnerAloneWhateverTheMaskIs) {
+class FileSafety : public testing::Test {
+protected:
     const TemporaryFolder folder;
-    const mode_t former = umask(0);
     FileWriter writer;
     test::RunLoop loop;
-    FileDocuments documents(folder.path("Documents"), writer, loop);
+    FileDocuments documents{folder.path("Documents"), writer, loop};
+};
+
+TEST_F(FileSafety, WhatIsMadeIsForItsOwnerAloneWhateverTheMaskIs) {
+    const mode_t former = umask(0);
     const std::string own = *documents.documentsDirectory(true) + "/Quillmoth";
     EXPECT_TRUE(documents.createDirectory(own));
     EXPECT_TRUE(documents.writeFile(own + "/replaced", "x"));
@@ -42,8 +46,7 @@ TEST(FileSafety, WhatIsMadeIsForItsOwnerAloneWhateverTheMaskIs) {
     EXPECT_EQ(modeOf(own + "/appended"), 0600U);
 }
 
-TEST(FileSafety, AFolderIsPutInOrderOnceAndLeftAsTheUserWantsItThen) {
-    const TemporaryFolder folder;
+TEST_F(FileSafety, AFolderIsPutInOrderOnceAndLeftAsTheUserWantsItThen) {
     FakeUserDefaults defaults;
     chmod(folder.path().c_str(), 0755);
     setContent(folder.path("wide"), "");
@@ -64,11 +67,7 @@ TEST(FileSafety, AFolderIsPutInOrderOnceAndLeftAsTheUserWantsItThen) {
     EXPECT_EQ(folder.names(), (std::vector<std::string>{"narrow", "wide"}));
 }
 
-TEST(FileSafety, WhatCannotBeReadIsSaidToBeThereAndNotWaitedFor) {
-    const TemporaryFolder folder;
-    FileWriter writer;
-    test::RunLoop loop;
-    FileDocuments documents(folder.path(), writer, loop);
+TEST_F(FileSafety, WhatCannotBeReadIsSaidToBeThereAndNotWaitedFor) {
     ASSERT_EQ(mkfifo(folder.path("pipe").c_str(), 0600), 0);
     setContent(folder.path("large"), "");
     ASSERT_EQ(truncate(folder.path("large").c_str(), off_t{600} << 20), 0);
@@ -83,9 +82,7 @@ TEST(FileSafety, WhatCannotBeReadIsSaidToBeThereAndNotWaitedFor) {
     EXPECT_FALSE(appendToFile(folder.path("pipe"), "x"));
 }
 
-TEST(FileWriter, WritesTheLastOfWhatWaitsForOneFileInOrderAndAnswersAll) {
-    const TemporaryFolder folder;
-    FileWriter writer;
+TEST_F(FileSafety, TheLastOfWhatWaitsForOneFileIsWrittenInOrderAndAllIsAnswered) {
     std::promise<void> gate;
     writer.run([future = gate.get_future().share()] { future.wait(); });
     std::string answers;

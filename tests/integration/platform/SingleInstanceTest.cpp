@@ -47,77 +47,7 @@ private:
 
 [[maybe_unused]] const auto* const kPrivateBus = testing::AddGlobalTestEnvironment(new PrivateBus);
 
-struct Ended {
-    int exitCode = -1;
-    std::string output;
-    std::string errors;
-};
-
-/// Runs a start of the program to its end; this process goes on answering the bus.
-Ended start(const QStringList& arguments, const QProcessEnvironment& environment = {}) {
-    QProcess process;
-    if (!environment.isEmpty())
-        process.setProcessEnvironment(environment);
-    process.start("timeout", QStringList{"20", SECOND_START_PROGRAM} + arguments);
-    EXPECT_TRUE(test::eventually([&] { return process.state() == QProcess::NotRunning; }, 20'000));
-    return {process.exitCode(), process.readAllStandardOutput().toStdString(),
-            process.readAllStandardError().toStdString()};
-}
-
-struct RunningInstance {
-    std::vector<InstanceRequest> requests;
-    SingleInstance instance{[this](const InstanceRequest& request) { requests.push_back(request); }};
-
-    RunningInstance() { EXPECT_EQ(instance.claim(), SingleInstance::Claim::owner); }
-};
-
-constexpr int kBecomesTheProgram = 100;
-
 } // namespace
-
-TEST(SingleInstance, ASecondStartHandsItsCommandOverAndEndsWell) {
-    RunningInstance running;
-    const std::vector<std::pair<QStringList, InstanceRequest>> cases{
-        {{}, {Kind::activate}},
-        {{"--toggle"}, {Kind::toggle}},
-        {{"--settings"}, {Kind::settings}},
-        {{"--quit"}, {Kind::quit}},
-        {{"quillmoth://promptEditor", "quillmoth:?data=a%20b"},
-         {Kind::open, {"quillmoth://promptEditor", "quillmoth:?data=a%20b"}}},
-    };
-    for (const auto& [arguments, expected] : cases) {
-        running.requests.clear();
-        const auto ended = start(arguments);
-        EXPECT_EQ(ended.exitCode, 0) << ended.errors;
-        EXPECT_EQ(ended.output + ended.errors, "");
-        EXPECT_EQ(running.requests, std::vector{expected});
-    }
-}
-
-TEST(SingleInstance, WithNoneRunningAStartGoesOnAndQuitSaysSo) {
-    auto withoutBus = QProcessEnvironment::systemEnvironment();
-    withoutBus.insert("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nowhere/bus");
-    for (const auto& environment : {QProcessEnvironment(), withoutBus}) {
-        EXPECT_EQ(start({}, environment).exitCode, kBecomesTheProgram);
-        const auto toggle = start({"--toggle"}, environment);
-        EXPECT_EQ(toggle.exitCode, kBecomesTheProgram);
-        EXPECT_EQ(toggle.output, "first request " + std::to_string(static_cast<int>(Kind::toggle)) + "\n");
-        const auto quit = start({"--quit"}, environment);
-        EXPECT_EQ(quit.exitCode, 1);
-        EXPECT_EQ(quit.errors, "quillmoth: Quillmoth is not running.\n");
-    }
-}
-
-TEST(SingleInstance, WrongUseHelpAndVersionNeedNoInstance) {
-    const auto wrong = start({"--tggle"});
-    EXPECT_EQ(wrong.exitCode, 2);
-    EXPECT_EQ(wrong.output, "");
-    EXPECT_NE(wrong.errors.find("\"--tggle\""), std::string::npos);
-    EXPECT_EQ(start({"--version"}).output, "Quillmoth 1.2.3\n");
-    const auto help = start({"--help"});
-    EXPECT_EQ(help.exitCode, 0);
-    EXPECT_NE(help.output.find("--toggle"), std::string::npos);
-}
 
 TEST(SingleInstance, TheNameBelongsToTheFirstAndIsFreeAgainAfterIt) {
     auto other = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "other process");
@@ -149,7 +79,9 @@ TEST(SingleInstance, AnInstanceThatHangsIsReportedAndNotWaitedForLong) {
 }
 
 TEST(SingleInstance, LaunchersReachEachActionAndHearOfUnknownOnes) {
-    RunningInstance running;
+    std::vector<InstanceRequest> requests;
+    SingleInstance instance([&](const InstanceRequest& request) { requests.push_back(request); });
+    ASSERT_EQ(instance.claim(), SingleInstance::Claim::owner);
     auto launcher = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "launcher");
     QVariantMap platformData{{"desktop-startup-id", "token-1"}};
     const auto call = [&](const char* method, const QVariantList& arguments) {
@@ -169,7 +101,7 @@ TEST(SingleInstance, LaunchersReachEachActionAndHearOfUnknownOnes) {
     EXPECT_TRUE(action("prompt-editor"));
     EXPECT_FALSE(action("no-such-action"));
     EXPECT_TRUE(call("Open", {QStringList{"QuillMoth://promptEditor", "other://x"}}));
-    EXPECT_EQ(running.requests,
+    EXPECT_EQ(requests,
               (std::vector<InstanceRequest>{
                   {Kind::getStarted}, {Kind::promptEditor}, {Kind::open, {"quillmoth://promptEditor"}}}));
     EXPECT_EQ(qgetenv("XDG_ACTIVATION_TOKEN"), "token-2");

@@ -8,30 +8,26 @@
 #include "tests/integration/platform/TemporaryFolder.h"
 
 #include <QRegularExpression>
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <limits>
-#include <mutex>
 #include <set>
+#include <span>
 #include <thread>
 
 namespace quillmoth::platform {
 
 TEST(QtUUIDSource, GivesDifferentVersion4UUIDsToAllThreads) {
     QtUUIDSource source;
-    std::mutex mutex;
-    std::set<std::string> all;
-    std::vector<std::thread> threads;
-    for (int number = 0; number < 4; ++number)
-        threads.emplace_back([&] {
-            std::vector<std::string> mine;
-            for (int count = 0; count < 1000; ++count)
-                mine.push_back(source.makeUUID());
-            const std::lock_guard lock(mutex);
-            all.insert(mine.begin(), mine.end());
-        });
-    for (auto& thread : threads)
-        thread.join();
-    EXPECT_EQ(all.size(), 4000U);
+    std::vector<std::string> all(4000);
+    {
+        std::vector<std::jthread> threads;
+        for (const std::size_t first : {0U, 1000U, 2000U, 3000U})
+            threads.emplace_back([&, mine = std::span(all).subspan(first, 1000)] {
+                std::generate(mine.begin(), mine.end(), [&] { return source.makeUUID(); });
+            });
+    }
+    EXPECT_EQ(std::set<std::string>(all.begin(), all.end()).size(), all.size());
     const QRegularExpression form("^[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}$");
     for (const auto& uuid : all)
         ASSERT_TRUE(form.match(QString::fromStdString(uuid)).hasMatch()) << uuid;
