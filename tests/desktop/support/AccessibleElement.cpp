@@ -51,20 +51,16 @@ AccessibleElement::Reply AccessibleElement::property(const char* interface, cons
     return ownedVariant(unpacked<GVariant*>(reply, "(v)"));
 }
 
-std::string AccessibleElement::textProperty(const char* name) const {
-    return unpackedText(property(kAccessible, name), "&s");
-}
-
 std::string AccessibleElement::role() const {
     return unpackedText(call(kAccessible, "GetRoleName", nullptr, "(s)"), "(&s)");
 }
 
 std::string AccessibleElement::name() const {
-    return textProperty("Name");
+    return unpackedText(property(kAccessible, "Name"), "&s");
 }
 
 std::string AccessibleElement::description() const {
-    return textProperty("Description");
+    return unpackedText(property(kAccessible, "Description"), "&s");
 }
 
 std::string AccessibleElement::textBetween(int start, int end) const {
@@ -127,10 +123,6 @@ bool AccessibleElement::has(AtspiStateType state) const {
         static_cast<const guint32*>(g_variant_get_fixed_array(words.get(), &count, sizeof(guint32)));
     const auto place = static_cast<gsize>(state);
     return place / 32 < count && (bits[place / 32] >> (place % 32) & 1U) != 0;
-}
-
-bool AccessibleElement::isPassword() const {
-    return unpacked<guint32>(call(kAccessible, "GetRole", nullptr, "(u)"), "(u)") == ATSPI_ROLE_PASSWORD_TEXT;
 }
 
 bool AccessibleElement::press() const {

@@ -38,18 +38,9 @@ public:
 
     [[nodiscard]] bool has(AtspiStateType state) const;
 
-    [[nodiscard]] bool isShowing() const { return has(ATSPI_STATE_SHOWING); }
-
     [[nodiscard]] bool isFocused() const { return has(ATSPI_STATE_FOCUSED); }
 
-    [[nodiscard]] bool isChecked() const { return has(ATSPI_STATE_CHECKED); }
-
     [[nodiscard]] bool isSelected() const { return has(ATSPI_STATE_SELECTED); }
-
-    [[nodiscard]] bool isEnabled() const { return has(ATSPI_STATE_ENABLED); }
-
-    /// Whether its text is not to be read out.
-    [[nodiscard]] bool isPassword() const;
 
     /// Does what a screen reader's "press" does; false where the control offers nothing of the kind.
     bool press() const;
@@ -63,7 +54,6 @@ private:
     [[nodiscard]] Reply call(const char* interface, const char* method, _GVariant* arguments,
                              const char* replyType) const;
     [[nodiscard]] Reply property(const char* interface, const char* name) const;
-    [[nodiscard]] std::string textProperty(const char* name) const;
     [[nodiscard]] std::string textBetween(int start, int end) const;
 
     Bus bus_;

@@ -102,17 +102,4 @@ DesktopRectangle DesktopWindows::geometry(std::uint32_t window) const {
     return {place->dst_x, place->dst_y, size->width, size->height};
 }
 
-void DesktopWindows::activate(std::uint32_t window) {
-    xcb_client_message_event_t event = {};
-    event.response_type = XCB_CLIENT_MESSAGE;
-    event.format = 32;
-    event.window = window;
-    event.type = atom("_NET_ACTIVE_WINDOW");
-    event.data.data32[0] = 2; // a pager
-    xcb_send_event(connection_, 0, rootWindow_,
-                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
-                   reinterpret_cast<const char*>(&event));
-    xcb_flush(connection_);
-}
-
 } // namespace quillmoth::test

@@ -50,8 +50,6 @@ public:
     /// In the coordinates of the screen, without the window manager's frame.
     [[nodiscard]] DesktopRectangle geometry(std::uint32_t window) const;
     [[nodiscard]] std::uint32_t atom(const char* name) const;
-    /// Asks the window manager to activate the window, as a task bar does.
-    void activate(std::uint32_t window);
 
 private:
     using Condition = std::function<bool(std::uint32_t window, bool isManaged)>;
