@@ -14,14 +14,7 @@ using namespace std::chrono_literals;
 
 class PanelPlace : public PanelSession {
 protected:
-    void TearDown() override {
-        if (layout_ != "us")
-            setLayout("us");
-        PanelSession::TearDown();
-    }
-
-    void setLayout(const std::string& layout, const std::string& variant = "") {
-        layout_ = layout;
+    static void setLayout(const std::string& layout, const std::string& variant = "") {
         runChild({"setxkbmap", layout, variant}, 5s);
         // The server tells everybody, and hot keys are taken anew, in a moment.
         letPass(700ms);
@@ -34,9 +27,6 @@ protected:
             nullptr));
         return reply && reply->bounding_shaped != 0;
     }
-
-private:
-    std::string layout_ = "us";
 };
 
 TEST_F(PanelPlace, KeyEquivalentsWorkByPositionOnOtherAlphabets) {
@@ -51,6 +41,7 @@ TEST_F(PanelPlace, KeyEquivalentsWorkByPositionOnOtherAlphabets) {
         pressHotKey();
         EXPECT_TRUE(closes()) << layout;
     }
+    setLayout("us");
 }
 
 TEST_F(PanelPlace, LettersOfALayoutAndDeadKeysReachTheField) {

@@ -91,10 +91,6 @@ std::optional<AccessibleElement> AccessibleProgram::find(std::string_view role, 
     return std::nullopt;
 }
 
-bool AccessibleProgram::has(std::string_view role, std::string_view name) const {
-    return find(role, name).has_value();
-}
-
 bool AccessibleProgram::shows(std::string_view text) const {
     const auto all = showing();
     return std::any_of(all.begin(), all.end(), [&](const AccessibleElement& element) {

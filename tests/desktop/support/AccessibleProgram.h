@@ -28,7 +28,6 @@ public:
     /// The first of these with the role ("push button") whose name begins so.
     [[nodiscard]] std::optional<AccessibleElement> find(std::string_view role,
                                                         std::string_view name = "") const;
-    [[nodiscard]] bool has(std::string_view role, std::string_view name = "") const;
     /// Whether any name or text on screen contains `text`.
     [[nodiscard]] bool shows(std::string_view text) const;
     /// The names of all with the role.

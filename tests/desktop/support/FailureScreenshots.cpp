@@ -10,11 +10,6 @@ namespace {
 
 class Photographer : public testing::EmptyTestEventListener {
 public:
-    Photographer() {
-        if (const auto* test = testing::UnitTest::GetInstance()->current_test_info())
-            Photographer::OnTestStart(*test);
-    }
-
     VirtualDesktop* desktop = nullptr;
 
 private:

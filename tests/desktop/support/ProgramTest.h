@@ -39,7 +39,9 @@ protected:
     /// Waits for what has the role and a name that begins so. Throws where it does not come up.
     static AccessibleElement await(std::string_view role, std::string_view name = "");
 
-    static bool has(std::string_view role, std::string_view name = "") { return shown().has(role, name); }
+    static bool has(std::string_view role, std::string_view name = "") {
+        return shown().find(role, name).has_value();
+    }
 
     /// Whether it goes within the usual time.
     static bool goes(std::string_view role, std::string_view name);

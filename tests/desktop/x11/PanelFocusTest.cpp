@@ -168,4 +168,31 @@ TEST_F(PanelFocusTest, AClickInACandidateWindowIsInside) {
     xcb_flush(connection);
 }
 
+TEST_F(PanelFocusTest, WhatIsTypedBeforeThePanelHasTheKeyboardComesToItAndNotToTheOtherWindow) {
+    auto& hotKeys = backEnd().hotKeyCenter();
+    int presses = 0;
+    hotKeys.installEventHandler([&](const platform::HotKeyEvent* event) {
+        if (event->kind == platform::kEventHotKeyPressed)
+            ++presses;
+        else if (!focus().isHeld()) {
+            focus().prepare();
+            input().type("aB cd");
+            input().chord({KEY_LEFTALT, KEY_SPACE});
+            focus().acquire(panel.winId());
+            input().type("e");
+        }
+        return platform::noErr;
+    });
+    platform::HotKeyCenter::Handle altSpace = 0;
+    EXPECT_EQ(hotKeys.registerEventHotKey(49, 0x800, {7, 1}, altSpace), platform::noErr);
+    input().chord({KEY_LEFTALT, KEY_SPACE});
+    EXPECT_TRUE(holdsWithin(2s, [&] { return panel.typed == "aB cde"; })) << panel.typed;
+    EXPECT_EQ(presses, 2) << "the second one too";
+    hotKeys.unregisterEventHotKey(altSpace);
+    hotKeys.installEventHandler({});
+    focus().release();
+    input().type("after\n");
+    EXPECT_TRUE(holdsWithin(2s, [] { return typedIntoTerminal() == "after\n"; })) << typedIntoTerminal();
+}
+
 } // namespace quillmoth::test
