@@ -52,6 +52,7 @@ TEST_F(EditorDesktop, APresetIsAddedEditedAndStandsInThePanelsListAtOnce) {
     input().type("Haiku");
     awaitNames("its name is typed over", {"One", "Haiku"});
     click(await("text", "System Prompt"));
+    EXPECT_TRUE(soon([] { return await("text", "System Prompt").isFocused(); }));
     input().chord({KEY_LEFTCTRL, KEY_A});
     input().type("Poet.");
     eventually("the file holds it", [] { return presets()[1].value("systemPrompt", "") == "Poet."; });

@@ -146,6 +146,7 @@ TEST_F(SecretKey, OfAllFilesAndOutputOfARunTheDefaultsStoreAloneHoldsTheKey) {
     run({"--settings"});
     awaitWindow("Settings");
     click(await("text", "OpenAI API Key:"));
+    EXPECT_TRUE(isFocused("text OpenAI API Key:"));
     input().type(kKey);
     awaitStored("openapikey", kKey);
     ask("one");
