@@ -169,7 +169,7 @@ TEST_F(KeyboardEventsTest, TheFrontTerminalsSelectionIsReadAndNobodyElses) {
     const auto terminal = frontTerminal("front", "printf 'pr\\303\\251cis\\n'; sleep 60");
     auto& front = backEnd().frontApplication();
     const auto process = front.processIdentifier();
-    EXPECT_EQ(process, terminal->processIdentifier());
+    EXPECT_EQ(process, terminal.processIdentifier());
     EXPECT_EQ(front.primarySelection(), std::nullopt);
     const auto place = desktop().windows().geometry(desktop().windows().activeWindow());
     EXPECT_TRUE(holdsWithin(5s, [&] {
