@@ -1,6 +1,7 @@
 #include "tests/desktop/matrix/Fields.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <linux/input-event-codes.h>
 #include <stdexcept>
@@ -10,20 +11,6 @@ namespace quillmoth::test {
 namespace {
 
 using namespace std::chrono_literals;
-
-/// Where each sample begins in the document.
-constexpr std::size_t kFirstLines[] = {0, 1, 2, 4};
-
-ProgramKind editorKind(const Editor& editor, bool isLight) {
-    return {.name = editor.name,
-            .executable = editor.command.front(),
-            .isLight = isLight,
-            .open = [=](CapturingDesktop& desktop) {
-                return RunningProgram{
-                    startInFront(desktop, editor.commandOn(desktop.desktop, sampleDocument())),
-                    {editorField(desktop, editor.name)}};
-            }};
-}
 
 ProgramKind ownWindow(const std::string& name, const std::string& what, Field::Kind kind) {
     return {.name = name,
@@ -39,24 +26,6 @@ ProgramKind ownWindow(const std::string& name, const std::string& what, Field::K
                 return RunningProgram{startInFront(desktop, {ATSPI_FIELD_WINDOW, what, sampleDocument()}),
                                       {field}};
             }};
-}
-
-/// From the middle of the first line's first character to the end of another line; the last line is wide.
-void dragOverLines(CapturingDesktop& desktop, std::size_t first, std::size_t count) {
-    constexpr int kLineHeight = 13;
-    constexpr int kBorder = 2;
-    const auto place = desktop.desktop.windows().geometry(desktop.desktop.windows().activeWindow());
-    const auto lineAt = [&](std::size_t line) {
-        return place.y + kBorder + kLineHeight * static_cast<int>(line) + kLineHeight / 2;
-    };
-    DesktopInput& input = desktop.input();
-    // Far from the press before it, which would make it a double one.
-    letPass(300ms);
-    input.movePointer(place.x + kBorder, lineAt(first));
-    input.pressButton(1);
-    input.movePointer(place.x + kBorder + 60, lineAt(first));
-    input.movePointer(place.x + place.width - 20, lineAt(first + count - 1));
-    input.releaseButton(1);
 }
 
 RunningProgram openXTerm(CapturingDesktop& desktop) {
@@ -90,6 +59,34 @@ RunningProgram openXfceTerminal(CapturingDesktop& desktop) {
 }
 
 } // namespace
+
+ProgramKind editorKind(const Editor& editor, bool isLight) {
+    return {.name = editor.name,
+            .executable = editor.command.front(),
+            .isLight = isLight,
+            .open = [=](CapturingDesktop& desktop) {
+                return RunningProgram{
+                    startInFront(desktop, editor.commandOn(desktop.desktop, sampleDocument())),
+                    {editorField(desktop, editor.name)}};
+            }};
+}
+
+void dragOverLines(CapturingDesktop& desktop, std::size_t first, std::size_t count) {
+    constexpr int kLineHeight = 13;
+    constexpr int kBorder = 2;
+    const auto place = desktop.desktop.windows().geometry(desktop.desktop.windows().activeWindow());
+    const auto lineAt = [&](std::size_t line) {
+        return place.y + kBorder + kLineHeight * static_cast<int>(line) + kLineHeight / 2;
+    };
+    DesktopInput& input = desktop.input();
+    // Far from the press before it, which would make it a double one.
+    letPass(300ms);
+    input.movePointer(place.x + kBorder, lineAt(first));
+    input.pressButton(1);
+    input.movePointer(place.x + kBorder + 60, lineAt(first));
+    input.movePointer(place.x + place.width - 20, lineAt(first + count - 1));
+    input.releaseButton(1);
+}
 
 ChildOptions programOptions() {
     // Without stored settings no program asks whether to bring back what it showed the time before.
@@ -157,12 +154,32 @@ ChildProcess startInFront(CapturingDesktop& desktop, const std::vector<std::stri
     DesktopWindows& windows = desktop.desktop.windows();
     waitFor([&] { return windows.managedWindows().empty(); });
     ChildProcess process(command, programOptions());
-    const bool isInFront = holdsWithin(limit, [&] {
-        const auto managed = windows.managedWindows();
-        return std::find(managed.begin(), managed.end(), windows.activeWindow()) != managed.end();
-    });
+    bool isInFront = false;
+    waitFor(
+        [&] {
+            const auto managed = windows.managedWindows();
+            isInFront = std::find(managed.begin(), managed.end(), windows.activeWindow()) != managed.end();
+            return isInFront || !process.isRunning();
+        },
+        limit);
     if (!isInFront)
         throw std::runtime_error(command.front() + " does not come to the front: " + process.output());
+    return process;
+}
+
+std::string freshFolder(CapturingDesktop& desktop, const std::string& name) {
+    std::string path = desktop.desktop.homeDirectory() + '/' + name;
+    std::filesystem::remove_all(path);
+    std::filesystem::create_directories(path);
+    return path;
+}
+
+ChildProcess openTitled(CapturingDesktop& desktop, const std::vector<std::string>& command,
+                        const std::string& title) {
+    ChildProcess process = startInFront(desktop, command, 30s);
+    const DesktopWindows& windows = desktop.desktop.windows();
+    if (!holdsWithin(30s, [&] { return windows.windowTitled(title) == windows.activeWindow(); }))
+        throw std::runtime_error(command.front() + " does not show " + title);
     return process;
 }
 
@@ -175,9 +192,8 @@ std::vector<ProgramKind> programKinds() {
     kinds.push_back(ownWindow("password field (Qt 6)", "password", Field::Kind::secret));
     kinds.push_back({.name = "xterm", .executable = "xterm", .isLight = true, .open = openXTerm});
     kinds.push_back({.name = "xfce4-terminal", .executable = "xfce4-terminal", .open = openXfceTerminal});
-    for (auto& kind : webPrograms())
-        kinds.push_back(std::move(kind));
-    kinds.push_back(writerProgram());
+    for (const auto& more : {usualEditors(), oddEditors(), webPrograms(), officePrograms()})
+        kinds.insert(kinds.end(), more.begin(), more.end());
     return kinds;
 }
 

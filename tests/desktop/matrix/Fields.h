@@ -18,7 +18,12 @@ struct Field {
     /// What the selection of each sample holds; empty where there is no such thing in this field.
     std::vector<std::string> samples;
     std::function<void(std::size_t sample)> select;
-    enum class Kind { editor, singleLine, readOnly, secret } kind = Kind::editor;
+    /// In an `unwritable` one an answer must change nothing, and has to be on the clipboard instead.
+    enum class Kind { editor, singleLine, readOnly, secret, unwritable } kind = Kind::editor;
+    /// All that it holds; without it, what selecting all and copying gives.
+    std::function<std::string()> contents = {};
+    /// Takes a step back; without it, Ctrl+Z.
+    std::function<void()> undo = {};
 };
 
 /// A program with its fields; open one at a time.
@@ -59,17 +64,34 @@ std::string sampleDocument();
 
 std::vector<ProgramKind> programKinds();
 
-/// The programs of browsers and offices; see programKinds.
+/// The programs of browsers, mail and offices; see programKinds.
 std::vector<ProgramKind> webPrograms();
-ProgramKind writerProgram();
+std::vector<ProgramKind> officePrograms();
+/// Editors beside the light ones: usual ones, and those that have keys or a toolkit of their own.
+std::vector<ProgramKind> usualEditors();
+std::vector<ProgramKind> oddEditors();
+ProgramKind editorKind(const Editor& editor, bool isLight);
+
+/// An empty folder of the home folder.
+std::string freshFolder(CapturingDesktop& desktop, const std::string& name);
 
 /// Starts a program; throws where it does not come to the front.
 ChildProcess startInFront(CapturingDesktop& desktop, const std::vector<std::string>& command,
                           std::chrono::seconds limit = std::chrono::seconds(10));
+/// Starts a program that takes its time, until a window of this title is in front.
+ChildProcess openTitled(CapturingDesktop& desktop, const std::vector<std::string>& command,
+                        const std::string& title);
+
+/// What the program copies of its selection.
+std::string copiedText(CapturingDesktop& desktop);
 
 /// An editor whose selection is made with the keys that all of them have.
 Field editorField(CapturingDesktop& desktop, const std::string& name);
 void selectLinesOfSample(DesktopInput& input, std::size_t sample);
+/// Drags over lines of a terminal of the font "fixed" with a border of two pixels, from its top on.
+void dragOverLines(CapturingDesktop& desktop, std::size_t first, std::size_t count);
+/// Where each sample begins in the document.
+constexpr std::size_t kFirstLines[kSampleCount] = {0, 1, 2, 4};
 
 std::vector<std::string> documentSamples();
 std::vector<std::string> documentLines();

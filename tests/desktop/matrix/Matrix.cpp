@@ -52,7 +52,7 @@ std::optional<Options> optionsFrom(int argc, char** argv) {
 
 bool isInstalled(const std::string& executable) {
     if (executable.starts_with('/'))
-        return access(executable.c_str(), X_OK) == 0;
+        return access(executable.c_str(), R_OK) == 0;
     return runChild({"which", executable}, std::chrono::seconds(3)).exitCode == 0;
 }
 

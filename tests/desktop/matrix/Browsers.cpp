@@ -1,6 +1,5 @@
 #include "tests/desktop/matrix/Fields.h"
 
-#include <filesystem>
 #include <fstream>
 #include <linux/input-event-codes.h>
 #include <stdexcept>
@@ -91,23 +90,6 @@ std::vector<Field> pageFields(CapturingDesktop& desktop, const std::string& brow
     };
 }
 
-std::string freshFolder(CapturingDesktop& desktop, const std::string& name) {
-    std::string path = desktop.desktop.homeDirectory() + '/' + name;
-    std::filesystem::remove_all(path);
-    std::filesystem::create_directories(path);
-    return path;
-}
-
-/// Starts a program that takes its time, until a window of this title is in front.
-ChildProcess openTitled(CapturingDesktop& desktop, const std::vector<std::string>& command,
-                        const std::string& title) {
-    ChildProcess process = startInFront(desktop, command, 60s);
-    const DesktopWindows& windows = desktop.desktop.windows();
-    if (!holdsWithin(60s, [&] { return windows.windowTitled(title) == windows.activeWindow(); }))
-        throw std::runtime_error(command.front() + " does not show " + title);
-    return process;
-}
-
 RunningProgram openBrowser(CapturingDesktop& desktop, const std::string& name,
                            std::vector<std::string> command) {
     const std::string path = desktop.desktop.homeDirectory() + "/page.html";
@@ -135,45 +117,11 @@ RunningProgram openFirefox(CapturingDesktop& desktop) {
     return openBrowser(desktop, "Firefox", {"firefox-esr", "--no-remote", "--profile", profile});
 }
 
-std::string writerDocument() {
-    std::string body;
-    for (const std::string& line : documentLines())
-        body += "<text:p>" + line + "</text:p>";
-    return R"(<?xml version="1.0" encoding="UTF-8"?>
-<office:document xmlns:office="urn:oasis:names:tc:opendocument:xmlns:office:1.0"
- xmlns:text="urn:oasis:names:tc:opendocument:xmlns:text:1.0"
- office:version="1.2" office:mimetype="application/vnd.oasis.opendocument.text">
-<office:body><office:text>)" +
-           body + "</office:text></office:body></office:document>";
-}
-
-RunningProgram openWriter(CapturingDesktop& desktop) {
-    const std::string profile = freshFolder(desktop, "office");
-    std::filesystem::create_directories(profile + "/user");
-    std::ofstream(profile + "/user/registrymodifications.xcu") << R"(<?xml version="1.0" encoding="UTF-8"?>
-<oor:items xmlns:oor="http://openoffice.org/2001/registry">
-<item oor:path="/org.openoffice.Office.Common/Misc"><prop oor:name="ShowTipOfTheDay" oor:op="fuse"><value>false</value></prop></item>
-<item oor:path="/org.openoffice.Office.Common/Misc"><prop oor:name="FirstRun" oor:op="fuse"><value>false</value></prop></item>
-<item oor:path="/org.openoffice.Setup/Product"><prop oor:name="ooSetupLastVersion" oor:op="fuse"><value>99.9</value></prop></item>
-</oor:items>)";
-    const std::string path = desktop.desktop.homeDirectory() + "/sample.fodt";
-    std::ofstream(path, std::ios::binary) << writerDocument();
-    return {openTitled(desktop,
-                       {"libreoffice", "--writer", "--norestore", "--nologo", "--nofirststartwizard",
-                        "-env:UserInstallation=file://" + profile, path},
-                       "sample.fodt"),
-            {editorField(desktop, "LibreOffice Writer")}};
-}
-
 } // namespace
 
 std::vector<ProgramKind> webPrograms() {
     return {{.name = "Chromium", .executable = "chromium", .open = openChromium},
             {.name = "Firefox", .executable = "firefox-esr", .open = openFirefox}};
-}
-
-ProgramKind writerProgram() {
-    return {.name = "LibreOffice Writer", .executable = "libreoffice", .open = openWriter};
 }
 
 } // namespace quillmoth::test
