@@ -133,15 +133,63 @@ RunningProgram openXedit(CapturingDesktop& desktop) {
     return {startInFront(desktop, editor.commandOn(desktop.desktop, sampleDocument())), {field}};
 }
 
+/// Tk 8.6 hands over a character beyond the Basic Multilingual Plane as two halves of three bytes each.
+std::string withWholeCharacters(const std::string& text) {
+    const auto byteAt = [&text](std::size_t index) {
+        return index < text.size() ? static_cast<unsigned char>(text[index]) : 0U;
+    };
+    std::string whole;
+    for (std::size_t index = 0; index < text.size(); ++index) {
+        const bool isPair = byteAt(index) == 0xEDU && byteAt(index + 1) >= 0xA0U &&
+                            byteAt(index + 1) < 0xB0U && byteAt(index + 3) == 0xEDU;
+        if (!isPair) {
+            whole += text[index];
+            continue;
+        }
+        const unsigned plane = (byteAt(index + 1) & 0x0FU) + 1;
+        whole += static_cast<char>(0xF0U | plane >> 2U);
+        whole += static_cast<char>(0x80U | (plane & 3U) << 4U | (byteAt(index + 2) >> 2U & 0x0FU));
+        whole += static_cast<char>(0x80U | (byteAt(index + 2) & 3U) << 4U | (byteAt(index + 4) & 0x0FU));
+        whole += text[index + 5];
+        index += 5;
+    }
+    return whole;
+}
+
 RunningProgram openTk(CapturingDesktop& desktop) {
     const Editor editor{"text widget (Tk)", {"wish", MATRIX_SOURCES "/text-widget.tcl"}};
     Field field = editorField(desktop, editor.name);
+    field.samples[1].clear();
     // Ctrl+A goes to the start of the line there.
     field.contents = [&desktop] {
         desktop.input().chord({KEY_LEFTCTRL, KEY_SLASH});
-        return copiedText(desktop);
+        return withWholeCharacters(copiedText(desktop));
     };
     return {startInFront(desktop, editor.commandOn(desktop.desktop, sampleDocument())), {field}};
+}
+
+/// A picture with a text on it that is being edited; of GTK 2, without accessibility.
+RunningProgram openGimp(CapturingDesktop& desktop) {
+    const std::string path = desktop.desktop.homeDirectory() + "/sample.ppm";
+    constexpr int kWidth = 600;
+    constexpr int kHeight = 400;
+    std::ofstream(path, std::ios::binary)
+        << "P6 " << kWidth << ' ' << kHeight << " 255\n"
+        << std::string(static_cast<std::size_t>(kWidth) * kHeight * 3, '\xFF');
+    RunningProgram program{
+        openTitled(desktop, {"gimp", "--new-instance", "--no-splash", "--no-data", path}, "[sample]"),
+        {editorField(desktop, "GIMP, text tool")}};
+    DesktopInput& input = desktop.input();
+    input.tapKey(KEY_T);
+    const auto place = desktop.desktop.windows().geometry(desktop.desktop.windows().activeWindow());
+    input.click(place.x + place.width / 2, place.y + place.height / 2);
+    desktop.pasteboard.clearContents();
+    desktop.pasteboard.setString(sampleDocument());
+    // Keys that come before the click is dealt with belong to the picture.
+    letPass(1s);
+    input.chord({KEY_LEFTCTRL, KEY_V});
+    letPass(1s);
+    return program;
 }
 
 constexpr const char* kJavaBridge = "/usr/share/java/java-atk-wrapper.jar";
@@ -182,6 +230,7 @@ std::vector<ProgramKind> oddEditors() {
             {.name = plain, .executable = "java", .open = openSwing(plain, false)},
             {.name = "text widget (Tk)", .executable = "wish", .open = openTk},
             {.name = "xedit (Xaw)", .executable = "xedit", .open = openXedit},
+            {.name = "GIMP", .executable = "gimp", .open = openGimp},
             {.name = "Vim in xterm", .executable = "gvim", .isLight = true, .open = openVimInXTerm},
             {.name = "nano in xterm", .executable = "nano", .open = openNanoInXTerm}};
 }

@@ -9,6 +9,7 @@
 #include <exception>
 #include <fstream>
 #include <iostream>
+#include <sstream>
 #include <string_view>
 #include <unistd.h>
 
@@ -53,7 +54,13 @@ std::optional<Options> optionsFrom(int argc, char** argv) {
 bool isInstalled(const std::string& executable) {
     if (executable.starts_with('/'))
         return access(executable.c_str(), R_OK) == 0;
-    return runChild({"which", executable}, std::chrono::seconds(3)).exitCode == 0;
+    const char* path = std::getenv("PATH");
+    std::istringstream folders(path != nullptr ? path : "");
+    for (std::string folder; std::getline(folders, folder, ':');) {
+        if (access((folder + '/' + executable).c_str(), X_OK) == 0)
+            return true;
+    }
+    return false;
 }
 
 std::vector<Row> rowsOf(CapturingDesktop& desktop, const ProgramKind& kind) {
