@@ -107,9 +107,9 @@ std::optional<std::string> CapturingDesktop::primarySelection() {
     return text;
 }
 
-void CapturingDesktop::replaceSelection(const std::string& text) {
+WriteResult CapturingDesktop::replaceSelection(const std::string& text) {
     writeWay.clear();
-    model->replaceSelection(text);
+    return model->replaceSelection(text);
 }
 
 } // namespace quillmoth::test

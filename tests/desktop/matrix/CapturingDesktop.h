@@ -27,7 +27,8 @@ public:
     /// Captures, with the copy where `byCopy`, and gives the text; empty where there is none.
     std::string capture(bool byCopy = false);
 
-    void replaceSelection(const std::string& text);
+    /// What is told of it.
+    WriteResult replaceSelection(const std::string& text);
 
     /// How the latest capture and the latest write-back came about: "" is the plain way.
     std::string captureWay;

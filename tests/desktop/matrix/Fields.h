@@ -18,7 +18,7 @@ struct Field {
     /// What the selection of each sample holds; empty where there is no such thing in this field.
     std::vector<std::string> samples;
     std::function<void(std::size_t sample)> select;
-    /// In an `unwritable` one an answer must change nothing, and has to be on the clipboard instead.
+    /// In an `unwritable` one an answer must change nothing, and that has to be told.
     enum class Kind { editor, singleLine, readOnly, secret, unwritable } kind = Kind::editor;
     /// All that it holds; without it, what selecting all and copying gives.
     std::function<std::string()> contents = {};
