@@ -95,7 +95,10 @@ RunningProgram openBrowser(CapturingDesktop& desktop, const std::string& name,
     const std::string path = desktop.desktop.homeDirectory() + "/page.html";
     std::ofstream(path, std::ios::binary) << page();
     command.push_back("file://" + path);
-    return {openTitled(desktop, command, "ready 0"), pageFields(desktop, name)};
+    RunningProgram program{openTitled(desktop, command, "ready 0"), pageFields(desktop, name)};
+    // It goes on starting when its page is there already.
+    letPass(3s);
+    return program;
 }
 
 RunningProgram openChromium(CapturingDesktop& desktop) {
