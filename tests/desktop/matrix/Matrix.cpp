@@ -76,7 +76,8 @@ std::vector<Row> rowsOf(CapturingDesktop& desktop, const ProgramKind& kind) {
     } catch (const std::exception& problem) {
         std::cerr << kind.name << ": " << problem.what() << '\n';
         desktop.desktop.saveScreenshot("matrix-failure.png");
-        rows.push_back(rowWithout(kind.name, "no: did not start"));
+        rows.push_back(rowWithout(kind.name, "-"));
+        rows.back().cells.front() = "no: did not start";
     }
     waitFor([&] { return desktop.desktop.windows().managedWindows().empty(); });
     return rows;
