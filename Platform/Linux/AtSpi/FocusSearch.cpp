@@ -11,8 +11,6 @@ namespace quillmoth::platform {
 namespace {
 
 constexpr std::chrono::milliseconds kWalkTimeLimit{250};
-/// Where something without a text has said already that it has the focus.
-constexpr std::chrono::milliseconds kShortWalkTimeLimit{30};
 
 /// Looks at objects that say they have the focus. Qt says so of the current page of tabs too, so one with a
 /// text is preferred.
@@ -21,10 +19,13 @@ public:
     FocusFinder(Operation& operation, Applications& applications, const FocusTracker& tracker)
         : operation_(operation), applications_(applications), tracker_(tracker) {}
 
-    ObjectReference find(std::int64_t process) {
-        if (tryTold(process))
+    ObjectReference find(std::int64_t process, Fruitless& fruitless) {
+        // One that tells of its focus has told of all there is.
+        if (tryTold(process) || !found_.isNull())
             return found_;
         for (const ObjectReference& root : applications_.rootsOf(operation_, process)) {
+            if (fruitless.contains(root.name))
+                continue;
             const ObjectReference told = tracker_.activeWindow(root.name);
             if (!told.isNull() && tryWalk(told))
                 return found_;
@@ -33,6 +34,8 @@ public:
                 if (isDone || operation_.isOver())
                     return found_;
             }
+            if (found_.isNull())
+                fruitless.insert(root.name);
         }
         return found_;
     }
@@ -82,12 +85,12 @@ private:
 
     bool tryObject(const ObjectReference& object) {
         const auto states = statesOf(operation_, object);
-        return states && states->has(ATSPI_STATE_FOCUSED) && accept(object);
+        return states && states->has(ATSPI_STATE_FOCUSED) && accept(object, *states);
     }
 
     /// Breadth first, into what is on screen only.
     bool tryWalk(const ObjectReference& window) {
-        const auto end = Operation::Clock::now() + (found_.isNull() ? kWalkTimeLimit : kShortWalkTimeLimit);
+        const auto end = Operation::Clock::now() + kWalkTimeLimit;
         // GTK 4 tells only of whole windows that they are showing.
         const bool isGTK4 = applications_.toolkitOf(operation_, window.name) == Toolkit::gtk4;
         const AtspiStateType onScreen = isGTK4 ? ATSPI_STATE_VISIBLE : ATSPI_STATE_SHOWING;
@@ -98,7 +101,7 @@ private:
             const ObjectReference object = std::move(waiting.front());
             waiting.pop_front();
             const auto states = statesOf(operation_, object);
-            if (states && states->has(ATSPI_STATE_FOCUSED) && accept(object))
+            if (states && states->has(ATSPI_STATE_FOCUSED) && accept(object, *states))
                 return true;
             const bool isWorthEntering =
                 states && states->has(onScreen) && !states->has(ATSPI_STATE_MANAGES_DESCENDANTS);
@@ -114,9 +117,10 @@ private:
 
     /// True where the search is over: `object` has a text. Without one it is kept in case nothing better
     /// comes.
-    bool accept(const ObjectReference& object) {
+    bool accept(const ObjectReference& object, States states) {
         const auto interfaces = interfacesOf(operation_, object);
-        const bool hasText = interfaces && interfaces->text;
+        const auto role = interfaces ? roleOf(operation_, object) : std::nullopt;
+        const bool hasText = role && hasOwnText(*interfaces, *role, states);
         if (hasText || (found_.isNull() && interfaces))
             found_ = object;
         return hasText;
@@ -157,8 +161,8 @@ findActiveProcess(Operation& operation, Applications& applications,
 }
 
 ObjectReference findFocus(Operation& operation, Applications& applications, const FocusTracker& tracker,
-                          std::int64_t process) {
-    return FocusFinder(operation, applications, tracker).find(process);
+                          std::int64_t process, Fruitless& fruitless) {
+    return FocusFinder(operation, applications, tracker).find(process, fruitless);
 }
 
 } // namespace quillmoth::platform

@@ -57,7 +57,10 @@ AXError checkReadableText(const TextElement& element) {
     const auto interfaces = interfacesOf(element.operation(), element.object());
     if (!interfaces)
         return element.operation().error();
-    return interfaces->text ? kAXErrorSuccess : kAXErrorAttributeUnsupported;
+    const auto states = statesOf(element.operation(), element.object());
+    if (!states)
+        return element.operation().error();
+    return hasOwnText(*interfaces, *role, *states) ? kAXErrorSuccess : kAXErrorAttributeUnsupported;
 }
 
 TextAnswer readSelectedText(const TextElement& element) {

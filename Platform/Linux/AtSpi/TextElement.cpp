@@ -51,6 +51,11 @@ std::optional<Interfaces> interfacesOf(Operation& operation, const ObjectReferen
                       .hypertext = offers(ATSPI_DBUS_INTERFACE_HYPERTEXT)};
 }
 
+bool hasOwnText(const Interfaces& interfaces, AtspiRole role, States states) {
+    const bool isCell = role == ATSPI_ROLE_TABLE_CELL || role == ATSPI_ROLE_LIST_ITEM;
+    return interfaces.text && (!isCell || states.has(ATSPI_STATE_EDITABLE));
+}
+
 TextElement::TextElement(Operation& operation, ObjectReference object, Toolkit toolkit)
     : operation_(operation), object_(std::move(object)), toolkit_(toolkit) {}
 

@@ -42,6 +42,10 @@ struct Interfaces {
 
 [[nodiscard]] std::optional<Interfaces> interfacesOf(Operation& operation, const ObjectReference& object);
 
+/// Whether the object has a text to read or write: the cells of a list or a table have one too, which is what
+/// they are called.
+[[nodiscard]] bool hasOwnText(const Interfaces& interfaces, AtspiRole role, States states);
+
 /// The text of an accessible object. Offsets are in the application's own units; text is UTF-8 without
 /// Gecko's fillers. Where a call fails the operation knows why. The accessibility thread.
 class TextElement {

@@ -169,12 +169,14 @@ PasteAnswer preparePaste(const TextElement& element, const std::string& text) {
     if (!states->has(ATSPI_STATE_FOCUSED))
         return refused(kAXErrorFailure);
     // Without a text there is nothing that such a state would be told of.
-    if (states->has(ATSPI_STATE_READ_ONLY) || (interfaces->text && !isEditable(*states)))
+    const bool hasText = hasOwnText(*interfaces, *role, *states);
+    if (states->has(ATSPI_STATE_READ_ONLY) || (hasText && !isEditable(*states)))
         return refused(kAXErrorAttributeUnsupported);
-    auto content = interfaces->text ? element.content() : std::nullopt;
+    auto content = hasText ? element.content() : std::nullopt;
     if (operation.isOver())
         return refused(operation.error());
-    PasteAnswer answer{.replacement = isSingleLine(*states, element.toolkit()) ? flattenedLines(text) : text};
+    const bool flattens = hasText && isSingleLine(*states, element.toolkit());
+    PasteAnswer answer{.replacement = flattens ? flattenedLines(text) : text};
     // Where parts are embedded the text is theirs, and a paste does not change the one that was read.
     if (content && content->text.find(kEmbeddedObject) == std::string::npos)
         answer.before = std::move(content->text);

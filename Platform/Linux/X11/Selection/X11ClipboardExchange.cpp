@@ -48,6 +48,10 @@ void X11ClipboardExchange::handle(const xcb_generic_event_t& event) {
         paste_->isCut = true;
         return;
     }
+    if (paste_ && paste_->isFetched && isClientOf(connection_.get(), paste_->application, owner)) {
+        paste_->isTaken = true;
+        return;
+    }
     // What the user has copied meanwhile is newer than what was to come back.
     paste_.reset();
     wantsCopy_ = memory_.hasBeenReplaced() || wantsCopy_;
@@ -56,6 +60,8 @@ void X11ClipboardExchange::handle(const xcb_generic_event_t& event) {
 void X11ClipboardExchange::work() {
     if (paste_ && paste_->isCut)
         offerAgainAfterCut();
+    if (paste_ && paste_->isTaken)
+        judgeTaking();
     if (std::exchange(wantsCopy_, false)) {
         auto text = reader_.text(selection_, Clock::now() + kCopyReadLimit);
         // Given up for something quick, to be begun anew behind that.
@@ -68,7 +74,7 @@ void X11ClipboardExchange::work() {
 }
 
 X11ClipboardExchange::Clock::time_point X11ClipboardExchange::nextWork() const {
-    if (wantsCopy_ || (paste_ && paste_->isCut))
+    if (wantsCopy_ || (paste_ && (paste_->isCut || paste_->isTaken)))
         return Clock::now();
     return paste_ ? paste_->restoreAt : Clock::time_point::max();
 }
@@ -138,6 +144,27 @@ void X11ClipboardExchange::expectCut() {
         paste_->awaitsCut = true;
 }
 
+void X11ClipboardExchange::expectFetch() {
+    if (!paste_)
+        return;
+    paste_->isFetched = false;
+    paste_->restoreAt = Clock::now() + kUnfetchedLimit;
+}
+
+/// Some programs put what they have pasted on the clipboard themselves. Anything else is the user's.
+void X11ClipboardExchange::judgeTaking() {
+    const auto text = reader_.text(selection_, Clock::now() + kCopyReadLimit);
+    if (!paste_)
+        return;
+    paste_->isTaken = false;
+    if (text == paste_->offered->text) {
+        takeBack();
+        return;
+    }
+    paste_.reset();
+    wantsCopy_ = memory_.hasBeenReplaced() || wantsCopy_;
+}
+
 void X11ClipboardExchange::offerAgainAfterCut() {
     auto text = reader_.text(selection_, Clock::now() + kCopyReadLimit);
     // The reading handles other events, which may have ended the paste.
@@ -160,6 +187,7 @@ void X11ClipboardExchange::delivered(xcb_window_t requestor) {
     if (!paste_ || !isClientOf(connection_.get(), paste_->application, requestor))
         return;
     paste_->restoreAt = Clock::now() + kFetchGrace;
+    paste_->isFetched = true;
     if (onFetched)
         onFetched();
 }

@@ -39,6 +39,8 @@ public:
     /// The application is about to cut something, in between: that is read, `onCut` tells of it, and the text
     /// is offered again.
     void expectCut();
+    /// The keys of the paste are on their way: what was fetched before was for something else.
+    void expectFetch();
     /// Where nobody has been asked to paste after all.
     void takeBack();
 
@@ -63,6 +65,8 @@ private:
         Clock::time_point restoreAt;
         bool awaitsCut = false;
         bool isCut = false;
+        bool isFetched = false;
+        bool isTaken = false;
     };
 
     void handle(const xcb_generic_event_t& event);
@@ -70,6 +74,7 @@ private:
     [[nodiscard]] SelectionContentRef current(const SelectionContentRef& own, Clock::time_point deadline);
     void offer(const std::string& text);
     void offerAgainAfterCut();
+    void judgeTaking();
 
     X11SelectionConnection& connection_;
     xcb_atom_t selection_;

@@ -242,6 +242,7 @@ PasteOutcome X11Pasteboard::paste(const std::string& text, const X11Application&
             return outcome;
     }
     // What was fetched before the keys, by a look at what is new there, was for no paste.
+    thread.order([](X11ClipboardExchange& clipboard) { clipboard.expectFetch(); });
     thread.forgetFetched();
     if (!keys.paste()) {
         takeBack();
