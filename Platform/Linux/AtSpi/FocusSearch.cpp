@@ -19,23 +19,28 @@ public:
     FocusFinder(Operation& operation, Applications& applications, const FocusTracker& tracker)
         : operation_(operation), applications_(applications), tracker_(tracker) {}
 
-    ObjectReference find(std::int64_t process, Fruitless& fruitless) {
-        // One that tells of its focus has told of all there is.
-        if (tryTold(process) || !found_.isNull())
+    ObjectReference find(std::int64_t process, WalkMemory& memory) {
+        // Whoever tells of a focus has told of all there is; but Qt also tells of pages of tabs and of cells.
+        if (tryTold(process) ||
+            (!found_.isNull() && applications_.toolkitOf(operation_, found_.name) != Toolkit::qt))
             return found_;
         for (const ObjectReference& root : applications_.rootsOf(operation_, process)) {
-            if (fruitless.contains(root.name))
+            if (memory.fruitless.contains(root.name))
                 continue;
+            const auto remembered = memory.found.find(root.name);
+            if (remembered != memory.found.end() && tryObject(remembered->second))
+                return found_;
             const ObjectReference told = tracker_.activeWindow(root.name);
             if (!told.isNull() && tryWalk(told))
-                return found_;
+                return memory.found[root.name] = found_;
             for (const ObjectReference& window : windowsOf(operation_, root)) {
-                const bool isDone = window != told && tryWalk(window);
-                if (isDone || operation_.isOver())
+                if (window != told && tryWalk(window))
+                    return memory.found[root.name] = found_;
+                if (operation_.isOver())
                     return found_;
             }
             if (found_.isNull())
-                fruitless.insert(root.name);
+                memory.fruitless.insert(root.name);
         }
         return found_;
     }
@@ -161,8 +166,8 @@ findActiveProcess(Operation& operation, Applications& applications,
 }
 
 ObjectReference findFocus(Operation& operation, Applications& applications, const FocusTracker& tracker,
-                          std::int64_t process, Fruitless& fruitless) {
-    return FocusFinder(operation, applications, tracker).find(process, fruitless);
+                          std::int64_t process, WalkMemory& memory) {
+    return FocusFinder(operation, applications, tracker).find(process, memory);
 }
 
 } // namespace quillmoth::platform

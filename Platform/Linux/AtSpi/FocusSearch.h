@@ -5,21 +5,26 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <set>
 #include <string>
 
 namespace quillmoth::platform {
 
-/// The connections of applications in whose windows nothing was found that has the focus. They are not
-/// searched again before they tell of one.
-using Fruitless = std::set<std::string>;
+/// What walks through the windows of applications have come to, by their connections.
+struct WalkMemory {
+    /// Where nothing was found that has the focus. They are not walked through again before they tell of one.
+    std::set<std::string> fruitless = {};
+    /// What was found last. It is looked at before another walk.
+    std::map<std::string, ObjectReference> found = {};
+};
 
 /// The object of `process` that has the keyboard: the one its events told last, while that still says so;
 /// else what a short walk through its windows meets, the active one first. Null where there is none. No
 /// question goes to a whole window at once, since some would look at each of a million cells for the answer.
 [[nodiscard]] ObjectReference findFocus(Operation& operation, Applications& applications,
                                         const FocusTracker& tracker, std::int64_t process,
-                                        Fruitless& fruitless);
+                                        WalkMemory& memory);
 
 /// The process of the first application that has an active window, other than those that are `passedOver`.
 [[nodiscard]] std::optional<std::int64_t>

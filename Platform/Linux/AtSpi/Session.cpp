@@ -64,7 +64,7 @@ FocusAnswer Session::focusedElement(const Request& request, std::int64_t process
     return perform<FocusAnswer>(request, [this, process](Operation& operation) {
         if (isLeftAlone(operation, process))
             return failed<FocusAnswer>(kAXErrorCannotComplete);
-        const ObjectReference finding = findFocus(operation, applications_, tracker_, process, fruitless_);
+        const ObjectReference finding = findFocus(operation, applications_, tracker_, process, walks_);
         if (!finding.isNull())
             return FocusAnswer{.error = kAXErrorSuccess, .object = finding};
         return FocusAnswer{.error = operation.isOver() ? operation.error() : kAXErrorNoValue, .object = {}};
@@ -237,7 +237,7 @@ Answer Session::withText(const Request& request, const ObjectReference& object,
 void Session::onSignal(const std::string& sender, const std::string& path, const std::string& event,
                        GVariant* parameters) {
     if (!event.ends_with(".NameOwnerChanged")) {
-        fruitless_.erase(sender);
+        walks_.fruitless.erase(sender);
         return tracker_.onSignal(sender, path, event, parameters);
     }
     const gchar* name = nullptr;
@@ -247,7 +247,8 @@ void Session::onSignal(const std::string& sender, const std::string& path, const
         return;
     applications_.forget(name);
     tracker_.forget(name);
-    fruitless_.erase(name);
+    walks_.fruitless.erase(name);
+    walks_.found.erase(name);
     unresponsive_->erase(name);
 }
 

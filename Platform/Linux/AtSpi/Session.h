@@ -90,7 +90,7 @@ private:
 
     Applications applications_;
     FocusTracker tracker_;
-    Fruitless fruitless_;
+    WalkMemory walks_;
     /// Shared with the questions that are still open.
     std::shared_ptr<Unresponsive> unresponsive_ = std::make_shared<Unresponsive>();
     AccessibilityBus bus_;

@@ -38,8 +38,8 @@ std::string textOf(std::int64_t process) {
     AccessibilityBus bus([](const auto&...) {});
     Operation operation(bus.connection(nullptr), nullptr, Operation::Clock::now() + std::chrono::seconds(4));
     Applications applications;
-    Fruitless fruitless;
-    ObjectReference object = findFocus(operation, applications, FocusTracker(), process, fruitless);
+    WalkMemory memory;
+    ObjectReference object = findFocus(operation, applications, FocusTracker(), process, memory);
     const auto interfaces = object.isNull() ? std::nullopt : interfacesOf(operation, object);
     if (!interfaces || !interfaces->text)
         object = firstText(operation, applications, process);
