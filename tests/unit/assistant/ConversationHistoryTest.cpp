@@ -71,28 +71,24 @@ TEST_F(ConversationHistoryTest, a_reopened_conversation_keeps_its_place_and_its_
     EXPECT_THROW(model->storeConversation("T", {}, 0), FatalFault);
 }
 
-TEST_F(ConversationHistoryTest, an_answer_that_is_no_record_gives_a_topic_with_the_date) {
-    for (const char* body : {"not valid JSON", R"({"error":{"message":"invalid key"}})"}) {
+TEST_F(ConversationHistoryTest, an_answer_that_is_no_record_or_too_long_gives_a_topic_with_the_date) {
+    const platform::URLError tooLong{platform::URLError::Code::tooLarge, "!"};
+    for (const char* body : {"not valid JSON", R"({"error":{"message":"invalid key"}})", ""}) {
         SCOPED_TRACE(body);
         lines.clear();
         converse("one", "1");
         model->dismissStep();
-        summary().answer(401, body);
+        EXPECT_EQ(summary().request().largestAnswer, limits::kTopicAnswer);
+        if (*body == '\0')
+            summary().answer(std::nullopt, std::nullopt, tooLong);
+        else
+            summary().answer(401, body);
         platform.runUntilIdle();
         EXPECT_EQ(model->_oldMessages->front().topic, "😀 Chat: 2023-11-14 22:13");
         EXPECT_TRUE(std::any_of(lines.begin(), lines.end(), [](const std::string& line) {
             return line.starts_with("Unexpected saving error: ");
         }));
     }
-}
-
-TEST_F(ConversationHistoryTest, an_answer_that_is_too_long_for_a_topic_gives_one_with_the_date) {
-    converse("one", "1");
-    model->dismissStep();
-    EXPECT_EQ(summary().request().largestAnswer, limits::kTopicAnswer);
-    summary().answer(std::nullopt, std::nullopt, platform::URLError{platform::URLError::Code::tooLarge, "!"});
-    platform.runUntilIdle();
-    EXPECT_EQ(topics(), Texts{"😀 Chat: 2023-11-14 22:13"});
 }
 
 TEST_F(ConversationHistoryTest, without_an_answer_nothing_is_stored) {

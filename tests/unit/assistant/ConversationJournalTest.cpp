@@ -38,12 +38,6 @@ protected:
         return result;
     }
 
-    void ask(const std::string& command) {
-        model->_selectedIndex = DataModel::kTypedCommand;
-        model->_command = command;
-        model->runPrompt();
-    }
-
     void closeAndStore() {
         model->dismissStep();
         summary().answer(500, "no topic");
@@ -136,9 +130,8 @@ TEST_F(ConversationJournalTest, what_is_stored_or_dropped_or_was_not_answered_le
 TEST_F(ConversationJournalTest, one_that_the_user_replaces_by_another_is_not_kept) {
     converse("one", {"1"});
     settle();
-    model->_selectedIndex = 3;
     for (int presses = 0; presses < 2; ++presses)
-        model->runPrompt();
+        ask("", 3);
     serve(200, {"2"});
     settle();
     startAgain();
@@ -167,16 +160,11 @@ TEST_F(ConversationJournalTest,
        a_stored_conversation_that_goes_on_is_kept_and_one_only_looked_at_is_not_doubled) {
     converse("one", {"1"});
     closeAndStore();
-    const auto reopen = [&] {
-        model->_openHistory = true;
-        model->_keyHistorySelected = 0;
-        model->runPrompt();
-        settle();
-    };
-    reopen();
+    openStored(0);
+    settle();
     startAgain();
     EXPECT_EQ(history().size(), 1U);
-    reopen();
+    openStored(0);
     converse("two", {"2"});
     settle();
     startAgain();

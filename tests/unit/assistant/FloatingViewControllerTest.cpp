@@ -120,33 +120,6 @@ TEST_F(FloatingViewControllerTest, a_message_that_appears_takes_the_stored_size_
     EXPECT_TRUE(platform.userDefaults.boolean("markdownOnStorage", false));
 }
 
-TEST_F(FloatingViewControllerTest, return_walks_the_blanks_and_sends_behind_the_last) {
-    view->presetRowDoubleClicked(3);
-    // The later blank appears first, so that the walk goes down the form.
-    for (const std::int64_t id : {3, 1})
-        view->formFieldAppeared(id);
-    view->formAppeared();
-    settle();
-    EXPECT_EQ(*view->_focusField, 1);
-    view->formFieldEdited(1, "readers");
-    view->returnInFormField(1);
-    EXPECT_EQ(*view->_focusField, 3);
-    view->formFieldEdited(3, "news");
-    view->returnInFormField(3);
-    EXPECT_EQ(model->_messages->back().content, "A call to readers for news!");
-    EXPECT_EQ(*view->_focusField, 3);
-    settle();
-    EXPECT_EQ(*view->_focusField, FloatingViewController::kCommandField);
-}
-
-TEST_F(FloatingViewControllerTest, a_form_without_a_blank_gives_the_panel_the_keys) {
-    int focused = 0;
-    const Subscription subscription = view->onFieldFocus([&] { ++focused; });
-    view->formAppeared();
-    platform.runUntilIdle();
-    EXPECT_EQ(focused, 1);
-}
-
 TEST_F(FloatingViewControllerTest, the_walk_goes_in_the_order_of_the_blanks_and_ends_behind_the_greatest) {
     view->formFieldEdited(99, "x");
     model->_focusTemp = std::vector<std::int64_t>{1, 5, 3};
@@ -215,17 +188,6 @@ TEST_F(FloatingViewControllerTest, a_row_is_scrolled_to_when_its_selection_chang
     settle();
     EXPECT_EQ(presets, (Rows{2, 3}));
     EXPECT_EQ(conversations, Rows{1});
-}
-
-TEST_F(FloatingViewControllerTest, a_missing_grant_alone_offers_the_settings) {
-    model->_error = std::string("Error 500");
-    EXPECT_FALSE(view->offersSettings());
-    platform.accessibility.isTrusted = false;
-    model->captureContext();
-    EXPECT_TRUE(view->offersSettings());
-    view->settingsClicked();
-    EXPECT_EQ(panelCalls(), kResign);
-    EXPECT_EQ(platform.application.calls, (Texts{"activateIgnoringOtherApps", "showSettingsWindow"}));
 }
 
 } // namespace

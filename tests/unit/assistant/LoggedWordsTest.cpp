@@ -24,11 +24,9 @@ protected:
         model->archiveConversation();
         summary().answer(200, "no secret record");
         platform.runUntilIdle();
-        model->_messages = std::vector<ChatMessage>();
-        model->_isContext = true;
-        model->_selectedValue = std::string("secret context");
-        model->_selectedIndex = 0;
-        model->runPrompt();
+        startAnew();
+        hold("secret context");
+        ask("", 0);
         failToConnect("down");
     }
 

@@ -30,17 +30,6 @@ TEST_F(NoticesTest, files_that_cannot_be_used_are_told_until_a_prompt_is_run) {
     EXPECT_EQ(*model->_error, kPermissionMessage);
 }
 
-TEST_F(NoticesTest, files_that_cannot_be_read_are_told_and_missing_ones_are_not) {
-    platform.documents.put(DataModel::kHistoryFilename, "[]");
-    platform.documents.unreadable = {platform::FakeDocuments::pathOf(DataModel::kHistoryFilename)};
-    model = DataModel::create(platform.platform());
-    EXPECT_TRUE(tells(DataModel::kHistoryFilename)) << *model->_error;
-    platform.documents.unreadable.clear();
-    platform.documents.files.clear();
-    model = DataModel::create(platform.platform());
-    EXPECT_EQ(*model->_error, "");
-}
-
 TEST_F(NoticesTest, keys_that_cannot_be_sent_are_told_and_leave_the_clipboard_alone) {
     platform.userDefaults.set("useCopyHack", true);
     platform.keyboardEvents.failsToMakeEvents = true;

@@ -29,9 +29,7 @@ protected:
 TEST_F(RefusalTest, a_typed_command_stays_in_the_field_and_goes_out_once_the_address_is_right) {
     for (const bool isContext : {false, true}) {
         model->_isContext = isContext;
-        model->_selectedIndex = DataModel::kTypedCommand;
-        model->_command = std::string("my question");
-        model->runPrompt();
+        ask("my question");
         expectRefusal();
         EXPECT_EQ(*model->_command, "my question");
         EXPECT_TRUE(model->_messages->empty());
@@ -46,9 +44,7 @@ TEST_F(RefusalTest, a_typed_command_stays_in_the_field_and_goes_out_once_the_add
 TEST_F(RefusalTest, a_key_in_a_locked_keyring_is_asked_for_and_the_text_stays_and_goes_to_nobody_else) {
     correct();
     platform.userDefaults.obstacles["openapikey"] = "The keyring is locked. Nothing was sent.";
-    model->_selectedIndex = DataModel::kTypedCommand;
-    model->_command = std::string("my question");
-    model->runPrompt();
+    ask("my question");
     expectRefusal();
     EXPECT_EQ(*model->_command, "my question");
     EXPECT_EQ(platform.userDefaults.wanted, Texts{"openapikey"}) << "asked once, by the request alone";
@@ -59,8 +55,7 @@ TEST_F(RefusalTest, a_key_in_a_locked_keyring_is_asked_for_and_the_text_stays_an
 }
 
 TEST_F(RefusalTest, a_form_stays_open_with_what_is_filled_in) {
-    model->_selectedIndex = 3;
-    model->runPrompt();
+    ask("", 3);
     ASSERT_TRUE(model->_nonContextPrompt);
     view->formFieldEdited(1, "Ada");
     model->runPrompt();
@@ -82,8 +77,7 @@ TEST_F(RefusalTest, a_conversation_keeps_its_answer_and_is_stored_under_its_date
     model->regenerate();
     EXPECT_EQ(model->_messages->back().content, "1");
     EXPECT_NE(*model->_error, "");
-    model->_command = std::string("two");
-    model->runPrompt();
+    ask("two");
     EXPECT_EQ(model->_messages->back().content, "1");
     EXPECT_EQ(*model->_command, "two");
     model->archiveConversation();
