@@ -6,47 +6,16 @@ namespace quillmoth::sweep {
 
 namespace {
 
-constexpr std::string_view kTexts[] = {"",
-                                       " ",
-                                       "a",
-                                       "ca",
-                                       ":a",
-                                       "Mail",
-                                       "Summary",
-                                       "hello",
-                                       "a[0",
-                                       "x]y",
-                                       "[]",
-                                       "[a][b",
-                                       "[whom] b",
-                                       "{selected text}",
-                                       "\xFF\xFE",
-                                       "😀 Topic",
-                                       "\\\"quoted\\",
-                                       "\n\n",
-                                       "e\u0301[",
-                                       "]]",
-                                       "[ [ ] ]",
-                                       "\u202Eabc",
-                                       "null",
-                                       "-1"};
+constexpr std::string_view kPlaceholder = "{selected text}";
+constexpr std::string_view kDeep = "[[[[[[[[[[[[[[[[";
 
-constexpr std::string_view kSigns[] = {"[",
-                                       "]",
-                                       "{",
-                                       "}",
-                                       "\"",
-                                       ",",
-                                       ":",
-                                       "null",
-                                       "-1",
-                                       "1e999",
-                                       "\\u0000",
-                                       "\xFF",
-                                       "[[[[[[[[[[[[[[[[",
-                                       "\n\n",
-                                       "data: ",
-                                       "[DONE]"};
+constexpr std::string_view kTexts[] = {
+    "",         " ",  "a",       "ca",        ":a",         "Mail",     "Summary", "hello",        "a[0",
+    "x]y",      "[]", "[a][b",   "[whom] b",  kPlaceholder, "\xFF\xFE", "😀 Topic", "\\\"quoted\\", "\n\n",
+    "e\u0301[", "]]", "[ [ ] ]", "\u202Eabc", "null",       "-1"};
+
+constexpr std::string_view kSigns[] = {"[",  "]",     "{",       "}",    "\"",  ",",    ":",      "null",
+                                       "-1", "1e999", "\\u0000", "\xFF", kDeep, "\n\n", "data: ", "[DONE]"};
 
 constexpr std::string_view kPresetFiles[] = {
     "",
@@ -125,19 +94,15 @@ constexpr std::string_view kHotKeys[] = {
     "[",
     ""};
 
-constexpr std::string_view kKeys[] = {
-    "saveFontSize",   "markdownOnStorage", "useCopyHack",
-    "model",          "openapikey",        "openAIBaseURL",
-    "gatewayBaseURL", "firstTime",         "KeyboardShortcuts_showFloatingPanel"};
+constexpr const char* kHotKey = "KeyboardShortcuts_showFloatingPanel";
 
-constexpr double kNumbers[] = {0,
-                               -1,
-                               16,
-                               13,
-                               1e300,
-                               -1e300,
-                               std::numeric_limits<double>::quiet_NaN(),
-                               std::numeric_limits<double>::infinity()};
+constexpr std::string_view kKeys[] = {"saveFontSize",   "markdownOnStorage", "useCopyHack",
+                                      "model",          "openapikey",        "openAIBaseURL",
+                                      "gatewayBaseURL", "firstTime",         kHotKey};
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double kNumbers[] = {0, -1, 16, 13, 1e300, -1e300, kNaN, kInfinity};
 
 std::string perhapsDamaged(std::string_view bytes, Dice& dice) {
     return dice.once(4) ? damaged(std::string(bytes), dice) : std::string(bytes);
@@ -208,7 +173,7 @@ std::pair<std::string, platform::DefaultsValue> setting(Dice& dice) {
     case 3:
         return {key, text(dice)};
     default:
-        return {"KeyboardShortcuts_showFloatingPanel", std::string(dice.of(kHotKeys))};
+        return {kHotKey, std::string(dice.of(kHotKeys))};
     }
 }
 
