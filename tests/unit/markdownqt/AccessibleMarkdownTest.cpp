@@ -1,22 +1,16 @@
 #include "MarkdownUI/Qt/AccessibleDocument.h"
 
-#include "FakeHost.h"
-
-#include <gtest/gtest.h>
+#include "ItemTest.h"
 
 #include <QAccessible>
 #include <QWidget>
 
 namespace quillmoth::markdown {
 
-TEST(AccessibleMarkdown, AnItemIsOneDocumentWithHeadingsLinksAndButtons) {
-    MarkdownServices services(MarkdownPalette::panel());
-    FakeHost host;
-    MarkdownItem item(services, host);
-    item.setWidth(440);
-    item.setForm(TextForm::markdown);
-    item.setText("# T\u00EDtle\n\nSee [guide](https://example.org).\n\n```\ncode\n```\n");
-    (void)item.ensureLaidOut(0, 400);
+using AccessibleMarkdown = ItemTest;
+
+TEST_F(AccessibleMarkdown, AnItemIsOneDocumentWithHeadingsLinksAndButtons) {
+    show("# T\u00EDtle\n\nSee [guide](https://example.org).\n\n```\ncode\n```\n");
     QWidget widget;
     AccessibleDocument document(widget, item, [] { return QPoint(); });
     QAccessibleInterface* const accessible = &document;

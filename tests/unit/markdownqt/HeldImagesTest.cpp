@@ -1,20 +1,9 @@
-#include "MarkdownUI/Qt/AccessibleDocument.h"
-#include "MarkdownUI/Qt/ImageLimits.h"
-
-#include "FakeHost.h"
-#include "Pictures.h"
-
-#include <gtest/gtest.h>
+#include "RemoteImages.h"
 
 #include <QAccessible>
-#include <QCoreApplication>
-#include <QKeyEvent>
 #include <QMenu>
 #include <QPainter>
 #include <QWidget>
-
-#include <set>
-#include <string>
 
 namespace quillmoth::markdown {
 
@@ -22,77 +11,15 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr double kSide = 600;
-
-/// An item whose images wait for the user; the test plays the network.
-class HeldImagesTest : public ::testing::Test {
+class HeldImagesTest : public RemoteImages {
 protected:
-    void show(const std::string& markdown) {
-        item.setWidth(kSide);
-        item.setForm(TextForm::markdown);
-        item.setText(markdown);
-        settle();
-    }
-
-    void settle() {
-        const auto isBusy = [this] {
-            const auto unanswered = static_cast<int>(asked.size());
-            return services.images.loadingCount() > unanswered && unanswered < kMostImageDownloads;
-        };
-        do {
-            (void)item.displayList({0, 0, kSide, kSide});
-            while (isBusy())
-                QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        } while (isBusy());
-    }
-
-    /// Answers the oldest download.
-    void answer(const ImageAnswer& result) {
-        ASSERT_FALSE(asked.empty());
-        const auto finished = asked.front().second;
-        asked.erase(asked.begin());
-        finished(result);
-        settle();
-    }
-
-    void click(const PartInfo& part) {
-        const Rect frame = item.content().document()->rectanglesOf(part).front();
-        const QPointF at(frame.x + frame.width / 2, frame.y + frame.height / 2);
-        EXPECT_TRUE(item.isInteractiveAt(at));
-        item.mousePress(at, 1, Qt::NoModifier);
-        item.mouseRelease(at);
-    }
-
-    const PartInfo& image(std::size_t index = 0) { return item.parts().at(index); }
-
-    QString noteOf(const std::string& url) {
-        const auto placeholder = services.images.placeholder(url);
-        return placeholder ? placeholder->note() : QStringLiteral("none");
-    }
-
     QImage paint() {
-        QImage image(static_cast<int>(kSide), static_cast<int>(kSide), QImage::Format_RGB32);
+        QImage image(static_cast<int>(kImageSide), static_cast<int>(kImageSide), QImage::Format_RGB32);
         image.fill(Qt::black);
         QPainter painter(&image);
-        item.paint(painter, QRectF(0, 0, kSide, kSide), {});
+        item.paint(painter, QRectF(0, 0, kImageSide, kImageSide), {});
         return image;
     }
-
-    std::vector<std::pair<ImageRequest, std::function<void(ImageAnswer)>>> asked;
-    std::set<std::string> hosts;
-    bool loadsAll = false;
-    std::chrono::steady_clock::time_point now{1h};
-    MarkdownServices services{
-        MarkdownPalette::panel(),
-        nullptr,
-        {.download = [this](const ImageRequest& request,
-                            auto finished) { asked.emplace_back(request, std::move(finished)); },
-         .permissions = {.loadsAll = [this] { return loadsAll; },
-                         .loadsFrom = [this](const std::string& host) { return hosts.contains(host); },
-                         .allow = [this](const std::string& host) { hosts.insert(host); }},
-         .clock = [this] { return now; }}};
-    FakeHost host;
-    MarkdownItem item{services, host};
 };
 
 /// A PNG that says it has that size, without any pixels.
@@ -161,7 +88,7 @@ TEST_F(HeldImagesTest, OfAHostThatIsAllowedLoadByThemselves) {
     ASSERT_EQ(menu.actions().at(1)->text(), "Always Load Images from x.org");
     menu.actions().at(1)->trigger();
     EXPECT_EQ(hosts, std::set<std::string>{"x.org"});
-    (void)item.displayList({0, 0, kSide, kSide});
+    (void)item.displayList({0, 0, kImageSide, kImageSide});
     ASSERT_EQ(asked.size(), 2U);
     EXPECT_EQ(asked[1].first.url, "https://x.org/b");
     EXPECT_EQ(asked[1].first.reach, ImageReach::sameHost);
@@ -169,12 +96,12 @@ TEST_F(HeldImagesTest, OfAHostThatIsAllowedLoadByThemselves) {
     EXPECT_EQ(noteOf("https://X.org/a"), "Leads to another host. Click to load");
     answer({{}, ImageProblem::privateNetwork});
     services.images.permissionsChanged();
-    (void)item.displayList({0, 0, kSide, kSide});
+    (void)item.displayList({0, 0, kImageSide, kImageSide});
     EXPECT_TRUE(asked.empty()) << "such a one takes a click from then on";
 
     loadsAll = true;
     services.images.permissionsChanged();
-    (void)item.displayList({0, 0, kSide, kSide});
+    (void)item.displayList({0, 0, kImageSide, kImageSide});
     ASSERT_EQ(asked.size(), 1U);
     EXPECT_EQ(asked[0].first.url, "https://y.org/c");
     EXPECT_EQ(asked[0].first.reach, ImageReach::publicNetwork);
@@ -246,10 +173,10 @@ TEST_F(HeldImagesTest, OutOfSightAreDroppedAndComeBackWithoutTheNetwork) {
     std::string text;
     for (int number = 0; number < kPictures; ++number)
         text += "![a](https://x.org/" + std::to_string(number) + ")\n\n";
-    item.setWidth(kSide);
+    item.setWidth(kImageSide);
     item.setForm(TextForm::markdown);
     item.setText(text);
-    (void)item.displayList({0, 0, kSide, kSide * 100});
+    (void)item.displayList({0, 0, kImageSide, kImageSide * 100});
     int answered = 0;
     for (; !asked.empty(); ++answered) {
         EXPECT_LE(asked.size(), static_cast<std::size_t>(kMostImageDownloads));

@@ -23,6 +23,10 @@ std::vector<std::string> linesOf(const AttributedText& text, const ShapedText& s
     return lines;
 }
 
+struct QtTextEngineTest : testing::Test {
+    QtTextEngine engine{MarkdownPalette::panel()};
+};
+
 } // namespace
 
 TEST(UTF16Index, GoesFromBytesToUnitsAndBack) {
@@ -40,8 +44,7 @@ TEST(UTF16Index, GoesFromBytesToUnitsAndBack) {
     EXPECT_EQ(index.utf16Of(99), 7);
 }
 
-TEST(QtTextEngine, EndsLinesAtLineFeedsAndKeepsOffsetsInBytes) {
-    QtTextEngine engine(MarkdownPalette::panel());
+TEST_F(QtTextEngineTest, EndsLinesAtLineFeedsAndKeepsOffsetsInBytes) {
     const AttributedText text = plain("é one\n\ntwo\n");
     const auto shaped = engine.shape(text, {});
     EXPECT_EQ(linesOf(text, *shaped), (std::vector<std::string>{"é one", "", "two", ""}));
@@ -52,8 +55,7 @@ TEST(QtTextEngine, EndsLinesAtLineFeedsAndKeepsOffsetsInBytes) {
     EXPECT_EQ(engine.shape(plain(""), {})->lines().size(), 1U);
 }
 
-TEST(QtTextEngine, WrapsAtTheWidthAndSpacesLinesEvenly) {
-    QtTextEngine engine(MarkdownPalette::panel());
+TEST_F(QtTextEngineTest, WrapsAtTheWidthAndSpacesLinesEvenly) {
     const AttributedText text =
         plain("some words \U0001F600 to wrap and a_very_long_word_that_cannot_fit_at_all");
     TextOptions options;
@@ -71,8 +73,7 @@ TEST(QtTextEngine, WrapsAtTheWidthAndSpacesLinesEvenly) {
     }
 }
 
-TEST(QtTextEngine, ATabIsAsWideAsFourCharactersOfItsFont) {
-    QtTextEngine engine(MarkdownPalette::panel());
+TEST_F(QtTextEngineTest, ATabIsAsWideAsFourCharactersOfItsFont) {
     for (const double size : {12.0, 40.0}) {
         AttributeContainer code;
         code.font = Font{.size = size, .isMonospaced = true};
@@ -83,16 +84,14 @@ TEST(QtTextEngine, ATabIsAsWideAsFourCharactersOfItsFont) {
     }
 }
 
-TEST(QtTextEngine, SelectsEachDirectionOfMixedTextOnItsOwn) {
-    QtTextEngine engine(MarkdownPalette::panel());
+TEST_F(QtTextEngineTest, SelectsEachDirectionOfMixedTextOnItsOwn) {
     const AttributedText text = plain("abc \u05D0\u05D1\u05D2 def");
     const auto shaped = engine.shape(text, {});
     EXPECT_EQ(shaped->rectanglesOf(0, text.text().size()).size(), 1U);
     EXPECT_EQ(shaped->rectanglesOf(0, 6).size(), 2U) << "the first Hebrew letter stands at the far end";
 }
 
-TEST(QtTextEngine, AlignsByTheDirection) {
-    QtTextEngine engine(MarkdownPalette::panel());
+TEST_F(QtTextEngineTest, AlignsByTheDirection) {
     TextOptions options;
     options.width = 400;
     options.direction = TextDirection::rightToLeft;
