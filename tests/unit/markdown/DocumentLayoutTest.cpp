@@ -1,30 +1,17 @@
-#include "MarkdownUI/Layout/DocumentLayout.h"
-
-#include "FixedTextEngine.h"
-
-#include <gtest/gtest.h>
+#include "LayoutFixture.h"
 
 #include <cmath>
 
 namespace quillmoth::markdown {
 namespace {
 
-struct DocumentLayoutTest : testing::Test {
-    void set(const std::string& text, double width = 400) {
-        layout.setOptions({.width = width, .fontSize = 16});
-        layout.setContent(MarkdownContent(text));
-    }
-
+struct DocumentLayoutTest : LayoutFixture {
     static std::string paragraphs(int count) {
         std::string text;
         for (int i = 0; i < count; ++i)
             text += "paragraph " + std::to_string(i) + " with some more words that need two lines here\n\n";
         return text;
     }
-
-    FixedTextEngine engine;
-    FixedImageSource images;
-    DocumentLayout layout{engine, images, Theme::basic()};
 };
 
 TEST_F(DocumentLayoutTest, an_empty_document_has_no_height_and_answers_everything) {
@@ -88,8 +75,7 @@ TEST_F(DocumentLayoutTest, estimates_are_near_what_is_laid_out) {
 }
 
 TEST_F(DocumentLayoutTest, parts_of_the_document_look_as_in_the_whole) {
-    set(paragraphs(20) + "```\n" + std::string(3000, '\n') + "x\n```\n\n|a|\n|-|\n|b|\n|c|\n\nlast\n");
-    layout.ensureLaidOut(1e9);
+    layOut(paragraphs(20) + "```\n" + std::string(3000, '\n') + "x\n```\n\n|a|\n|-|\n|b|\n|c|\n\nlast\n");
     const double height = layout.totalHeight();
     const std::string whole = describe(layout.displayList({0, 0, 400, height}));
     for (const double y : {100.0, 1500.0, height - 150}) {
@@ -111,7 +97,7 @@ TEST_F(DocumentLayoutTest, a_long_paragraph_in_parts_has_the_lines_of_one) {
     double bottom = 0;
     std::string joined;
     layout.ensureLaidOut(1e9);
-    for (const DisplayItem& item : layout.displayList({0, 0, 400, 1e9})) {
+    for (const DisplayItem& item : everything()) {
         const auto& line = std::get<TextLineItem>(item);
         const TextLine& shape = line.shaped->lines()[line.line];
         if (bottom > 0) {
@@ -141,7 +127,7 @@ TEST_F(DocumentLayoutTest, a_long_paragraph_with_an_image_is_cut_between_charact
         (void)layout.ensureLaidOut(layout.totalHeight() - 1,
                                    layout.totalHeight()); // no part before it is seen
         layout.ensureLaidOut(1e9);
-        for (const DisplayItem& item : layout.displayList({0, 0, 400, 1e9})) {
+        for (const DisplayItem& item : everything()) {
             const std::string& part = std::get<TextLineItem>(item).text->text();
             EXPECT_NE(part.front() & 0xC0, 0x80);
             EXPECT_NE(part.back(), '\xD0');
@@ -157,24 +143,22 @@ TEST_F(DocumentLayoutTest, a_long_paragraph_with_an_image_is_cut_between_charact
 }
 
 TEST_F(DocumentLayoutTest, the_copy_button_tells_that_it_was_pressed) {
-    set("text\n\n```\nfirst\n```\n\n    second\n");
-    layout.ensureLaidOut(1000);
+    layOut("text\n\n```\nfirst\n```\n\n    second\n");
     EXPECT_EQ(layout.codeBlockText(1), "second");
     const Rect button = layout.copyButtonFrame(1);
     EXPECT_EQ(layout.copyButtonAt({button.x + 1, button.y + 1}), 1U);
     EXPECT_EQ(layout.copyButtonAt({button.x - 1, button.y + 1}), std::nullopt);
     layout.setJustCopy(1, true);
-    const std::string list = describe(layout.displayList({0, 0, 400, 1000}));
+    const std::string list = describe(everything());
     EXPECT_NE(list.find("doc.on.doc \"Copy code\""), std::string::npos);
     EXPECT_NE(list.find("checkmark \"Copied\""), std::string::npos);
     EXPECT_EQ(layout.copyButtonFrame(1), button) << "the wider of the two labels decides";
     layout.setContent(MarkdownContent("text\n\n```\nfirst\n```\n\n    second\n    more\n"));
-    EXPECT_NE(describe(layout.displayList({0, 0, 400, 1000})).find("Copied"), std::string::npos);
+    EXPECT_NE(describe(everything()).find("Copied"), std::string::npos);
 }
 
 TEST_F(DocumentLayoutTest, a_long_code_line_scrolls_within_its_range) {
-    set("```\n" + std::string(100, 'x') + "\n```");
-    layout.ensureLaidOut(1000);
+    layOut("```\n" + std::string(100, 'x') + "\n```");
     const ScrollRegionItem region = layout.scrollRegion(0);
     EXPECT_EQ(region.frame.width, 384);
     EXPECT_EQ(region.contentWidth, 100 * 7.5 + 32);
@@ -193,7 +177,7 @@ TEST_F(DocumentLayoutTest, long_code_has_each_of_its_lines_once_and_evenly) {
             code += "line " + std::to_string(line) + "\n";
         set("```\n" + code + "\n```");
         std::vector<double> tops;
-        for (const DisplayItem& item : layout.displayList({0, 0, 400, 1e6})) {
+        for (const DisplayItem& item : everything()) {
             if (const auto* line = std::get_if<TextLineItem>(&item))
                 tops.push_back(line->frame.y);
         }
@@ -206,12 +190,11 @@ TEST_F(DocumentLayoutTest, long_code_has_each_of_its_lines_once_and_evenly) {
 
 TEST_F(DocumentLayoutTest, a_table_scrolls_before_its_words_are_broken) {
     const std::string row = "| management | concurrency | programming | [compilers](https://e.org) |\n";
-    set(row + "|-|-|-|-|\n" + row);
-    layout.ensureLaidOut(1000);
+    layOut(row + "|-|-|-|-|\n" + row);
     const ScrollRegionItem region = layout.scrollRegion(0);
     EXPECT_EQ(region.frame.width, 400);
     EXPECT_GT(region.contentWidth, 400);
-    const std::string list = describe(layout.displayList({0, 0, 400, 1000}));
+    const std::string list = describe(everything());
     EXPECT_NE(list.find("\"concurrency\""), std::string::npos) << "in one line";
     EXPECT_LE(layout.usedWidth(), 400) << "the rest is scrolled to";
     const double middle = region.frame.y + region.frame.height * 3 / 4;
@@ -222,8 +205,7 @@ TEST_F(DocumentLayoutTest, a_table_scrolls_before_its_words_are_broken) {
     set("| a | https://example.org/" + std::string(60, 'x') + " |\n|-|-|\n");
     EXPECT_EQ(layout.scrollRegion(0).contentWidth, 400) << "what is no word is broken";
     layout.setScrollOffset(0, 0);
-    set("| הההההההה | וווווווווווו | זזזזזזזזזזזז | חחחחחחחחחחחח |\n|-|-|-|-|\n");
-    layout.ensureLaidOut(1000);
+    layOut("| הההההההה | וווווווווווו | זזזזזזזזזזזז | חחחחחחחחחחחח |\n|-|-|-|-|\n");
     EXPECT_GT(layout.scrollRegion(0).offset, 0) << "where its first column is";
 }
 
@@ -238,8 +220,7 @@ TEST_F(DocumentLayoutTest, a_list_says_for_all_within_it_whether_the_space_below
         {"- [ ] a\n- b\n\nc", {0, 16}},
     };
     for (const auto& [text, expected] : cases) {
-        set(text);
-        layout.ensureLaidOut(1000);
+        layOut(text);
         std::vector<double> gaps;
         for (std::size_t block = 1; block < layout.textBlockCount(); ++block)
             gaps.push_back(std::round(layout.caretRectangle({block, 0}).y -
@@ -275,7 +256,7 @@ TEST_F(DocumentLayoutTest, images_stand_in_rows_that_a_line_break_ends) {
     for (const auto& [text, expected] : cases) {
         set(text, 70);
         std::vector<Point> places;
-        for (const DisplayItem& item : layout.displayList({0, 0, 400, 1000})) {
+        for (const DisplayItem& item : everything()) {
             if (std::holds_alternative<ImageItem>(item))
                 places.push_back({frameOf(item).x, frameOf(item).y});
         }
@@ -285,8 +266,7 @@ TEST_F(DocumentLayoutTest, images_stand_in_rows_that_a_line_break_ends) {
 }
 
 TEST_F(DocumentLayoutTest, images_that_arrive_take_their_room) {
-    set("![a](https://example.org/a.png)\n\nsee ![b](https://example.org/b.png) here");
-    layout.ensureLaidOut(1000);
+    layOut("![a](https://example.org/a.png)\n\nsee ![b](https://example.org/b.png) here");
     const double before = layout.totalHeight();
     images.sizes["https://example.org/a.png"] = {100, 300};
     images.sizes["https://example.org/b.png"] = {900, 90};
@@ -314,7 +294,7 @@ TEST_F(DocumentLayoutTest, code_gets_the_colors_of_its_highlighter) {
     const Red red;
     layout.setCodeSyntaxHighlighter(&red);
     set("```swift\nlet a\n```");
-    const std::string list = describe(layout.displayList({0, 0, 400, 1000}));
+    const std::string list = describe(everything());
     EXPECT_NE(list.find("\"let\" [15 mono #FF0000] \" a\" [15 mono]"), std::string::npos) << list;
 }
 

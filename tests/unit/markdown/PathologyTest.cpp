@@ -1,14 +1,13 @@
 #include "Foundation/Text.h"
 #include "MarkdownUI/Document/ParsePlan.h"
-#include "MarkdownUI/Layout/DocumentLayout.h"
 #include "MarkdownUI/Layout/SchemeImages.h"
 
-#include "FixedTextEngine.h"
-
-#include <gtest/gtest.h>
+#include "LayoutFixture.h"
 
 namespace quillmoth::markdown {
 namespace {
+
+using Pathology = LayoutFixture;
 
 std::string repeated(std::string_view text, int count) {
     std::string result;
@@ -46,7 +45,7 @@ std::size_t costOf(const std::string& text) {
     return engine.bytesShaped;
 }
 
-TEST(Pathology, work_grows_with_the_text_and_not_faster) {
+TEST_F(Pathology, work_grows_with_the_text_and_not_faster) {
     struct Case {
         const char* name;
         std::string small;
@@ -79,7 +78,7 @@ TEST(Pathology, work_grows_with_the_text_and_not_faster) {
 }
 
 /// Each of these makes the parser take seconds for 256 KB, or fill all memory.
-TEST(Pathology, what_the_parser_takes_minutes_for_is_not_parsed_and_usual_texts_are) {
+TEST_F(Pathology, what_the_parser_takes_minutes_for_is_not_parsed_and_usual_texts_are) {
     constexpr int kBytes = 256 * 1024;
     const auto filled = [](std::string_view piece) {
         return repeated(piece, kBytes / static_cast<int>(piece.size()));
@@ -119,14 +118,11 @@ TEST(Pathology, what_the_parser_takes_minutes_for_is_not_parsed_and_usual_texts_
         EXPECT_EQ(static_cast<int>(parsePlanOf(c.text)), static_cast<int>(c.plan)) << c.name;
 }
 
-TEST(Pathology, what_is_nested_too_deep_keeps_its_text) {
+TEST_F(Pathology, what_is_nested_too_deep_keeps_its_text) {
     constexpr int kDepth = 3 * kDeepestNesting;
     for (const std::string& text : {repeated("> ", kDepth) + "deep", repeated("- ", kDepth) + "deep",
                                     repeated("*a **b ", kDepth) + "deep" + repeated("** *", kDepth)}) {
-        FixedTextEngine engine;
-        FixedImageSource images;
-        DocumentLayout layout(engine, images, Theme::basic());
-        layout.setContent(MarkdownContent(text));
+        set(text);
         EXPECT_NE(layout.documentText().find("deep"), std::string::npos);
     }
     int depth = 0;
@@ -139,14 +135,9 @@ TEST(Pathology, what_is_nested_too_deep_keeps_its_text) {
     EXPECT_EQ(depth, kDeepestNesting);
 }
 
-TEST(Pathology, deep_nesting_leaves_room_for_its_text) {
-    FixedTextEngine engine;
-    FixedImageSource images;
-    DocumentLayout layout(engine, images, Theme::basic());
-    layout.setOptions({.width = 300, .fontSize = 16});
-    layout.setContent(MarkdownContent(repeated("> ", 200) + "words in there\n\n" + nestedList(60)));
-    layout.ensureLaidOut(1e9);
-    for (const DisplayItem& item : layout.displayList({0, 0, 300, 1e9})) {
+TEST_F(Pathology, deep_nesting_leaves_room_for_its_text) {
+    layOut(repeated("> ", 200) + "words in there\n\n" + nestedList(60), 300);
+    for (const DisplayItem& item : everything()) {
         EXPECT_GE(frameOf(item).x, 0);
         EXPECT_LE(frameOf(item).right(), 300);
     }

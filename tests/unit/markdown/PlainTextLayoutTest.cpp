@@ -9,9 +9,13 @@
 namespace quillmoth::markdown {
 namespace {
 
-PlainTextOptions options(double width = 200) {
-    return {.width = width, .font = {.size = 16}, .lineSpacing = 2};
-}
+struct PlainTextLayoutTest : testing::Test {
+    PlainTextLayoutTest() { layout.setOptions(options); }
+
+    const PlainTextOptions options{.width = 200, .font = {.size = 16}, .lineSpacing = 2};
+    FixedTextEngine engine;
+    PlainTextLayout layout{engine};
+};
 
 /// The lines of a layout: their text and place.
 std::vector<std::pair<std::string, Rect>> linesOf(PlainTextLayout& layout) {
@@ -35,16 +39,15 @@ std::string sampleText(std::mt19937& random, int words) {
     return text;
 }
 
-TEST(PlainTextLayout, any_pieces_give_the_lines_of_the_whole) {
+TEST_F(PlainTextLayoutTest, any_pieces_give_the_lines_of_the_whole) {
     for (unsigned seed = 0; seed < 40; ++seed) {
         std::mt19937 random(seed);
         const std::string text = sampleText(random, 200);
-        FixedTextEngine engine;
         PlainTextLayout whole(engine);
-        whole.setOptions(options());
+        whole.setOptions(options);
         whole.setText(text);
         PlainTextLayout grown(engine);
-        grown.setOptions(options());
+        grown.setOptions(options);
         for (std::size_t at = 0; at < text.size();) {
             const std::size_t length = 1 + random() % 9;
             grown.append(std::string_view(text).substr(at, length));
@@ -63,10 +66,7 @@ TEST(PlainTextLayout, any_pieces_give_the_lines_of_the_whole) {
     }
 }
 
-TEST(PlainTextLayout, an_append_costs_the_same_however_long_the_paragraph_is) {
-    FixedTextEngine engine;
-    PlainTextLayout layout(engine);
-    layout.setOptions(options());
+TEST_F(PlainTextLayoutTest, an_append_costs_the_same_however_long_the_paragraph_is) {
     std::size_t early = 0;
     std::size_t total = 0;
     for (int i = 0; i < 100000; ++i) {
@@ -81,10 +81,7 @@ TEST(PlainTextLayout, an_append_costs_the_same_however_long_the_paragraph_is) {
     EXPECT_LT(total / 100000, 60U) << "a line has 25 characters";
 }
 
-TEST(PlainTextLayout, a_long_text_that_comes_at_once_is_laid_out_where_it_is_seen) {
-    FixedTextEngine engine;
-    PlainTextLayout layout(engine);
-    layout.setOptions(options());
+TEST_F(PlainTextLayoutTest, a_long_text_that_comes_at_once_is_laid_out_where_it_is_seen) {
     std::string text;
     for (int i = 0; i < 20000; ++i)
         text += i % 100 == 99 ? "end of a paragraph\n" : "some words and ";
@@ -97,20 +94,14 @@ TEST(PlainTextLayout, a_long_text_that_comes_at_once_is_laid_out_where_it_is_see
     EXPECT_EQ(layout.positionAt({0, 1e9}).offset, text.size() + 4);
 }
 
-TEST(PlainTextLayout, a_character_shows_when_it_is_complete) {
-    FixedTextEngine engine;
-    PlainTextLayout layout(engine);
-    layout.setOptions(options());
+TEST_F(PlainTextLayoutTest, a_character_shows_when_it_is_complete) {
     layout.append("a\xF0\x9F");
     EXPECT_EQ(linesOf(layout).front().first, "a");
     layout.append("\xA4\x96");
     EXPECT_EQ(linesOf(layout).front().first, "a🤖");
 }
 
-TEST(PlainTextLayout, carets_points_and_selections_agree) {
-    FixedTextEngine engine;
-    PlainTextLayout layout(engine);
-    layout.setOptions(options());
+TEST_F(PlainTextLayoutTest, carets_points_and_selections_agree) {
     const std::string text = "first line of words that wraps\n\nthird paragraph";
     for (const char c : text)
         layout.append(std::string_view(&c, 1));

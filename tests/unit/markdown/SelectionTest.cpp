@@ -1,22 +1,9 @@
-#include "MarkdownUI/Layout/DocumentLayout.h"
-
-#include "FixedTextEngine.h"
-
-#include <gtest/gtest.h>
+#include "LayoutFixture.h"
 
 namespace quillmoth::markdown {
 namespace {
 
-struct SelectionTest : testing::Test {
-    void set(const std::string& text) {
-        layout.setOptions({.width = 400, .fontSize = 16, .baseURL = "https://example.org/"});
-        layout.setContent(MarkdownContent(text));
-    }
-
-    FixedTextEngine engine;
-    FixedImageSource images;
-    DocumentLayout layout{engine, images, Theme::basic()};
-};
+using SelectionTest = LayoutFixture;
 
 TEST_F(SelectionTest, copied_text_keeps_blocks_markers_and_cells_apart) {
     set("# Title\n\nfirst *paragraph*\n\n- one\n- two\n  - inner\n\n3. third\n\n- [x] "
@@ -47,10 +34,10 @@ TEST_F(SelectionTest, document_offsets_and_positions_agree) {
 }
 
 TEST_F(SelectionTest, points_and_carets_agree_everywhere) {
-    set("# Heading\n\nA paragraph that is long enough to be wrapped, with `code` and more words\n\n- item\n  "
+    layOut(
+        "# Heading\n\nA paragraph that is long enough to be wrapped, with `code` and more words\n\n- item\n  "
         "- inner\n\n"
         "```\nlet a\n  let b\n```\n\n|a|bb|\n|:-:|-:|\n|ccc|d|\n\nשלום עולם\n");
-    layout.ensureLaidOut(1e6);
     for (std::size_t block = 0; block < layout.textBlockCount(); ++block) {
         const std::string content = layout.textOfBlock(block);
         for (std::size_t offset = 0; offset <= content.size(); ++offset) {
@@ -66,8 +53,7 @@ TEST_F(SelectionTest, points_and_carets_agree_everywhere) {
 }
 
 TEST_F(SelectionTest, a_selection_covers_its_text_and_no_more) {
-    set("first words\n\n- second\n\nthird");
-    layout.ensureLaidOut(1000);
+    layOut("first words\n\n- second\n\nthird");
     const auto rectangles = layout.selectionRectangles({{0, 6}, {2, 2}}, {0, 0, 400, 1000});
     ASSERT_EQ(rectangles.size(), 3U);
     EXPECT_EQ(rectangles[0].x, 48);
