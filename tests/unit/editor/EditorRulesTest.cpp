@@ -34,15 +34,10 @@ TEST_F(EditorRulesTest, addAppendsThePresetOfTheTabAndSelectsIt) {
     view.add();
     view.showTab(Kind::nonContext);
     view.add();
-    const PromptData context{platform::FakeUUIDSource::uuid(1),
-                             "😀",
-                             "New Prompt",
-                             "{selected text}",
-                             std::nullopt,
-                             "context",
-                             std::nullopt};
-    const PromptData nonContext{platform::FakeUUIDSource::uuid(2), "😀",          "New Prompt", "Hi!",
-                                "You're a helpful assistant!",     "nonContext", std::nullopt};
+    const auto uuid = platform::FakeUUIDSource::uuid;
+    const std::string name = "New Prompt";
+    const PromptData context{uuid(1), "😀", name, "{selected text}", {}, "context", {}};
+    const PromptData nonContext{uuid(2), "😀", name, "Hi!", "You're a helpful assistant!", "nonContext", {}};
     EXPECT_EQ(presets(), (std::vector<PromptData>{namedPreset("c0"), context, nonContext}));
     EXPECT_EQ(fileContent(), presets());
     EXPECT_EQ(view.contextTab.selection, 1);
@@ -112,16 +107,6 @@ TEST_F(EditorRulesTest, aMoveWithinATabMovesAmongAllPresetsAndTheSelectionsFollo
         EXPECT_EQ(view.nonContextTab.selection, move.nonContext);
         EXPECT_EQ(fileContent(), presets());
     }
-}
-
-TEST_F(EditorRulesTest, aChangedKindMovesThePresetToTheOtherTabAndTheSelectionStays) {
-    PromptEditorView& view = open({"c0", "c1"}, Kind::context, 1);
-    EXPECT_TRUE(view.editor()->offersSelectedText());
-    view.editor()->setPromptType(EditorView::kNonContext);
-    EXPECT_EQ(view.contextTab.rows(), (Rows{0}));
-    EXPECT_EQ(view.nonContextTab.rows(), (Rows{1}));
-    EXPECT_EQ(view.contextTab.selection, 1);
-    EXPECT_FALSE(view.editor()->offersSelectedText());
 }
 
 TEST_F(EditorRulesTest, deleteStepsTheSelectionBackAndSparesTheLastPreset) {

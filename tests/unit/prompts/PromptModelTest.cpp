@@ -13,6 +13,8 @@ PromptData preset(const std::string& name) {
 
 class PromptModelTest : public PlatformFixture {
 protected:
+    static constexpr const char* kFile = "QuillmothPrompts.json";
+
     PromptModel make() { return {platform.bundle, platform.documents}; }
 
     std::string fatalText() {
@@ -34,22 +36,20 @@ TEST_F(PromptModelTest, WithoutAFileTheShippedPresetsAreTakenAndNothingIsWritten
 }
 
 TEST_F(PromptModelTest, TheUsersFileReplacesTheShippedPresetsUnlessItHoldsNone) {
-    platform.documents.put("QuillmothPrompts.json", R"([{"emoji":"e","name":"own","prompt":"p"}])");
+    platform.documents.put(kFile, R"([{"emoji":"e","name":"own","prompt":"p"}])");
     EXPECT_EQ(make().prompts().at(0).name, "own");
     EXPECT_EQ(make().file().fault(), "");
-    platform.documents.put("QuillmothPrompts.json", "[]");
+    platform.documents.put(kFile, "[]");
     EXPECT_EQ(make().prompts().size(), 3U);
     EXPECT_EQ(make().file().fault(),
               "QuillmothPrompts.json cannot be used: it holds no preset. What it held is kept in "
               "\"/documents/Quillmoth/QuillmothPrompts.json.damaged-1\".");
-    platform.documents.put("QuillmothPrompts.json", "[{]");
-    EXPECT_EQ(make().prompts().size(), 3U);
 }
 
 TEST_F(PromptModelTest, AFileThatCannotBeReadIsKeptAsideOnceAndWhereIsLogged) {
     const auto loadsDamaged = [&](const char* bytes) {
         lines.clear();
-        platform.documents.put("QuillmothPrompts.json", bytes);
+        platform.documents.put(kFile, bytes);
         EXPECT_EQ(make().prompts().size(), 3U);
     };
     loadsDamaged("[{]");
@@ -74,8 +74,7 @@ TEST_F(PromptModelTest, EveryChangeIsToldFirstAndThenSaved) {
     lines.clear();
     model.append({preset("b")});
     EXPECT_EQ(lines, (Texts{"_prompts 1", "Saved to JSON", "Already dictionary created."}));
-    EXPECT_EQ(*readPrompts(platform.documents.content("QuillmothPrompts.json")),
-              (std::vector{preset("a"), preset("b")}));
+    EXPECT_EQ(*readPrompts(platform.documents.content(kFile)), (std::vector{preset("a"), preset("b")}));
 }
 
 TEST_F(PromptModelTest, AnArrangementIsSavedAndThenTold) {
@@ -108,14 +107,14 @@ TEST_F(PromptModelTest, AnArrangementIsSavedAndThenTold) {
 TEST_F(PromptModelTest, AFailedSaveIsLoggedAndKeepsFileAndMemory) {
     auto model = make();
     model.setPrompts({preset("a")});
-    const std::string before = platform.documents.content("QuillmothPrompts.json");
+    const std::string before = platform.documents.content(kFile);
     const auto failsToSave = [&](bool& failure) {
         failure = true;
         lines.clear();
         model.setPrompts({preset("a"), preset("b")});
         failure = false;
         EXPECT_EQ(lines.back(), "error writing data");
-        EXPECT_EQ(platform.documents.content("QuillmothPrompts.json"), before);
+        EXPECT_EQ(platform.documents.content(kFile), before);
         EXPECT_EQ(model.prompts().size(), 2U);
     };
     failsToSave(platform.documents.isDiskFull);
@@ -124,11 +123,11 @@ TEST_F(PromptModelTest, AFailedSaveIsLoggedAndKeepsFileAndMemory) {
     lines.clear();
     model.setPrompts({preset("\xFF")});
     EXPECT_EQ(lines.back(), "error writing data");
-    EXPECT_EQ(platform.documents.content("QuillmothPrompts.json"), before);
+    EXPECT_EQ(platform.documents.content(kFile), before);
 }
 
 TEST_F(PromptModelTest, ADamagedResourceEndsTheProgramEvenWhenTheUserHasAFile) {
-    platform.documents.put("QuillmothPrompts.json", "[]");
+    platform.documents.put(kFile, "[]");
     platform.bundle.resources["prompt.json"] = R"([{"emoji":"e"}])";
     EXPECT_EQ(fatalText(), R"("entry 0", "name" is missing)");
     platform.bundle.unreadable.insert("prompt.json");

@@ -34,6 +34,19 @@ protected:
         panel.settle();
     }
 
+    /// As the model has it.
+    void command(const std::string& text) {
+        model._command = text;
+        panel.settle();
+    }
+
+    void openHistory(std::size_t conversations) {
+        model._openHistory = true;
+        model._oldMessages =
+            std::vector<oldMessagesStruct>(conversations, {.topic = "A", .message = {}, .created = 0});
+        panel.settle();
+    }
+
     void converse(const std::string& answer) {
         model._messages = {{"S", "system", "You're a helpful assistant!"},
                            {"U", "user", "Why?"},

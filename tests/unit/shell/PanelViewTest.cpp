@@ -28,8 +28,7 @@ TEST_F(PanelViewTest, WhatIsTypedBecomesTheCommandAndFiltersTheList) {
     type(field, QStringLiteral("ema"));
     EXPECT_EQ(*model._command, "ema");
     EXPECT_EQ(list.presets().rowCount(), 2);
-    model._command = std::string();
-    panel.settle();
+    command("");
     EXPECT_EQ(field.text(), QString());
     EXPECT_EQ(list.presets().rowCount(), 4);
     model._status = std::string("No selection");
@@ -78,10 +77,7 @@ TEST_F(PanelViewTest, ArrowsInTheBarMoveTheSelectionAndReturnRunsIt) {
     ASSERT_EQ(model._messages->size(), 2U);
     EXPECT_EQ(model._messages->back().content, "Write an email");
 
-    model._openHistory = true;
-    model._oldMessages = {{.topic = "A", .message = {}, .created = 0},
-                          {.topic = "B", .message = {}, .created = 0}};
-    panel.settle();
+    openHistory(2);
     press(bar, Qt::Key_Down);
     EXPECT_EQ(model._keyHistorySelected, 1);
 }
@@ -190,9 +186,7 @@ TEST_F(PanelViewTest, TheRowThatComesBeneathThePointerIsMarked) {
     pointAt(list.presets(), 0);
     EXPECT_EQ(model._hoverIndex, -1);
 
-    model._openHistory = true;
-    model._oldMessages = std::vector<oldMessagesStruct>(50, {.topic = "A", .message = {}, .created = 0});
-    panel.settle();
+    openHistory(50);
     pointAt(list.history(), 2);
     EXPECT_EQ(model._keyHistoryHover, 2);
     list.scrollView().scrollTo(3 * list.history().rowRect(1).top());
@@ -207,17 +201,14 @@ TEST_F(PanelViewTest, TheFieldGrowsToItsLimitAndThePanelWithIt) {
     const auto commandHeight = [&] { return panel.view->commandArea().height(); };
     EXPECT_EQ(commandHeight(), 34);
     const int before = panel.surface().height();
-    model._command = std::string("one\ntwo\nthree");
-    panel.settle();
+    command("one\ntwo\nthree");
     EXPECT_EQ(commandHeight(), 34 + 2 * 24);
     EXPECT_EQ(panel.surface().height(), before);
-    model._command = std::string(40, '\n');
-    panel.settle();
+    command(std::string(40, '\n'));
     EXPECT_EQ(commandHeight(), 300);
     EXPECT_GE(list.height(), 200);
     EXPECT_GT(panel.surface().height(), before);
-    model._command = std::string();
-    panel.settle();
+    command("");
     EXPECT_EQ(panel.surface().height(), before);
 }
 
@@ -316,9 +307,7 @@ TEST_F(PanelViewTest, ASelectionInAnAnswerIsCopiedWhileTheFieldHasTheKeyboard) {
 }
 
 TEST_F(PanelViewTest, PageKeysAndTheWheelScroll) {
-    model._openHistory = true;
-    model._oldMessages = std::vector<oldMessagesStruct>(50, {.topic = "A", .message = {}, .created = 0});
-    panel.settle();
+    openHistory(50);
     ScrollView& scroll = list.scrollView();
     press(field, Qt::Key_PageDown, Qt::ShiftModifier);
     EXPECT_EQ(scroll.position(), 0);
@@ -404,16 +393,13 @@ TEST(PanelKeys, ControlAndALetterOfAnotherAlphabetIsTheLatinLetterOfTheSameKey) 
     EXPECT_EQ(latin(Qt::Key_F1, Qt::ControlModifier, 54), 0);
 }
 
-TEST_F(PanelViewTest, AnErrorStandsAboveWhateverFollows) {
+TEST_F(PanelViewTest, AnErrorStandsAboveWhateverFollowsAndThatForMissingAccessibilityLeadsToTheSettings) {
     model._error = std::string("Error 401");
     converse("Answer");
     EXPECT_FALSE(list.error().isHidden());
     EXPECT_FALSE(list.conversation().isHidden());
     EXPECT_LT(list.error().geometry().bottom(), list.conversation().y());
     EXPECT_FALSE(list.settingsButton().isVisible());
-}
-
-TEST_F(PanelViewTest, TheErrorForMissingAccessibilityLeadsToTheSettings) {
     panel.platform.accessibility.isTrusted = false;
     panel.platform.accessibility.systemWide().fail("AXFocusedUIElement", -25212);
     model.captureContext();

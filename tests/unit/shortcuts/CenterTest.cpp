@@ -19,14 +19,12 @@ protected:
         return [this, text = std::move(text)] { log.push_back(text); };
     }
 
-    bool press(const Shortcut& shortcut) {
-        return system.press(static_cast<std::uint32_t>(shortcut.carbonKeyCode),
-                            static_cast<std::uint32_t>(shortcut.carbonModifiers)) == platform::noErr;
+    bool press(const Shortcut& keys) {
+        return system.press(std::uint32_t(keys.carbonKeyCode), std::uint32_t(keys.carbonModifiers)) == 0;
     }
 
-    bool release(const Shortcut& shortcut) {
-        return system.release(static_cast<std::uint32_t>(shortcut.carbonKeyCode),
-                              static_cast<std::uint32_t>(shortcut.carbonModifiers)) == platform::noErr;
+    bool release(const Shortcut& keys) {
+        return system.release(std::uint32_t(keys.carbonKeyCode), std::uint32_t(keys.carbonModifiers)) == 0;
     }
 
     platform::FakeHotKeyCenter system;

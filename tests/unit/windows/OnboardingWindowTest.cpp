@@ -1,10 +1,8 @@
-#include "Quillmoth/Shell/Windows/OnboardingWindow.h"
-#include "Quillmoth/Shell/Controls/ColorScheme.h"
 #include "Quillmoth/Shell/Looks/Motion.h"
 #include "Quillmoth/Shell/Looks/ThinScrollBar.h"
+#include "tests/unit/windows/WindowFixture.h"
 
 #include <QApplication>
-#include <QPushButton>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -79,13 +77,7 @@ TEST(OnboardingWindowTest, AsksForAccessibilityBetweenItsPagesAndReturnGivesNoth
                                 {.isOpen = [&] { return isOpen; },
                                  .programsToRestart = [] { return std::vector<std::string>(); },
                                  .answer = [&](bool agreed) { answers.push_back(agreed); }});
-    const auto button = [&](const char* title) -> QPushButton* {
-        for (auto* found : onboarding.findChildren<QPushButton*>()) {
-            if (found->text() == title && found->isVisible())
-                return found;
-        }
-        return nullptr;
-    };
+    const auto button = [&](const char* title) { return buttonOf(onboarding, title); };
     onboarding.present();
     onboarding.activateWindow();
     QApplication::processEvents();

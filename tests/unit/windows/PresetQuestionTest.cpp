@@ -1,15 +1,13 @@
 #include "Quillmoth/Shell/Windows/PresetQuestion.h"
 
 #include "Foundation/Limits.h"
-
-#include "Quillmoth/Shell/Controls/ColorScheme.h"
+#include "tests/unit/windows/WindowFixture.h"
 
 #include <gtest/gtest.h>
 
 #include <QApplication>
 #include <QLineEdit>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QTest>
 
 #include <vector>
@@ -25,10 +23,7 @@ protected:
     }
 
     void press(const QString& title) {
-        for (auto* button : window->findChildren<QPushButton*>()) {
-            if (button->text() == title)
-                button->click();
-        }
+        buttonOf(*window, title)->click();
         settle();
     }
 

@@ -59,13 +59,7 @@ protected:
 
     QLineEdit* field(const char* name) { return named<QLineEdit>(name); }
 
-    QPushButton* button(const char* title) {
-        for (auto* widget : settings->findChildren<QPushButton*>()) {
-            if (widget->text() == QString::fromUtf8(title))
-                return widget;
-        }
-        return nullptr;
-    }
+    QPushButton* button(const char* title) { return buttonOf(*settings, QString::fromUtf8(title)); }
 
     bool shows(const char* text) {
         for (auto* label : settings->findChildren<QLabel*>()) {
@@ -284,12 +278,10 @@ TEST_F(SettingsWindowTest, TheKeyCanBeHiddenWithoutBeingChanged) {
 
 TEST_F(SettingsWindowTest, WhereThereIsAKeyringTheKeyCanBeKeptInIt) {
     const auto* key = field("OpenAI API Key:");
-    QCheckBox* keyring = nullptr;
-    for (auto* box : settings->findChildren<QCheckBox*>()) {
-        if (box->text() == "Keep the key in the keyring")
-            keyring = box;
-    }
-    ASSERT_NE(keyring, nullptr);
+    const auto boxes = settings->findChildren<QCheckBox*>();
+    auto* keyring = *std::find_if(boxes.begin(), boxes.end(), [](const auto* box) {
+        return box->text() == "Keep the key in the keyring";
+    });
     EXPECT_GT(keyKeeping.looks, 0);
     EXPECT_FALSE(keyring->isVisible());
     keyKeeping.offers = true;
@@ -369,8 +361,7 @@ TEST_F(SettingsWindowTest, ImagesLoadWithoutAskingWhereTheUserSaysSo) {
     EXPECT_FALSE(loads->isChecked());
     loads->click();
     EXPECT_TRUE(fakes.userDefaults.boolean("loadsRemoteImages", false));
-    auto* forget = button("Ask Again for These Hosts");
-    EXPECT_FALSE(forget->isVisible());
+    EXPECT_EQ(button("Ask Again for These Hosts"), nullptr);
     ImageSettings images(fakes.userDefaults);
     for (const char* host : {"x.org", "y.org", "x.org", ""})
         images.allow(host);
@@ -378,9 +369,9 @@ TEST_F(SettingsWindowTest, ImagesLoadWithoutAskingWhereTheUserSaysSo) {
     EXPECT_TRUE(shows("Always loaded from: x.org, y.org"));
     EXPECT_TRUE(images.loadsFrom("y.org"));
     EXPECT_FALSE(images.loadsFrom("org"));
-    forget->click();
+    button("Ask Again for These Hosts")->click();
     EXPECT_FALSE(images.loadsFrom("x.org"));
-    EXPECT_FALSE(forget->isVisible());
+    EXPECT_EQ(button("Ask Again for These Hosts"), nullptr);
 }
 
 TEST_F(SettingsWindowTest, ButtonsOpenWhatTheyName) {

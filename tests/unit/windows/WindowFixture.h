@@ -8,6 +8,9 @@
 #include "Quillmoth/Shell/Windows/SettingView.h"
 #include "Quillmoth/Shell/Windows/SettingsWindow.h"
 
+#include <QPushButton>
+
+#include <map>
 #include <set>
 #include <string>
 
@@ -71,20 +74,20 @@ private:
 
 /// X keycodes stand 8 above the kernel's codes; these few are enough here.
 inline std::optional<std::uint16_t> virtualKeyCodeOfTest(std::uint32_t scanCode) {
-    switch (scanCode) {
-    case 9:
-        return 53; // Escape
-    case 24:
-        return 12; // Q
-    case 45:
-        return 40; // K
-    case 65:
-        return 49; // Space
-    case 67:
-        return 122; // F1
-    default:
-        return std::nullopt;
+    // Escape, Q, K, space bar and F1.
+    static const std::map<std::uint32_t, std::uint16_t> kCodes{
+        {9, 53}, {24, 12}, {45, 40}, {65, 49}, {67, 122}};
+    const auto found = kCodes.find(scanCode);
+    return found != kCodes.end() ? std::optional(found->second) : std::nullopt;
+}
+
+/// The visible button of that title; null where there is none.
+inline QPushButton* buttonOf(const QWidget& window, const QString& title) {
+    for (auto* button : window.findChildren<QPushButton*>()) {
+        if (button->text() == title && button->isVisible())
+            return button;
     }
+    return nullptr;
 }
 
 /// The windows on fakes.
@@ -101,10 +104,7 @@ struct WindowFixture {
             fakes.platform(), shortcuts, loginItems, updater, colorScheme,
             SettingsHooks{.openPromptEditor = [this] { ++editorOpenings; },
                           .accessibility = {.enable = [this] { return accessibilityAnswers; },
-                                            .programsToRestart =
-                                                [] {
-                                                    return std::vector<std::string>{"Kate", "Signal"};
-                                                }},
+                                            .programsToRestart = [this] { return programs; }},
                           .keyKeeping = &keyKeeping,
                           .virtualKeyCode = virtualKeyCodeOfTest});
     }
@@ -118,6 +118,7 @@ struct WindowFixture {
     Updater updater{fakes.platform()};
     int editorOpenings = 0;
     bool accessibilityAnswers = true;
+    const std::vector<std::string> programs{"Kate", "Signal"};
 };
 
 } // namespace quillmoth
