@@ -16,66 +16,31 @@ namespace fs = std::filesystem;
 /// A call of fatalError: what from outside could reach it, and who checks before.
 struct Site {
     /// The end of its path.
-    std::string_view file;
+    std::string file;
     /// What is in its line behind "fatalError(".
-    std::string_view call;
-    std::string_view reachedBy;
-    std::string_view checkedBy;
+    std::string call;
+    std::string reachedBy;
+    std::string checkedBy;
 };
 
-constexpr Site kSites[] = {
-    // The model, behind its controller
-    {"Quillmoth/Assistant/PromptExecution.cpp", "Index out of range",
-     "Return with no conversation stored; Return in a form after a capture, a new command or an edit of the "
-     "presets",
-     "FloatingViewController::isRunnable"},
-    {"Quillmoth/Assistant/AnswerStream.cpp", "Nothing to regenerate",
-     "Ctrl+R after a failed first request, or in a stored conversation without messages",
-     "FloatingViewController::askAgain"},
-    {"Quillmoth/Assistant/Lists.cpp", "There is no preset to list",
-     "a presets file that holds []; deleting the last preset", "PromptModel: readOwnPrompts, remove"},
-    {"Quillmoth/Assistant/Lists.cpp", "The selected preset",
-     "Up, with a row selected that a filter or a form has taken off the list",
-     "FloatingViewController::leaveUnlistedRow"},
-    {"Quillmoth/Assistant/ConversationHistory.cpp", "Index out of range",
-     "nothing: the index is that of a conversation that was opened, and none is ever taken out",
-     "PromptExecution: openStoredConversation"},
-    {"Quillmoth/Prompts/PromptModel.cpp", "There is no preset at index",
-     "the editor's form and rows after a deletion or an import",
-     "PromptEditorView: its selections follow each change"},
-    // The panel is made before hot key, tray and bus can ask for it, and kept to the end of the process
-    {"Quillmoth/Assistant/DismissStep.cpp", "There is no panel", "nothing", "AppDelegate::finishLaunching"},
-    {"Quillmoth/Assistant/FloatingViewActions.cpp", "There is no panel", "nothing",
-     "AppDelegate::finishLaunching"},
-    {"Quillmoth/Assistant/FloatingViewController.cpp", "There is no panel", "nothing",
-     "AppDelegate::finishLaunching"},
-    {"Quillmoth/Application/AppDelegate.cpp", "There is no panel", "nothing", "AppDelegate::finishLaunching"},
-    // Other programs
-    {"Quillmoth/Capture/SelectionCapture.cpp", "There is no application in front",
-     "the hot key on an empty desktop", "DataModel::captureContext; DesktopServices::frontProcess"},
-    {"Quillmoth/Capture/FocusedElement.cpp", "The focused element",
-     "nothing: no success is told without an element", "AtSpiAccessibility::copyFocusedElement"},
-    {"Quillmoth/Capture/CopyCapture.cpp", "The key events",
-     "the alternative method on a server without XTEST", "DataModel::copyCapture, by CopyCapture::canCopy"},
-    {"KeyboardShortcuts/CarbonKeyboardShortcuts.cpp", "Not an unsigned 32-bit value", "a stored hot key",
-     "Shortcut::fromJSON"},
-    {"Platform/Linux/X11/Panel/X11PanelFocus.cpp", "The toolkit does not run on X11",
-     "a session without an X server", "X11BackEnd::create"},
-    // An answer in Markdown: the parser gives nodes of such a type a text, if an empty one
-    {"CommonMarkNode.cpp", "A Markdown node", "nothing", "cmark_node_get_literal"},
-    // What is built in
-    {"Quillmoth/Prompts/JSONFunction.cpp", "Couldn't find", "nothing: a resource of the program",
-     "the build"},
-    {"Quillmoth/Prompts/JSONFunction.cpp", "Couldn't load", "nothing: a resource of the program",
-     "the build"},
-    {"Quillmoth/Prompts/PromptModel.cpp", "shipped.error()", "nothing: a resource of the program",
-     "ShippedPromptsTest"},
-    {"Quillmoth/Settings/SettingsModel.cpp", "The bundle", "nothing: a constant", "ResourceBundle"},
-    {"Quillmoth/Settings/LaunchAtLogin.cpp", "The bundle", "nothing: a constant", "ResourceBundle"},
-    {"Quillmoth/Settings/Recording.cpp", "The recorder has no text", "nothing: its keys are literals",
-     "the callers"},
-    {"QtStatusItems.cpp", "There is no symbol", "nothing: a resource of the program", "the build"},
-};
+/// The rows of fatal_sites.txt.
+std::vector<Site> readSites() {
+    std::vector<Site> sites;
+    std::ifstream table(fs::path(QUILLMOTH_SOURCES) / "tests/unit/sweep/fatal_sites.txt");
+    for (std::string line; std::getline(table, line);) {
+        std::vector<std::string> fields;
+        for (std::size_t begin = 0; !line.empty() && line.front() != '#' && begin <= line.size();) {
+            const std::size_t end = std::min(line.find(" | ", begin), line.size());
+            fields.push_back(line.substr(begin, end - begin));
+            begin = end + 3;
+        }
+        if (fields.size() == 4)
+            sites.push_back({fields[0], fields[1], fields[2], fields[3]});
+        else
+            EXPECT_TRUE(fields.empty()) << "no row of the table: " << line;
+    }
+    return sites;
+}
 
 /// Where fatalError is called, as "file: what stands behind the bracket".
 std::vector<std::string> callsIn(const fs::path& root, const std::string& folder) {
@@ -96,8 +61,7 @@ std::vector<std::string> callsIn(const fs::path& root, const std::string& folder
 }
 
 bool isRowOf(const Site& site, const std::string& call) {
-    return call.find(std::string(site.file) + ": ") != std::string::npos &&
-           call.find(site.call) != std::string::npos;
+    return call.find(site.file + ": ") != std::string::npos && call.find(site.call) != std::string::npos;
 }
 
 TEST(FatalSites, EachCallOfFatalErrorSaysWhoKeepsTheWorldAwayFromIt) {
@@ -107,12 +71,13 @@ TEST(FatalSites, EachCallOfFatalErrorSaysWhoKeepsTheWorldAwayFromIt) {
         const auto found = callsIn(QUILLMOTH_SOURCES, folder);
         calls.insert(calls.end(), found.begin(), found.end());
     }
+    const std::vector<Site> sites = readSites();
     for (const std::string& call : calls)
-        EXPECT_EQ(std::count_if(std::begin(kSites), std::end(kSites),
-                                [&](const Site& site) { return isRowOf(site, call); }),
-                  1)
+        EXPECT_EQ(
+            std::count_if(sites.begin(), sites.end(), [&](const Site& site) { return isRowOf(site, call); }),
+            1)
             << "wants one row in the table: " << call;
-    for (const Site& site : kSites)
+    for (const Site& site : sites)
         EXPECT_EQ(std::count_if(calls.begin(), calls.end(),
                                 [&](const std::string& call) { return isRowOf(site, call); }),
                   1)
