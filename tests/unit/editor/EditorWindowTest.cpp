@@ -1,5 +1,9 @@
 #include "tests/unit/editor/EditorWindowFixture.h"
 
+#include <QFileDialog>
+#include <QMenu>
+#include <QMessageBox>
+
 namespace quillmoth {
 namespace {
 
@@ -54,6 +58,41 @@ TEST_F(EditorWindowTest, aPresetIsShownInTheTabThatListsIt) {
     EXPECT_TRUE(control<QAbstractButton>("Non-context").isChecked());
     window_->showPreset(3);
     EXPECT_EQ(control<QLineEdit>("Name").text(), "n2") << "there is no such preset";
+}
+
+TEST_F(EditorWindowTest, theKeyTakesTheSidebarAwayAndBringsItBack) {
+    open({"c0"}, 0);
+    QTest::keyClick(window_.get(), Qt::Key_F9);
+    EXPECT_THROW(list(), std::runtime_error);
+    QTest::keyClick(window_.get(), Qt::Key_F9);
+    EXPECT_NO_THROW(list());
+}
+
+TEST_F(EditorWindowTest, filesAreImportedAndExportedAndToldOf) {
+    open({"c0"}, 0);
+    platform.documents.files["/new.json"] = *writeJSON(std::vector{namedPreset("n1"), namedPreset("n2")});
+    platform.documents.files["/bad.json"] = "[{";
+    platform.documents.isDiskFull = true;
+    const std::tuple<const char*, const char*, const char*> cases[] = {
+        {"Import Presets…", "/bad.json", "“bad.json” holds no presets that can be read."},
+        {"Import Presets…", "/new.json", "2 presets were added."},
+        {"Export All Presets…", "/all.json", "The presets could not be exported."},
+    };
+    for (const auto& [title, path, told] : cases) {
+        click("Import and export");
+        for (QAction* action : window_->findChild<QMenu*>()->actions()) {
+            if (action->text() == title)
+                action->trigger();
+        }
+        Q_EMIT window_->findChild<QFileDialog*>()->fileSelected(path);
+        const auto* alert = window_->findChild<QMessageBox*>();
+        ASSERT_NE(alert, nullptr) << title;
+        EXPECT_EQ(alert->text(), told);
+        delete alert;
+        delete window_->findChild<QFileDialog*>();
+        delete window_->findChild<QMenu*>();
+    }
+    EXPECT_EQ(control<QLineEdit>("Name").text(), "n1") << "the first one that came";
 }
 
 TEST_F(EditorWindowTest, aRowIsMovedByPointerAndByKeys) {

@@ -26,6 +26,9 @@ TEST_F(PanelFormTest, ReturnWalksTheFormFromTopToBottomAndSendsIt) {
     EXPECT_EQ(whom.text(), QStringLiteral("writers"));
     press(whom, Qt::Key_Return);
     EXPECT_EQ(panel.surface().focusWidget(), &what);
+    QTest::mouseClick(whom.viewport(), Qt::LeftButton, {}, whom.viewport()->rect().center());
+    EXPECT_TRUE(whom.hasFocus() && !whom.textCursor().hasSelection()) << "a click puts the caret";
+    what.setFocus();
     type(what, QStringLiteral("ink"));
     press(what, Qt::Key_Return);
     ASSERT_FALSE(model._messages->empty());
@@ -127,6 +130,8 @@ TEST_F(PanelFormTest, AFormWithoutABlankIsSentByReturnAndLeftByEscape) {
     EXPECT_FALSE(field.isHidden());
     EXPECT_TRUE(model._messages->empty());
     open();
+    press(*panel.view, Qt::Key_Return, {}, true);
+    EXPECT_TRUE(model._messages->empty()) << "the key is still held that opened it";
     press(*panel.view, Qt::Key_Return);
     ASSERT_FALSE(model._messages->empty());
     EXPECT_EQ(model._messages->back().content, "a[0");

@@ -1,5 +1,6 @@
 #include "Quillmoth/Shell/Panel/PanelButton.h"
 #include "Quillmoth/Shell/Panel/PanelKeys.h"
+#include "Quillmoth/Shell/Panel/PanelMenu.h"
 #include "Quillmoth/Shell/Panel/Spinner.h"
 #include "Quillmoth/Shell/Panel/SpokenStatus.h"
 #include "tests/unit/shell/PanelViewFixture.h"
@@ -31,12 +32,13 @@ TEST_F(PanelViewTest, WhatIsTypedBecomesTheCommandAndFiltersTheList) {
     command("");
     EXPECT_EQ(field.text(), QString());
     EXPECT_EQ(list.presets().rowCount(), 4);
+    QWidget& status = panel.view->bottomBar().widgetFor(BottomBar::Item::status);
+    EXPECT_TRUE(status.isHidden());
     model._status = std::string("No selection");
     model._command = std::string("by itself");
     panel.platform.runUntilIdle();
     EXPECT_TRUE(QTest::qWaitFor([&] { return field.text() == QStringLiteral("by itself"); }, 2000));
-    EXPECT_EQ(panel.view->bottomBar().widgetFor(BottomBar::Item::status).accessibleName(),
-              QStringLiteral("No selection"));
+    EXPECT_EQ(status.accessibleName(), QStringLiteral("No selection"));
 }
 
 TEST_F(PanelViewTest, TheFieldsKeysMoveSelectionAndCaretAddALineAndRun) {
@@ -295,15 +297,67 @@ TEST_F(PanelViewTest, AStreamCostsOneRefreshAFrame) {
     EXPECT_LE(panel.view->refreshCount() - before, 60);
 }
 
-TEST_F(PanelViewTest, ASelectionInAnAnswerIsCopiedWhileTheFieldHasTheKeyboard) {
+TEST_F(PanelViewTest, OneMessageHasTheSelectionWhichIsCopiedUnlessTheFieldHasOneOfItsOwn) {
     converse("Hello moth");
-    auto* answer = list.conversation().contentAt(2);
-    QTest::mousePress(answer, Qt::LeftButton, {}, QPoint(0, 5));
-    QMouseEvent drag(QEvent::MouseMove, QPointF(400, 5), QPointF(400, 5), Qt::NoButton, Qt::LeftButton, {});
-    QApplication::sendEvent(answer, &drag);
-    EXPECT_EQ(answer->selectedText(), QStringLiteral("Hello moth"));
-    press(field, Qt::Key_C, Qt::ControlModifier);
-    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("Hello moth"));
+    const auto drag = [&](std::size_t index) {
+        MessageContent* message = list.conversation().contentAt(index);
+        QTest::mousePress(message, Qt::LeftButton, {}, QPoint(0, 5));
+        QMouseEvent move(QEvent::MouseMove, QPointF(400, 5), QPointF(400, 5), Qt::NoButton, Qt::LeftButton,
+                         {});
+        QApplication::sendEvent(message, &move);
+        return message->selectedText();
+    };
+    const auto copied = [&] {
+        press(field, Qt::Key_C, Qt::ControlModifier);
+        return QGuiApplication::clipboard()->text();
+    };
+    EXPECT_EQ(drag(1), QStringLiteral("Why?"));
+    EXPECT_EQ(drag(2), QStringLiteral("Hello moth"));
+    EXPECT_EQ(list.conversation().contentAt(1)->selectedText(), QString());
+    EXPECT_EQ(copied(), QStringLiteral("Hello moth"));
+    command("my own");
+    field.selectAll();
+    EXPECT_EQ(copied(), QStringLiteral("my own"));
+    model._error = std::string("Error 500");
+    panel.settle();
+    field.moveCursor(QTextCursor::End);
+    list.error().item().selectAll();
+    EXPECT_EQ(copied(), QStringLiteral("Error 500"));
+}
+
+TEST_F(PanelViewTest, AMenuIsWalkedByKeysSkipsWhatIsOffAndGivesTheFocusBack) {
+    int selections = 0;
+    const auto open = [&](const QString& selected) {
+        field.setFocus();
+        openSelectionMenu(field, {}, selected, [&] { ++selections; });
+        return panel.surface().focusWidget();
+    };
+    const auto marked = [&] {
+        const auto* item = qobject_cast<QAbstractButton*>(panel.surface().focusWidget());
+        return item != nullptr ? item->text() : QString();
+    };
+    QWidget* menu = open(QString());
+    ASSERT_NE(menu, &field);
+    for (const int key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Up}) {
+        press(*menu, key);
+        EXPECT_EQ(marked(), "Select All") << "nothing is selected that could be copied";
+    }
+    press(*menu, Qt::Key_Return, {}, true);
+    EXPECT_EQ(selections, 0) << "the key is only held";
+    press(*menu, Qt::Key_Return);
+    EXPECT_EQ(selections, 1);
+    EXPECT_EQ(panel.surface().focusWidget(), &field);
+    menu = open("words");
+    press(*menu, Qt::Key_Down);
+    EXPECT_EQ(marked(), "Copy");
+    press(*menu, Qt::Key_Escape);
+    EXPECT_EQ(panel.surface().focusWidget(), &field);
+    EXPECT_EQ(selections, 1);
+    menu = open("words");
+    panel.view->resize(panel.view->size() + QSize(1, 0));
+    panel.surface().resize(panel.surface().size() + QSize(30, 0));
+    panel.settle();
+    EXPECT_EQ(panel.surface().focusWidget(), &field) << "it goes with the size that it was placed in";
 }
 
 TEST_F(PanelViewTest, PageKeysAndTheWheelScroll) {
@@ -375,6 +429,11 @@ TEST_F(PanelViewTest, WhatIsReadStaysInItsPlaceWhileTheNewestAnswerGrowsAboveIt)
     model._messages.grow([](auto& messages) { messages.push_back({"B", "user", "next"}); });
     panel.settle();
     EXPECT_EQ(list.scrollView().position(), 0) << "a new message is looked at";
+    openHistory(50);
+    list.scrollView().scrollTo(400);
+    model._openHistory = false;
+    panel.settle();
+    EXPECT_EQ(list.scrollView().position(), 0) << "what else is shown begins at its top";
 }
 
 TEST(PanelKeys, ControlAndALetterOfAnotherAlphabetIsTheLatinLetterOfTheSameKey) {

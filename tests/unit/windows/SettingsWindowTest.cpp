@@ -182,6 +182,10 @@ TEST_F(SettingsWindowTest, ALeftOrRightClickEndsRecordingUnlessItIsWithinThreePi
 }
 
 TEST_F(SettingsWindowTest, WhereNoHotKeyCanBeHadTheSettingsSayWhyAndWhatToDoInstead) {
+    const char* bad = "The stored hot key cannot be used. Record another one.";
+    EXPECT_FALSE(shows(bad));
+    fakes.userDefaults.set(name.defaultsKey(), std::string("no hot key"));
+    EXPECT_TRUE(shows(bad));
     fakes.hotKeyCenter.obstacleText = "No X server. Bind “quillmoth --toggle”.";
     open();
     EXPECT_TRUE(shows("No X server. Bind “quillmoth --toggle”."));
@@ -319,6 +323,12 @@ TEST_F(SettingsWindowTest, TheUpdateButtonWorksOnlyWhileACheckCanStart) {
     EXPECT_TRUE(check->toolTip().isEmpty() && check->accessibleDescription().isEmpty());
     check->click();
     EXPECT_TRUE(saysWhyNot("asked")) << check->toolTip().toStdString();
+    fakes.urlSessions.shared().lastTask().answer(500, "");
+    fakes.runUntilIdle();
+    ASSERT_NE(alert(), nullptr);
+    EXPECT_EQ(alert()->text(), "Could not check for updates.");
+    delete alert();
+    check->click();
     fakes.urlSessions.shared().lastTask().answer(200, R"({"version":"1.0.1","url":"https://get.example/"})");
     fakes.runUntilIdle();
     EXPECT_TRUE(check->isEnabled());
