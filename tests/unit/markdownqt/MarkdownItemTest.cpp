@@ -8,8 +8,6 @@ namespace quillmoth::markdown {
 
 namespace {
 
-using namespace std::chrono_literals;
-
 class MarkdownItemTest : public ItemTest {
 protected:
     void click(QPointF point, int clicks = 1) {
@@ -100,12 +98,12 @@ TEST_F(MarkdownItemTest, SaysCopiedForTwoSecondsAfterEachPress) {
     EXPECT_EQ(host.copied, QStringList{"let x = 1"});
     EXPECT_TRUE(isCopied(0));
     EXPECT_EQ(host.renamed.size(), 1U);
-    host.advance(1500ms);
+    host.mainQueue.advance(1.5);
     click(button);
-    host.advance(500ms);
+    host.mainQueue.advance(0.5);
     EXPECT_EQ(host.renamed.size(), 3U);
     EXPECT_FALSE(isCopied(0)) << "the first reset comes on its own time";
-    host.advance(1500ms);
+    host.mainQueue.advance(1.5);
     EXPECT_FALSE(isCopied(0));
     EXPECT_EQ(host.copied.size(), 2);
 }
@@ -115,7 +113,7 @@ TEST_F(MarkdownItemTest, AResetThatComesAfterItsDocumentDoesNothing) {
     click(middleOf(document().copyButtonFrame(0)));
     item.setForm(TextForm::plain);
     item.setText("gone");
-    host.advance(3s);
+    host.mainQueue.advance(3);
     item.setForm(TextForm::markdown);
     item.setText("no code");
     EXPECT_EQ(document().codeBlockCount(), 0U);

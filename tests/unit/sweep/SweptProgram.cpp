@@ -48,15 +48,19 @@ void SweptProgram::makeParts() {
 
 const std::vector<SweptProgram::Action>& SweptProgram::actions() {
     static const std::vector<Action> all{
-        {"type", &SweptProgram::typeCommand, 6},
-        {"field", &SweptProgram::useField, 14},
+        {"type", [](SweptProgram& self) { self.view_->commandEdited(text(self.dice_)); }, 6},
+        {"field",
+         [](SweptProgram& self) {
+             self.view_->fieldCommand(self.dice_.of(kFieldCommands), self.dice_.once(8));
+         },
+         14},
         {"key", &SweptProgram::pressKey, 14},
         {"bar", &SweptProgram::useBar, 4},
         {"preset row", &SweptProgram::usePresetRow, 6},
         {"history row", &SweptProgram::useHistoryRow, 3},
         {"form", &SweptProgram::useForm, 10},
         {"hot key", &SweptProgram::pressHotKey, 5},
-        {"click elsewhere", &SweptProgram::clickElsewhere, 2},
+        {"click elsewhere", [](SweptProgram& self) { self.platform_.panelWindows.resignMain(); }, 2},
         {"editor", &SweptProgram::editPresets, 6},
         {"import", &SweptProgram::importFile, 1},
         {"draw", &SweptProgram::draw, 12},
@@ -79,7 +83,7 @@ const char* SweptProgram::step() {
         return result;
     }();
     const Action& action = actions()[dice_.of(places)];
-    (this->*action.run)();
+    action.run(*this);
     return action.name;
 }
 
@@ -93,14 +97,6 @@ std::string SweptProgram::brokenPromise() const {
     if (!(view_->_fontSize >= View::kSmallestFont && view_->_fontSize <= View::kLargestFont))
         return "the font has a size that no text can have";
     return {};
-}
-
-void SweptProgram::typeCommand() {
-    view_->commandEdited(text(dice_));
-}
-
-void SweptProgram::useField() {
-    view_->fieldCommand(dice_.of(kFieldCommands), dice_.once(8));
 }
 
 void SweptProgram::pressKey() {
@@ -157,10 +153,6 @@ void SweptProgram::pressHotKey() {
     const auto hotKey = registered.begin()->second;
     platform_.hotKeyCenter.press(hotKey.keyCode, hotKey.carbonModifiers);
     platform_.hotKeyCenter.release(hotKey.keyCode, hotKey.carbonModifiers);
-}
-
-void SweptProgram::clickElsewhere() {
-    platform_.panelWindows.resignMain();
 }
 
 void SweptProgram::editPresets() {

@@ -7,6 +7,7 @@
 #include "Quillmoth/Editor/PromptEditorView.h"
 #include "tests/unit/sweep/SweepInputs.h"
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -39,22 +40,19 @@ public:
 private:
     struct Action {
         const char* name;
-        void (SweptProgram::*run)();
+        std::function<void(SweptProgram&)> run;
         std::size_t weight;
     };
 
     static const std::vector<Action>& actions();
 
     // The user
-    void typeCommand();
-    void useField();
     void pressKey();
     void useBar();
     void usePresetRow();
     void useHistoryRow();
     void useForm();
     void pressHotKey();
-    void clickElsewhere();
     void editPresets();
     void importFile();
     // The toolkit

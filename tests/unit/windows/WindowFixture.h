@@ -1,8 +1,9 @@
 #pragma once
 
 #include "KeyboardShortcuts/Center.h"
+#include "Platform/Fake/FakeKeyKeeping.h"
+#include "Platform/Fake/FakeLoginItems.h"
 #include "Platform/Fake/FakePlatform.h"
-#include "Platform/LoginItem.h"
 #include "Quillmoth/Shell/Controls/ColorScheme.h"
 #include "Quillmoth/Shell/Windows/OnboardingWindow.h"
 #include "Quillmoth/Shell/Windows/SettingView.h"
@@ -11,66 +12,9 @@
 #include <QPushButton>
 
 #include <map>
-#include <set>
 #include <string>
 
 namespace quillmoth {
-
-/// Login items in memory.
-class FakeLoginItems final : public platform::LoginItems {
-public:
-    [[nodiscard]] bool isEnabled(const std::string& identifier) const override {
-        return enabled.contains(identifier);
-    }
-
-    Result<void> registerItem(const std::string& identifier) override {
-        if (!failure.empty())
-            return Error{failure};
-        enabled.insert(identifier);
-        return {};
-    }
-
-    Result<void> unregisterItem(const std::string& identifier) override {
-        enabled.erase(identifier);
-        return {};
-    }
-
-    std::set<std::string> enabled;
-    /// What registering fails with.
-    std::string failure;
-};
-
-/// The place of the key as the test sets it; a change is a call of tell().
-class FakeKeyKeeping final : public platform::KeyKeeping {
-public:
-    void lookForKeyring() override { ++looks; }
-
-    [[nodiscard]] bool offersKeyring() const override { return offers; }
-
-    [[nodiscard]] bool keepsInKeyring() const override { return keeps; }
-
-    void setKeepsInKeyring(bool wish) override { wishes.push_back(wish); }
-
-    [[nodiscard]] bool isMovingKey() const override { return moves; }
-
-    [[nodiscard]] std::string keepingProblem() const override { return problem; }
-
-    Subscription onChange(std::function<void()> subscriber) override {
-        return changed_.subscribe(std::move(subscriber));
-    }
-
-    void tell() { changed_.emit(); }
-
-    int looks = 0;
-    bool offers = false;
-    bool keeps = false;
-    bool moves = false;
-    std::string problem;
-    std::vector<bool> wishes;
-
-private:
-    Signal<> changed_;
-};
 
 /// X keycodes stand 8 above the kernel's codes; these few are enough here.
 inline std::optional<std::uint16_t> virtualKeyCodeOfTest(std::uint32_t scanCode) {
@@ -110,8 +54,8 @@ struct WindowFixture {
     }
 
     platform::FakePlatform fakes;
-    FakeLoginItems loginItems;
-    FakeKeyKeeping keyKeeping;
+    platform::FakeLoginItems loginItems;
+    platform::FakeKeyKeeping keyKeeping;
     ColorScheme colorScheme;
     KeyboardShortcuts::Center shortcuts{fakes.userDefaults, fakes.hotKeyCenter};
     KeyboardShortcuts::Name name{"showFloatingPanel"};
