@@ -12,13 +12,7 @@ using Rows = std::vector<std::int64_t>;
 
 inline PromptData preset(std::string name, std::string prompt, std::optional<std::string> type = std::nullopt,
                          std::optional<std::string> systemPrompt = std::nullopt) {
-    PromptData data;
-    data.emoji = "🦉";
-    data.name = std::move(name);
-    data.prompt = std::move(prompt);
-    data.promptType = std::move(type);
-    data.systemPrompt = std::move(systemPrompt);
-    return data;
+    return {{}, "🦉", std::move(name), std::move(prompt), std::move(systemPrompt), std::move(type), {}};
 }
 
 /// One event of a stream that carries a piece of the answer.

@@ -11,11 +11,7 @@ namespace quillmoth {
 /// A preset whose name begins with "n" is of the kind "nonContext", one with "c" of "context"; others say
 /// nothing.
 inline PromptData namedPreset(const std::string& name) {
-    PromptData preset;
-    preset.id = "id of " + name;
-    preset.emoji = "🦉";
-    preset.name = name;
-    preset.prompt = "prompt of " + name;
+    PromptData preset{"id of " + name, "🦉", name, "prompt of " + name, {}, {}, {}};
     if (name.front() == 'n')
         preset.promptType = "nonContext";
     if (name.front() == 'c')

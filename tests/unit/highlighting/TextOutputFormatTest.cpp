@@ -24,13 +24,16 @@ std::optional<Color> colorAt(const markdown::AttributedText& text, std::string_v
 } // namespace
 
 TEST(SplashCodeSyntaxHighlighter, ColoursTokensAndPlainTextButNotWhitespace) {
-    const Theme theme = midnight();
+    Theme theme = midnight();
     const auto text = SplashCodeSyntaxHighlighter(theme).highlightCode("let  delay = Task()", "swift");
     EXPECT_EQ(text.text(), "let  delay = Task()");
     EXPECT_EQ(colorAt(text, "let"), theme.tokenColors.at(TokenType::keyword));
     EXPECT_EQ(colorAt(text, "delay"), theme.plainTextColor);
     EXPECT_EQ(colorAt(text, "Task"), theme.tokenColors.at(TokenType::type));
     EXPECT_EQ(colorAt(text, "  "), std::nullopt);
+    theme.tokenColors.erase(TokenType::keyword);
+    const auto other = SplashCodeSyntaxHighlighter(theme).highlightCode("let x", std::nullopt);
+    EXPECT_EQ(colorAt(other, "let"), theme.plainTextColor) << "a type without colour";
 }
 
 TEST(SplashCodeSyntaxHighlighter, UsesTheOneGrammarWhateverTheFenceNames) {
@@ -39,13 +42,6 @@ TEST(SplashCodeSyntaxHighlighter, UsesTheOneGrammarWhateverTheFenceNames) {
     EXPECT_EQ(highlighter.highlightCode("if x: return 1", "python"), swift);
     EXPECT_EQ(highlighter.highlightCode("if x: return 1", std::nullopt), swift);
     EXPECT_TRUE(highlighter.highlightCode("", "swift").empty());
-}
-
-TEST(SplashCodeSyntaxHighlighter, ATypeWithoutColourShowsAsPlainText) {
-    Theme theme = midnight();
-    theme.tokenColors.erase(TokenType::keyword);
-    const auto text = SplashCodeSyntaxHighlighter(theme).highlightCode("let x", std::nullopt);
-    EXPECT_EQ(colorAt(text, "let"), theme.plainTextColor);
 }
 
 TEST(Theme, MidnightKeepsEveryKindOfTokenReadableOnTheGroundOfCode) {

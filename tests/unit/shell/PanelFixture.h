@@ -15,12 +15,7 @@ namespace quillmoth {
 
 inline PromptData makePreset(std::string emoji, std::string name, std::string prompt,
                              std::optional<std::string> type = std::nullopt) {
-    PromptData data;
-    data.emoji = std::move(emoji);
-    data.name = std::move(name);
-    data.prompt = std::move(prompt);
-    data.promptType = std::move(type);
-    return data;
+    return {{}, std::move(emoji), std::move(name), std::move(prompt), {}, std::move(type), {}};
 }
 
 /// The panel with its real model and window over the fake platform.
