@@ -33,22 +33,7 @@ protected:
     platform::FakeDataTask& task() { return platform.urlSessions.shared().lastTask(); }
 };
 
-TEST_F(SettingsServices, ACheckStartsOnlyWithAConfiguredFeedAndOnlyOnceAtATime) {
-    Updater updater(platform.platform());
-    CheckForUpdatesViewModel model(updater);
-    updater.checkForUpdates();
-    EXPECT_TRUE(platform.urlSessions.shared().tasks().empty());
-    platform.userDefaults.set("updateFeedURL", std::string("file:///etc/passwd"));
-    EXPECT_FALSE(model._canCheckForUpdates);
-    platform.userDefaults.set("updateFeedURL", std::string("https://feed.example/f.json"));
-    EXPECT_TRUE(model._canCheckForUpdates);
-    updater.checkForUpdates();
-    updater.checkForUpdates();
-    EXPECT_EQ(platform.urlSessions.shared().tasks().size(), 1U);
-    EXPECT_FALSE(model._canCheckForUpdates);
-}
-
-TEST_F(SettingsServices, EachAnswerOfTheFeedHasItsOutcomeAndOnlyAWebPageIsForTheBrowser) {
+TEST_F(SettingsServices, OneCheckAtATimeOfAConfiguredFeedHasAnOutcomeAndOnlyAWebPageIsForTheBrowser) {
     EXPECT_FALSE(readUpdateFeed(R"({"version":"2","url":"file:///bin/sh"})")->url);
     EXPECT_EQ(readUpdateFeed(R"({"version":"2","url":"https://h/p?v=2"})")->url, "https://h/p?v=2");
 
@@ -63,12 +48,23 @@ TEST_F(SettingsServices, EachAnswerOfTheFeedHasItsOutcomeAndOnlyAWebPageIsForThe
                           {200, R"({"version":"new"})", 2},
                           {200, "<html>", 2},
                           {404, R"({"version":"9"})", 2}};
-    platform.userDefaults.set("updateFeedURL", std::string("https://feed.example/f.json"));
     Updater updater(platform.platform());
+    CheckForUpdatesViewModel model(updater);
+    for (const char* feed : {"", "file:///etc/passwd", "https://feed.example/f.json"}) {
+        EXPECT_FALSE(model._canCheckForUpdates);
+        updater.checkForUpdates();
+        EXPECT_TRUE(platform.urlSessions.shared().tasks().empty());
+        platform.userDefaults.set("updateFeedURL", std::string(feed));
+    }
     std::optional<UpdateOutcome> outcome;
     updater.onOutcome = [&](const UpdateOutcome& given) { outcome = given; };
     for (const Case& one : cases) {
-        updater.checkForUpdates();
+        const std::size_t before = platform.urlSessions.shared().tasks().size();
+        for (const bool canCheck : {true, false}) {
+            EXPECT_EQ(model._canCheckForUpdates, canCheck);
+            updater.checkForUpdates();
+            EXPECT_EQ(platform.urlSessions.shared().tasks().size(), before + 1) << "one at a time";
+        }
         task().answer(one.status, one.body);
         EXPECT_FALSE(outcome);
         platform.runUntilIdle();
