@@ -472,7 +472,8 @@ TEST_F(PanelViewTest, AnErrorStandsAboveWhateverFollowsAndThatForMissingAccessib
     EXPECT_TRUE(button.hasFocus());
     press(button, Qt::Key_Return);
     EXPECT_FALSE(panel.panel().isOpen);
-    EXPECT_EQ(panel.platform.application.calls.back(), "showSettingsWindow");
+    EXPECT_EQ(panel.platform.application.calls,
+              (std::vector<std::string>{"activateIgnoringOtherApps", "showSettingsWindow"}));
 }
 
 } // namespace
