@@ -64,15 +64,21 @@ QSize BarGroup::sizeHint() const {
     return {labelWidth() + kLabelGap + symbolsWidth() + 2 * kGroupPadding, panel::kBottomBar};
 }
 
+QSize BarGroup::minimumSizeHint() const {
+    return {symbolsWidth() + 2 * kGroupPadding, panel::kBottomBar};
+}
+
 void BarGroup::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const double hovered = isDown() ? 0 : hoverShare(*this);
+    const bool hasLabel = width() >= sizeHint().width();
     int x = kGroupPadding;
     const int labelLeft = x + (description_.symbolsFirst ? symbolsWidth() + kLabelGap : 0);
     painter.setPen(blended(kPanelTheme.gray, kPanelTheme.barHovered, hovered));
-    painter.drawText(QRect(labelLeft, 0, labelWidth() + 1, height()), Qt::AlignVCenter | Qt::AlignLeft,
-                     text());
-    if (!description_.symbolsFirst)
+    if (hasLabel)
+        painter.drawText(QRect(labelLeft, 0, labelWidth() + 1, height()), Qt::AlignVCenter | Qt::AlignLeft,
+                         text());
+    if (hasLabel && !description_.symbolsFirst)
         x += labelWidth() + kLabelGap;
     const int top = (height() - panel::kIcon) / 2;
     for (const QString& symbol : description_.symbols) {

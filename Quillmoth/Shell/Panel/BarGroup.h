@@ -9,7 +9,7 @@
 
 namespace quillmoth {
 
-/// A button of the bottom bar: a label and the caps of its keys.
+/// A button of the bottom bar: a label and the caps of its keys. Narrower than that, the caps alone.
 class BarGroup final : public QPushButton {
 public:
     struct Description {
@@ -24,6 +24,8 @@ public:
     void setLabel(const QString& label);
 
     [[nodiscard]] QSize sizeHint() const override;
+    /// Without the label.
+    [[nodiscard]] QSize minimumSizeHint() const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -101,11 +101,16 @@ void BottomBar::setActive(bool active) {
     onTop_->setActive(active);
 }
 
+int BottomBar::widthOf(Item item) const {
+    const QWidget* widget = widgets_.at(item);
+    return (isNarrow_ && widget != onTop_ ? widget->minimumSizeHint() : widget->sizeHint()).width();
+}
+
 int BottomBar::widthOfItems(bool withStatus, int gap) const {
     int width = kWizardWidth + kBehindWizard;
     for (const Item item : items_) {
         const bool isStatus = item == Item::status;
-        const int own = isStatus ? kLeastStatus : widgets_.at(item)->sizeHint().width();
+        const int own = isStatus ? kLeastStatus : widthOf(item);
         if (isStatus && (!withStatus || statusText_.isEmpty()))
             continue;
         width += own + (item == items_.front() ? 0 : 2 * gap + 1);
@@ -123,6 +128,8 @@ int BottomBar::leastWidth() const {
 }
 
 void BottomBar::place() {
+    isNarrow_ = false;
+    isNarrow_ = widthOfItems(false, kSmallGap) > width();
     const int gap = widthOfItems(true, kGap) > width() ? kSmallGap : kGap;
     separators_.clear();
     for (const auto& [item, widget] : widgets_)
@@ -140,7 +147,7 @@ void BottomBar::place() {
         QWidget* widget = widgets_.at(*item);
         if (widget->isHidden())
             continue;
-        const int own = widget == status_ ? statusWidth : widget->sizeHint().width();
+        const int own = widget == status_ ? statusWidth : widthOf(*item);
         if (right < width()) {
             right -= gap + 1;
             separators_.push_back(mirrored ? width() - right - 1 : right);

@@ -34,6 +34,7 @@ protected:
 private:
     void addGroup(Item item, BarGroup::Description description);
     void place();
+    [[nodiscard]] int widthOf(Item item) const;
     [[nodiscard]] int widthOfItems(bool withStatus, int gap) const;
 
     std::shared_ptr<FloatingViewController> controller_;
@@ -43,6 +44,8 @@ private:
     QString statusText_;
     std::vector<Item> items_;
     std::vector<int> separators_;
+    /// Whether there is no room for the labels of the buttons.
+    bool isNarrow_ = false;
 };
 
 } // namespace quillmoth

@@ -4,6 +4,8 @@
 
 #include <QScrollBar>
 
+#include <utility>
+
 namespace quillmoth {
 
 namespace {
@@ -44,6 +46,11 @@ void CommandArea::refresh() {
     }
 }
 
+void CommandArea::setCut(bool cut) {
+    if (std::exchange(isCut_, cut) != cut)
+        place();
+}
+
 void CommandArea::setActive(bool active) {
     field_->setCaretShown(active);
 }
@@ -59,7 +66,7 @@ void CommandArea::place() {
     back_->setGeometry(0, (panel::kCommandRow - back.height()) / 2, back.width(), back.height());
     spinner_->move(kSpinnerLeft, (panel::kCommandRow - panel::kSpinner) / 2);
     bar_->setGeometry(fieldWidth, 0, ThinScrollBar::kWidth, height());
-    const bool scrolls = height() >= panel::kLargestCommandArea && field_->isVisible();
+    const bool scrolls = (isCut_ || height() >= panel::kLargestCommandArea) && field_->isVisible();
     const int seen = field_->viewport()->height();
     bar_->setExtent(scrolls ? seen + field_->verticalScrollBar()->maximum() : 0, seen);
 }

@@ -15,6 +15,9 @@ public:
     /// Grows with the text up to a limit, from which the field scrolls. `width` with the scroll bar's.
     [[nodiscard]] int heightForWidth(int width) const override;
 
+    /// Whether the area is lower than that, so that the field scrolls below the limit too.
+    void setCut(bool cut);
+
     void refresh();
     void setActive(bool active);
 
@@ -35,6 +38,7 @@ private:
     PanelButton* back_;
     Spinner* spinner_;
     ThinScrollBar* bar_;
+    bool isCut_ = false;
 };
 
 } // namespace quillmoth

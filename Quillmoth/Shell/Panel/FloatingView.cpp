@@ -130,13 +130,18 @@ void FloatingView::place() {
     const int inside = width() - 2 * panel::kPadding;
     // The scroll bars lie in the padding at the right.
     const int withBar = inside + panel::kPadding;
-    placedCommandHeight_ = command_->heightForWidth(withBar);
-    command_->setGeometry(left, panel::kPadding, withBar, placedCommandHeight_);
+    wantedCommandHeight_ = command_->heightForWidth(withBar);
     placedNoticeHeight_ = noticeHeight();
-    notice_->setGeometry(left + NoticeLine::kInset, panel::kPadding + placedCommandHeight_,
+    // On a small screen the panel is lower than it would be: then each gets half of what there is.
+    const int room = height() - panel::kFixedHeight - placedNoticeHeight_;
+    const int commandRoom = qMax(panel::kCommandRow, qMax(room - panel::kLeastListHeight, room / 2));
+    const int commandHeight = qMin(wantedCommandHeight_, commandRoom);
+    command_->setGeometry(left, panel::kPadding, withBar, commandHeight);
+    command_->setCut(commandHeight < wantedCommandHeight_);
+    notice_->setGeometry(left + NoticeLine::kInset, panel::kPadding + commandHeight,
                          inside - 2 * NoticeLine::kInset, placedNoticeHeight_);
-    const int listTop = panel::kPadding + placedCommandHeight_ + placedNoticeHeight_ +
-                        panel::kGapAboveDivider + panel::kDivider;
+    const int listTop =
+        panel::kPadding + commandHeight + placedNoticeHeight_ + panel::kGapAboveDivider + panel::kDivider;
     const int barTop = height() - panel::kPadding - panel::kBottomBar;
     const int listHeight = barTop - panel::kGapBelowDivider - panel::kDivider - listTop;
     list_->setGeometry(left, listTop, withBar, qMax(0, listHeight));
@@ -150,17 +155,21 @@ int FloatingView::noticeHeight() const {
 }
 
 void FloatingView::followHeights() {
-    if (command_->heightForWidth(command_->width()) == placedCommandHeight_ &&
-        noticeHeight() == placedNoticeHeight_)
-        return;
+    if (command_->heightForWidth(command_->width()) != wantedCommandHeight_ ||
+        noticeHeight() != placedNoticeHeight_)
+        placeAndTell();
+}
+
+void FloatingView::placeAndTell() {
+    const QSize former = leastSize();
     place();
-    if (onLeastSizeChanged)
+    if (leastSize() != former && onLeastSizeChanged)
         onLeastSizeChanged();
 }
 
 QSize FloatingView::leastSize() const {
     return {bar_->leastWidth() + 2 * panel::kPadding,
-            panel::kFixedHeight + placedCommandHeight_ + placedNoticeHeight_ + panel::kLeastListHeight};
+            panel::kFixedHeight + wantedCommandHeight_ + placedNoticeHeight_ + panel::kLeastListHeight};
 }
 
 QSize FloatingView::naturalSize() const {
@@ -168,7 +177,7 @@ QSize FloatingView::naturalSize() const {
 }
 
 void FloatingView::resizeEvent(QResizeEvent*) {
-    place();
+    placeAndTell();
 }
 
 void FloatingView::showEvent(QShowEvent* event) {

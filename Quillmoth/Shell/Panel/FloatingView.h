@@ -61,6 +61,7 @@ private:
     void place();
     [[nodiscard]] int noticeHeight() const;
     void followHeights();
+    void placeAndTell();
     bool handleKey(QObject* watched, const QKeyEvent& event);
     bool copySelection(QObject* watched);
     bool scrollByKey(const QKeyEvent& event);
@@ -84,7 +85,7 @@ private:
     bool appeared_ = false;
     bool active_ = true;
     int refreshCount_ = 0;
-    int placedCommandHeight_ = 0;
+    int wantedCommandHeight_ = 0;
     int placedNoticeHeight_ = 0;
     Subscription updates_;
     Subscription fieldFocus_;

@@ -34,16 +34,27 @@ std::optional<QRect> readFrame(const std::string& text) {
     return QRect(x, y, width, height);
 }
 
-QRect broughtBack(const QRect& frame, const QList<QRect>& screens) {
+QRect broughtBack(const QRect& frame, QSize least, const QList<QRect>& screens) {
+    QRect moved(frame.topLeft(), frame.size().expandedTo(least));
     if (screens.isEmpty())
-        return frame;
+        return moved;
     const QRect& screen =
         *std::max_element(screens.begin(), screens.end(),
                           [&](const QRect& a, const QRect& b) { return area(a & frame) < area(b & frame); });
-    QRect moved(frame.topLeft(), frame.size().boundedTo(screen.size()));
+    moved.setSize(moved.size().boundedTo(screen.size()));
     moved.moveLeft(std::clamp(moved.left(), screen.left(), screen.right() + 1 - moved.width()));
     moved.moveTop(std::clamp(moved.top(), screen.top(), screen.bottom() + 1 - moved.height()));
     return moved;
+}
+
+QRect centered(QSize size, QPoint pointer, const QList<QRect>& screens) {
+    QRect frame({}, size);
+    if (screens.isEmpty())
+        return frame;
+    const auto pointed = std::find_if(screens.begin(), screens.end(),
+                                      [&](const QRect& screen) { return screen.contains(pointer); });
+    frame.moveCenter(pointed == screens.end() ? screens.front().center() : pointed->center());
+    return frame;
 }
 
 Qt::Edges edgesAt(QPoint position, QSize size) {

@@ -15,9 +15,12 @@ namespace quillmoth {
 /// None for a text that is no frame.
 [[nodiscard]] std::optional<QRect> readFrame(const std::string& text);
 
-/// The frame moved, and where it must be made smaller, so that all of it is on the one of `screens` that
-/// shows most of it; into the first one where none shows any.
-[[nodiscard]] QRect broughtBack(const QRect& frame, const QList<QRect>& screens);
+/// Where a panel is shown for which the user chose `frame`: not smaller than `least`, but all of it on the
+/// one of `screens` that shows most of the frame, on the first one where none shows any.
+[[nodiscard]] QRect broughtBack(const QRect& frame, QSize least, const QList<QRect>& screens);
+
+/// A frame in the middle of the one of `screens` with the pointer, of the first one where none has it.
+[[nodiscard]] QRect centered(QSize size, QPoint pointer, const QList<QRect>& screens);
 
 /// The edges that a press at `position` of a panel drags; none in its inside.
 [[nodiscard]] Qt::Edges edgesAt(QPoint position, QSize size);

@@ -37,8 +37,8 @@ PanelSurface::PanelSurface(std::unique_ptr<PanelContent> content, bool isOrdinar
     setAttribute(Qt::WA_QuitOnClose, false);
     content_->setParent(this);
     content_->onLeastSizeChanged = [this] { applySize(); };
-    chosenSize_ = content_->naturalSize();
-    resize(chosenSize_);
+    chosen_.setSize(content_->naturalSize());
+    resize(chosen_.size());
     // So that the events of the window can be seen before it is shown.
     create();
     windowHandle()->installEventFilter(this);
@@ -48,18 +48,25 @@ QSize PanelSurface::leastSize() const {
     return content_->leastSize();
 }
 
+QRect PanelSurface::place() const {
+    return broughtBack(chosen_, leastSize(), screens ? screens() : QList<QRect>());
+}
+
+/// Stays where the user has dragged it, were it half off the screen, until it needs another size.
 void PanelSurface::applySize() {
-    if (!drag_)
-        resize(chosenSize_.expandedTo(leastSize()));
+    const QRect wanted = place();
+    if (!drag_ && wanted.size() != size())
+        setGeometry(wanted);
 }
 
 void PanelSurface::setFrame(const QRect& frame) {
-    chosenSize_ = frame.size();
-    setGeometry(QRect(frame.topLeft(), chosenSize_.expandedTo(leastSize())));
+    chosen_ = frame;
+    setGeometry(place());
 }
 
-QRect PanelSurface::frame() const {
-    return {geometry().topLeft(), chosenSize_};
+void PanelSurface::followScreens() {
+    if (isVisible() && !drag_)
+        setGeometry(place());
 }
 
 void PanelSurface::setActive(bool active) {
@@ -89,7 +96,7 @@ void PanelSurface::resizeEvent(QResizeEvent*) {
 
 void PanelSurface::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
-    applySize();
+    followScreens();
 }
 
 void PanelSurface::changeEvent(QEvent* event) {
@@ -168,7 +175,7 @@ bool PanelSurface::eventFilter(QObject* watched, QEvent* event) {
         if (move->buttons() == Qt::NoButton)
             showEdgeCursor(edgesAt(move->position().toPoint(), size()));
     } else if (event->type() == QEvent::MouseButtonRelease && drag_ && drag_->edges) {
-        drag_.reset();
+        endDrag();
         return true;
     } else if (event->type() == QEvent::Leave)
         showEdgeCursor({});
@@ -219,14 +226,22 @@ void PanelSurface::beginDrag(QPoint globalPosition, Qt::Edges edges) {
     drag_ = Drag{.from = globalPosition, .frame = geometry(), .edges = edges};
 }
 
+/// It may have come to a screen of another size.
+void PanelSurface::endDrag() {
+    drag_.reset();
+    applySize();
+}
+
 void PanelSurface::drag(QPoint globalPosition) {
     const QPoint by = globalPosition - drag_->from;
     if (!drag_->edges) {
-        move(drag_->frame.topLeft() + by);
+        chosen_.moveTopLeft(drag_->frame.topLeft() + by);
+        move(chosen_.topLeft());
         return;
     }
-    setGeometry(resized(drag_->frame, drag_->edges, by, leastSize()));
-    chosenSize_ = size();
+    // On a small screen it may be smaller than its content would have it.
+    chosen_ = resized(drag_->frame, drag_->edges, by, leastSize().boundedTo(drag_->frame.size()));
+    setGeometry(chosen_);
 }
 
 void PanelSurface::mousePressEvent(QMouseEvent* event) {
@@ -240,7 +255,7 @@ void PanelSurface::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void PanelSurface::mouseReleaseEvent(QMouseEvent*) {
-    drag_.reset();
+    endDrag();
 }
 
 } // namespace quillmoth

@@ -22,9 +22,17 @@ public:
     /// Whether the desktop blends windows. Without it the corners are cut out.
     void setCompositing(bool compositing);
 
-    /// The size that the user chose. The window is larger while its content needs more.
+    /// What the user chose. The window is larger while its content needs more, and is shown smaller or
+    /// elsewhere while it would not fit on a screen.
     void setFrame(const QRect& frame);
-    [[nodiscard]] QRect frame() const;
+
+    [[nodiscard]] QRect frame() const { return chosen_; }
+
+    /// To be called when the screens have changed.
+    void followScreens();
+
+    /// What can be shown on. Without it, anywhere.
+    std::function<QList<QRect>()> screens;
 
     /// The pointer was pressed anywhere in the panel.
     std::function<void()> onPressed;
@@ -48,17 +56,19 @@ private:
 
     [[nodiscard]] QSize leastSize() const;
     void beginDrag(QPoint globalPosition, Qt::Edges edges);
+    void endDrag();
     void drag(QPoint globalPosition);
     bool handleKey(const QKeyEvent& event);
     void openMenu();
     void showEdgeCursor(Qt::Edges edges);
     void applyMask();
+    [[nodiscard]] QRect place() const;
     void applySize();
     void paintRim(QPainter& painter) const;
 
     PanelContent* content_;
     bool isOrdinaryWindow_;
-    QSize chosenSize_;
+    QRect chosen_;
     std::optional<Drag> drag_;
     Qt::Edges pointedEdges_;
     bool active_ = true;

@@ -51,6 +51,8 @@ QtPanelWindow::QtPanelWindow(QtPanelServices services, std::unique_ptr<PanelCont
     : services_(std::move(services)),
       surface_(std::make_unique<PanelSurface>(std::move(content), services_.isOrdinaryWindow)) {
     surface_->onPressed = [this] { pressed(); };
+    surface_->screens = services_.screens ? services_.screens : availableScreens;
+    followScreens();
     if (services_.onCompositingChange)
         compositing_ = services_.onCompositingChange([this] { followCompositing(); });
     turned_ =
@@ -66,14 +68,7 @@ void QtPanelWindow::setTitle(const std::string& title) {
 }
 
 void QtPanelWindow::center() {
-    const QScreen* screen = QGuiApplication::screenAt(QCursor::pos());
-    if (!screen)
-        screen = QGuiApplication::primaryScreen();
-    if (!screen)
-        return;
-    QRect frame = surface_->frame();
-    frame.moveCenter(screen->availableGeometry().center());
-    surface_->setFrame(broughtBack(frame, {screen->availableGeometry()}));
+    surface_->setFrame(centered(surface_->frame().size(), QCursor::pos(), surface_->screens()));
 }
 
 bool QtPanelWindow::setFrameUsingName(std::string_view name) {
@@ -83,7 +78,7 @@ bool QtPanelWindow::setFrameUsingName(std::string_view name) {
     const auto frame = saved ? readFrame(*saved) : std::nullopt;
     if (!frame)
         return false;
-    surface_->setFrame(broughtBack(*frame, availableScreens()));
+    surface_->setFrame(*frame);
     return true;
 }
 
@@ -106,6 +101,19 @@ void QtPanelWindow::orderFront() {
 
 void QtPanelWindow::followCompositing() {
     surface_->setCompositing(!services_.isCompositing || services_.isCompositing());
+}
+
+void QtPanelWindow::followScreens() {
+    // Queued: the toolkit tells of a screen before it has moved the windows of that.
+    const auto follow = [surface = surface_.get()] { surface->followScreens(); };
+    const auto watch = [surface = surface_.get(), follow](const QScreen* screen) {
+        QObject::connect(screen, &QScreen::availableGeometryChanged, surface, follow, Qt::QueuedConnection);
+    };
+    for (const QScreen* screen : QGuiApplication::screens())
+        watch(screen);
+    QObject::connect(qGuiApp, &QGuiApplication::screenAdded, surface_.get(), watch);
+    for (const auto change : {&QGuiApplication::screenAdded, &QGuiApplication::screenRemoved})
+        QObject::connect(qGuiApp, change, surface_.get(), follow, Qt::QueuedConnection);
 }
 
 void QtPanelWindow::makeKeyWindow() {

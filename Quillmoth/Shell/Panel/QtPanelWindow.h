@@ -21,6 +21,8 @@ struct QtPanelServices {
     bool isOrdinaryWindow = false;
     /// Called when a panel is shown.
     std::function<void()> shown = {};
+    /// The parts of the screens that are for windows, the main screen's first. Without it, the toolkit's.
+    std::function<QList<QRect>()> screens = {};
 };
 
 /// Panels as windows of this toolkit that no window manager knows.
@@ -61,6 +63,7 @@ public:
 
 private:
     void followCompositing();
+    void followScreens();
     void turnedElsewhere(platform::PanelFocus::Turn turn);
     void pressed();
 

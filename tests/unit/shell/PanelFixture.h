@@ -25,7 +25,8 @@ public:
     explicit PanelUnderTest(const std::vector<PromptData>& presets, FloatingViewOptions options = {})
         : windows({.focus = platform.panelFocus,
                    .defaults = platform.userDefaults,
-                   .isCompositing = [this] { return compositing; }},
+                   .isCompositing = [this] { return compositing; },
+                   .screens = [this] { return screens; }},
                   [this] { return std::unique_ptr<PanelContent>(std::move(made_)); }) {
         platform.workspace.frontmost = 42;
         platform.userDefaults.set("gatewayBaseURL", std::string("https://gateway.example"));
@@ -66,6 +67,7 @@ public:
     markdown::MarkdownServices services{markdown::MarkdownPalette::panel()};
     platform::FakePlatform platform;
     bool compositing = true;
+    QList<QRect> screens{QRect(0, 0, 9000, 900)};
     QtPanelWindows windows;
     std::shared_ptr<DataModel> model;
     std::shared_ptr<FloatingViewController> controller;

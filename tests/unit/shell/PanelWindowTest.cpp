@@ -83,22 +83,100 @@ TEST_F(PanelWindowTest, DraggingAnEmptyPartMovesAndAnEdgeResizes) {
     EXPECT_EQ(panel.surface().pos(), QPoint(20, 20));
 }
 
-TEST(PanelGeometryTest, AFrameOnNoScreenIsBroughtBack) {
+TEST_F(PanelWindowTest, ItKeepsToTheScreensThereAreAndTheUsersFrameToItself) {
+    const QList<QRect> both{QRect(0, 0, 1280, 800), QRect(1280, 0, 1920, 1080)};
+    const QRect chosen(2000, 670, 640, 420);
+    panel.screens = both;
+    panel.surface().setFrame(chosen);
+    EXPECT_EQ(panel.surface().geometry(), chosen.translated(0, -10));
+    panel.screens = {QRect(0, 0, 400, 250)};
+    panel.surface().followScreens();
+    EXPECT_EQ(panel.surface().geometry(), panel.screens.front());
+    panel.panel().saveFrameUsingName("savedFrame");
+    EXPECT_EQ(panel.platform.userDefaults.string("panelFrame savedFrame"), "2000 670 640 420");
+    panel.screens = both;
+    panel.surface().followScreens();
+    EXPECT_EQ(panel.surface().geometry(), chosen.translated(0, -10)) << "the screen is back";
+
+    panel.model->_command = std::string(40, '\n');
+    panel.settle();
+    EXPECT_EQ(panel.surface().geometry(), QRect(2000, 1080 - 556, 640, 556)) << "grown";
+}
+
+TEST_F(PanelWindowTest, OnASmallScreenItsPartsShareTheRoomThereIs) {
+    panel.screens = {QRect(0, 0, 427, 267)};
+    panel.surface().followScreens();
+    panel.model->_command = std::string(40, '\n');
+    panel.model->_responseValue = std::string("openChat");
+    panel.settle();
+    const QRect all = panel.view->rect();
+    EXPECT_EQ(all.size(), QSize(427, 267));
+    QRect before = panel.view->commandArea().geometry();
+    for (const QWidget* part :
+         {static_cast<QWidget*>(&panel.view->listArea()), static_cast<QWidget*>(&panel.view->bottomBar())}) {
+        EXPECT_GT(part->y(), before.bottom());
+        EXPECT_GE(part->height(), 20);
+        before = part->geometry();
+    }
+    EXPECT_LE(before.bottom(), all.bottom() - 10);
+    int items = 0;
+    for (const auto* button : panel.view->bottomBar().findChildren<QAbstractButton*>())
+        if (button->isVisible()) {
+            EXPECT_GE(button->x(), 20) << button->text().toStdString();
+            ++items;
+        }
+    EXPECT_GE(items, 5);
+
+    QWindow* window = panel.surface().windowHandle();
+    QTest::mousePress(window, Qt::LeftButton, {}, QPoint(426, 130));
+    QMouseEvent move(QEvent::MouseMove, QPointF(416, 130), QPointF(416, 130), Qt::NoButton, Qt::LeftButton,
+                     {});
+    QApplication::sendEvent(window, &move);
+    EXPECT_EQ(panel.surface().size(), all.size()) << "the edge does not jump to the least size";
+    QTest::mouseRelease(window, Qt::LeftButton, {}, QPoint(416, 130));
+}
+
+// Where the toolkit scales, a screen begins at its place in pixels and is as large as its pixels by the
+// factor: there is nothing between one and the next.
+const QList<QRect> kBeside{QRect(0, 0, 1280, 800), QRect(1280, 0, 1920, 1080)};
+const QList<QRect> kBesideTwice{QRect(0, 0, 960, 540), QRect(1920, 0, 960, 540)};
+const QList<QRect> kStackedBeforeOrigin{QRect(0, 0, 1280, 720), QRect(-300, -1080, 1280, 720)};
+const QList<QRect> kSmallThrice{QRect(0, 0, 427, 267), QRect(1280, -100, 640, 360)};
+
+TEST(PanelGeometryTest, AFrameIsBroughtBackOntoOneScreen) {
     struct Case {
+        QList<QRect> screens;
         QRect frame;
         QRect expected;
+        QSize least = {520, 290};
     };
 
-    const QList<QRect> screens{QRect(0, 0, 1280, 800), QRect(1280, 0, 1920, 1080)};
     const std::vector<Case> cases{
-        {QRect(100, 100, 612, 410), QRect(100, 100, 612, 410)},
-        {QRect(5000, 100, 612, 410), QRect(668, 100, 612, 410)},
-        {QRect(-300, -50, 612, 410), QRect(0, 0, 612, 410)},
-        {QRect(1200, 600, 612, 410), QRect(1280, 600, 612, 410)},
-        {QRect(0, 0, 4000, 3000), QRect(1280, 0, 1920, 1080)},
+        {kBeside, QRect(100, 100, 612, 410), QRect(100, 100, 612, 410)},
+        {kBeside, QRect(5000, 100, 612, 410), QRect(668, 100, 612, 410)},
+        {kBeside, QRect(-300, -50, 612, 410), QRect(0, 0, 612, 410)},
+        {kBeside, QRect(1200, 600, 612, 410), QRect(1280, 600, 612, 410)},
+        {kBeside, QRect(0, 0, 4000, 3000), QRect(1280, 0, 1920, 1080)},
+        {kBeside, QRect(100, 350, 612, 410), QRect(100, 244, 612, 556), {520, 556}},
+        {kBesideTwice, QRect(1400, 100, 612, 410), QRect(1920, 100, 612, 410)},
+        {kBesideTwice, QRect(700, 300, 612, 410), QRect(348, 130, 612, 410)},
+        {kStackedBeforeOrigin, QRect(-250, -1000, 612, 410), QRect(-250, -1000, 612, 410)},
+        {kStackedBeforeOrigin, QRect(100, -100, 612, 410), QRect(100, 0, 612, 410)},
+        {kStackedBeforeOrigin, QRect(-2000, -1000, 612, 410), QRect(0, 0, 612, 410)},
+        {kSmallThrice, QRect(10, 10, 612, 410), QRect(0, 0, 427, 267)},
+        {kSmallThrice, QRect(1300, 200, 400, 200), QRect(1300, -30, 520, 290)},
+        {{}, QRect(7, 8, 400, 410), QRect(7, 8, 520, 410)},
     };
     for (const Case& each : cases)
-        EXPECT_EQ(broughtBack(each.frame, screens), each.expected) << writeFrame(each.frame);
+        EXPECT_EQ(broughtBack(each.frame, each.least, each.screens), each.expected) << writeFrame(each.frame);
+}
+
+TEST(PanelGeometryTest, AFirstFrameIsInTheMiddleOfTheScreenWithThePointer) {
+    const QSize size(612, 410);
+    EXPECT_EQ(centered(size, {1280, 5}, kBeside).center(), kBeside[1].center());
+    EXPECT_EQ(centered(size, {2879, 5}, kBesideTwice).center(), kBesideTwice[1].center());
+    EXPECT_EQ(centered(size, {1000, 0}, kBesideTwice).center(), kBesideTwice[0].center());
+    EXPECT_EQ(centered(size, {-300, -361}, kStackedBeforeOrigin), QRect(34, -924, 612, 410));
 }
 
 TEST(PanelGeometryTest, WhatIsNoFrameIsNotRead) {
