@@ -7,10 +7,11 @@
 #include "Quillmoth/Shell/Panel/PanelKeys.h"
 
 #include <QContextMenuEvent>
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QScreen>
 #include <QWindow>
 
 namespace quillmoth {
@@ -42,6 +43,11 @@ PanelSurface::PanelSurface(std::unique_ptr<PanelContent> content, bool isOrdinar
     // So that the events of the window can be seen before it is shown.
     create();
     windowHandle()->installEventFilter(this);
+    // The toolkit leaves the mask as large as the former screen's scale made it.
+    QObject::connect(windowHandle(), &QWindow::screenChanged, this, [this] {
+        clearMask();
+        applyMask();
+    });
 }
 
 QSize PanelSurface::leastSize() const {
@@ -56,17 +62,24 @@ QRect PanelSurface::place() const {
 void PanelSurface::applySize() {
     const QRect wanted = place();
     if (!drag_ && wanted.size() != size())
-        setGeometry(wanted);
+        moveTo(wanted);
 }
 
 void PanelSurface::setFrame(const QRect& frame) {
     chosen_ = frame;
-    setGeometry(place());
+    moveTo(place());
+}
+
+/// On its screen's scale at once, rather than when the server has told that it is there.
+void PanelSurface::moveTo(const QRect& place) {
+    if (QScreen* screen = QGuiApplication::screenAt(place.center()))
+        setScreen(screen);
+    setGeometry(place);
 }
 
 void PanelSurface::followScreens() {
     if (isVisible() && !drag_)
-        setGeometry(place());
+        moveTo(place());
 }
 
 void PanelSurface::setActive(bool active) {

@@ -63,6 +63,7 @@ private:
     void showEdgeCursor(Qt::Edges edges);
     void applyMask();
     [[nodiscard]] QRect place() const;
+    void moveTo(const QRect& place);
     void applySize();
     void paintRim(QPainter& painter) const;
 
