@@ -15,6 +15,11 @@ std::int64_t area(const QRect& rectangle) {
     return rectangle.isEmpty() ? 0 : static_cast<std::int64_t>(rectangle.width()) * rectangle.height();
 }
 
+QPointF pixelAt(QPoint position, const ScaledScreen& screen) {
+    const QPoint origin = screen.place.topLeft();
+    return QPointF(origin) + QPointF(position - origin) * screen.scale;
+}
+
 } // namespace
 
 std::string writeFrame(const QRect& frame) {
@@ -55,6 +60,22 @@ QRect centered(QSize size, QPoint pointer, const QList<QRect>& screens) {
                                       [&](const QRect& screen) { return screen.contains(pointer); });
     frame.moveCenter(pointed == screens.end() ? screens.front().center() : pointed->center());
     return frame;
+}
+
+QPoint heldAt(QPoint grip, QPoint pointer, QSize size, const QList<ScaledScreen>& screens) {
+    const auto pointed = std::find_if(screens.begin(), screens.end(), [&](const ScaledScreen& screen) {
+        return screen.place.contains(pointer);
+    });
+    if (pointed == screens.end())
+        return pointer - grip;
+    const QPointF pixel = pixelAt(pointer, *pointed);
+    for (const ScaledScreen& screen : screens) {
+        const QPointF origin = screen.place.topLeft();
+        const QPoint place = (origin + (pixel - origin) / screen.scale - QPointF(grip)).toPoint();
+        if (screen.place.contains(QRect(place, size).center()))
+            return place;
+    }
+    return pointer - grip;
 }
 
 Qt::Edges edgesAt(QPoint position, QSize size) {

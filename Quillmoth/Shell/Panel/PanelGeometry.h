@@ -22,6 +22,18 @@ namespace quillmoth {
 /// A frame in the middle of the one of `screens` with the pointer, of the first one where none has it.
 [[nodiscard]] QRect centered(QSize size, QPoint pointer, const QList<QRect>& screens);
 
+/// A screen as the toolkit sees it: it begins at its place in pixels, and is as large as its pixels divided
+/// by its scale.
+struct ScaledScreen {
+    QRect place;
+    double scale = 1;
+};
+
+/// Where a panel of `size` is to be moved that the pointer holds at `grip` of it. A place between the
+/// screens' coordinates, as there are beside each one of a scale above 1, would be taken for one of another
+/// screen; so it is told in those of the screen that gets the panel's middle.
+[[nodiscard]] QPoint heldAt(QPoint grip, QPoint pointer, QSize size, const QList<ScaledScreen>& screens);
+
 /// The edges that a press at `position` of a panel drags; none in its inside.
 [[nodiscard]] Qt::Edges edgesAt(QPoint position, QSize size);
 

@@ -26,6 +26,13 @@ Qt::CursorShape cursorFor(Qt::Edges edges) {
     return edges & (Qt::LeftEdge | Qt::RightEdge) ? Qt::SizeHorCursor : Qt::SizeVerCursor;
 }
 
+QList<ScaledScreen> scaledScreens() {
+    QList<ScaledScreen> all;
+    for (const QScreen* screen : QGuiApplication::screens())
+        all.append({screen->geometry(), screen->devicePixelRatio()});
+    return all;
+}
+
 } // namespace
 
 PanelSurface::PanelSurface(std::unique_ptr<PanelContent> content, bool isOrdinaryWindow)
@@ -176,7 +183,7 @@ bool PanelSurface::eventFilter(QObject* watched, QEvent* event) {
             onPressed();
         const Qt::Edges edges = edgesAt(press->position().toPoint(), size());
         if (edges && press->button() == Qt::LeftButton) {
-            beginDrag(press->globalPosition().toPoint(), edges);
+            beginDrag(*press, edges);
             return true;
         }
     } else if (event->type() == QEvent::MouseMove) {
@@ -228,7 +235,7 @@ void PanelSurface::showEdgeCursor(Qt::Edges edges) {
         windowHandle()->unsetCursor();
 }
 
-void PanelSurface::beginDrag(QPoint globalPosition, Qt::Edges edges) {
+void PanelSurface::beginDrag(const QMouseEvent& press, Qt::Edges edges) {
     if (isOrdinaryWindow_) {
         if (edges)
             windowHandle()->startSystemResize(edges);
@@ -236,7 +243,10 @@ void PanelSurface::beginDrag(QPoint globalPosition, Qt::Edges edges) {
             windowHandle()->startSystemMove();
         return;
     }
-    drag_ = Drag{.from = globalPosition, .frame = geometry(), .edges = edges};
+    drag_ = Drag{.from = press.globalPosition().toPoint(),
+                 .frame = geometry(),
+                 .grip = press.position().toPoint(),
+                 .edges = edges};
 }
 
 /// It may have come to a screen of another size.
@@ -248,7 +258,7 @@ void PanelSurface::endDrag() {
 void PanelSurface::drag(QPoint globalPosition) {
     const QPoint by = globalPosition - drag_->from;
     if (!drag_->edges) {
-        chosen_.moveTopLeft(drag_->frame.topLeft() + by);
+        chosen_.moveTopLeft(heldAt(drag_->grip, globalPosition, size(), scaledScreens()));
         move(chosen_.topLeft());
         return;
     }
@@ -259,7 +269,7 @@ void PanelSurface::drag(QPoint globalPosition) {
 
 void PanelSurface::mousePressEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton)
-        beginDrag(event->globalPosition().toPoint(), {});
+        beginDrag(*event, {});
 }
 
 void PanelSurface::mouseMoveEvent(QMouseEvent* event) {

@@ -51,11 +51,13 @@ private:
     struct Drag {
         QPoint from;
         QRect frame;
+        /// In the window.
+        QPoint grip;
         Qt::Edges edges;
     };
 
     [[nodiscard]] QSize leastSize() const;
-    void beginDrag(QPoint globalPosition, Qt::Edges edges);
+    void beginDrag(const QMouseEvent& press, Qt::Edges edges);
     void endDrag();
     void drag(QPoint globalPosition);
     bool handleKey(const QKeyEvent& event);

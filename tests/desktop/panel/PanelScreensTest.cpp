@@ -197,6 +197,7 @@ TEST_P(PanelScales, ItFitsTheMonitorAndAnswersThePointer) {
         return std::abs(x + width / 2 - middle + 80) <= factor + 1 &&
                std::abs(y + 6 * upperFactor - first.y - paddingAbove + 640) <= factor + 1;
     })) << seen();
+    EXPECT_TRUE(soon([&] { return isShownToItsCorner(upperFactor); }));
     input().releaseButton(1);
 
     for (int line = 0; line < 12; ++line)

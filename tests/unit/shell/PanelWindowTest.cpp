@@ -179,6 +179,18 @@ TEST(PanelGeometryTest, AFirstFrameIsInTheMiddleOfTheScreenWithThePointer) {
     EXPECT_EQ(centered(size, {-300, -361}, kStackedBeforeOrigin), QRect(34, -924, 612, 410));
 }
 
+TEST(PanelGeometryTest, ADraggedPanelStaysUnderThePointerFromScreenToScreen) {
+    const QSize size(612, 410);
+    const QList<ScaledScreen> equal{{{0, 0, 1024, 800}, 1.25}, {{1280, 0, 1024, 800}, 1.25}};
+    const QList<ScaledScreen> mixed{{{0, 0, 1280, 1000}, 1}, {{1280, 0, 640, 500}, 2}};
+    EXPECT_EQ(heldAt({61, 8}, {1380, 100}, size, equal), QPoint(1319, 92));
+    EXPECT_EQ(heldAt({61, 8}, {1023, 100}, size, equal), QPoint(1218, 92)) << "its middle is on the right";
+    EXPECT_EQ(heldAt({551, 8}, {1281, 100}, size, equal), QPoint(474, 92)) << "its middle is on the left";
+    EXPECT_EQ(heldAt({61, 8}, {1200, 100}, size, mixed), QPoint(1179, 42));
+    EXPECT_EQ(heldAt({551, 8}, {1380, 100}, size, mixed), QPoint(929, 192));
+    EXPECT_EQ(heldAt({61, 8}, {-50, 900}, size, mixed), QPoint(-111, 892));
+}
+
 TEST(PanelGeometryTest, WhatIsNoFrameIsNotRead) {
     for (const char* text : {"", "1 2 3", "a b c d", "0 0 0 100", "0 0 -5 100"})
         EXPECT_FALSE(readFrame(text)) << text;
