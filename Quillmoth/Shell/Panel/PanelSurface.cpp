@@ -77,9 +77,9 @@ void PanelSurface::setFrame(const QRect& frame) {
     moveTo(place());
 }
 
-/// On its screen's scale at once, rather than when the server has told that it is there.
+/// While it is hidden, on its screen's scale at once, rather than when the server has told that it is there.
 void PanelSurface::moveTo(const QRect& place) {
-    if (QScreen* screen = QGuiApplication::screenAt(place.center()))
+    if (QScreen* screen = isVisible() ? nullptr : QGuiApplication::screenAt(place.center()))
         setScreen(screen);
     setGeometry(place);
 }
@@ -258,8 +258,10 @@ void PanelSurface::endDrag() {
 void PanelSurface::drag(QPoint globalPosition) {
     const QPoint by = globalPosition - drag_->from;
     if (!drag_->edges) {
-        chosen_.moveTopLeft(heldAt(drag_->grip, globalPosition, size(), scaledScreens()));
-        move(chosen_.topLeft());
+        // Where scales change on the way, the toolkit may have an outdated size for a moment.
+        const QSize size = drag_->frame.size();
+        chosen_.moveTopLeft(heldAt(drag_->grip, globalPosition, size, scaledScreens()));
+        setGeometry({chosen_.topLeft(), size});
         return;
     }
     // On a small screen it may be smaller than its content would have it.
