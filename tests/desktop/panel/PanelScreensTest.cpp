@@ -75,6 +75,8 @@ protected:
         pointAt(place);
         session().start({}, environment);
         awaitHotKey();
+        openPanel();
+        closeByEscape();
     }
 
     static void closeByEscape() {

@@ -224,21 +224,25 @@ PasteOutcome X11Pasteboard::paste(const std::string& text, const X11Application&
                                   const PasteKeys& keys, Clock::time_point deadline) {
     Thread& thread = this->thread();
     thread.forgetFetched();
+    // The time for fetching does not run while another program's content is read.
+    const auto readDeadline = Clock::now() + kReadLimit;
+    const auto timeToFetch = deadline - Clock::now();
     const auto isLent = thread.ask<bool>(
-        [&connection = thread.connection(), own = toolkitsOwn(), text, application, deadline,
+        [&connection = thread.connection(), own = toolkitsOwn(), text, application, readDeadline,
          cuts = static_cast<bool>(keys.cut)](X11ClipboardExchange& clipboard) {
-            const bool isOffered = clipboard.lend(text, application, withAtoms(connection, own), deadline);
+            const bool isOffered =
+                clipboard.lend(text, application, withAtoms(connection, own), readDeadline);
             if (isOffered && cuts)
                 clipboard.expectCut();
             return isOffered;
         },
-        deadline + kWaitMargin);
+        readDeadline + kWaitMargin);
     if (!isLent.value_or(false)) {
         takeBack();
         return PasteOutcome::impossible;
     }
     if (keys.cut) {
-        if (const auto outcome = cut(keys, deadline); outcome != PasteOutcome::fetched)
+        if (const auto outcome = cut(keys, Clock::now() + timeToFetch); outcome != PasteOutcome::fetched)
             return outcome;
     }
     // What was fetched before the keys, by a look at what is new there, was for no paste.
@@ -248,7 +252,7 @@ PasteOutcome X11Pasteboard::paste(const std::string& text, const X11Application&
         takeBack();
         return keys.undo && keys.undo() ? PasteOutcome::takenBack : PasteOutcome::impossible;
     }
-    return thread.awaitFetched(deadline) ? PasteOutcome::fetched : PasteOutcome::notFetched;
+    return thread.awaitFetched(Clock::now() + timeToFetch) ? PasteOutcome::fetched : PasteOutcome::notFetched;
 }
 
 PasteOutcome X11Pasteboard::cut(const PasteKeys& keys, Clock::time_point deadline) {

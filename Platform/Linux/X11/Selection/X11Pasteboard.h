@@ -45,7 +45,8 @@ public:
     };
 
     /// Has the application paste `text`. What is on the clipboard comes back with all its formats afterwards;
-    /// a text that has not been fetched before the deadline may be so later.
+    /// a text that has not been fetched before the deadline may be so later. The time until the deadline
+    /// begins once what is on the clipboard has been read, which may take three quarters of a second.
     PasteOutcome paste(const std::string& text, const X11Application& application, const PasteKeys& keys,
                        std::chrono::steady_clock::time_point deadline);
 
