@@ -38,10 +38,13 @@ set(modules
     "Platform/Linux/Keyring | Platform Foundation | ${qt}|qt6keychain/"
     "Platform/Linux/Tray | Platform Foundation | ${qt}|xcb/"
     "Platform/Linux/Unavailable | Platform Foundation |"
+    "Platform/Linux/Shared | Platform Foundation | xkbcommon/"
+    "Platform/Linux/Wayland | Platform/Linux/Shared Platform Foundation | ${qt}|qpa/|wayland-|wlr-|virtual-keyboard-|xkbcommon/"
+    "Platform/Linux/Sway | Platform/Linux/Wayland Platform/Linux/Shared Platform/Linux/Unavailable Platform Foundation | ${qt}|nlohmann/"
     "Platform/Linux/X11/Server | Platform Foundation | ${qt}|xcb/"
-    "Platform/Linux/X11/Keys | Platform/Linux/X11/Server Platform Foundation | ${qt}|xcb/|xkbcommon/"
+    "Platform/Linux/X11/Keys | Platform/Linux/Shared Platform/Linux/X11/Server Platform Foundation | ${qt}|xcb/|xkbcommon/"
     "Platform/Linux/X11/Selection | Platform/Linux/X11/Server Platform Foundation | ${qt}|xcb/"
     "Platform/Linux/X11/Panel | Platform/Linux/X11/Keys Platform/Linux/X11/Server Platform Foundation | ${qt}|xcb/"
-    "Platform/Linux/X11 | Platform/Linux/X11/Keys Platform/Linux/X11/Panel Platform/Linux/X11/Selection Platform/Linux/X11/Server Platform Foundation | ${qt}|xkbcommon/"
+    "Platform/Linux/X11 | Platform/Linux/Shared Platform/Linux/X11/Keys Platform/Linux/X11/Panel Platform/Linux/X11/Selection Platform/Linux/X11/Server Platform Foundation | ${qt}|xkbcommon/"
 
     "Quillmoth/Main | * | ${qt}")

@@ -1,7 +1,7 @@
 #include "Platform/Posix/Files.h"
 
 #include "Foundation/Limits.h"
-#include "Platform/Posix/FileDescriptor.h"
+#include "Foundation/FileDescriptor.h"
 
 #include <array>
 #include <cerrno>

@@ -1,6 +1,6 @@
 #include "Platform/Posix/ReplaceFile.h"
 
-#include "Platform/Posix/FileDescriptor.h"
+#include "Foundation/FileDescriptor.h"
 #include "Platform/Posix/Files.h"
 
 #include <cerrno>

@@ -1,20 +1,17 @@
 #include "Quillmoth/Main/DesktopServices.h"
 
 #include "Foundation/Log.h"
-#include "Platform/Linux/Desktop/DesktopHotKeyCenter.h"
 #include "Platform/Linux/Desktop/SchemeHandler.h"
-#include "Platform/Linux/X11/Keys/X11Keycodes.h"
-#include "Platform/Linux/X11/Selection/X11Pasteboard.h"
-#include "Platform/Linux/X11/X11BackEnd.h"
-#include "Platform/Linux/X11/X11SelectionPaste.h"
+#include "Platform/Linux/Shared/Keycodes.h"
+#include "Platform/Linux/Sway/SwayBackEnd.h"
 #include "Platform/Posix/OwnFolder.h"
 #include "Platform/Qt/FileWatch.h"
+#include "Quillmoth/Main/X11Desktop.h"
 #include "Quillmoth/Settings/SettingsModel.h"
 
-#include <QApplication>
+#include <QCoreApplication>
 #include <QEventLoop>
 #include <QTimer>
-#include <QWidget>
 
 #include <filesystem>
 #include <utility>
@@ -29,35 +26,12 @@ constexpr std::int64_t kDesktopProcess = 1;
 // How long the end of the program waits for the keyring.
 constexpr int kKeyringMilliseconds = 2000;
 
-std::unique_ptr<platform::X11BackEnd> makeX11() {
-    auto x11 = platform::X11BackEnd::create();
-    if (x11)
-        return std::move(*x11);
-    logLine("Without an X server: " + x11.error().description);
-    return nullptr;
-}
-
-/// Menus and a recorder of shortcuts grab it.
-void freeToolkitsKeyboard() {
-    const QWidget* former = nullptr;
-    for (QWidget* popUp = QApplication::activePopupWidget(); popUp != nullptr && popUp != former;
-         popUp = QApplication::activePopupWidget()) {
-        former = popUp;
-        popUp->close();
-    }
-    if (QWidget* grabber = QWidget::keyboardGrabber())
-        grabber->releaseKeyboard();
-}
-
-std::unique_ptr<platform::HotKeyCenter> makeHotKeys(platform::X11BackEnd& x11) {
-    return std::make_unique<platform::DesktopHotKeyCenter>(
-        x11.hotKeyCenter(), x11.keyboardLayout(),
-        platform::DesktopHotKeyCenter::Desktop{
-            .windowManagerName = [&x11] { return x11.hotKeyProbe().windowManagerName(); },
-            .isTaken =
-                [&x11](std::uint32_t keyCode, std::uint32_t carbonModifiers) {
-                    return x11.hotKeyProbe().isShortcutTaken(keyCode, carbonModifiers);
-                }});
+std::unique_ptr<platform::DesktopBackEnd> makeDesktop(const platform::SwayBackEnd::Toolkit& toolkit) {
+    auto sway = platform::SwayBackEnd::create(toolkit);
+    if (sway)
+        return std::move(*sway);
+    logLine("Without sway: " + sway.error().description);
+    return X11Desktop::create();
 }
 
 } // namespace
@@ -70,7 +44,7 @@ DesktopServices::DesktopServices()
                            mainQueue.async([completion, isWritten] { completion(isWritten); });
                        });
                    }),
-      x11_(makeX11()), desktopHotKeys_(x11_ ? makeHotKeys(*x11_) : nullptr),
+      desktop_(makeDesktop({.pasteboard = toolkitPasteboard_, .panelFocus = ordinaryFocus_})),
       workspace(mainQueue, frontHooks()), accessibility(accessibilityHooks()) {
     // Before anybody reads or writes there.
     platform::putFolderInOrder(platform::documentsFolder() + "/Quillmoth", userDefaults);
@@ -78,11 +52,6 @@ DesktopServices::DesktopServices()
                                userDefaults);
     // The first question to it comes soon; it connects meanwhile.
     accessibility.start();
-    if (!x11_)
-        return;
-    selectionPasteboard_ = std::make_unique<platform::X11Pasteboard>();
-    x11_->panelFocus().setFreeToolkit(freeToolkitsKeyboard);
-    x11_->keyboardEvents().setVeto([this] { return !selectionPasteboard_->isKept(); });
 }
 
 DesktopServices::~DesktopServices() {
@@ -103,8 +72,8 @@ void DesktopServices::waitForKeyring() {
 }
 
 std::optional<std::int64_t> DesktopServices::frontProcess() {
-    if (x11_)
-        return x11_->frontApplication().processIdentifier().value_or(kDesktopProcess);
+    if (desktop_)
+        return desktop_->frontProcess().value_or(kDesktopProcess);
     // The panel's own window is in front while it is open, and for a moment behind that none is.
     const auto active = accessibility.activeProcess();
     if (active)
@@ -112,29 +81,33 @@ std::optional<std::int64_t> DesktopServices::frontProcess() {
     return lastFront_.value_or(kDesktopProcess);
 }
 
+platform::DesktopBackEnd::OtherFocus DesktopServices::otherFocus() {
+    return [this](std::int64_t process) { return accessibility.hasFieldBesideTerminal(process); };
+}
+
 platform::QtWorkspace::Front DesktopServices::frontHooks() {
-    if (!x11_)
+    if (!desktop_)
         return {.process = [this] { return frontProcess(); }};
     return {.process = [this] { return frontProcess(); },
-            .name = [this] { return x11_->frontApplication().name(); },
-            .primarySelection = [this] { return x11_->frontApplication().primarySelection(); },
-            .selectionInsteadOfCopy =
-                [this] {
-                    return x11_->frontApplication().selectionInsteadOfCopy([this](std::int64_t process) {
-                        return accessibility.hasFieldBesideTerminal(process);
-                    });
-                }};
+            .name = [this] { return desktop_->frontName(); },
+            .primarySelection = [this] { return desktop_->primarySelection(); },
+            .selectionInsteadOfCopy = [this] { return desktop_->selectionInsteadOfCopy(otherFocus()); }};
 }
 
 platform::AtSpiHooks DesktopServices::accessibilityHooks() {
     return {
         .frontProcess = [this] { return frontProcess(); },
+        .focusComesBackBy = [this] { return focusComesBackBy_; },
         .frontPrimarySelection = [this] { return workspace.frontmostPrimarySelection(); },
-        .pasteText = [this](const std::string& text, auto deadline) { return paste(text, deadline); },
+        .pasteText =
+            [this](const std::string& text, auto deadline) {
+                return desktop_ ? desktop_->paste(text, deadline, otherFocus())
+                                : platform::PasteOutcome::impossible;
+            },
         .withdrawPaste =
             [this] {
-                if (selectionPasteboard_)
-                    selectionPasteboard_->takeBack();
+                if (desktop_)
+                    desktop_->withdrawPaste();
             },
         .hasConsent = [this] { return SettingsModel(userDefaults).accessibilityConsent().value_or(false); },
         .askForConsent =
@@ -146,16 +119,6 @@ platform::AtSpiHooks DesktopServices::accessibilityHooks() {
     };
 }
 
-platform::PasteOutcome DesktopServices::paste(const std::string& text,
-                                              std::chrono::steady_clock::time_point deadline) {
-    if (!selectionPasteboard_)
-        return platform::PasteOutcome::impossible;
-    return platform::X11SelectionPaste(
-               x11_->frontApplication(), x11_->keyboardEvents(), *selectionPasteboard_,
-               [this](std::int64_t process) { return accessibility.hasFieldBesideTerminal(process); })
-        .paste(text, deadline);
-}
-
 platform::Platform DesktopServices::platform(platform::PanelWindows& panelWindows) {
     platform::HotKeyCenter& noHotKeys = noHotKeyCenter_;
     platform::KeyboardEvents& noEvents = noKeyboardEvents_;
@@ -165,11 +128,11 @@ platform::Platform DesktopServices::platform(platform::PanelWindows& panelWindow
         .mainQueue = mainQueue,
         .operationQueues = operationQueues,
         .urlSessions = urlSessions,
-        .pasteboard = selectionPasteboard_ ? *selectionPasteboard_ : toolkitsPasteboard,
+        .pasteboard = desktop_ ? desktop_->pasteboard() : toolkitsPasteboard,
         .accessibility = accessibility,
-        .keyboardEvents = x11_ ? x11_->keyboardEvents() : noEvents,
-        .hotKeyCenter = desktopHotKeys_ ? *desktopHotKeys_ : noHotKeys,
-        .keyboardLayout = x11_ ? x11_->keyboardLayout() : noLayout,
+        .keyboardEvents = desktop_ ? desktop_->keyboardEvents() : noEvents,
+        .hotKeyCenter = desktop_ ? desktop_->hotKeyCenter() : noHotKeys,
+        .keyboardLayout = desktop_ ? desktop_->keyboardLayout() : noLayout,
         .workspace = workspace,
         .userDefaults = userDefaults,
         .documents = documents,
@@ -183,23 +146,21 @@ platform::Platform DesktopServices::platform(platform::PanelWindows& panelWindow
 }
 
 platform::PanelFocus& DesktopServices::panelFocus() {
-    if (x11_)
-        return x11_->panelFocus();
+    if (desktop_)
+        return desktop_->panelFocus();
     return ordinaryFocus_;
 }
 
 bool DesktopServices::isCompositing() const {
-    return !x11_ || x11_->screen().isComposited();
+    return !desktop_ || desktop_->isCompositing();
 }
 
 Subscription DesktopServices::onCompositingChange(std::function<void()> subscriber) {
-    if (!x11_)
-        return {};
-    return x11_->screen().onCompositionChange([subscriber = std::move(subscriber)](bool) { subscriber(); });
+    return desktop_ ? desktop_->onCompositingChange(std::move(subscriber)) : Subscription();
 }
 
 std::optional<std::uint16_t> DesktopServices::virtualKeyCode(std::uint32_t nativeScanCode) const {
-    return x11_ ? platform::virtualKeyCodeForKeycode(nativeScanCode) : std::nullopt;
+    return desktop_ ? platform::virtualKeyCodeForKeycode(nativeScanCode) : std::nullopt;
 }
 
 void DesktopServices::finishLaunching() {
@@ -207,6 +168,11 @@ void DesktopServices::finishLaunching() {
     mainQueue.asyncAfter(platform::MainQueue::Seconds(1), [] {
         platform::offerSchemeHandler(QCoreApplication::applicationFilePath().toStdString());
     });
+}
+
+void DesktopServices::panelClosed() {
+    if (desktop_)
+        focusComesBackBy_ = std::chrono::steady_clock::now() + desktop_->focusReturnTime();
 }
 
 void DesktopServices::prepareForQuestions() {

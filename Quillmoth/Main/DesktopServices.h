@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/Curl/CurlURLSessions.h"
+#include "Platform/DesktopBackEnd.h"
 #include "Platform/Linux/AtSpi/AtSpiAccessibility.h"
 #include "Platform/Linux/Keyring/KeyringUserDefaults.h"
 #include "Platform/Linux/Keyring/QtKeychainStore.h"
@@ -26,11 +27,6 @@
 #include <optional>
 
 namespace quillmoth {
-
-namespace platform {
-class X11BackEnd;
-class X11Pasteboard;
-} // namespace platform
 
 /// The services of this desktop, wired together. Made once, on the main thread, after the QApplication; ends
 /// before it, and after all that uses it.
@@ -60,6 +56,9 @@ public:
     /// The panel is shown: what a question needs is loaded in the background.
     void prepareForQuestions();
 
+    /// The panel has gone: the application in front gets its focus back.
+    void panelClosed();
+
     /// Called where the user is to be asked whether accessibility may be switched on for the desktop, and has
     /// not answered yet.
     void setConsentQuestion(std::function<void()> ask) { askForConsent_ = std::move(ask); }
@@ -84,16 +83,16 @@ private:
     [[nodiscard]] platform::QtWorkspace::Front frontHooks();
     [[nodiscard]] platform::AtSpiHooks accessibilityHooks();
     void waitForKeyring();
-    platform::PasteOutcome paste(const std::string& text, std::chrono::steady_clock::time_point deadline);
+    [[nodiscard]] platform::DesktopBackEnd::OtherFocus otherFocus();
 
-    std::unique_ptr<platform::X11BackEnd> x11_;
     platform::QtPasteboard toolkitPasteboard_;
-    std::unique_ptr<platform::X11Pasteboard> selectionPasteboard_;
-    std::unique_ptr<platform::HotKeyCenter> desktopHotKeys_;
+    platform::QtPanelFocus ordinaryFocus_;
+    /// Null where this kind of session offers nothing.
+    std::unique_ptr<platform::DesktopBackEnd> desktop_;
+    std::chrono::steady_clock::time_point focusComesBackBy_;
     platform::UnavailableHotKeyCenter noHotKeyCenter_;
     platform::UnavailableKeyboardEvents noKeyboardEvents_;
     platform::UnavailableKeyboardLayout noKeyboardLayout_;
-    platform::QtPanelFocus ordinaryFocus_;
     /// The latest one that was in front, where only its own window can say so.
     std::optional<std::int64_t> lastFront_;
     std::function<void()> askForConsent_;

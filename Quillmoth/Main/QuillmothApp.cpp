@@ -52,7 +52,8 @@ QuillmothApp::QuillmothApp()
                              return services_.onCompositingChange(std::move(changed));
                          },
                      .isOrdinaryWindow = !services_.panelFocus().isImmediate(),
-                     .shown = [this] { services_.prepareForQuestions(); }},
+                     .shown = [this] { services_.prepareForQuestions(); },
+                     .closed = [this] { services_.panelClosed(); }},
                     [this] { return makePanelContent(); }),
       platform_(services_.platform(panelWindows_)),
       shortcuts_(services_.userDefaults, platform_.hotKeyCenter), _appDelegate(platform_, shortcuts_),

@@ -5,6 +5,7 @@
 
 #include <unistd.h>
 
+#include <thread>
 #include <utility>
 
 namespace quillmoth::platform {
@@ -37,6 +38,7 @@ struct GatheredRange final : AXTextMarkerRange {
 };
 
 constexpr std::chrono::milliseconds kPasteLimit{600};
+constexpr std::chrono::milliseconds kFocusStep{5};
 // A paste may still arrive behind that; moving the caret before would misplace it.
 constexpr std::chrono::seconds kLatePasteTime{1};
 
@@ -224,10 +226,19 @@ AXError AtSpiAccessibility::copyFocusedElement(std::optional<std::int64_t> proce
     // A question to ourselves would wait for the thread that asks.
     if (!process || *process == getpid())
         return kAXErrorNoValue;
-    const auto answer =
-        worker_->ask<FocusAnswer>([process = *process](Session& session, const Request& request) {
+    const auto ask = [&] {
+        return worker_->ask<FocusAnswer>([process = *process](Session& session, const Request& request) {
             return session.focusedElement(request, process);
         });
+    };
+    auto answer = ask();
+    const auto comesBackBy =
+        hooks_.focusComesBackBy ? hooks_.focusComesBackBy() : std::chrono::steady_clock::time_point();
+    while (answer && answer->error == kAXErrorNoValue && std::chrono::steady_clock::now() < comesBackBy) {
+        // What tells of it is handled by the other thread.
+        std::this_thread::sleep_for(kFocusStep);
+        answer = ask();
+    }
     if (!answer)
         return kAXErrorCannotComplete;
     if (answer->error == kAXErrorSuccess)

@@ -21,6 +21,9 @@ struct TextAnswer;
 struct AtSpiHooks {
     /// The process of the application in front.
     std::function<std::optional<std::int64_t>()> frontProcess = {};
+    /// Until when the application in front may be without its focus, since a window of this program had the
+    /// keyboard: until then what has the focus is asked for again.
+    std::function<std::chrono::steady_clock::time_point()> focusComesBackBy = {};
     /// The text of the PRIMARY selection where the application in front owns it.
     std::function<std::optional<std::string>()> frontPrimarySelection = {};
     /// Has the application in front paste `text` over what is selected there. An empty text deletes that.

@@ -1,48 +1,19 @@
 #include "Platform/Linux/X11/X11Terminals.h"
 
-#include "Foundation/ASCII.h"
+#include "Platform/Linux/Shared/Terminals.h"
 #include "Platform/Linux/X11/Server/X11Application.h"
 #include "Platform/Linux/X11/Server/X11Reply.h"
 #include "Platform/Linux/X11/Server/X11Windows.h"
 
-#include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <string>
-#include <system_error>
 #include <vector>
 
 namespace quillmoth::platform {
 
 namespace {
 
-/// Beside those whose names say that they are terminals.
-constexpr std::string_view kTerminals[] = {
-    "alacritty", "blackbox", "console", "contour", "foot",        "footclient", "ghostty",     "guake",
-    "hyper",     "kgx",      "kitty",   "konsole", "putty",       "ptyxis",     "rio",         "rxvt",
-    "sakura",    "st",       "tabby",   "termit",  "terminator",  "termite",    "terminology", "tilda",
-    "tilix",     "urxvt",    "urxvtd",  "warp",    "wezterm-gui", "yakuake",    "zutty"};
-
-/// Without the domain that some put before their name, and without the kind of terminal behind it.
-std::string plainName(std::string_view name) {
-    std::string plain = lowercasedASCII(name.substr(name.rfind('.') + 1));
-    constexpr std::string_view kColors = "-256color";
-    if (plain.ends_with(kColors))
-        plain.resize(plain.size() - kColors.size());
-    return plain;
-}
-
 bool hasTerminalClass(X11Connection& connection, xcb_window_t window) {
     const X11ClassNames names = classNamesOf(connection, window);
     return isTerminalName(names.instance) || isTerminalName(names.classOfAll);
-}
-
-std::string processName(std::int64_t process) {
-    std::ifstream file("/proc/" + std::to_string(process) + "/comm");
-    std::string name;
-    std::getline(file, name);
-    return name;
 }
 
 /// From the one with the input focus outwards.
@@ -64,26 +35,6 @@ std::vector<xcb_window_t> focusedWindows(X11Connection& connection) {
 
 } // namespace
 
-bool isTerminalName(std::string_view name) {
-    const std::string plain = plainName(name);
-    // The kernel cuts the names of programs, so the word may stand anywhere.
-    return plain.find("terminal") != std::string::npos || plain.ends_with("term") ||
-           std::find(std::begin(kTerminals), std::end(kTerminals), plain) != std::end(kTerminals);
-}
-
-bool holdsPseudoTerminal(std::int64_t process) {
-    std::error_code error;
-    const std::filesystem::path folder = "/proc/" + std::to_string(process) + "/fd";
-    for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
-         entry.increment(error)) {
-        std::error_code closedMeanwhile;
-        const std::string target = std::filesystem::read_symlink(entry->path(), closedMeanwhile).string();
-        if (target == "/dev/ptmx" || target == "/dev/pts/ptmx")
-            return true;
-    }
-    return false;
-}
-
 std::optional<std::int64_t> terminalInFront(X11Connection& connection,
                                             const std::function<bool(std::int64_t process)>& hasOtherFocus) {
     auto windows = focusedWindows(connection);
@@ -98,9 +49,7 @@ std::optional<std::int64_t> terminalInFront(X11Connection& connection,
         windows.empty() ? std::nullopt : clientProcessIdentifier(connection.get(), windows.front());
     if (!process)
         return std::nullopt;
-    const bool isTerminal =
-        isTerminalName(processName(*process)) || (holdsPseudoTerminal(*process) && !hasOtherFocus(*process));
-    return isTerminal ? process : std::nullopt;
+    return isTerminalProcess(*process, hasOtherFocus) ? process : std::nullopt;
 }
 
 } // namespace quillmoth::platform

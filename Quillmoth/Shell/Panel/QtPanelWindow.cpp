@@ -135,6 +135,8 @@ void QtPanelWindow::close() {
     // What is done next counts on the former window to be in front again.
     if (services_.isOrdinaryWindow)
         QGuiApplication::sync();
+    if (services_.closed)
+        services_.closed();
 }
 
 void QtPanelWindow::setResignMainHandler(std::function<void()> handler) {

@@ -21,6 +21,8 @@ struct QtPanelServices {
     bool isOrdinaryWindow = false;
     /// Called when a panel is shown.
     std::function<void()> shown = {};
+    /// Called when it has gone.
+    std::function<void()> closed = {};
     /// The parts of the screens that are for windows, the main screen's first. Without it, the toolkit's.
     std::function<QList<QRect>()> screens = {};
 };

@@ -1,6 +1,6 @@
 #include "Platform/Linux/X11/Keys/X11HotKeyProbe.h"
 
-#include "Platform/Linux/X11/Keys/X11Keycodes.h"
+#include "Platform/Linux/Shared/Keycodes.h"
 #include "Platform/Linux/X11/Keys/X11Modifiers.h"
 #include "Platform/Linux/X11/Keys/X11PassiveGrab.h"
 #include "Platform/Linux/X11/Server/X11Reply.h"

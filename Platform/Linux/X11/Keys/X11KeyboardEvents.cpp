@@ -1,6 +1,6 @@
 #include "Platform/Linux/X11/Keys/X11KeyboardEvents.h"
 
-#include "Platform/Linux/X11/Keys/X11Keycodes.h"
+#include "Platform/Linux/Shared/Keycodes.h"
 #include "Platform/Linux/X11/Server/X11Reply.h"
 #include "Platform/Linux/X11/Server/XkbProtocol.h"
 

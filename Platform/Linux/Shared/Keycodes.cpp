@@ -1,4 +1,4 @@
-#include "Platform/Linux/X11/Keys/X11Keycodes.h"
+#include "Platform/Linux/Shared/Keycodes.h"
 
 #include "Platform/Keys.h"
 

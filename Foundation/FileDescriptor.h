@@ -5,7 +5,7 @@
 
 #include <unistd.h>
 
-namespace quillmoth::platform {
+namespace quillmoth {
 
 /// An open file, closed with the object. Move-only.
 class FileDescriptor {
@@ -32,4 +32,4 @@ private:
     int number_;
 };
 
-} // namespace quillmoth::platform
+} // namespace quillmoth

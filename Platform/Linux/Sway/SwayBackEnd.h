@@ -1,0 +1,72 @@
+#pragma once
+
+#include "Foundation/Result.h"
+#include "Platform/DesktopBackEnd.h"
+#include "Platform/Linux/Sway/SwayConnection.h"
+#include "Platform/Linux/Sway/SwayFront.h"
+#include "Platform/Linux/Sway/SwayHotKeyCenter.h"
+#include "Platform/Linux/Unavailable/UnavailableServices.h"
+#include "Platform/Linux/Wayland/WaylandConnection.h"
+#include "Platform/Linux/Wayland/WaylandKeyboardLayout.h"
+
+#include <memory>
+
+namespace quillmoth::platform {
+
+/// A session of sway: its own socket for keys and windows, and the protocols of Wayland for the rest.
+class SwayBackEnd final : public DesktopBackEnd {
+public:
+    /// What the toolkit has serves where the compositor offers nothing better; it outlives the object.
+    struct Toolkit {
+        Pasteboard& pasteboard;
+        PanelFocus& panelFocus;
+    };
+
+    /// Fails where the toolkit does not run on Wayland, or the compositor has no such socket.
+    [[nodiscard]] static Result<std::unique_ptr<SwayBackEnd>> create(const Toolkit& toolkit);
+
+    ~SwayBackEnd() override;
+
+    HotKeyCenter& hotKeyCenter() override { return hotKeys_; }
+
+    KeyboardLayout& keyboardLayout() override { return layout_; }
+
+    KeyboardEvents& keyboardEvents() override { return noKeyboardEvents_; }
+
+    PanelFocus& panelFocus() override { return toolkit_.panelFocus; }
+
+    Pasteboard& pasteboard() override { return toolkit_.pasteboard; }
+
+    std::optional<std::int64_t> frontProcess() override;
+
+    std::string frontName() override { return front_.name(); }
+
+    std::optional<std::string> primarySelection() override { return std::nullopt; }
+
+    std::optional<std::string> selectionInsteadOfCopy(const OtherFocus& hasOtherFocus) override;
+
+    PasteOutcome paste(const std::string& text, std::chrono::steady_clock::time_point deadline,
+                       const OtherFocus& hasOtherFocus) override;
+
+    void withdrawPaste() override {}
+
+    std::chrono::milliseconds focusReturnTime() const override { return std::chrono::milliseconds(300); }
+
+    bool isCompositing() const override { return true; }
+
+    Subscription onCompositingChange(std::function<void()>) override { return {}; }
+
+private:
+    SwayBackEnd(std::unique_ptr<SwayConnection> sway, std::unique_ptr<WaylandConnection> wayland,
+                const Toolkit& toolkit);
+
+    std::unique_ptr<SwayConnection> sway_;
+    std::unique_ptr<WaylandConnection> wayland_;
+    Toolkit toolkit_;
+    WaylandKeyboardLayout layout_;
+    SwayFront front_;
+    SwayHotKeyCenter hotKeys_;
+    UnavailableKeyboardEvents noKeyboardEvents_;
+};
+
+} // namespace quillmoth::platform

@@ -1,0 +1,53 @@
+#include "Platform/Linux/Sway/SwayFront.h"
+
+#include "Platform/Linux/Shared/Terminals.h"
+
+#include <unistd.h>
+
+#include <utility>
+
+namespace quillmoth::platform {
+
+SwayFront::SwayFront(SwayConnection& connection)
+    : connection_(connection),
+      events_(connection_.onEvent(
+          [this](SwayConnection::Event kind, const nlohmann::json& event) { handle(kind, event); })) {}
+
+std::optional<SwayWindow> SwayFront::window() {
+    const auto tree = connection_.ask(SwayConnection::Question::getTree);
+    auto window = tree ? focusedWindow(*tree) : std::nullopt;
+    if (!window || window->process != getpid())
+        last_ = std::move(window);
+    return last_;
+}
+
+std::string SwayFront::name() {
+    const auto window = this->window();
+    if (!window)
+        return {};
+    // Some put their domain before it.
+    std::string name = window->application.substr(window->application.rfind('.') + 1);
+    if (!name.empty() && name.front() >= 'a' && name.front() <= 'z')
+        name.front() = static_cast<char>(name.front() - 'a' + 'A');
+    return name;
+}
+
+bool SwayFront::isTerminal(const std::function<bool(std::int64_t process)>& hasOtherFocus) {
+    const auto window = this->window();
+    return window &&
+           (isTerminalName(window->application) || isTerminalProcess(window->process, hasOtherFocus));
+}
+
+void SwayFront::handle(SwayConnection::Event kind, const nlohmann::json& event) {
+    if (kind != SwayConnection::Event::window && kind != SwayConnection::Event::workspace)
+        return;
+    const auto container = event.find("container");
+    auto window = container == event.end() ? std::nullopt : windowIn(*container);
+    if (textIn(event, "change") != "focus" || (window && window->process == getpid()))
+        return;
+    if (window)
+        last_ = std::move(window);
+    changed_.emit();
+}
+
+} // namespace quillmoth::platform

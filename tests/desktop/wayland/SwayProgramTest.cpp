@@ -1,0 +1,156 @@
+// The main job in a session of sway, driven and looked at from outside.
+
+#include "tests/desktop/wayland/SwayDesktop.h"
+
+#include <gtest/gtest.h>
+#include <linux/input-event-codes.h>
+
+#include <filesystem>
+#include <fstream>
+
+namespace quillmoth::test {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr const char* kFirstLine = "the quick brown fox";
+constexpr const char* kSecondLine = "stays as it is";
+constexpr const char* kAnswer = "A better line.";
+
+class SwayProgram : public testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        desktop_ = new SwayDesktop;
+        desktop_->program().server().answer("/api/v1/chat/completions",
+                                            jsonAnswer(200, chatResponse("A topic")));
+        desktop_->program().server().answer("/api/v1/chat/completions/stream", chatStream({kAnswer}));
+        desktop_->program().start();
+    }
+
+    static void TearDownTestSuite() {
+        delete desktop_;
+        desktop_ = nullptr;
+    }
+
+    void SetUp() override {
+        const std::string path = session().path("letter.txt");
+        std::ofstream(path) << kFirstLine << '\n' << kSecondLine;
+        editor_.emplace(
+            std::vector<std::string>{"mousepad", "--disable-server", path},
+            ChildOptions{.environment = {{"GSETTINGS_BACKEND", "memory"}, {"GDK_BACKEND", "wayland"}}});
+        shownEditor_.emplace(editor_->processIdentifier());
+        ASSERT_TRUE(soon([this] { return desktop_->front() == "mousepad" && !text().empty(); }));
+    }
+
+    void TearDown() override {
+        if (HasFailure()) {
+            std::filesystem::create_directories("screenshots");
+            const auto* test = testing::UnitTest::GetInstance()->current_test_info();
+            SwayDesktop::saveScreenshot(std::string("screenshots/sway-") + test->name() + ".png");
+            std::cerr << session().output() << session().shown().described();
+        }
+        if (isOpen())
+            input().chord({KEY_LEFTALT, KEY_SPACE});
+        EXPECT_TRUE(soon([] { return !isOpen(); }));
+        shownEditor_.reset();
+        editor_.reset();
+    }
+
+    static ProgramSession& session() { return desktop_->program(); }
+
+    static WaylandInput& input() { return desktop_->input(); }
+
+    static bool soon(const std::function<bool()>& condition) { return holdsWithin(10s, condition); }
+
+    [[nodiscard]] std::string text() const {
+        const auto element = shownEditor_->find("text");
+        return element ? element->text() : "";
+    }
+
+    void selectFirstLine() {
+        input().chord({KEY_LEFTCTRL, KEY_HOME});
+        input().chord({KEY_LEFTSHIFT, KEY_END});
+        ASSERT_TRUE(soon([this] { return shownEditor_->find("text")->selection() == kFirstLine; }));
+    }
+
+    static bool isOpen() { return session().shown().find("text", "Command").has_value(); }
+
+    static bool hasKeyboard() {
+        const auto field = session().shown().find("text", "Command");
+        return field && field->isFocused();
+    }
+
+    static std::string command() {
+        const auto field = session().shown().find("text", "Command");
+        return field ? field->text() : "";
+    }
+
+    static void openPanel() {
+        input().chord({KEY_LEFTALT, KEY_SPACE});
+        ASSERT_TRUE(soon(hasKeyboard));
+    }
+
+    static SwayDesktop* desktop_;
+    std::optional<ChildProcess> editor_;
+    std::optional<AccessibleProgram> shownEditor_;
+};
+
+SwayDesktop* SwayProgram::desktop_ = nullptr;
+
+} // namespace
+
+TEST_F(SwayProgram, TheSelectionIsReplacedByTheAnswer) {
+    selectFirstLine();
+    openPanel();
+    EXPECT_TRUE(soon([] { return session().shown().shows("Context found"); }));
+    input().type("improve this");
+    ASSERT_TRUE(soon([] { return command() == "improve this"; })) << command();
+    EXPECT_EQ(text(), std::string(kFirstLine) + '\n' + kSecondLine);
+    input().tapKey(KEY_ENTER);
+    ASSERT_TRUE(soon([] { return session().shown().shows(kAnswer); }));
+    SwayDesktop::saveScreenshot("sway-answer.png");
+    input().chord({KEY_LEFTCTRL, KEY_ENTER});
+    EXPECT_TRUE(soon([this] { return text() == std::string(kAnswer) + '\n' + kSecondLine; })) << text();
+    EXPECT_FALSE(isOpen());
+}
+
+TEST_F(SwayProgram, EachPressOfTheHotKeyCountsOnce) {
+    constexpr int kPresses = 20;
+    int arrived = 0;
+    for (int press = 1; press <= kPresses; ++press) {
+        const bool opens = press % 2 == 1;
+        input().chord({KEY_LEFTALT, KEY_SPACE});
+        arrived += soon([opens] { return opens ? hasKeyboard() : !isOpen(); }) ? 1 : 0;
+    }
+    EXPECT_EQ(arrived, kPresses);
+    EXPECT_EQ(text(), std::string(kFirstLine) + '\n' + kSecondLine);
+}
+
+TEST_F(SwayProgram, AHeldHotKeyOpensOnceItIsReleased) {
+    input().pressKey(KEY_LEFTALT);
+    input().pressKey(KEY_SPACE);
+    letPass(1200ms);
+    EXPECT_FALSE(isOpen());
+    input().releaseKey(KEY_SPACE);
+    input().releaseKey(KEY_LEFTALT);
+    EXPECT_TRUE(soon(hasKeyboard));
+}
+
+TEST_F(SwayProgram, AConfigurationThatIsReadAgainTakesNoHotKeyButTheUsersOwn) {
+    desktop_->configure("# nothing new");
+    // No hand is quicker.
+    letPass(100ms);
+    openPanel();
+    input().chord({KEY_LEFTALT, KEY_SPACE});
+    ASSERT_TRUE(soon([] { return !isOpen(); }));
+    desktop_->configure("set $mod Mod1\nbindsym $mod+space mark taken");
+    input().chord({KEY_LEFTALT, KEY_SPACE});
+    EXPECT_TRUE(soon([] { return desktop_->marks() == "taken"; }));
+    EXPECT_FALSE(isOpen());
+    desktop_->configure("unbindsym $mod+space");
+    letPass(100ms);
+    openPanel();
+}
+
+} // namespace quillmoth::test
