@@ -4,6 +4,7 @@
 #include "Platform/Linux/Desktop/SchemeHandler.h"
 #include "Platform/Linux/Shared/Keycodes.h"
 #include "Platform/Linux/Sway/SwayBackEnd.h"
+#include "Platform/Linux/Wayland/LayerStage.h"
 #include "Platform/Posix/OwnFolder.h"
 #include "Platform/Qt/FileWatch.h"
 #include "Quillmoth/Main/X11Desktop.h"
@@ -149,6 +150,10 @@ platform::PanelFocus& DesktopServices::panelFocus() {
     if (desktop_)
         return desktop_->panelFocus();
     return ordinaryFocus_;
+}
+
+QWidget* DesktopServices::panelStage() {
+    return dynamic_cast<platform::LayerStage*>(&panelFocus());
 }
 
 bool DesktopServices::isCompositing() const {

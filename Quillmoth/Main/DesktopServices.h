@@ -26,6 +26,8 @@
 #include <memory>
 #include <optional>
 
+class QWidget;
+
 namespace quillmoth {
 
 /// The services of this desktop, wired together. Made once, on the main thread, after the QApplication; ends
@@ -41,6 +43,8 @@ public:
     [[nodiscard]] platform::Platform platform(platform::PanelWindows& panelWindows);
 
     [[nodiscard]] platform::PanelFocus& panelFocus();
+    /// What panels stand on; null where each is a window by itself.
+    [[nodiscard]] QWidget* panelStage();
 
     /// Whether windows can be translucent.
     [[nodiscard]] bool isCompositing() const;

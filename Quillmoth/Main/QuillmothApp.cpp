@@ -52,6 +52,7 @@ QuillmothApp::QuillmothApp()
                              return services_.onCompositingChange(std::move(changed));
                          },
                      .isOrdinaryWindow = !services_.panelFocus().isImmediate(),
+                     .stage = services_.panelStage(),
                      .shown = [this] { services_.prepareForQuestions(); },
                      .closed = [this] { services_.panelClosed(); }},
                     [this] { return makePanelContent(); }),

@@ -20,7 +20,13 @@ Result<std::unique_ptr<SwayBackEnd>> SwayBackEnd::create(const Toolkit& toolkit)
 SwayBackEnd::SwayBackEnd(std::unique_ptr<SwayConnection> sway, std::unique_ptr<WaylandConnection> wayland,
                          const Toolkit& toolkit)
     : sway_(std::move(sway)), wayland_(std::move(wayland)), toolkit_(toolkit), layout_(*wayland_),
-      front_(*sway_), hotKeys_(*sway_, [this](const std::string& name) { return layout_.keycodeOf(name); }) {
+      front_(*sway_), hotKeys_(*sway_, [this](const std::string& name) { return layout_.keycodeOf(name); }),
+      stage_(LayerStage::create([this] {
+          const auto outputs = sway_->ask(SwayConnection::Question::getOutputs);
+          return outputs ? focusedOutput(*outputs) : std::string();
+      })) {
+    if (stage_)
+        frontChanges_ = front_.onChange([this] { stage_->frontChanged(); });
     wayland_->start();
 }
 

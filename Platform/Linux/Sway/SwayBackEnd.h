@@ -6,6 +6,7 @@
 #include "Platform/Linux/Sway/SwayFront.h"
 #include "Platform/Linux/Sway/SwayHotKeyCenter.h"
 #include "Platform/Linux/Unavailable/UnavailableServices.h"
+#include "Platform/Linux/Wayland/LayerStage.h"
 #include "Platform/Linux/Wayland/WaylandConnection.h"
 #include "Platform/Linux/Wayland/WaylandKeyboardLayout.h"
 
@@ -33,7 +34,9 @@ public:
 
     KeyboardEvents& keyboardEvents() override { return noKeyboardEvents_; }
 
-    PanelFocus& panelFocus() override { return toolkit_.panelFocus; }
+    PanelFocus& panelFocus() override {
+        return stage_ ? static_cast<PanelFocus&>(*stage_) : toolkit_.panelFocus;
+    }
 
     Pasteboard& pasteboard() override { return toolkit_.pasteboard; }
 
@@ -67,6 +70,9 @@ private:
     SwayFront front_;
     SwayHotKeyCenter hotKeys_;
     UnavailableKeyboardEvents noKeyboardEvents_;
+    /// Null where the compositor has no layers.
+    std::unique_ptr<LayerStage> stage_;
+    Subscription frontChanges_;
 };
 
 } // namespace quillmoth::platform

@@ -43,10 +43,7 @@ PanelSurface::PanelSurface(std::unique_ptr<PanelContent> content, bool isOrdinar
     setAttribute(Qt::WA_ShowWithoutActivating, !isOrdinaryWindow);
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_QuitOnClose, false);
-    content_->setParent(this);
-    content_->onLeastSizeChanged = [this] { applySize(); };
-    chosen_.setSize(content_->naturalSize());
-    resize(chosen_.size());
+    fill();
     // So that the events of the window can be seen before it is shown.
     create();
     windowHandle()->installEventFilter(this);
@@ -55,6 +52,19 @@ PanelSurface::PanelSurface(std::unique_ptr<PanelContent> content, bool isOrdinar
         clearMask();
         applyMask();
     });
+}
+
+PanelSurface::PanelSurface(std::unique_ptr<PanelContent> content, QWidget& stage)
+    : QWidget(&stage), content_(content.release()), isOrdinaryWindow_(false) {
+    fill();
+    stage.windowHandle()->installEventFilter(this);
+}
+
+void PanelSurface::fill() {
+    content_->setParent(this);
+    content_->onLeastSizeChanged = [this] { applySize(); };
+    chosen_.setSize(content_->naturalSize());
+    resize(chosen_.size());
 }
 
 QSize PanelSurface::leastSize() const {
@@ -79,7 +89,7 @@ void PanelSurface::setFrame(const QRect& frame) {
 
 /// While it is hidden, on its screen's scale at once, rather than when the server has told that it is there.
 void PanelSurface::moveTo(const QRect& place) {
-    if (QScreen* screen = isVisible() ? nullptr : QGuiApplication::screenAt(place.center()))
+    if (QScreen* screen = isWindow() && !isVisible() ? QGuiApplication::screenAt(place.center()) : nullptr)
         setScreen(screen);
     setGeometry(place);
 }
@@ -119,11 +129,11 @@ void PanelSurface::showEvent(QShowEvent* event) {
     followScreens();
 }
 
-void PanelSurface::changeEvent(QEvent* event) {
-    QWidget::changeEvent(event);
+bool PanelSurface::event(QEvent* event) {
     // A press that closes a menu of another window gives the keyboard to this one, and does not reach it.
-    if (event->type() == QEvent::ActivationChange && isActiveWindow() && !active_)
+    if (event->type() == QEvent::WindowActivate && !active_)
         setActive(true);
+    return QWidget::event(event);
 }
 
 void PanelSurface::paintEvent(QPaintEvent*) {
@@ -175,13 +185,18 @@ void PanelSurface::paintRim(QPainter& painter) const {
 }
 
 bool PanelSurface::eventFilter(QObject* watched, QEvent* event) {
-    if (watched != windowHandle())
+    if (watched != window()->windowHandle())
         return QWidget::eventFilter(watched, event);
+    const auto place = [this](const QMouseEvent& mouse) {
+        return mapFrom(window(), mouse.position().toPoint());
+    };
     if (event->type() == QEvent::MouseButtonPress) {
         const auto* press = static_cast<QMouseEvent*>(event);
+        if (!rect().contains(place(*press)))
+            return false;
         if (onPressed)
             onPressed();
-        const Qt::Edges edges = edgesAt(press->position().toPoint(), size());
+        const Qt::Edges edges = edgesAt(place(*press), size());
         if (edges && press->button() == Qt::LeftButton) {
             beginDrag(*press, edges);
             return true;
@@ -193,7 +208,7 @@ bool PanelSurface::eventFilter(QObject* watched, QEvent* event) {
             return true;
         }
         if (move->buttons() == Qt::NoButton)
-            showEdgeCursor(edgesAt(move->position().toPoint(), size()));
+            showEdgeCursor(rect().contains(place(*move)) ? edgesAt(place(*move), size()) : Qt::Edges());
     } else if (event->type() == QEvent::MouseButtonRelease && drag_ && drag_->edges) {
         endDrag();
         return true;
@@ -211,7 +226,7 @@ bool PanelSurface::handleKey(const QKeyEvent& event) {
     }
     const auto latin = latinEquivalent(event);
     if (latin)
-        QCoreApplication::sendEvent(windowHandle(), latin.get());
+        QCoreApplication::sendEvent(window()->windowHandle(), latin.get());
     return latin != nullptr;
 }
 
@@ -230,9 +245,9 @@ void PanelSurface::showEdgeCursor(Qt::Edges edges) {
         return;
     pointedEdges_ = edges;
     if (edges)
-        windowHandle()->setCursor(cursorFor(edges));
+        window()->windowHandle()->setCursor(cursorFor(edges));
     else
-        windowHandle()->unsetCursor();
+        window()->windowHandle()->unsetCursor();
 }
 
 void PanelSurface::beginDrag(const QMouseEvent& press, Qt::Edges edges) {
@@ -260,7 +275,8 @@ void PanelSurface::drag(QPoint globalPosition) {
     if (!drag_->edges) {
         // Where scales change on the way, the toolkit may have an outdated size for a moment.
         const QSize size = drag_->frame.size();
-        chosen_.moveTopLeft(heldAt(drag_->grip, globalPosition, size, scaledScreens()));
+        chosen_.moveTopLeft(isWindow() ? heldAt(drag_->grip, globalPosition, size, scaledScreens())
+                                       : drag_->frame.topLeft() + by);
         setGeometry({chosen_.topLeft(), size});
         return;
     }

@@ -11,6 +11,8 @@ class PanelSurface final : public QWidget {
 public:
     /// An ordinary window is moved and resized by the desktop, and takes the keyboard with the activation.
     explicit PanelSurface(std::unique_ptr<PanelContent> content, bool isOrdinaryWindow = false);
+    /// A panel that stands on `stage`, a window that does not move, and has its frame there.
+    PanelSurface(std::unique_ptr<PanelContent> content, QWidget& stage);
 
     [[nodiscard]] PanelContent& content() const { return *content_; }
 
@@ -41,7 +43,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void showEvent(QShowEvent* event) override;
-    void changeEvent(QEvent* event) override;
+    bool event(QEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -56,6 +58,7 @@ private:
         Qt::Edges edges;
     };
 
+    void fill();
     [[nodiscard]] QSize leastSize() const;
     void beginDrag(const QMouseEvent& press, Qt::Edges edges);
     void endDrag();

@@ -27,6 +27,13 @@ QList<QRect> availableScreens() {
     return screens;
 }
 
+std::unique_ptr<PanelSurface> madeSurface(const QtPanelServices& services,
+                                          std::unique_ptr<PanelContent> content) {
+    return services.stage != nullptr
+               ? std::make_unique<PanelSurface>(std::move(content), *services.stage)
+               : std::make_unique<PanelSurface>(std::move(content), services.isOrdinaryWindow);
+}
+
 /// Newer releases of the toolkit advise against this. What they advise instead asks the X server for the
 /// input focus, which has to stay with the program in front.
 void tellActive(QWidget& window) {
@@ -48,10 +55,11 @@ std::unique_ptr<platform::PanelWindow> QtPanelWindows::makePanel() {
 }
 
 QtPanelWindow::QtPanelWindow(QtPanelServices services, std::unique_ptr<PanelContent> content)
-    : services_(std::move(services)),
-      surface_(std::make_unique<PanelSurface>(std::move(content), services_.isOrdinaryWindow)) {
+    : services_(std::move(services)), surface_(madeSurface(services_, std::move(content))) {
     surface_->onPressed = [this] { pressed(); };
     surface_->screens = services_.screens ? services_.screens : availableScreens;
+    if (services_.stage != nullptr)
+        surface_->screens = [stage = services_.stage] { return QList<QRect>{stage->rect()}; };
     followScreens();
     if (services_.onCompositingChange)
         compositing_ = services_.onCompositingChange([this] { followCompositing(); });
@@ -64,11 +72,17 @@ QtPanelWindow::~QtPanelWindow() {
 }
 
 void QtPanelWindow::setTitle(const std::string& title) {
-    surface_->setWindowTitle(QString::fromStdString(title));
+    surface_->window()->setWindowTitle(QString::fromStdString(title));
+    if (services_.stage != nullptr)
+        surface_->setAccessibleName(QString::fromStdString(title));
 }
 
 void QtPanelWindow::center() {
-    surface_->setFrame(centered(surface_->frame().size(), QCursor::pos(), surface_->screens()));
+    // By this a stage has the size of its output.
+    if (services_.stage != nullptr)
+        services_.focus.prepare();
+    const QPoint pointer = services_.stage != nullptr ? QPoint() : QCursor::pos();
+    surface_->setFrame(centered(surface_->frame().size(), pointer, surface_->screens()));
 }
 
 bool QtPanelWindow::setFrameUsingName(std::string_view name) {
@@ -119,12 +133,12 @@ void QtPanelWindow::followScreens() {
 void QtPanelWindow::makeKeyWindow() {
     if (!surface_->isVisible())
         return;
-    services_.focus.acquire(surface_->winId());
+    services_.focus.acquire(surface_->window()->winId());
     surface_->setActive(services_.focus.isImmediate() || services_.focus.isHeld());
     // The toolkit learns a moment after a closing that the window has lost the keyboard. Where it comes back
     // before that, the toolkit sees no change; but hiding has taken the focus from the widgets.
-    if (QGuiApplication::focusWindow() == surface_->windowHandle())
-        tellActive(*surface_);
+    if (QGuiApplication::focusWindow() == surface_->window()->windowHandle())
+        tellActive(*surface_->window());
 }
 
 void QtPanelWindow::close() {

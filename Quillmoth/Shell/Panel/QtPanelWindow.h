@@ -19,6 +19,9 @@ struct QtPanelServices {
     std::function<Subscription(std::function<void()>)> onCompositingChange = {};
     /// Where the desktop decides who has the keyboard, a panel is a window as any other.
     bool isOrdinaryWindow = false;
+    /// What panels stand on, and the panel focus shows and hides; null where each is a window by itself.
+    /// Their frames are places on it.
+    QWidget* stage = nullptr;
     /// Called when a panel is shown.
     std::function<void()> shown = {};
     /// Called when it has gone.

@@ -86,6 +86,8 @@ protected:
         return field ? field->text() : "";
     }
 
+    static DesktopRectangle place() { return session().shown().find("dialog")->bounds(); }
+
     static void openPanel() {
         input().chord({KEY_LEFTALT, KEY_SPACE});
         ASSERT_TRUE(soon(hasKeyboard));
@@ -113,6 +115,57 @@ TEST_F(SwayProgram, TheSelectionIsReplacedByTheAnswer) {
     input().chord({KEY_LEFTCTRL, KEY_ENTER});
     EXPECT_TRUE(soon([this] { return text() == std::string(kAnswer) + '\n' + kSecondLine; })) << text();
     EXPECT_FALSE(isOpen());
+}
+
+TEST_F(SwayProgram, APressBesideThePanelClosesItAndEscapeToo) {
+    const auto closesBy = [](const std::string& way, const std::function<void()>& act) {
+        openPanel();
+        SwayDesktop::saveScreenshot("sway-panel.png");
+        act();
+        EXPECT_TRUE(soon([] { return !isOpen(); })) << way;
+    };
+    closesBy("a press", [] { input().click(20, 780); });
+    closesBy("Escape", [] {
+        for (int press = 0; press < 3 && isOpen(); ++press)
+            input().tapKey(KEY_ESC);
+    });
+    closesBy("another workspace", [] { desktop_->command("workspace 2"); });
+    desktop_->command("workspace 1");
+    input().type("x");
+    EXPECT_TRUE(soon([this] { return text().find('x') != std::string::npos; })) << text();
+}
+
+TEST_F(SwayProgram, ThePanelIsMovedAndKeepsItsPlace) {
+    openPanel();
+    const DesktopRectangle before = place();
+    // Between the row of keys and the edge.
+    input().drag(before.x + before.width / 2, before.y + 4, 0, 0);
+    input().drag(before.x + 20, before.y + before.height - 12, 150, 60);
+    EXPECT_TRUE(soon([&] { return place().x == before.x + 150 && place().y == before.y + 60; }))
+        << place().x << ',' << place().y;
+    input().click(20, 780);
+    ASSERT_TRUE(soon([] { return !isOpen(); }));
+    openPanel();
+    EXPECT_EQ(place().x, before.x + 150);
+}
+
+TEST_F(SwayProgram, ThePinnedPanelLeavesTheKeyboardToAPressBesideIt) {
+    openPanel();
+    input().chord({KEY_LEFTCTRL, KEY_T});
+    ASSERT_TRUE(soon([] { return session().shown().find("check box", "On top")->has(ATSPI_STATE_CHECKED); }));
+    input().click(20, 780);
+    EXPECT_TRUE(soon([] { return !hasKeyboard(); }));
+    ASSERT_TRUE(soon(isOpen));
+    input().type("y");
+    EXPECT_TRUE(soon([this] { return text().find('y') != std::string::npos; })) << text();
+    const DesktopRectangle panel = place();
+    input().click(panel.x + panel.width / 2, panel.y + 25);
+    EXPECT_TRUE(soon(hasKeyboard));
+    input().type("z");
+    EXPECT_TRUE(soon([] { return command() == "z"; })) << command();
+    input().chord({KEY_LEFTCTRL, KEY_T});
+    input().chord({KEY_LEFTCTRL, KEY_A});
+    input().tapKey(KEY_BACKSPACE);
 }
 
 TEST_F(SwayProgram, EachPressOfTheHotKeyCountsOnce) {

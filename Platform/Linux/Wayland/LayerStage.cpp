@@ -1,0 +1,213 @@
+#include "Platform/Linux/Wayland/LayerStage.h"
+
+#include "Platform/Linux/Wayland/LayerShellProtocol.h"
+
+#include <QGuiApplication>
+#include <QWindow>
+#include <algorithm>
+#include <cstring>
+#include <qpa/qplatformnativeinterface.h>
+#include <wayland-client.h>
+
+namespace quillmoth::platform {
+
+namespace {
+
+constexpr std::uint32_t kLayerShellVersion = 3;
+constexpr std::uint32_t kAllEdges = ZWLR_LAYER_SURFACE_V1_ANCHOR_TOP | ZWLR_LAYER_SURFACE_V1_ANCHOR_BOTTOM |
+                                    ZWLR_LAYER_SURFACE_V1_ANCHOR_LEFT | ZWLR_LAYER_SURFACE_V1_ANCHOR_RIGHT;
+
+wl_display* toolkitsDisplay() {
+    auto* native = QGuiApplication::platformNativeInterface();
+    return native != nullptr ? static_cast<wl_display*>(
+                                   native->nativeResourceForIntegration(QByteArrayLiteral("wl_display")))
+                             : nullptr;
+}
+
+/// Its events come to `queue`, which the toolkit does not read.
+zwlr_layer_shell_v1* boundLayerShell(wl_display* display, wl_event_queue* queue) {
+    static constexpr wl_registry_listener kListener = {
+        .global =
+            [](void* data, wl_registry* registry, std::uint32_t name, const char* interface,
+               std::uint32_t version) {
+                auto*& shell = *static_cast<zwlr_layer_shell_v1**>(data);
+                if (shell == nullptr && std::strcmp(interface, zwlr_layer_shell_v1_interface.name) == 0)
+                    shell = static_cast<zwlr_layer_shell_v1*>(
+                        wl_registry_bind(registry, name, &zwlr_layer_shell_v1_interface,
+                                         std::min(version, kLayerShellVersion)));
+            },
+        .global_remove = [](void*, wl_registry*, std::uint32_t) {},
+    };
+    auto* wrapper = static_cast<wl_display*>(wl_proxy_create_wrapper(display));
+    wl_proxy_set_queue(reinterpret_cast<wl_proxy*>(wrapper), queue);
+    wl_registry* registry = wl_display_get_registry(wrapper);
+    wl_proxy_wrapper_destroy(wrapper);
+    zwlr_layer_shell_v1* shell = nullptr;
+    wl_registry_add_listener(registry, &kListener, &shell);
+    wl_display_roundtrip_queue(display, queue);
+    wl_registry_destroy(registry);
+    return shell;
+}
+
+} // namespace
+
+std::unique_ptr<LayerStage> LayerStage::create(std::function<std::string()> focusedOutput) {
+    wl_display* display = toolkitsDisplay();
+    if (display == nullptr)
+        return nullptr;
+    wl_event_queue* queue = wl_display_create_queue(display);
+    zwlr_layer_shell_v1* shell = boundLayerShell(display, queue);
+    if (shell != nullptr)
+        return std::unique_ptr<LayerStage>(new LayerStage(shell, queue, std::move(focusedOutput)));
+    wl_event_queue_destroy(queue);
+    return nullptr;
+}
+
+LayerStage::LayerStage(zwlr_layer_shell_v1* shell, wl_event_queue* queue,
+                       std::function<std::string()> focusedOutput)
+    : shell_(shell), queue_(queue), focusedOutput_(std::move(focusedOutput)) {
+    // By this the toolkit leaves the role of such a window to us.
+    qputenv("QT_WAYLAND_USE_BYPASSWINDOWMANAGERHINT", "1");
+    setWindowFlags(Qt::FramelessWindowHint | Qt::BypassWindowManagerHint);
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, this,
+                     [this](const QWindow* focused) { follow(focused); });
+    QWidget::create();
+}
+
+LayerStage::~LayerStage() {
+    takeOffLayer();
+    zwlr_layer_shell_v1_destroy(shell_);
+    wl_event_queue_destroy(queue_);
+}
+
+QScreen* LayerStage::wantedScreen() const {
+    const QString name = QString::fromStdString(focusedOutput_());
+    for (QScreen* screen : QGuiApplication::screens()) {
+        if (screen->name() == name)
+            return screen;
+    }
+    return QGuiApplication::primaryScreen();
+}
+
+wl_surface* LayerStage::surface() const {
+    return static_cast<wl_surface*>(QGuiApplication::platformNativeInterface()->nativeResourceForWindow(
+        QByteArrayLiteral("surface"), windowHandle()));
+}
+
+void LayerStage::prepare() {
+    QScreen* screen = layer_ == nullptr ? wantedScreen() : nullptr;
+    if (screen == nullptr)
+        return;
+    windowHandle()->setScreen(screen);
+    setGeometry(screen->geometry());
+    // The toolkit makes the surface, and paints in a later turn: the role comes in between.
+    show();
+    if (surface() != nullptr)
+        putOnLayer(*screen);
+}
+
+void LayerStage::putOnLayer(QScreen& screen) {
+    static constexpr zwlr_layer_surface_v1_listener kListener = {
+        .configure =
+            [](void* data, zwlr_layer_surface_v1*, std::uint32_t serial, std::uint32_t width,
+               std::uint32_t height) {
+                static_cast<LayerStage*>(data)->configured(
+                    serial, {static_cast<int>(width), static_cast<int>(height)});
+            },
+        .closed = [](void* data, zwlr_layer_surface_v1*) { static_cast<LayerStage*>(data)->outputHasGone(); },
+    };
+    auto* output =
+        static_cast<wl_output*>(QGuiApplication::platformNativeInterface()->nativeResourceForScreen(
+            QByteArrayLiteral("output"), &screen));
+    layer_ = zwlr_layer_shell_v1_get_layer_surface(shell_, surface(), output,
+                                                   ZWLR_LAYER_SHELL_V1_LAYER_OVERLAY, "quillmoth");
+    zwlr_layer_surface_v1_add_listener(layer_, &kListener, this);
+    zwlr_layer_surface_v1_set_anchor(layer_, kAllEdges);
+    // Over bars too.
+    zwlr_layer_surface_v1_set_exclusive_zone(layer_, -1);
+    takeKeys(true);
+    wl_display_roundtrip_queue(toolkitsDisplay(), queue_);
+    // What the compositor tells later is read with the toolkit's events.
+    if (layer_ != nullptr)
+        wl_proxy_set_queue(reinterpret_cast<wl_proxy*>(layer_), nullptr);
+}
+
+void LayerStage::configured(std::uint32_t serial, QSize size) {
+    zwlr_layer_surface_v1_ack_configure(layer_, serial);
+    if (!size.isEmpty())
+        resize(size);
+}
+
+void LayerStage::takeKeys(bool takes) {
+    if (layer_ == nullptr)
+        return;
+    zwlr_layer_surface_v1_set_keyboard_interactivity(layer_, takes ? 1 : 0);
+    // Where the pointer is taken; all of it for an empty one.
+    windowHandle()->setMask(takes ? QRegion() : QRegion(childrenRect()));
+    wl_surface_commit(surface());
+    wl_display_flush(toolkitsDisplay());
+}
+
+void LayerStage::acquire(WindowIdentifier) {
+    if (layer_ == nullptr || hasKeyboard_)
+        return;
+    isAsked_ = true;
+    takeKeys(true);
+    follow(QGuiApplication::focusWindow());
+}
+
+void LayerStage::release() {
+    isAsked_ = false;
+    hasKeyboard_ = false;
+    takeOffLayer();
+    hide();
+    wl_display_flush(toolkitsDisplay());
+}
+
+void LayerStage::takeOffLayer() {
+    // Before the surface goes, whose role it is.
+    if (layer_ != nullptr)
+        zwlr_layer_surface_v1_destroy(std::exchange(layer_, nullptr));
+}
+
+void LayerStage::follow(const QWindow* focused) {
+    if (!isAsked_)
+        return;
+    const bool had = std::exchange(hasKeyboard_, focused == windowHandle());
+    if (had && !hasKeyboard_)
+        turn(Turn::activatedElsewhere);
+}
+
+void LayerStage::frontChanged() {
+    if (isAsked_)
+        turn(Turn::activatedElsewhere);
+}
+
+void LayerStage::mousePressEvent(QMouseEvent*) {
+    if (isAsked_)
+        turn(Turn::pressedElsewhere);
+}
+
+void LayerStage::turn(Turn kind) {
+    isAsked_ = false;
+    hasKeyboard_ = false;
+    takeKeys(false);
+    turns_.emit(kind);
+}
+
+void LayerStage::outputHasGone() {
+    const bool wasUsed = isAsked_;
+    takeOffLayer();
+    if (wasUsed)
+        turn(Turn::activatedElsewhere);
+    // A panel that stays goes to where there is an output.
+    if (!isVisible())
+        return;
+    hide();
+    prepare();
+    takeKeys(false);
+}
+
+} // namespace quillmoth::platform
