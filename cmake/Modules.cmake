@@ -43,7 +43,7 @@ set(modules
     "Platform/Linux/Sway | Platform/Linux/Wayland Platform/Linux/Shared Platform/Linux/Unavailable Platform Foundation | ${qt}|nlohmann/"
     "Platform/Linux/X11/Server | Platform Foundation | ${qt}|xcb/"
     "Platform/Linux/X11/Keys | Platform/Linux/Shared Platform/Linux/X11/Server Platform Foundation | ${qt}|xcb/|xkbcommon/"
-    "Platform/Linux/X11/Selection | Platform/Linux/X11/Server Platform Foundation | ${qt}|xcb/"
+    "Platform/Linux/X11/Selection | Platform/Linux/Shared Platform/Linux/X11/Server Platform Foundation | ${qt}|xcb/"
     "Platform/Linux/X11/Panel | Platform/Linux/X11/Keys Platform/Linux/X11/Server Platform Foundation | ${qt}|xcb/"
     "Platform/Linux/X11 | Platform/Linux/Shared Platform/Linux/X11/Keys Platform/Linux/X11/Panel Platform/Linux/X11/Selection Platform/Linux/X11/Server Platform Foundation | ${qt}|xkbcommon/"
 

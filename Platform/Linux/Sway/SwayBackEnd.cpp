@@ -1,5 +1,6 @@
 #include "Platform/Linux/Sway/SwayBackEnd.h"
 
+#include <QClipboard>
 #include <QGuiApplication>
 #include <utility>
 
@@ -19,14 +20,20 @@ Result<std::unique_ptr<SwayBackEnd>> SwayBackEnd::create(const Toolkit& toolkit)
 
 SwayBackEnd::SwayBackEnd(std::unique_ptr<SwayConnection> sway, std::unique_ptr<WaylandConnection> wayland,
                          const Toolkit& toolkit)
-    : sway_(std::move(sway)), wayland_(std::move(wayland)), toolkit_(toolkit), layout_(*wayland_),
-      front_(*sway_), hotKeys_(*sway_, [this](const std::string& name) { return layout_.keycodeOf(name); }),
+    : toolkit_(toolkit), sway_(std::move(sway)), wayland_(std::move(wayland)),
+      pasteboard_(WaylandPasteboard::create(*wayland_)), layout_(*wayland_),
+      keyboardEvents_(WaylandKeyboardEvents::create(*wayland_, layout_)), front_(*sway_),
+      hotKeys_(*sway_, [this](const std::string& name) { return layout_.keycodeOf(name); }),
       stage_(LayerStage::create([this] {
           const auto outputs = sway_->ask(SwayConnection::Question::getOutputs);
           return outputs ? focusedOutput(*outputs) : std::string();
       })) {
     if (stage_)
         frontChanges_ = front_.onChange([this] { stage_->frontChanged(); });
+    if (pasteboard_)
+        pasteboard_->setPrimaryHandler([this] { notePrimary(); });
+    if (keyboardEvents_)
+        keyboardEvents_->setVeto([this] { return !pasteboard_ || !pasteboard_->isKept(); });
     wayland_->start();
 }
 
@@ -43,9 +50,32 @@ std::optional<std::string> SwayBackEnd::selectionInsteadOfCopy(const OtherFocus&
     return front_.isTerminal(hasOtherFocus) ? std::optional(primarySelection().value_or("")) : std::nullopt;
 }
 
-PasteOutcome SwayBackEnd::paste(const std::string&, std::chrono::steady_clock::time_point,
+void SwayBackEnd::notePrimary() {
+    const bool isOwn = QGuiApplication::clipboard()->ownsSelection();
+    primaryProcess_ = isOwn ? std::nullopt : frontProcess();
+}
+
+std::optional<std::string> SwayBackEnd::primarySelection() {
+    if (!pasteboard_ || !primaryProcess_ || primaryProcess_ != frontProcess())
+        return std::nullopt;
+    return pasteboard_->primary();
+}
+
+PasteOutcome SwayBackEnd::paste(const std::string& text, std::chrono::steady_clock::time_point deadline,
                                 const OtherFocus& hasOtherFocus) {
-    return front_.isTerminal(hasOtherFocus) ? PasteOutcome::terminal : PasteOutcome::impossible;
+    if (front_.isTerminal(hasOtherFocus))
+        return PasteOutcome::terminal;
+    if (!pasteboard_ || !keyboardEvents_)
+        return PasteOutcome::impossible;
+    if (text.empty())
+        return keyboardEvents_->postDelete() ? PasteOutcome::fetched : PasteOutcome::impossible;
+    return pasteboard_->paste(
+        text, [this] { return keyboardEvents_->postPaste(); }, deadline);
+}
+
+void SwayBackEnd::withdrawPaste() {
+    if (pasteboard_)
+        pasteboard_->takeBack();
 }
 
 } // namespace quillmoth::platform

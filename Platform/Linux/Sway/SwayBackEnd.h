@@ -8,7 +8,9 @@
 #include "Platform/Linux/Unavailable/UnavailableServices.h"
 #include "Platform/Linux/Wayland/LayerStage.h"
 #include "Platform/Linux/Wayland/WaylandConnection.h"
+#include "Platform/Linux/Wayland/WaylandKeyboardEvents.h"
 #include "Platform/Linux/Wayland/WaylandKeyboardLayout.h"
+#include "Platform/Linux/Wayland/WaylandPasteboard.h"
 
 #include <memory>
 
@@ -32,26 +34,31 @@ public:
 
     KeyboardLayout& keyboardLayout() override { return layout_; }
 
-    KeyboardEvents& keyboardEvents() override { return noKeyboardEvents_; }
+    KeyboardEvents& keyboardEvents() override {
+        return keyboardEvents_ ? static_cast<KeyboardEvents&>(*keyboardEvents_) : noKeyboardEvents_;
+    }
 
     PanelFocus& panelFocus() override {
         return stage_ ? static_cast<PanelFocus&>(*stage_) : toolkit_.panelFocus;
     }
 
-    Pasteboard& pasteboard() override { return toolkit_.pasteboard; }
+    Pasteboard& pasteboard() override {
+        return pasteboard_ ? static_cast<Pasteboard&>(*pasteboard_) : toolkit_.pasteboard;
+    }
 
     std::optional<std::int64_t> frontProcess() override;
 
     std::string frontName() override { return front_.name(); }
 
-    std::optional<std::string> primarySelection() override { return std::nullopt; }
+    /// The protocol names no owner: that counts which was in front when it changed.
+    std::optional<std::string> primarySelection() override;
 
     std::optional<std::string> selectionInsteadOfCopy(const OtherFocus& hasOtherFocus) override;
 
     PasteOutcome paste(const std::string& text, std::chrono::steady_clock::time_point deadline,
                        const OtherFocus& hasOtherFocus) override;
 
-    void withdrawPaste() override {}
+    void withdrawPaste() override;
 
     std::chrono::milliseconds focusReturnTime() const override { return std::chrono::milliseconds(300); }
 
@@ -62,12 +69,17 @@ public:
 private:
     SwayBackEnd(std::unique_ptr<SwayConnection> sway, std::unique_ptr<WaylandConnection> wayland,
                 const Toolkit& toolkit);
+    void notePrimary();
 
+    Toolkit toolkit_;
     std::unique_ptr<SwayConnection> sway_;
     std::unique_ptr<WaylandConnection> wayland_;
-    Toolkit toolkit_;
+    /// Null where the compositor does not offer them.
+    std::unique_ptr<WaylandPasteboard> pasteboard_;
     WaylandKeyboardLayout layout_;
+    std::unique_ptr<WaylandKeyboardEvents> keyboardEvents_;
     SwayFront front_;
+    std::optional<std::int64_t> primaryProcess_;
     SwayHotKeyCenter hotKeys_;
     UnavailableKeyboardEvents noKeyboardEvents_;
     /// Null where the compositor has no layers.

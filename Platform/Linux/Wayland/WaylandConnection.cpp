@@ -95,10 +95,24 @@ void WaylandConnection::run() {
         }
         // Without a compositor there are still those who wait for an answer.
         if (isOpen)
-            isOpen = step(Clock::time_point::max());
+            isOpen = step(alarmTime_);
         else
             awaitWake();
+        runAlarm();
     }
+}
+
+void WaylandConnection::setAlarm(Clock::time_point when, std::function<void()> work) {
+    alarmTime_ = when;
+    alarm_ = std::move(work);
+}
+
+void WaylandConnection::runAlarm() {
+    if (Clock::now() < alarmTime_)
+        return;
+    alarmTime_ = Clock::time_point::max();
+    if (const auto work = std::exchange(alarm_, nullptr))
+        work();
 }
 
 void WaylandConnection::awaitWake() const {

@@ -76,6 +76,9 @@ public:
 
     void forget(int file) { watched_.erase(file); }
 
+    /// Runs `work` at that time or a little later, in place of what was to be run so before.
+    void setAlarm(Clock::time_point when, std::function<void()> work);
+
     /// Handles what has come; where nothing has, waits for something or for the deadline. False once the
     /// compositor has gone.
     bool step(Clock::time_point deadline);
@@ -90,6 +93,7 @@ private:
     [[nodiscard]] void* bindAny(const wl_interface& interface, std::uint32_t version);
     void run();
     bool runJob();
+    void runAlarm();
     void tellWatchers(const std::vector<int>& ready);
     void awaitWake() const;
 
@@ -103,6 +107,8 @@ private:
     wl_seat* seat_ = nullptr;
     std::map<std::string, Global> globals_;
     std::map<int, Watched> watched_;
+    Clock::time_point alarmTime_ = Clock::time_point::max();
+    std::function<void()> alarm_;
     FileDescriptor wakeFile_;
     std::mutex mutex_;
     std::condition_variable changed_;

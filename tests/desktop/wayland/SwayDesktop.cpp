@@ -3,7 +3,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <stdexcept>
 #include <unistd.h>
 
@@ -94,21 +93,29 @@ nlohmann::json SwayDesktop::ask(const std::string& question) {
     return nlohmann::json::parse(runChild({"swaymsg", "-t", question, "-r"}, 5s).output, nullptr, false);
 }
 
-std::string SwayDesktop::front() const {
-    const std::function<std::string(const nlohmann::json&)> focused = [&](const nlohmann::json& node) {
-        if (node.value("focused", false) && node.contains("app_id") && node["app_id"].is_string())
-            return node["app_id"].get<std::string>();
-        if (node.value("focused", false) && node.contains("window_properties"))
-            return node["window_properties"].value("class", std::string());
-        for (const char* kind : {"nodes", "floating_nodes"}) {
-            for (const auto& child : node[kind]) {
-                if (std::string found = focused(child); !found.empty())
-                    return found;
-            }
-        }
-        return std::string();
-    };
-    return focused(ask("get_tree"));
+nlohmann::json SwayDesktop::focused() {
+    std::vector<nlohmann::json> waiting{ask("get_tree")};
+    while (!waiting.empty()) {
+        const nlohmann::json node = waiting.back();
+        waiting.pop_back();
+        if (node.value("focused", false))
+            return node;
+        for (const char* kind : {"nodes", "floating_nodes"})
+            waiting.insert(waiting.end(), node[kind].begin(), node[kind].end());
+    }
+    return nlohmann::json::object();
+}
+
+std::string SwayDesktop::front() {
+    const nlohmann::json window = focused();
+    if (window.contains("app_id") && window["app_id"].is_string())
+        return window["app_id"].get<std::string>();
+    return window.contains("window_properties") ? window["window_properties"].value("class", "") : "";
+}
+
+DesktopRectangle SwayDesktop::frontRectangle() {
+    const nlohmann::json place = focused()["rect"];
+    return {.x = place["x"], .y = place["y"], .width = place["width"], .height = place["height"]};
 }
 
 std::string SwayDesktop::marks() {

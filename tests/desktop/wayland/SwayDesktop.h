@@ -32,7 +32,8 @@ public:
     void command(const std::string& text) const;
 
     /// The window with the focus: its app_id or class; empty for none.
-    [[nodiscard]] std::string front() const;
+    [[nodiscard]] static std::string front();
+    [[nodiscard]] static DesktopRectangle frontRectangle();
     /// The marks of the windows, put together.
     [[nodiscard]] static std::string marks();
     /// What a user would paste. With `isPrimary`, with the middle button.
@@ -43,6 +44,7 @@ public:
 
 private:
     [[nodiscard]] static nlohmann::json ask(const std::string& question);
+    [[nodiscard]] static nlohmann::json focused();
 
     ProgramSession program_;
     std::string directory_;

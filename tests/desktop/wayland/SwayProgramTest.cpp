@@ -25,7 +25,6 @@ protected:
         desktop_->program().server().answer("/api/v1/chat/completions",
                                             jsonAnswer(200, chatResponse("A topic")));
         desktop_->program().server().answer("/api/v1/chat/completions/stream", chatStream({kAnswer}));
-        desktop_->program().start();
     }
 
     static void TearDownTestSuite() {
@@ -34,6 +33,7 @@ protected:
     }
 
     void SetUp() override {
+        startProgram();
         const std::string path = session().path("letter.txt");
         std::ofstream(path) << kFirstLine << '\n' << kSecondLine;
         editor_.emplace(
@@ -55,6 +55,12 @@ protected:
         EXPECT_TRUE(soon([] { return !isOpen(); }));
         shownEditor_.reset();
         editor_.reset();
+    }
+
+    static void startProgram(const nlohmann::json& defaults = nlohmann::json::object()) {
+        session().kill();
+        session().writeDefaults(defaults);
+        session().start();
     }
 
     static ProgramSession& session() { return desktop_->program(); }
@@ -93,6 +99,24 @@ protected:
         ASSERT_TRUE(soon(hasKeyboard));
     }
 
+    static void ask() {
+        input().type("improve this");
+        ASSERT_TRUE(soon([] { return command() == "improve this"; })) << command();
+        input().tapKey(KEY_ENTER);
+        ASSERT_TRUE(soon([] { return session().shown().shows(kAnswer); }));
+    }
+
+    void replaceFirstLine() {
+        selectFirstLine();
+        openPanel();
+        EXPECT_TRUE(soon([] { return session().shown().shows("Context found"); }));
+        ask();
+        EXPECT_EQ(text(), std::string(kFirstLine) + '\n' + kSecondLine);
+        SwayDesktop::saveScreenshot("sway-answer.png");
+        input().chord({KEY_LEFTCTRL, KEY_ENTER});
+        EXPECT_TRUE(soon([this] { return text() == std::string(kAnswer) + '\n' + kSecondLine; })) << text();
+    }
+
     static SwayDesktop* desktop_;
     std::optional<ChildProcess> editor_;
     std::optional<AccessibleProgram> shownEditor_;
@@ -103,18 +127,47 @@ SwayDesktop* SwayProgram::desktop_ = nullptr;
 } // namespace
 
 TEST_F(SwayProgram, TheSelectionIsReplacedByTheAnswer) {
+    replaceFirstLine();
+    EXPECT_FALSE(isOpen());
+}
+
+TEST_F(SwayProgram, WhatIsOnTheClipboardIsThereAgainInAllItsForms) {
+    const ChildProcess owner({"wl-copy", "--type", "text/html", "<b>kept</b>"});
+    const auto html = [] { return runChild({"wl-paste", "--no-newline", "--type", "text/html"}, 2s).output; };
+    ASSERT_TRUE(soon([&] { return html() == "<b>kept</b>"; }));
+    replaceFirstLine();
+    EXPECT_TRUE(soon([&] { return html() == "<b>kept</b>"; })) << html();
+    // One step to the editor's own undo, as only a paste is.
+    input().chord({KEY_LEFTCTRL, KEY_Z});
+    EXPECT_TRUE(soon([this] { return text() == std::string(kFirstLine) + '\n' + kSecondLine; })) << text();
+}
+
+TEST_F(SwayProgram, TheAlternativeMethodCopiesAndPutsBackWhatWasThere) {
+    startProgram({{"useCopyHack", true}});
+    const ChildProcess owner({"wl-copy", "--type", "text/html", "<i>kept</i>"});
     selectFirstLine();
     openPanel();
     EXPECT_TRUE(soon([] { return session().shown().shows("Context found"); }));
-    input().type("improve this");
-    ASSERT_TRUE(soon([] { return command() == "improve this"; })) << command();
-    EXPECT_EQ(text(), std::string(kFirstLine) + '\n' + kSecondLine);
-    input().tapKey(KEY_ENTER);
-    ASSERT_TRUE(soon([] { return session().shown().shows(kAnswer); }));
-    SwayDesktop::saveScreenshot("sway-answer.png");
+    EXPECT_EQ(runChild({"wl-paste", "--no-newline", "--type", "text/html"}, 2s).output, "<i>kept</i>");
+}
+
+TEST_F(SwayProgram, ATerminalIsReadAndNotPastedInto) {
+    ChildProcess terminal({"foot", "--app-id=foot", "sh", "-c", "printf selected; exec cat > typed"},
+                          {.environment = {{"LC_ALL", "C.UTF-8"}}});
+    ASSERT_TRUE(soon([] { return desktop_->front() == "foot"; }));
+    ASSERT_TRUE(soon([] {
+        // A double click selects a word.
+        const DesktopRectangle window = desktop_->frontRectangle();
+        input().click(window.x + 20, window.y + 8, 2);
+        return SwayDesktop::clipboard(true) == "selected";
+    }));
+    openPanel();
+    EXPECT_TRUE(soon([] { return session().shown().shows("Context found"); }));
+    SwayDesktop::saveScreenshot("sway-terminal.png");
+    ask();
     input().chord({KEY_LEFTCTRL, KEY_ENTER});
-    EXPECT_TRUE(soon([this] { return text() == std::string(kAnswer) + '\n' + kSecondLine; })) << text();
-    EXPECT_FALSE(isOpen());
+    EXPECT_TRUE(soon([] { return session().shown().shows("terminal"); }));
+    SwayDesktop::saveScreenshot("sway-terminal-told.png");
 }
 
 TEST_F(SwayProgram, APressBesideThePanelClosesItAndEscapeToo) {

@@ -160,10 +160,14 @@ void WaylandInput::sendButton(bool isDown) {
     finish();
 }
 
-void WaylandInput::click(int x, int y) {
+void WaylandInput::click(int x, int y, int clicks) {
+    constexpr std::uint32_t kApart = 1000;
+    time_ += kApart;
     movePointer(x, y);
-    sendButton(true);
-    sendButton(false);
+    for (int count = 0; count < clicks; ++count) {
+        sendButton(true);
+        sendButton(false);
+    }
 }
 
 void WaylandInput::drag(int fromX, int fromY, int byX, int byY) {

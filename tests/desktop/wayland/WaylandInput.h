@@ -38,7 +38,8 @@ public:
     void type(std::string_view text);
 
     void movePointer(int x, int y);
-    void click(int x, int y);
+    /// Apart from the clicks before it.
+    void click(int x, int y, int clicks = 1);
     /// From one place to the other with the button held, in steps.
     void drag(int fromX, int fromY, int byX, int byY);
 
