@@ -125,6 +125,15 @@ std::string SwayDesktop::marks() {
     return all;
 }
 
+std::string SwayDesktop::display() const {
+    // sway tells it to those alone that it starts, and the server takes those alone that run as it does.
+    const std::string file = directory_ + "/display";
+    runChild({"swaymsg", "exec", "xhost +local: && printenv DISPLAY > " + file}, 5s);
+    std::string name;
+    waitFor([&] { return static_cast<bool>(std::ifstream(file) >> name); });
+    return name;
+}
+
 std::string SwayDesktop::clipboard(bool isPrimary) {
     std::vector<std::string> command = {"wl-paste", "--no-newline"};
     if (isPrimary)

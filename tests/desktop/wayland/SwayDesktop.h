@@ -36,6 +36,8 @@ public:
     [[nodiscard]] static DesktopRectangle frontRectangle();
     /// The marks of the windows, put together.
     [[nodiscard]] static std::string marks();
+    /// Of the X server beside the session, as in the variable DISPLAY.
+    [[nodiscard]] std::string display() const;
     /// What a user would paste. With `isPrimary`, with the middle button.
     [[nodiscard]] static std::string clipboard(bool isPrimary = false);
 
