@@ -21,6 +21,8 @@ Finding session(const DesktopFacts& facts) {
         return {"Session", type + ", without a display", facts.displayProblem};
     if (facts.hasXServer)
         return {"Session", type + ", with an X server"};
+    if (!facts.compositorServing.empty())
+        return {"Session", type + ", served by " + facts.compositorServing + " through its socket"};
     if (type == "wayland" && !facts.isToolkitOnWayland)
         return {"Session", "wayland, used through the X server beside it",
                 "install the package qt6-wayland; the panel is an ordinary window here; " +
@@ -43,10 +45,15 @@ Finding compositor(const DesktopFacts& facts) {
 }
 
 Finding hotKey(const DesktopFacts& facts) {
-    if (!facts.hasXServer && facts.sessionType == "wayland")
+    const bool isServed = facts.hasXServer || !facts.compositorServing.empty();
+    if (!facts.compositorServing.empty() && facts.isHotKeyShared)
+        return {"Hot key",
+                facts.hotKey + ", not active: the configuration of " + facts.compositorServing + " has it",
+                "record another one in the settings, or remove that line and reload"};
+    if (!isServed && facts.sessionType == "wayland")
         return {"Hot key", facts.hotKey.empty() ? "none" : facts.hotKey + ", not active on Wayland",
                 kBindToggle};
-    if (!facts.hasXServer)
+    if (!isServed)
         return {"Hot key",
                 (facts.hotKey.empty() ? "none; one" : facts.hotKey + ", which") + " needs an X server",
                 kBindToggle};

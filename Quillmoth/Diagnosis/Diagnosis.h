@@ -18,6 +18,8 @@ struct DesktopFacts {
     bool hasXServer = false;
     /// In a Wayland session: the toolkit shows windows there itself, rather than on the X server beside it.
     bool isToolkitOnWayland = false;
+    /// The compositor whose own socket and protocols serve the program; empty for none.
+    std::string compositorServing = {};
     /// The name that it gives itself; empty where none runs.
     std::string windowManager = {};
     bool hasCompositor = false;

@@ -8,12 +8,15 @@
 #include "Platform/Linux/Desktop/SessionDisplay.h"
 #include "Platform/Linux/Keyring/KeyringUserDefaults.h"
 #include "Platform/Linux/Keyring/QtKeychainStore.h"
+#include "Platform/Linux/Sway/SwayBackEnd.h"
 #include "Platform/Linux/Unavailable/UnavailableServices.h"
 #include "Platform/Linux/X11/Selection/X11Pasteboard.h"
 #include "Platform/Linux/X11/X11BackEnd.h"
 #include "Platform/Posix/FileUserDefaults.h"
 #include "Platform/Posix/FileWriter.h"
 #include "Platform/Qt/QtMainQueue.h"
+#include "Platform/Qt/QtPanelFocus.h"
+#include "Platform/Qt/QtPasteboard.h"
 #include "Platform/Qt/QtWorkspace.h"
 #include "Platform/Qt/UserFolders.h"
 #include "Quillmoth/Capture/SelectionCapture.h"
@@ -51,17 +54,19 @@ std::optional<KeyboardShortcuts::Shortcut> hotKey() {
     return center.getShortcut(name);
 }
 
-void addHotKey(DesktopFacts& facts, platform::X11BackEnd* x11) {
+void addHotKey(DesktopFacts& facts, platform::X11BackEnd* x11, platform::SwayBackEnd* sway) {
     platform::UnavailableKeyboardLayout noLayout;
-    platform::KeyboardLayout& layout =
-        x11 != nullptr ? static_cast<platform::KeyboardLayout&>(x11->keyboardLayout()) : noLayout;
+    platform::KeyboardLayout& layoutOfSway =
+        sway != nullptr ? sway->keyboardLayout() : static_cast<platform::KeyboardLayout&>(noLayout);
+    platform::KeyboardLayout& layout = x11 != nullptr ? x11->keyboardLayout() : layoutOfSway;
     const auto shortcut = hotKey();
     if (!shortcut)
         return;
     facts.hotKey = KeyboardShortcuts::spokenDescription(*shortcut, layout);
-    facts.isHotKeyShared = x11 != nullptr && x11->hotKeyProbe().isShortcutTaken(
-                                                 static_cast<std::uint32_t>(shortcut->carbonKeyCode),
-                                                 static_cast<std::uint32_t>(shortcut->carbonModifiers));
+    const auto keyCode = static_cast<std::uint32_t>(shortcut->carbonKeyCode);
+    const auto modifiers = static_cast<std::uint32_t>(shortcut->carbonModifiers);
+    facts.isHotKeyShared = (x11 != nullptr && x11->hotKeyProbe().isShortcutTaken(keyCode, modifiers)) ||
+                           (sway != nullptr && sway->hotKeyCenter().isTakenElsewhere(keyCode, modifiers));
 }
 
 /// Asks nothing of the user, and waits for a few seconds at most.
@@ -162,6 +167,20 @@ void addX11(DesktopFacts& facts, platform::X11BackEnd& x11, platform::AtSpiAcces
     }
 }
 
+void addSway(DesktopFacts& facts, platform::SwayBackEnd& sway, platform::AtSpiAccessibility& accessibility) {
+    const auto process = sway.frontProcess();
+    if (!process)
+        return;
+    const platform::FieldReport field = accessibility.reportField(*process);
+    const auto hasOtherFocus = [&field](std::int64_t) { return field.hasFocus && !field.isTerminal; };
+    const bool isTerminal = sway.selectionInsteadOfCopy(hasOtherFocus).has_value();
+    facts.front = frontOf(field, {.process = process,
+                                  .primarySelection = [&sway] { return sway.primarySelection(); },
+                                  .runsCommands = isTerminal,
+                                  .takesCopyKeys = !isTerminal && sway.sendsKeys(),
+                                  .takesPaste = sway.sendsKeys()});
+}
+
 } // namespace
 
 DesktopFacts desktopFacts(const std::string& displayProblem) {
@@ -178,7 +197,14 @@ DesktopFacts desktopFacts(const std::string& displayProblem) {
     auto created = displayProblem.empty() ? platform::X11BackEnd::create() : Error{displayProblem};
     const auto x11 = created ? std::move(*created) : nullptr;
     facts.hasXServer = x11 != nullptr;
-    addHotKey(facts, x11.get());
+    platform::QtPasteboard pasteboard;
+    platform::QtPanelFocus panelFocus;
+    auto served = displayProblem.empty()
+                      ? platform::SwayBackEnd::create({.pasteboard = pasteboard, .panelFocus = panelFocus})
+                      : Error{displayProblem};
+    const auto sway = served ? std::move(*served) : nullptr;
+    facts.compositorServing = sway ? "sway" : "";
+    addHotKey(facts, x11.get(), sway.get());
     facts.keyPlace = keyPlace();
     if (facts.hasSessionBus)
         facts.keyring = keyringState();
@@ -189,6 +215,8 @@ DesktopFacts desktopFacts(const std::string& displayProblem) {
     facts.hasPortal = isOnSessionBus("org.freedesktop.portal.Desktop");
     if (x11)
         addX11(facts, *x11, accessibility);
+    else if (sway)
+        addSway(facts, *sway, accessibility);
     else if (const auto process = displayProblem.empty() ? accessibility.activeProcess() : std::nullopt)
         facts.front = frontOf(accessibility.reportField(*process),
                               {.process = process, .takesCopyKeys = false, .takesPaste = false});

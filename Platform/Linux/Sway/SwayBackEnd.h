@@ -60,6 +60,9 @@ public:
 
     void withdrawPaste() override;
 
+    /// Whether keys can be sent to other programs.
+    [[nodiscard]] bool sendsKeys() const { return keyboardEvents_ && pasteboard_; }
+
     std::chrono::milliseconds focusReturnTime() const override { return std::chrono::milliseconds(300); }
 
     bool isCompositing() const override { return true; }

@@ -93,6 +93,8 @@ void WaylandConnection::run() {
     while (!isStopping_) {
         while (runJob()) {
         }
+        if (isStopping_)
+            return;
         // Without a compositor there are still those who wait for an answer.
         if (isOpen)
             isOpen = step(alarmTime_);
