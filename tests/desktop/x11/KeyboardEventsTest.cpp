@@ -1,3 +1,4 @@
+#include "Platform/Linux/Shared/Terminals.h"
 #include "Platform/Linux/X11/X11Terminals.h"
 #include "tests/desktop/x11/X11Session.h"
 
