@@ -68,7 +68,6 @@ SwayDesktop::SwayDesktop() : program_("") {
     set("WAYLAND_DISPLAY", display);
     set("SWAYSOCK", socket);
     set("XDG_SESSION_TYPE", "wayland");
-    set("QT_QPA_PLATFORM", "wayland");
     input_ = std::make_unique<WaylandInput>(kWidth, kHeight);
 }
 
