@@ -50,6 +50,10 @@ if(QUILLMOTH_SANITIZE)
     target_compile_options(QuillmothOptions INTERFACE
         -fsanitize=${QUILLMOTH_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(QuillmothOptions INTERFACE -fsanitize=${QUILLMOTH_SANITIZE})
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        # With sanitizers the compiler loses track of what was set, and warns of values that always are.
+        target_compile_options(QuillmothOptions INTERFACE -Wno-maybe-uninitialized)
+    endif()
 endif()
 
 # The headers of libraries that most sources read are compiled once for the whole build, in three sets.
