@@ -132,7 +132,6 @@ private:
 
     void tryWriting() {
         const bool isSingle = field_.kind == Field::Kind::singleLine;
-        field_.select(0);
         const std::string before = isSingle ? field_.samples[0] : normalized(sampleDocument());
         std::string answer = kAnswer;
         if (isSingle)
@@ -155,10 +154,24 @@ private:
             tryUndo(before);
     }
 
+    /// Selects the first sample, from another one where there is one: what is captured is then what the keys
+    /// have just selected. A program that is busy may miss them.
+    void selectAnew() {
+        for (int attempt = 0; attempt < 3; ++attempt) {
+            for (const std::size_t sample : {std::size_t{3}, std::size_t{0}}) {
+                if (sample == 0 || !field_.samples[sample].empty())
+                    field_.select(sample);
+                waitFor([&] { return field_.samples[sample].empty() || isCaptured(sample); }, 2s);
+            }
+            if (isCaptured(0))
+                return;
+        }
+    }
+
     /// Has the first sample replaced, while another program has something on the clipboard; whether it is
     /// said to be.
     bool replaceSelected() {
-        waitFor([&] { return isCaptured(0); }, 2s);
+        selectAnew();
         clipboardOwner_.emplace(copyRich(kKeptText, kKeptHTML));
         const auto start = Clock::now();
         const WriteResult result = desktop_.replaceSelection(kAnswer);
@@ -173,7 +186,6 @@ private:
 
     /// Nothing may change, and that has to be told.
     void tryUnwritable() {
-        field_.select(0);
         const bool isTold = replaceSelected();
         // What was lent to a program that did not ask for it may be asked for late.
         cell(clipboard) = isClipboardKept()          ? "ok"
