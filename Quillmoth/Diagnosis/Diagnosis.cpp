@@ -22,7 +22,7 @@ Finding session(const DesktopFacts& facts) {
     if (facts.hasXServer)
         return {"Session", type + ", with an X server"};
     if (!facts.compositorServing.empty())
-        return {"Session", type + ", served by " + facts.compositorServing + " through its socket"};
+        return {"Session", type + ", served by " + facts.compositorServing + ' ' + facts.wayToCompositor};
     if (type == "wayland" && !facts.isToolkitOnWayland)
         return {"Session", "wayland, used through the X server beside it",
                 "install the package qt6-wayland; the panel is an ordinary window here; " +
@@ -47,9 +47,8 @@ Finding compositor(const DesktopFacts& facts) {
 Finding hotKey(const DesktopFacts& facts) {
     const bool isServed = facts.hasXServer || !facts.compositorServing.empty();
     if (!facts.compositorServing.empty() && facts.isHotKeyShared)
-        return {"Hot key",
-                facts.hotKey + ", not active: the configuration of " + facts.compositorServing + " has it",
-                "record another one in the settings, or remove that line and reload"};
+        return {"Hot key", facts.hotKey + ", not active: " + facts.hotKeyHolder + " has it",
+                "record another one in the settings, or take it away there"};
     if (!isServed && facts.sessionType == "wayland")
         return {"Hot key", facts.hotKey.empty() ? "none" : facts.hotKey + ", not active on Wayland",
                 kBindToggle};
@@ -68,6 +67,23 @@ Finding hotKey(const DesktopFacts& facts) {
         return {"Hot key", facts.hotKey + ", active" + shared,
                 "where it does not open the panel, record another one in the settings"};
     return {"Hot key", facts.hotKey + ", active"};
+}
+
+Finding panel(const DesktopFacts& facts) {
+    if (facts.hasLayers)
+        return {"Panel", "above all windows, on a layer of " + facts.compositorServing};
+    return {"Panel", "an ordinary window: " + facts.compositorServing + " has no layers"};
+}
+
+Finding syntheticKeys(const DesktopFacts& facts) {
+    if (facts.sendsKeys)
+        return {"Synthetic keys", "sent through " + facts.compositorServing};
+    if (facts.compositorServing != "KWin")
+        return {"Synthetic keys", "none: " + facts.compositorServing + " takes none"};
+    return {
+        "Synthetic keys", "none: KWin takes them from installed programs alone",
+        "install Quillmoth, or start it once and log in again; until then an answer that cannot be written "
+        "through accessibility goes to the clipboard"};
 }
 
 Finding key(const DesktopFacts& facts) {
@@ -187,7 +203,10 @@ std::vector<Finding> withDisplay(const DesktopFacts& facts) {
     const bool isOnWayland = facts.sessionType == "wayland";
     if (!isOnWayland)
         findings.insert(findings.end(), {windowManager(facts), compositor(facts)});
-    findings.insert(findings.end(), {hotKey(facts), key(facts), accessibility(facts)});
+    findings.push_back(hotKey(facts));
+    if (!facts.compositorServing.empty())
+        findings.insert(findings.end(), {panel(facts), syntheticKeys(facts)});
+    findings.insert(findings.end(), {key(facts), accessibility(facts)});
     if (facts.front) {
         findings.push_back({"Program in front", nameOf(*facts.front)});
         findings.push_back(capture(*facts.front));

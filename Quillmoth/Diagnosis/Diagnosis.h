@@ -18,8 +18,14 @@ struct DesktopFacts {
     bool hasXServer = false;
     /// In a Wayland session: the toolkit shows windows there itself, rather than on the X server beside it.
     bool isToolkitOnWayland = false;
-    /// The compositor whose own socket and protocols serve the program; empty for none.
+    /// The Wayland compositor that serves the program; empty for none.
     std::string compositorServing = {};
+    /// How it is spoken to, such as "through its socket".
+    std::string wayToCompositor = {};
+    /// It shows the panel above all windows.
+    bool hasLayers = false;
+    /// It takes keys for other programs.
+    bool sendsKeys = false;
     /// The name that it gives itself; empty where none runs.
     std::string windowManager = {};
     bool hasCompositor = false;
@@ -28,6 +34,8 @@ struct DesktopFacts {
     std::string hotKey = {};
     /// Another program has the hot key too.
     bool isHotKeyShared = false;
+    /// Which; empty where that is not known.
+    std::string hotKeyHolder = {};
 
     enum class KeyPlace { nowhere, file, keyring };
     enum class Keyring { absent, locked, unlocked };

@@ -6,6 +6,7 @@
 #include "Platform/Linux/AtSpi/AtSpiAccessibility.h"
 #include "Platform/Linux/Desktop/InstanceRequest.h"
 #include "Platform/Linux/Desktop/SessionDisplay.h"
+#include "Platform/Linux/KWin/KWinBackEnd.h"
 #include "Platform/Linux/Keyring/KeyringUserDefaults.h"
 #include "Platform/Linux/Keyring/QtKeychainStore.h"
 #include "Platform/Linux/Sway/SwayBackEnd.h"
@@ -54,19 +55,59 @@ std::optional<KeyboardShortcuts::Shortcut> hotKey() {
     return center.getShortcut(name);
 }
 
-void addHotKey(DesktopFacts& facts, platform::X11BackEnd* x11, platform::SwayBackEnd* sway) {
+/// The back ends that serve this session; all null where none does.
+struct Serving {
+    std::unique_ptr<platform::X11BackEnd> x11 = nullptr;
+    std::unique_ptr<platform::SwayBackEnd> sway = nullptr;
+    std::unique_ptr<platform::KWinBackEnd> kwin = nullptr;
+
+    [[nodiscard]] platform::WaylandBackEnd* wayland() const {
+        return sway ? static_cast<platform::WaylandBackEnd*>(sway.get()) : kwin.get();
+    }
+};
+
+Serving servingBackEnds(const platform::WaylandBackEnd::Toolkit& toolkit) {
+    Serving serving;
+    if (auto x11 = platform::X11BackEnd::create()) {
+        serving.x11 = std::move(*x11);
+    } else if (auto sway = platform::SwayBackEnd::create(toolkit)) {
+        serving.sway = std::move(*sway);
+    } else if (auto kwin = platform::KWinBackEnd::create(toolkit)) {
+        serving.kwin = std::move(*kwin);
+        serving.kwin->awaitFront();
+    }
+    return serving;
+}
+
+void addCompositor(DesktopFacts& facts, const Serving& serving) {
+    const platform::WaylandBackEnd* wayland = serving.wayland();
+    if (wayland == nullptr)
+        return;
+    facts.compositorServing = serving.sway ? "sway" : "KWin";
+    facts.wayToCompositor = serving.sway ? "through its socket" : "over the session bus";
+    facts.hasLayers = wayland->hasLayers();
+    facts.sendsKeys = wayland->sendsKeys();
+}
+
+void addHotKey(DesktopFacts& facts, const Serving& serving) {
     platform::UnavailableKeyboardLayout noLayout;
-    platform::KeyboardLayout& layoutOfSway =
-        sway != nullptr ? sway->keyboardLayout() : static_cast<platform::KeyboardLayout&>(noLayout);
-    platform::KeyboardLayout& layout = x11 != nullptr ? x11->keyboardLayout() : layoutOfSway;
+    platform::WaylandBackEnd* wayland = serving.wayland();
+    platform::KeyboardLayout& layoutOfWayland =
+        wayland != nullptr ? wayland->keyboardLayout() : static_cast<platform::KeyboardLayout&>(noLayout);
+    platform::KeyboardLayout& layout = serving.x11 ? serving.x11->keyboardLayout() : layoutOfWayland;
     const auto shortcut = hotKey();
     if (!shortcut)
         return;
     facts.hotKey = KeyboardShortcuts::spokenDescription(*shortcut, layout);
     const auto keyCode = static_cast<std::uint32_t>(shortcut->carbonKeyCode);
     const auto modifiers = static_cast<std::uint32_t>(shortcut->carbonModifiers);
-    facts.isHotKeyShared = (x11 != nullptr && x11->hotKeyProbe().isShortcutTaken(keyCode, modifiers)) ||
-                           (sway != nullptr && sway->hotKeyCenter().isTakenElsewhere(keyCode, modifiers));
+    facts.isHotKeyShared =
+        (serving.x11 && serving.x11->hotKeyProbe().isShortcutTaken(keyCode, modifiers)) ||
+        (wayland != nullptr && wayland->hotKeyCenter().isTakenElsewhere(keyCode, modifiers));
+    if (facts.isHotKeyShared && serving.sway)
+        facts.hotKeyHolder = "the configuration of sway";
+    else if (facts.isHotKeyShared && serving.kwin)
+        facts.hotKeyHolder = serving.kwin->hotKeyCenter().holder(keyCode, modifiers);
 }
 
 /// Asks nothing of the user, and waits for a few seconds at most.
@@ -167,18 +208,19 @@ void addX11(DesktopFacts& facts, platform::X11BackEnd& x11, platform::AtSpiAcces
     }
 }
 
-void addSway(DesktopFacts& facts, platform::SwayBackEnd& sway, platform::AtSpiAccessibility& accessibility) {
-    const auto process = sway.frontProcess();
+void addWayland(DesktopFacts& facts, platform::WaylandBackEnd& wayland,
+                platform::AtSpiAccessibility& accessibility) {
+    const auto process = wayland.frontProcess();
     if (!process)
         return;
     const platform::FieldReport field = accessibility.reportField(*process);
     const auto hasOtherFocus = [&field](std::int64_t) { return field.hasFocus && !field.isTerminal; };
-    const bool isTerminal = sway.selectionInsteadOfCopy(hasOtherFocus).has_value();
+    const bool isTerminal = wayland.selectionInsteadOfCopy(hasOtherFocus).has_value();
     facts.front = frontOf(field, {.process = process,
-                                  .primarySelection = [&sway] { return sway.primarySelection(); },
+                                  .primarySelection = [&wayland] { return wayland.primarySelection(); },
                                   .runsCommands = isTerminal,
-                                  .takesCopyKeys = !isTerminal && sway.sendsKeys(),
-                                  .takesPaste = sway.sendsKeys()});
+                                  .takesCopyKeys = !isTerminal && wayland.sendsKeys(),
+                                  .takesPaste = wayland.sendsKeys()});
 }
 
 } // namespace
@@ -194,17 +236,14 @@ DesktopFacts desktopFacts(const std::string& displayProblem) {
     facts.hasSessionBus = bus != nullptr;
     facts.isRunning = bus != nullptr && bus->isServiceRegistered(platform::kInstanceService);
     // Without a display a connection to its server is not to be had either, and may be waited for.
-    auto created = displayProblem.empty() ? platform::X11BackEnd::create() : Error{displayProblem};
-    const auto x11 = created ? std::move(*created) : nullptr;
-    facts.hasXServer = x11 != nullptr;
     platform::QtPasteboard pasteboard;
     platform::QtPanelFocus panelFocus;
-    auto served = displayProblem.empty()
-                      ? platform::SwayBackEnd::create({.pasteboard = pasteboard, .panelFocus = panelFocus})
-                      : Error{displayProblem};
-    const auto sway = served ? std::move(*served) : nullptr;
-    facts.compositorServing = sway ? "sway" : "";
-    addHotKey(facts, x11.get(), sway.get());
+    const Serving serving = displayProblem.empty()
+                                ? servingBackEnds({.pasteboard = pasteboard, .panelFocus = panelFocus})
+                                : Serving();
+    facts.hasXServer = serving.x11 != nullptr;
+    addCompositor(facts, serving);
+    addHotKey(facts, serving);
     facts.keyPlace = keyPlace();
     if (facts.hasSessionBus)
         facts.keyring = keyringState();
@@ -213,10 +252,10 @@ DesktopFacts desktopFacts(const std::string& displayProblem) {
     facts.isAccessibilityEnabled = accessibility.isProcessTrusted();
     facts.hasTray = displayProblem.empty() && QSystemTrayIcon::isSystemTrayAvailable();
     facts.hasPortal = isOnSessionBus("org.freedesktop.portal.Desktop");
-    if (x11)
-        addX11(facts, *x11, accessibility);
-    else if (sway)
-        addSway(facts, *sway, accessibility);
+    if (serving.x11)
+        addX11(facts, *serving.x11, accessibility);
+    else if (serving.wayland() != nullptr)
+        addWayland(facts, *serving.wayland(), accessibility);
     else if (const auto process = displayProblem.empty() ? accessibility.activeProcess() : std::nullopt)
         facts.front = frontOf(accessibility.reportField(*process),
                               {.process = process, .takesCopyKeys = false, .takesPaste = false});

@@ -1,7 +1,9 @@
 #include "Quillmoth/Main/DesktopServices.h"
 
 #include "Foundation/Log.h"
+#include "Platform/Linux/Desktop/KeysEntry.h"
 #include "Platform/Linux/Desktop/SchemeHandler.h"
+#include "Platform/Linux/KWin/KWinBackEnd.h"
 #include "Platform/Linux/Shared/Keycodes.h"
 #include "Platform/Linux/Sway/SwayBackEnd.h"
 #include "Platform/Linux/Wayland/LayerStage.h"
@@ -27,11 +29,16 @@ constexpr std::int64_t kDesktopProcess = 1;
 // How long the end of the program waits for the keyring.
 constexpr int kKeyringMilliseconds = 2000;
 
-std::unique_ptr<platform::DesktopBackEnd> makeDesktop(const platform::SwayBackEnd::Toolkit& toolkit) {
+std::unique_ptr<platform::DesktopBackEnd> makeDesktop(const platform::WaylandBackEnd::Toolkit& toolkit) {
     auto sway = platform::SwayBackEnd::create(toolkit);
     if (sway)
         return std::move(*sway);
     logLine("Without sway: " + sway.error().description);
+    auto kwin = platform::KWinBackEnd::create(
+        toolkit, [] { platform::offerKeysEntry(QCoreApplication::applicationFilePath().toStdString()); });
+    if (kwin)
+        return std::move(*kwin);
+    logLine("Without KWin: " + kwin.error().description);
     return X11Desktop::create();
 }
 

@@ -1,5 +1,6 @@
 #include "Platform/Linux/Sway/SwayFront.h"
 
+#include "Platform/Linux/Shared/ApplicationName.h"
 #include "Platform/Linux/Shared/Terminals.h"
 
 #include <unistd.h>
@@ -23,13 +24,7 @@ std::optional<SwayWindow> SwayFront::window() {
 
 std::string SwayFront::name() {
     const auto window = this->window();
-    if (!window)
-        return {};
-    // Some put their domain before it.
-    std::string name = window->application.substr(window->application.rfind('.') + 1);
-    if (!name.empty() && name.front() >= 'a' && name.front() <= 'z')
-        name.front() = static_cast<char>(name.front() - 'a' + 'A');
-    return name;
+    return window ? applicationName(window->application) : std::string();
 }
 
 bool SwayFront::isTerminal(const std::function<bool(std::int64_t process)>& hasOtherFocus) {

@@ -67,10 +67,6 @@ void WaylandConnection::stop() {
     thread_.join();
 }
 
-bool WaylandConnection::offers(const wl_interface& interface) const {
-    return globals_.contains(interface.name);
-}
-
 void* WaylandConnection::bindAny(const wl_interface& interface, std::uint32_t version) {
     const auto found = globals_.find(interface.name);
     if (found == globals_.end())

@@ -37,7 +37,8 @@ public:
     void start();
     void stop();
 
-    [[nodiscard]] bool offers(const wl_interface& interface) const;
+    /// By the name of its interface.
+    [[nodiscard]] bool offers(const std::string& interface) const { return globals_.contains(interface); }
 
     /// The compositor's object of that kind, of `version` or less; null where it offers none.
     template<class Proxy>

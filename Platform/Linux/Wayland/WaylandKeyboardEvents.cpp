@@ -2,11 +2,6 @@
 
 #include "Platform/Linux/Shared/Keycodes.h"
 
-#include <cstdlib>
-#include <linux/input-event-codes.h>
-#include <sys/mman.h>
-#include <unistd.h>
-#include <virtual-keyboard-unstable-v1.h>
 #include <xkbcommon/xkbcommon-keysyms.h>
 
 namespace quillmoth::platform {
@@ -14,38 +9,8 @@ namespace quillmoth::platform {
 namespace {
 
 constexpr std::chrono::milliseconds kSendLimit{250};
-/// X keycodes begin behind the kernel's.
-constexpr std::uint32_t kKeycodeOffset = 8;
-
-FileDescriptor fileWith(const std::string& text) {
-    FileDescriptor file(memfd_create("quillmoth-keymap", MFD_CLOEXEC));
-    // With its null.
-    const auto size = static_cast<ssize_t>(text.size() + 1);
-    return file && write(file.get(), text.c_str(), text.size() + 1) == size ? std::move(file)
-                                                                            : FileDescriptor();
-}
 
 } // namespace
-
-std::unique_ptr<WaylandKeyboardEvents> WaylandKeyboardEvents::create(WaylandConnection& connection,
-                                                                     const WaylandKeyboardLayout& layout) {
-    auto* manager =
-        connection.bind<zwp_virtual_keyboard_manager_v1>(zwp_virtual_keyboard_manager_v1_interface, 1);
-    if (manager == nullptr || connection.seat() == nullptr)
-        return nullptr;
-    return std::unique_ptr<WaylandKeyboardEvents>(new WaylandKeyboardEvents(connection, layout, manager));
-}
-
-WaylandKeyboardEvents::WaylandKeyboardEvents(WaylandConnection& connection,
-                                             const WaylandKeyboardLayout& layout,
-                                             zwp_virtual_keyboard_manager_v1* manager)
-    : connection_(connection), layout_(layout), manager_(manager) {}
-
-WaylandKeyboardEvents::~WaylandKeyboardEvents() {
-    if (keyboard_ != nullptr)
-        zwp_virtual_keyboard_v1_destroy(keyboard_);
-    wl_proxy_destroy(reinterpret_cast<wl_proxy*>(manager_));
-}
 
 std::optional<CGKeyboardEvent> WaylandKeyboardEvents::createKeyboardEvent(std::uint16_t keyCode,
                                                                           bool keyDown) {
@@ -66,7 +31,7 @@ void WaylandKeyboardEvents::post(const CGKeyboardEvent& event) {
             if (!makeReady())
                 return false;
             send(stroke, isDown);
-            return connection_.synchronize();
+            return finish();
         },
         WaylandConnection::Clock::now() + kSendLimit);
 }
@@ -107,51 +72,10 @@ bool WaylandKeyboardEvents::strike(const Stroke& stroke) {
                     return false;
                 send(stroke, true);
                 send(stroke, false);
-                return connection_.synchronize();
+                return finish();
             },
             WaylandConnection::Clock::now() + kSendLimit)
         .value_or(false);
-}
-
-bool WaylandKeyboardEvents::makeReady() {
-    const auto keymap = layout_.keymap();
-    const std::unique_ptr<char, void (*)(void*)> text(
-        keymap ? xkb_keymap_get_as_string(keymap.get(), XKB_KEYMAP_FORMAT_TEXT_V1) : nullptr, &std::free);
-    if (!text)
-        return false;
-    if (keyboard_ == nullptr)
-        keyboard_ = zwp_virtual_keyboard_manager_v1_create_virtual_keyboard(manager_, connection_.seat());
-    if (keymapText_ == text.get())
-        return true;
-    const FileDescriptor file = fileWith(text.get());
-    if (!file)
-        return false;
-    keymapText_ = text.get();
-    controlBit_ = 1U << xkb_keymap_mod_get_index(keymap.get(), XKB_MOD_NAME_CTRL);
-    zwp_virtual_keyboard_v1_keymap(keyboard_, WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1, file.get(),
-                                   static_cast<std::uint32_t>(keymapText_.size() + 1));
-    return true;
-}
-
-void WaylandKeyboardEvents::send(const Stroke& stroke, bool isDown) {
-    const auto sendKey = [this, isDown](std::uint32_t key) {
-        zwp_virtual_keyboard_v1_key(keyboard_, time_++, key,
-                                    isDown ? WL_KEYBOARD_KEY_STATE_PRESSED : WL_KEYBOARD_KEY_STATE_RELEASED);
-    };
-    const std::uint32_t key = stroke.keycode - kKeycodeOffset;
-    if (isDown && stroke.control)
-        sendKey(KEY_LEFTCTRL);
-    if (isDown)
-        sendModifiers(stroke.control ? controlBit_ : 0, stroke.layout);
-    sendKey(key);
-    if (!isDown && stroke.control)
-        sendKey(KEY_LEFTCTRL);
-    if (!isDown)
-        sendModifiers(0, 0);
-}
-
-void WaylandKeyboardEvents::sendModifiers(std::uint32_t depressed, std::uint32_t layout) {
-    zwp_virtual_keyboard_v1_modifiers(keyboard_, depressed, 0, 0, layout);
 }
 
 } // namespace quillmoth::platform

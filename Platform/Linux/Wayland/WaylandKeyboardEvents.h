@@ -4,23 +4,14 @@
 #include "Platform/Linux/Wayland/WaylandConnection.h"
 #include "Platform/Linux/Wayland/WaylandKeyboardLayout.h"
 
-struct zwp_virtual_keyboard_v1;
-struct zwp_virtual_keyboard_manager_v1;
+#include <xkbcommon/xkbcommon.h>
 
 namespace quillmoth::platform {
 
-/// Synthetic keys by a keyboard that the program plays, made with the first of them and kept, with the keymap
-/// of the user's own: Command is Control. What the user holds on another keyboard does not count with them.
-/// Main thread.
-class WaylandKeyboardEvents final : public KeyboardEvents {
+/// Synthetic keys over a connection to the compositor, by whichever of its protocols a subclass speaks:
+/// Command is Control. Main thread.
+class WaylandKeyboardEvents : public KeyboardEvents {
 public:
-    /// Before the connection's thread starts. Null where the compositor takes no keys. Both outlive the
-    /// object; the connection is stopped before its end.
-    [[nodiscard]] static std::unique_ptr<WaylandKeyboardEvents> create(WaylandConnection& connection,
-                                                                       const WaylandKeyboardLayout& layout);
-
-    ~WaylandKeyboardEvents() override;
-
     /// As long as `isForbidden` says so no key with a flag is sent: a copy would destroy what cannot be
     /// brought back.
     void setVeto(std::function<bool()> isForbidden) { isForbidden_ = std::move(isForbidden); }
@@ -28,11 +19,14 @@ public:
     std::optional<CGKeyboardEvent> createKeyboardEvent(std::uint16_t keyCode, bool keyDown) override;
     void post(const CGKeyboardEvent& event) override;
 
+    /// Whether the compositor takes keys now.
+    [[nodiscard]] virtual bool canSend() { return true; }
+
     /// Control with the key that writes a "v". False where there is none, or the compositor has gone.
     bool postPaste();
     bool postDelete();
 
-private:
+protected:
     struct Stroke {
         /// As in the kernel's table, plus 8.
         std::uint32_t keycode = 0;
@@ -40,24 +34,27 @@ private:
         bool control = false;
     };
 
-    WaylandKeyboardEvents(WaylandConnection& connection, const WaylandKeyboardLayout& layout,
-                          zwp_virtual_keyboard_manager_v1* manager);
+    /// Both outlive the object; the connection is stopped before its end.
+    WaylandKeyboardEvents(WaylandConnection& connection, const WaylandKeyboardLayout& layout)
+        : connection_(connection), layout_(layout) {}
 
-    [[nodiscard]] std::optional<Stroke> strokeFor(xkb_keysym_t keysym, bool control) const;
-    bool strike(const Stroke& stroke);
-    /// The rest is on the connection's thread.
-    bool makeReady();
-    void send(const Stroke& stroke, bool isDown);
-    void sendModifiers(std::uint32_t depressed, std::uint32_t layout);
+    // On the connection's thread
+    /// Before each key. False where none can be sent.
+    virtual bool makeReady() { return true; }
+
+    /// Control goes down before the key, and up behind it.
+    virtual void send(const Stroke& stroke, bool isDown) = 0;
+
+    /// Returns after the compositor has handled the keys. False where it has gone.
+    virtual bool finish() { return connection_.synchronize(); }
 
     WaylandConnection& connection_;
     const WaylandKeyboardLayout& layout_;
-    zwp_virtual_keyboard_manager_v1* manager_;
-    zwp_virtual_keyboard_v1* keyboard_ = nullptr;
-    /// What the keyboard has been given.
-    std::string keymapText_;
-    std::uint32_t controlBit_ = 0;
-    std::uint32_t time_ = 1;
+
+private:
+    [[nodiscard]] std::optional<Stroke> strokeFor(xkb_keysym_t keysym, bool control) const;
+    bool strike(const Stroke& stroke);
+
     std::function<bool()> isForbidden_;
 };
 

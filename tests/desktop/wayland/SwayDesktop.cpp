@@ -1,5 +1,7 @@
 #include "tests/desktop/wayland/SwayDesktop.h"
 
+#include "tests/desktop/wayland/WlrootsInput.h"
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -68,7 +70,7 @@ SwayDesktop::SwayDesktop() : program_("") {
     set("WAYLAND_DISPLAY", display);
     set("SWAYSOCK", socket);
     set("XDG_SESSION_TYPE", "wayland");
-    input_ = std::make_unique<WaylandInput>(kWidth, kHeight);
+    input_ = std::make_unique<WlrootsInput>(kWidth, kHeight);
 }
 
 SwayDesktop::~SwayDesktop() {

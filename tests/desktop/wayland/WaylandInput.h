@@ -1,30 +1,15 @@
 #pragma once
 
-#include <cstdint>
 #include <string_view>
 #include <vector>
 
-struct wl_display;
-struct wl_seat;
-struct xkb_context;
-struct xkb_keymap;
-struct zwlr_virtual_pointer_v1;
-struct zwlr_virtual_pointer_manager_v1;
-struct zwp_virtual_keyboard_v1;
-struct zwp_virtual_keyboard_manager_v1;
-
 namespace quillmoth::test {
 
-/// The user's hands in a session of a wlroots compositor: a keyboard with an American layout, and a pointer.
-/// Each call returns after the compositor has taken it.
+/// The user's hands in a Wayland session: a keyboard with an American layout, and a pointer. Each call
+/// returns after the compositor has taken it.
 class WaylandInput {
 public:
-    /// To the compositor of the environment, whose output has that size. Throws std::runtime_error where it
-    /// takes no input.
-    WaylandInput(int width, int height);
-    ~WaylandInput();
-    WaylandInput(const WaylandInput&) = delete;
-    WaylandInput& operator=(const WaylandInput&) = delete;
+    virtual ~WaylandInput() = default;
 
     /// By linux/input-event-codes.h.
     void pressKey(int key) { sendKey(key, true); }
@@ -37,27 +22,19 @@ public:
     /// Small letters, digits, spaces, full stops.
     void type(std::string_view text);
 
-    void movePointer(int x, int y);
+    virtual void movePointer(int x, int y) = 0;
     /// Apart from the clicks before it.
     void click(int x, int y, int clicks = 1);
     /// From one place to the other with the button held, in steps.
     void drag(int fromX, int fromY, int byX, int byY);
 
-private:
-    void sendKey(int key, bool isDown);
-    void sendButton(bool isDown);
-    void finish();
+protected:
+    virtual void sendKey(int key, bool isDown) = 0;
+    /// The left one.
+    virtual void sendButton(bool isDown) = 0;
 
-    int width_;
-    int height_;
-    std::uint32_t time_ = 1;
-    std::uint32_t modifiers_ = 0;
-    wl_display* display_;
-    wl_seat* seat_ = nullptr;
-    zwp_virtual_keyboard_manager_v1* keyboards_ = nullptr;
-    zwlr_virtual_pointer_manager_v1* pointers_ = nullptr;
-    zwp_virtual_keyboard_v1* keyboard_ = nullptr;
-    zwlr_virtual_pointer_v1* pointer_ = nullptr;
+    /// What comes next is no part of what was before, as double clicks are.
+    virtual void letTimePass() = 0;
 };
 
 } // namespace quillmoth::test

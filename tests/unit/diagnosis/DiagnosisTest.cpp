@@ -146,6 +146,26 @@ TEST(Diagnosis, OnWaylandNothingIsSaidOfAnXServer) {
     EXPECT_NE(page(facts).find("install the package qt6-wayland"), std::string::npos);
 }
 
+TEST(Diagnosis, TellsWhatTheCompositorServesAndWhatItDoesNot) {
+    DesktopFacts facts = goodDesktop();
+    facts.sessionType = "wayland";
+    facts.hasXServer = false;
+    facts.compositorServing = "KWin";
+    facts.wayToCompositor = "over the session bus";
+    facts.hasLayers = facts.sendsKeys = true;
+    for (const char* told :
+         {"Session: wayland, served by KWin over the session bus\n", "Hot key: Alt+Space, active\n",
+          "Panel: above all windows, on a layer of KWin\n", "Synthetic keys: sent through KWin\n"})
+        EXPECT_NE(page(facts).find(told), std::string::npos) << page(facts);
+    facts.isHotKeyShared = true;
+    facts.hotKeyHolder = "KRunner";
+    facts.hasLayers = facts.sendsKeys = false;
+    for (const char* told :
+         {"Alt+Space, not active: KRunner has it\n    -> record another", "Panel: an ordinary window",
+          "Synthetic keys: none: KWin takes them from installed programs alone\n    -> install"})
+        EXPECT_NE(page(facts).find(told), std::string::npos) << page(facts);
+}
+
 TEST(Diagnosis, NamesTheWayThatWorksInTheProgramInFront) {
     DesktopFacts facts = goodDesktop();
     facts.front->takesEdits = false;
