@@ -1,10 +1,12 @@
 #pragma once
 
 #include "Foundation/Subscription.h"
+#include "Platform/DesktopOffer.h"
 #include "Platform/HotKeyCenter.h"
 #include "Platform/KeyboardEvents.h"
 #include "Platform/KeyboardLayout.h"
 #include "Platform/PanelFocus.h"
+#include "Platform/PanelPlacement.h"
 #include "Platform/PasteOutcome.h"
 #include "Platform/Pasteboard.h"
 
@@ -13,6 +15,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace quillmoth::platform {
 
@@ -25,6 +28,10 @@ public:
     virtual ~DesktopBackEnd() = default;
 
     [[nodiscard]] virtual HotKeyCenter& hotKeyCenter() = 0;
+
+    /// Whether the desktop runs this program's command for the hot key, again and again while it is held.
+    [[nodiscard]] virtual bool isHotKeyACommand() const { return false; }
+
     [[nodiscard]] virtual KeyboardLayout& keyboardLayout() = 0;
     [[nodiscard]] virtual KeyboardEvents& keyboardEvents() = 0;
     [[nodiscard]] virtual PanelFocus& panelFocus() = 0;
@@ -50,6 +57,12 @@ public:
     [[nodiscard]] virtual std::chrono::milliseconds focusReturnTime() const {
         return std::chrono::milliseconds(0);
     }
+
+    /// What places panels; null where they place themselves, or cannot be placed.
+    [[nodiscard]] virtual PanelPlacement* placement() { return nullptr; }
+
+    /// What the user may let the desktop do for the program.
+    [[nodiscard]] virtual std::vector<DesktopOffer> offers() { return {}; }
 
     /// Whether windows can be translucent.
     [[nodiscard]] virtual bool isCompositing() const = 0;

@@ -42,6 +42,7 @@ set(modules
     "Platform/Linux/Wayland | Platform/Linux/Shared Platform/Linux/Unavailable Platform Foundation | ${qt}|qpa/|wayland-|wlr-|virtual-keyboard-|xkbcommon/"
     "Platform/Linux/Sway | Platform/Linux/Wayland Platform/Linux/Shared Platform Foundation | ${qt}|nlohmann/"
     "Platform/Linux/KWin | Platform/Linux/Wayland Platform/Linux/Shared Platform Foundation | ${qt}|wayland-|fake-input|xkbcommon/"
+    "Platform/Linux/Gnome | Platform/Linux/Wayland Platform/Linux/Desktop Platform/Linux/X11/Selection Platform/Linux/X11/Server Platform/Linux/Shared Platform/Linux/Unavailable Platform Foundation | ${qt}|gio/|xcb/"
     "Platform/Linux/X11/Server | Platform Foundation | ${qt}|xcb/"
     "Platform/Linux/X11/Keys | Platform/Linux/Shared Platform/Linux/X11/Server Platform Foundation | ${qt}|xcb/|xkbcommon/"
     "Platform/Linux/X11/Selection | Platform/Linux/Shared Platform/Linux/X11/Server Platform Foundation | ${qt}|xcb/"

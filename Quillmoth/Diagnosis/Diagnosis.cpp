@@ -6,12 +6,7 @@ namespace {
 
 using Front = DesktopFacts::Front;
 
-struct Finding {
-    std::string subject;
-    std::string state;
-    /// Empty where all is well.
-    std::string advice = {};
-};
+using Finding = DesktopFacts::Way;
 
 constexpr const char* kBindToggle = "bind \"quillmoth --toggle\" to a key in the settings of the desktop";
 
@@ -45,6 +40,8 @@ Finding compositor(const DesktopFacts& facts) {
 }
 
 Finding hotKey(const DesktopFacts& facts) {
+    if (facts.hotKeyWay)
+        return {"Hot key", facts.hotKey + ", " + facts.hotKeyWay->state, facts.hotKeyWay->advice};
     const bool isServed = facts.hasXServer || !facts.compositorServing.empty();
     if (!facts.compositorServing.empty() && facts.isHotKeyShared)
         return {"Hot key", facts.hotKey + ", not active: " + facts.hotKeyHolder + " has it",
@@ -204,8 +201,9 @@ std::vector<Finding> withDisplay(const DesktopFacts& facts) {
     if (!isOnWayland)
         findings.insert(findings.end(), {windowManager(facts), compositor(facts)});
     findings.push_back(hotKey(facts));
-    if (!facts.compositorServing.empty())
+    if (!facts.compositorServing.empty() && facts.ways.empty())
         findings.insert(findings.end(), {panel(facts), syntheticKeys(facts)});
+    findings.insert(findings.end(), facts.ways.begin(), facts.ways.end());
     findings.insert(findings.end(), {key(facts), accessibility(facts)});
     if (facts.front) {
         findings.push_back({"Program in front", nameOf(*facts.front)});

@@ -37,6 +37,18 @@ struct DesktopFacts {
     /// Which; empty where that is not known.
     std::string hotKeyHolder = {};
 
+    /// A row of the page, and what to do about it; empty where there is nothing to do.
+    struct Way {
+        std::string subject = {};
+        std::string state = {};
+        std::string advice = {};
+    };
+
+    /// What becomes of the hot key on a desktop that has its own way with it.
+    std::optional<Way> hotKeyWay = {};
+    /// How the desktop serves what the program needs of it.
+    std::vector<Way> ways = {};
+
     enum class KeyPlace { nowhere, file, keyring };
     enum class Keyring { absent, locked, unlocked };
 

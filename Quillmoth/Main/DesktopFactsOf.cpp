@@ -6,6 +6,7 @@
 #include "Platform/Linux/AtSpi/AtSpiAccessibility.h"
 #include "Platform/Linux/Desktop/InstanceRequest.h"
 #include "Platform/Linux/Desktop/SessionDisplay.h"
+#include "Platform/Linux/Gnome/GnomeBackEnd.h"
 #include "Platform/Linux/KWin/KWinBackEnd.h"
 #include "Platform/Linux/Keyring/KeyringUserDefaults.h"
 #include "Platform/Linux/Keyring/QtKeychainStore.h"
@@ -60,13 +61,20 @@ struct Serving {
     std::unique_ptr<platform::X11BackEnd> x11 = nullptr;
     std::unique_ptr<platform::SwayBackEnd> sway = nullptr;
     std::unique_ptr<platform::KWinBackEnd> kwin = nullptr;
+    std::unique_ptr<platform::GnomeBackEnd> gnome = nullptr;
+
+    /// Null on X11 too.
+    [[nodiscard]] platform::DesktopBackEnd* session() const {
+        return wayland() != nullptr ? static_cast<platform::DesktopBackEnd*>(wayland()) : gnome.get();
+    }
 
     [[nodiscard]] platform::WaylandBackEnd* wayland() const {
         return sway ? static_cast<platform::WaylandBackEnd*>(sway.get()) : kwin.get();
     }
 };
 
-Serving servingBackEnds(const platform::WaylandBackEnd::Toolkit& toolkit) {
+Serving servingBackEnds(const platform::WaylandBackEnd::Toolkit& toolkit,
+                        platform::AtSpiAccessibility& accessibility) {
     Serving serving;
     if (auto x11 = platform::X11BackEnd::create()) {
         serving.x11 = std::move(*x11);
@@ -75,12 +83,22 @@ Serving servingBackEnds(const platform::WaylandBackEnd::Toolkit& toolkit) {
     } else if (auto kwin = platform::KWinBackEnd::create(toolkit)) {
         serving.kwin = std::move(*kwin);
         serving.kwin->awaitFront();
+    } else if (auto gnome = platform::GnomeBackEnd::create(
+                   {.pasteboard = toolkit.pasteboard,
+                    .panelFocus = toolkit.panelFocus,
+                    .activeProcess = [&accessibility] { return accessibility.activeProcess(); },
+                    .toggleCommand = {}})) {
+        serving.gnome = std::move(*gnome);
     }
     return serving;
 }
 
 void addCompositor(DesktopFacts& facts, const Serving& serving) {
     const platform::WaylandBackEnd* wayland = serving.wayland();
+    if (serving.gnome) {
+        facts.compositorServing = "GNOME";
+        facts.wayToCompositor = "through its settings and the session bus";
+    }
     if (wayland == nullptr)
         return;
     facts.compositorServing = serving.sway ? "sway" : "KWin";
@@ -89,18 +107,41 @@ void addCompositor(DesktopFacts& facts, const Serving& serving) {
     facts.sendsKeys = wayland->sendsKeys();
 }
 
+/// What becomes of the hot key in GNOME.
+DesktopFacts::Way gnomeHotKey(platform::GnomeBackEnd& gnome, std::uint32_t keyCode, std::uint32_t modifiers,
+                              bool isRunning) {
+    const bool hasShortcut = platform::GnomeHotKeyCenter::usesCustomShortcut();
+    if (const auto holder = gnome.holderOf(keyCode, modifiers))
+        return {.state = "not active: GNOME has it for \"" + *holder + "\"",
+                .advice = "record another one in the settings, or free it in GNOME's, under Keyboard"};
+    if (!gnome.hasExtension() && !hasShortcut)
+        return {.state = "not active: GNOME gives programs no hot key",
+                .advice =
+                    "in the settings, switch on the shortcut of GNOME's or install the extension; or bind "
+                    "\"quillmoth --toggle\" to a key in GNOME's settings, under Keyboard"};
+    if (!gnome.hasExtension())
+        return {.state = "active, as a shortcut of GNOME's"};
+    if (!isRunning)
+        return {.state = "not active: Quillmoth does not run",
+                .advice = "start Quillmoth with \"quillmoth\""};
+    return {.state = "active, by the extension"};
+}
+
 void addHotKey(DesktopFacts& facts, const Serving& serving) {
     platform::UnavailableKeyboardLayout noLayout;
-    platform::WaylandBackEnd* wayland = serving.wayland();
-    platform::KeyboardLayout& layoutOfWayland =
-        wayland != nullptr ? wayland->keyboardLayout() : static_cast<platform::KeyboardLayout&>(noLayout);
-    platform::KeyboardLayout& layout = serving.x11 ? serving.x11->keyboardLayout() : layoutOfWayland;
+    platform::DesktopBackEnd* session = serving.session();
+    platform::KeyboardLayout& layoutOfSession =
+        session != nullptr ? session->keyboardLayout() : static_cast<platform::KeyboardLayout&>(noLayout);
+    platform::KeyboardLayout& layout = serving.x11 ? serving.x11->keyboardLayout() : layoutOfSession;
     const auto shortcut = hotKey();
     if (!shortcut)
         return;
     facts.hotKey = KeyboardShortcuts::spokenDescription(*shortcut, layout);
     const auto keyCode = static_cast<std::uint32_t>(shortcut->carbonKeyCode);
     const auto modifiers = static_cast<std::uint32_t>(shortcut->carbonModifiers);
+    if (serving.gnome)
+        facts.hotKeyWay = gnomeHotKey(*serving.gnome, keyCode, modifiers, facts.isRunning);
+    platform::WaylandBackEnd* wayland = serving.wayland();
     facts.isHotKeyShared =
         (serving.x11 && serving.x11->hotKeyProbe().isShortcutTaken(keyCode, modifiers)) ||
         (wayland != nullptr && wayland->hotKeyCenter().isTakenElsewhere(keyCode, modifiers));
@@ -223,6 +264,44 @@ void addWayland(DesktopFacts& facts, platform::WaylandBackEnd& wayland,
                                   .takesPaste = wayland.sendsKeys()});
 }
 
+/// Row by row, by what it is done and why.
+std::vector<DesktopFacts::Way> gnomeWays(const platform::GnomeBackEnd& gnome) {
+    const bool hasExtension = gnome.hasExtension();
+    const std::string offer =
+        hasExtension ? "" : "Quillmoth's extension for GNOME Shell does; install it in the settings";
+    const std::string keys = hasExtension ? "by the extension" : "as a remote desktop, with the sign of one";
+    return {{"Panel",
+             hasExtension ? "above all windows and at its place, by the extension"
+                          : "an ordinary window, which GNOME places and lets others cover",
+             offer.empty() ? "" : "to keep it above the others and at its place: " + offer},
+            {"Program in front is known",
+             hasExtension ? "by the extension" : "by the active window on the accessibility bus",
+             offer.empty() ? "" : "for programs that show nothing there: " + offer},
+            gnome.hasClipboard() ? DesktopFacts::Way{"Clipboard and mouse selection",
+                                                     "through the X server beside the session"}
+                                 : DesktopFacts::Way{"Clipboard and mouse selection",
+                                                     "the panel's alone, while it has the keyboard",
+                                                     "install the package xwayland and log in again"},
+            {"Synthetic keys", gnome.sendsKeys() ? keys : "none"}};
+}
+
+void addGnome(DesktopFacts& facts, platform::GnomeBackEnd& gnome,
+              platform::AtSpiAccessibility& accessibility) {
+    facts.ways = gnomeWays(gnome);
+    // The extension serves the running program alone.
+    const auto process = accessibility.activeProcess();
+    if (!process)
+        return;
+    const platform::FieldReport field = accessibility.reportField(*process);
+    const auto hasOtherFocus = [&field](std::int64_t) { return field.hasFocus && !field.isTerminal; };
+    const bool isTerminal = gnome.selectionInsteadOfCopy(hasOtherFocus).has_value();
+    facts.front = frontOf(field, {.process = process,
+                                  .primarySelection = [&gnome] { return gnome.primarySelection(); },
+                                  .runsCommands = isTerminal,
+                                  .takesCopyKeys = !isTerminal && gnome.hasExtension() && gnome.sendsKeys(),
+                                  .takesPaste = gnome.sendsKeys()});
+}
+
 } // namespace
 
 DesktopFacts desktopFacts(const std::string& displayProblem) {
@@ -238,16 +317,17 @@ DesktopFacts desktopFacts(const std::string& displayProblem) {
     // Without a display a connection to its server is not to be had either, and may be waited for.
     platform::QtPasteboard pasteboard;
     platform::QtPanelFocus panelFocus;
-    const Serving serving = displayProblem.empty()
-                                ? servingBackEnds({.pasteboard = pasteboard, .panelFocus = panelFocus})
-                                : Serving();
+    platform::AtSpiAccessibility accessibility({});
+    const Serving serving =
+        displayProblem.empty()
+            ? servingBackEnds({.pasteboard = pasteboard, .panelFocus = panelFocus}, accessibility)
+            : Serving();
     facts.hasXServer = serving.x11 != nullptr;
     addCompositor(facts, serving);
     addHotKey(facts, serving);
     facts.keyPlace = keyPlace();
     if (facts.hasSessionBus)
         facts.keyring = keyringState();
-    platform::AtSpiAccessibility accessibility({});
     facts.answersAccessibility = accessibility.busAnswers();
     facts.isAccessibilityEnabled = accessibility.isProcessTrusted();
     facts.hasTray = displayProblem.empty() && QSystemTrayIcon::isSystemTrayAvailable();
@@ -256,6 +336,8 @@ DesktopFacts desktopFacts(const std::string& displayProblem) {
         addX11(facts, *serving.x11, accessibility);
     else if (serving.wayland() != nullptr)
         addWayland(facts, *serving.wayland(), accessibility);
+    else if (serving.gnome)
+        addGnome(facts, *serving.gnome, accessibility);
     else if (const auto process = displayProblem.empty() ? accessibility.activeProcess() : std::nullopt)
         facts.front = frontOf(accessibility.reportField(*process),
                               {.process = process, .takesCopyKeys = false, .takesPaste = false});

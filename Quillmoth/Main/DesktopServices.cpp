@@ -3,6 +3,8 @@
 #include "Foundation/Log.h"
 #include "Platform/Linux/Desktop/KeysEntry.h"
 #include "Platform/Linux/Desktop/SchemeHandler.h"
+#include "Platform/Linux/Gnome/GnomeBackEnd.h"
+#include "Platform/Linux/Gnome/GnomeKeySettings.h"
 #include "Platform/Linux/KWin/KWinBackEnd.h"
 #include "Platform/Linux/Shared/Keycodes.h"
 #include "Platform/Linux/Sway/SwayBackEnd.h"
@@ -29,19 +31,6 @@ constexpr std::int64_t kDesktopProcess = 1;
 // How long the end of the program waits for the keyring.
 constexpr int kKeyringMilliseconds = 2000;
 
-std::unique_ptr<platform::DesktopBackEnd> makeDesktop(const platform::WaylandBackEnd::Toolkit& toolkit) {
-    auto sway = platform::SwayBackEnd::create(toolkit);
-    if (sway)
-        return std::move(*sway);
-    logLine("Without sway: " + sway.error().description);
-    auto kwin = platform::KWinBackEnd::create(
-        toolkit, [] { platform::offerKeysEntry(QCoreApplication::applicationFilePath().toStdString()); });
-    if (kwin)
-        return std::move(*kwin);
-    logLine("Without KWin: " + kwin.error().description);
-    return X11Desktop::create();
-}
-
 } // namespace
 
 DesktopServices::DesktopServices()
@@ -52,14 +41,36 @@ DesktopServices::DesktopServices()
                            mainQueue.async([completion, isWritten] { completion(isWritten); });
                        });
                    }),
-      desktop_(makeDesktop({.pasteboard = toolkitPasteboard_, .panelFocus = ordinaryFocus_})),
-      workspace(mainQueue, frontHooks()), accessibility(accessibilityHooks()) {
+      desktop_(makeDesktop()), workspace(mainQueue, frontHooks()), accessibility(accessibilityHooks()) {
     // Before anybody reads or writes there.
     platform::putFolderInOrder(platform::documentsFolder() + "/Quillmoth", userDefaults);
     platform::putFolderInOrder(std::filesystem::path(platform::defaultsFilePath()).parent_path().string(),
                                userDefaults);
     // The first question to it comes soon; it connects meanwhile.
     accessibility.start();
+}
+
+std::unique_ptr<platform::DesktopBackEnd> DesktopServices::makeDesktop() {
+    const platform::WaylandBackEnd::Toolkit toolkit{.pasteboard = toolkitPasteboard_,
+                                                    .panelFocus = ordinaryFocus_};
+    auto sway = platform::SwayBackEnd::create(toolkit);
+    if (sway)
+        return std::move(*sway);
+    logLine("Without sway: " + sway.error().description);
+    auto kwin = platform::KWinBackEnd::create(
+        toolkit, [] { platform::offerKeysEntry(QCoreApplication::applicationFilePath().toStdString()); });
+    if (kwin)
+        return std::move(*kwin);
+    logLine("Without KWin: " + kwin.error().description);
+    auto gnome = platform::GnomeBackEnd::create(
+        {.pasteboard = toolkitPasteboard_,
+         .panelFocus = ordinaryFocus_,
+         .activeProcess = [this] { return accessibility.activeProcess(); },
+         .toggleCommand = QCoreApplication::applicationFilePath().toStdString() + " --toggle"});
+    if (gnome)
+        return std::move(*gnome);
+    logLine("Without GNOME: " + gnome.error().description);
+    return X11Desktop::create();
 }
 
 DesktopServices::~DesktopServices() {
@@ -161,6 +172,22 @@ platform::PanelFocus& DesktopServices::panelFocus() {
 
 QWidget* DesktopServices::panelStage() {
     return dynamic_cast<platform::LayerStage*>(&panelFocus());
+}
+
+platform::PanelPlacement* DesktopServices::panelPlacement() {
+    return desktop_ ? desktop_->placement() : nullptr;
+}
+
+std::vector<platform::DesktopOffer> DesktopServices::offers() {
+    return desktop_ ? desktop_->offers() : std::vector<platform::DesktopOffer>();
+}
+
+std::optional<HeldToggle::Repeat> DesktopServices::commandRepeat() const {
+    if (desktop_ && !desktop_->isHotKeyACommand())
+        return std::nullopt;
+    // GNOME's settings, or else what is usual.
+    const platform::KeyRepeat repeat = platform::keyRepeat();
+    return HeldToggle::Repeat{.delay = repeat.delay, .interval = repeat.interval};
 }
 
 bool DesktopServices::isCompositing() const {

@@ -21,6 +21,7 @@
 #include "Platform/Qt/QtWorkspace.h"
 #include "Platform/Qt/ResourceBundle.h"
 #include "Platform/Qt/UserFolders.h"
+#include "Quillmoth/Application/HeldToggle.h"
 
 #include <functional>
 #include <memory>
@@ -45,6 +46,15 @@ public:
     [[nodiscard]] platform::PanelFocus& panelFocus();
     /// What panels stand on; null where each is a window by itself.
     [[nodiscard]] QWidget* panelStage();
+
+    /// What places panels; null where nothing does.
+    [[nodiscard]] platform::PanelPlacement* panelPlacement();
+
+    /// What the user may let the desktop do for the program.
+    [[nodiscard]] std::vector<platform::DesktopOffer> offers();
+
+    /// How a held key repeats the command that opens the panel; none where the hot key itself is heard.
+    [[nodiscard]] std::optional<HeldToggle::Repeat> commandRepeat() const;
 
     /// Whether windows can be translucent.
     [[nodiscard]] bool isCompositing() const;
@@ -88,6 +98,7 @@ private:
     [[nodiscard]] platform::AtSpiHooks accessibilityHooks();
     void waitForKeyring();
     [[nodiscard]] platform::DesktopBackEnd::OtherFocus otherFocus();
+    [[nodiscard]] std::unique_ptr<platform::DesktopBackEnd> makeDesktop();
 
     platform::QtPasteboard toolkitPasteboard_;
     platform::QtPanelFocus ordinaryFocus_;

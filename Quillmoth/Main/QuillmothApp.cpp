@@ -53,6 +53,7 @@ QuillmothApp::QuillmothApp()
                          },
                      .isOrdinaryWindow = !services_.panelFocus().isImmediate(),
                      .stage = services_.panelStage(),
+                     .placement = services_.panelPlacement(),
                      .shown = [this] { services_.prepareForQuestions(); },
                      .closed = [this] { services_.panelClosed(); }},
                     [this] { return makePanelContent(); }),
@@ -69,7 +70,11 @@ QuillmothApp::QuillmothApp()
                                      return platform::programsToRestart(display.toStdString());
                                  }},
            .keyKeeping = &services_.userDefaults,
-           .virtualKeyCode = [this](std::uint32_t scanCode) { return services_.virtualKeyCode(scanCode); }}) {
+           .virtualKeyCode = [this](std::uint32_t scanCode) { return services_.virtualKeyCode(scanCode); },
+           .offers = [this] { return services_.offers(); }}),
+      heldToggle_(
+          services_.mainQueue, [this] { return services_.clock.secondsSince1970(); },
+          [this] { _appDelegate.toggleFloatingPanel(); }) {
     markdown_.background = parser(services_);
     services_.application.setSettingsHandler([this] { windows_.showSettings(); });
     services_.workspace.setOwnURLHandler([this](const std::vector<std::string>& urls) { openURLs(urls); });
@@ -214,7 +219,10 @@ void QuillmothApp::carryOut(const platform::InstanceRequest& request) {
         openURLs(request.urls);
         break;
     case Kind::toggle:
-        _appDelegate.toggleFloatingPanel();
+        if (const auto repeat = services_.commandRepeat())
+            heldToggle_.request(*repeat);
+        else
+            _appDelegate.toggleFloatingPanel();
         break;
     case Kind::settings:
         _appDelegate.didTapThree();

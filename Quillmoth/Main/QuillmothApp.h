@@ -5,6 +5,7 @@
 #include "MarkdownUI/Qt/MarkdownServices.h"
 #include "Platform/Linux/Desktop/InstanceRequest.h"
 #include "Quillmoth/Application/AppDelegate.h"
+#include "Quillmoth/Application/HeldToggle.h"
 #include "Quillmoth/Assistant/FloatingViewController.h"
 #include "Quillmoth/Highlighting/SplashCodeSyntaxHighlighter.h"
 #include "Quillmoth/Main/DesktopServices.h"
@@ -63,6 +64,7 @@ private:
     AppDelegate _appDelegate;
     std::shared_ptr<FloatingViewController> controller_;
     ProgramWindows windows_;
+    HeldToggle heldToggle_;
 };
 
 } // namespace quillmoth

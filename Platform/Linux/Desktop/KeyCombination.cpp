@@ -129,6 +129,19 @@ std::optional<KeyCombination> acceleratorCombination(std::string_view text) {
     return text.empty() || text == "disabled" ? std::nullopt : std::optional(std::move(combination));
 }
 
+std::string writtenAccelerator(const KeyCombination& combination) {
+    constexpr std::pair<keys::CarbonModifiers, const char*> kWritten[] = {{keys::kCarbonCommand, "<Control>"},
+                                                                          {keys::kCarbonOption, "<Alt>"},
+                                                                          {keys::kCarbonShift, "<Shift>"},
+                                                                          {keys::kCarbonControl, "<Super>"}};
+    std::string text;
+    for (const auto& [modifier, name] : kWritten) {
+        if ((combination.carbonModifiers & modifier) != 0)
+            text += name;
+    }
+    return text + combination.key;
+}
+
 KeyNames::KeyNames(KeyboardLayout& layout) {
     for (std::uint16_t code = 0; code <= kLastWritingKey; ++code) {
         if (auto text = layout.translate(code))
@@ -142,6 +155,25 @@ std::optional<std::uint16_t> KeyNames::virtualKeyCode(const std::string& key) co
     const auto sign = lookedUp(kPunctuation, key);
     const auto found = characters_.find(sign ? std::string(*sign) : lowercasedASCII(key));
     return found == characters_.end() ? std::nullopt : std::optional(found->second);
+}
+
+std::optional<std::string> KeyNames::name(std::uint16_t virtualKeyCode) const {
+    const auto named = std::find_if(std::begin(kNamedKeys), std::end(kNamedKeys),
+                                    [&](const auto& entry) { return entry.second.code() == virtualKeyCode; });
+    if (named != std::end(kNamedKeys))
+        return std::string(named->first);
+    const auto found = std::find_if(characters_.begin(), characters_.end(),
+                                    [&](const auto& entry) { return entry.second == virtualKeyCode; });
+    if (found == characters_.end() || found->first.size() != 1)
+        return std::nullopt;
+    const auto sign = std::find_if(std::begin(kPunctuation), std::end(kPunctuation),
+                                   [&](const auto& entry) { return entry.second == found->first; });
+    if (sign != std::end(kPunctuation))
+        return std::string(sign->first);
+    const char character = found->first.front();
+    const bool isNamedByItself =
+        (character >= 'a' && character <= 'z') || (character >= '0' && character <= '9');
+    return isNamedByItself ? std::optional(found->first) : std::nullopt;
 }
 
 } // namespace quillmoth::platform

@@ -26,6 +26,9 @@ struct KeyCombination {
 /// "<Primary><Alt>Left", as GTK writes accelerators. None for what is no accelerator ("disabled", "").
 [[nodiscard]] std::optional<KeyCombination> acceleratorCombination(std::string_view text);
 
+/// The same, backwards: "<Control><Alt>Left". What is no key's name gives no accelerator.
+[[nodiscard]] std::string writtenAccelerator(const KeyCombination& combination);
+
 /// Finds keys by their X names under the layout in force when it was made.
 class KeyNames {
 public:
@@ -33,6 +36,9 @@ public:
 
     /// None for a key without a virtual key code.
     [[nodiscard]] std::optional<std::uint16_t> virtualKeyCode(const std::string& key) const;
+
+    /// None for a key that writes what has no name in ASCII.
+    [[nodiscard]] std::optional<std::string> name(std::uint16_t virtualKeyCode) const;
 
 private:
     /// By what the key writes.

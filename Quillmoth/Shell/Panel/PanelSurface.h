@@ -30,6 +30,12 @@ public:
 
     [[nodiscard]] QRect frame() const { return chosen_; }
 
+    /// The user has had the desktop move or resize the window so.
+    void noteFrame(const QRect& frame) { chosen_ = frame; }
+
+    /// Where on the screens there are it is to be.
+    [[nodiscard]] QRect place() const;
+
     /// To be called when the screens have changed.
     void followScreens();
 
@@ -67,7 +73,6 @@ private:
     void openMenu();
     void showEdgeCursor(Qt::Edges edges);
     void applyMask();
-    [[nodiscard]] QRect place() const;
     void moveTo(const QRect& place);
     void applySize();
     void paintRim(QPainter& painter) const;

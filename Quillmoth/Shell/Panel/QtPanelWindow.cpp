@@ -81,8 +81,23 @@ void QtPanelWindow::center() {
     // By this a stage has the size of its output.
     if (services_.stage != nullptr)
         services_.focus.prepare();
-    const QPoint pointer = services_.stage != nullptr ? QPoint() : QCursor::pos();
-    surface_->setFrame(centered(surface_->frame().size(), pointer, surface_->screens()));
+    surface_->setFrame(centered(surface_->frame().size(), pointer(), surface_->screens()));
+}
+
+QPoint QtPanelWindow::pointer() const {
+    if (services_.stage != nullptr)
+        return {};
+    const auto told = services_.placement != nullptr ? services_.placement->pointer() : std::nullopt;
+    return told ? QPoint(told->x, told->y) : QCursor::pos();
+}
+
+void QtPanelWindow::place() {
+    if (services_.placement == nullptr)
+        return;
+    const QRect at = surface_->place();
+    const auto present = surface_->isVisible() ? services_.placement->area() : std::nullopt;
+    services_.placement->place(
+        present.value_or(platform::DesktopArea{at.x(), at.y(), at.width(), at.height()}));
 }
 
 bool QtPanelWindow::setFrameUsingName(std::string_view name) {
@@ -97,6 +112,9 @@ bool QtPanelWindow::setFrameUsingName(std::string_view name) {
 }
 
 void QtPanelWindow::saveFrameUsingName(std::string_view name) {
+    // The desktop has moved it, where it did not itself.
+    if (const auto area = services_.placement != nullptr ? services_.placement->area() : std::nullopt)
+        surface_->noteFrame({area->x, area->y, area->width, area->height});
     services_.defaults.set(frameKey(name), writeFrame(surface_->frame()));
     // Only where there is one: each change of the settings writes their file.
     if (services_.defaults.object(formerFrameKey(name)))
@@ -107,6 +125,7 @@ void QtPanelWindow::orderFront() {
     followCompositing();
     if (!surface_->isVisible())
         services_.focus.prepare();
+    place();
     surface_->show();
     surface_->raise();
     if (services_.shown)
@@ -133,6 +152,8 @@ void QtPanelWindow::followScreens() {
 void QtPanelWindow::makeKeyWindow() {
     if (!surface_->isVisible())
         return;
+    if (!services_.focus.isImmediate() && !services_.focus.isHeld())
+        place();
     services_.focus.acquire(surface_->window()->winId());
     surface_->setActive(services_.focus.isImmediate() || services_.focus.isHeld());
     // The toolkit learns a moment after a closing that the window has lost the keyboard. Where it comes back

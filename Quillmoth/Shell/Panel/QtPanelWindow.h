@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/PanelFocus.h"
+#include "Platform/PanelPlacement.h"
 #include "Platform/PanelWindow.h"
 #include "Platform/UserDefaults.h"
 #include "Quillmoth/Shell/Panel/PanelSurface.h"
@@ -22,6 +23,8 @@ struct QtPanelServices {
     /// What panels stand on, and the panel focus shows and hides; null where each is a window by itself.
     /// Their frames are places on it.
     QWidget* stage = nullptr;
+    /// What places ordinary windows; null where nothing does.
+    platform::PanelPlacement* placement = nullptr;
     /// Called when a panel is shown.
     std::function<void()> shown = {};
     /// Called when it has gone.
@@ -71,6 +74,8 @@ private:
     void followScreens();
     void turnedElsewhere(platform::PanelFocus::Turn turn);
     void pressed();
+    void place();
+    [[nodiscard]] QPoint pointer() const;
 
     QtPanelServices services_;
     std::unique_ptr<PanelSurface> surface_;

@@ -16,6 +16,7 @@
 #include "Quillmoth/Shell/Windows/KeyringSettings.h"
 #include "Quillmoth/Shell/Windows/LaunchAtLoginToggle.h"
 #include "Quillmoth/Shell/Windows/ModelPicker.h"
+#include "Quillmoth/Shell/Windows/OfferSection.h"
 #include "Quillmoth/Shell/Windows/Recorder.h"
 #include "Quillmoth/Shell/Windows/ServerSettings.h"
 #include "Quillmoth/Shell/Windows/UpdateNotice.h"
@@ -66,19 +67,18 @@ const char* const kAccessibilityDoesNotAnswer =
 SettingView::SettingView(const platform::Platform& platform, RecorderServices recorderServices,
                          Updater& updater, LaunchAtLogin& launchAtLogin,
                          std::function<void()> openPromptEditor, AccessibilityHooks accessibility,
-                         platform::KeyKeeping& keyKeeping)
+                         platform::KeyKeeping& keyKeeping, std::vector<platform::DesktopOffer> offers)
     : _checkForUpdatesViewModel(updater), updater(updater), platform_(platform),
       settings_(platform.userDefaults), shortcuts_(recorderServices.shortcuts),
       openPromptEditor_(std::move(openPromptEditor)), accessibility_(std::move(accessibility)),
-      badHotKey_(new ToneLabel(Tone::bad, kBadHotKey)), loginToggle_(new LaunchAtLoginToggle(launchAtLogin)),
-      keyring_(new KeyringSettings(settings_, keyKeeping)),
-      server_(new ServerSettings(settings_, platform_)), images_(new ImageSection(platform.userDefaults)) {
+      badHotKey_(new ToneLabel(Tone::bad, kBadHotKey)), hotKeyObstacle_(new ToneLabel(Tone::secondary)),
+      loginToggle_(new LaunchAtLoginToggle(launchAtLogin)),
+      keyring_(new KeyringSettings(settings_, keyKeeping)), server_(new ServerSettings(settings_, platform_)),
+      images_(new ImageSection(platform.userDefaults)) {
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(kPadding, kPadding, kPadding, kPadding);
     column->setSpacing(kItemSpacing);
-    column->addWidget(new DoubleShortcut(std::move(recorderServices)));
-    column->addWidget(badHotKey_);
-    addHotKeyObstacle(*column);
+    addHotKeyBlock(*column, std::move(recorderServices), std::move(offers));
     column->addWidget(loginToggle_);
     addHairline(*column);
     addKeyBlock(*column);
@@ -95,14 +95,26 @@ SettingView::SettingView(const platform::Platform& platform, RecorderServices re
     refresh();
 }
 
-void SettingView::addHotKeyObstacle(QVBoxLayout& column) {
-    const std::string obstacle = platform_.hotKeyCenter.obstacle();
-    if (obstacle.empty())
-        return;
-    auto* label = new ToneLabel(Tone::secondary, fromUTF8(obstacle));
+void SettingView::addHotKeyBlock(QVBoxLayout& column, RecorderServices recorderServices,
+                                 std::vector<platform::DesktopOffer> offers) {
+    hotKeyChange_ = recorderServices.shortcuts.shortcutByNameDidChange(
+        [this](const KeyboardShortcuts::Name&) { showHotKeyObstacle(); });
+    column.addWidget(new DoubleShortcut(std::move(recorderServices)));
+    column.addWidget(badHotKey_);
     // The command in it is to be copied.
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    column.addWidget(label);
+    hotKeyObstacle_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    column.addWidget(hotKeyObstacle_);
+    if (offers.empty())
+        return;
+    offers_ = new OfferSection(std::move(offers));
+    offers_->onChange = [this] { showHotKeyObstacle(); };
+    column.addWidget(offers_);
+}
+
+void SettingView::showHotKeyObstacle() {
+    const std::string obstacle = platform_.hotKeyCenter.obstacle();
+    hotKeyObstacle_->setPlainText(fromUTF8(obstacle));
+    hotKeyObstacle_->setVisible(!obstacle.empty());
 }
 
 void SettingView::addKeyBlock(QVBoxLayout& column) {
@@ -225,6 +237,9 @@ void SettingView::addMethodBlock(QVBoxLayout& column) {
 void SettingView::refresh() {
     loginToggle_->refresh();
     keyring_->lookForKeyring();
+    if (offers_)
+        offers_->refresh();
+    showHotKeyObstacle();
     showSettings();
 }
 

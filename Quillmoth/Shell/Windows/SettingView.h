@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/DesktopOffer.h"
 #include "Platform/KeyKeeping.h"
 #include "Platform/Platform.h"
 #include "Quillmoth/Settings/LaunchAtLogin.h"
@@ -25,6 +26,7 @@ class KeyringSettings;
 class LaunchAtLoginToggle;
 class ModelPicker;
 class ImageSection;
+class OfferSection;
 class ServerSettings;
 class Switch;
 class ToneLabel;
@@ -47,7 +49,8 @@ public:
     /// The services, `updater`, `launchAtLogin` and `keyKeeping` outlive the view.
     SettingView(const platform::Platform& platform, RecorderServices recorderServices, Updater& updater,
                 LaunchAtLogin& launchAtLogin, std::function<void()> openPromptEditor,
-                AccessibilityHooks accessibility, platform::KeyKeeping& keyKeeping);
+                AccessibilityHooks accessibility, platform::KeyKeeping& keyKeeping,
+                std::vector<platform::DesktopOffer> offers);
 
     /// Reads everything anew.
     void refresh();
@@ -59,8 +62,10 @@ public:
     Updater& updater;
 
 private:
-    /// Says why no hot key can be recorded, where none can.
-    void addHotKeyObstacle(QVBoxLayout& column);
+    /// Says why the hot key does not work, where it does not.
+    void showHotKeyObstacle();
+    void addHotKeyBlock(QVBoxLayout& column, RecorderServices recorderServices,
+                        std::vector<platform::DesktopOffer> offers);
     void addKeyBlock(QVBoxLayout& column);
     void addKeyFields(QGridLayout& grid);
     void addVersionBlock(QVBoxLayout& column);
@@ -81,6 +86,8 @@ private:
     AccessibilityHooks accessibility_;
 
     ToneLabel* badHotKey_;
+    ToneLabel* hotKeyObstacle_;
+    OfferSection* offers_ = nullptr;
     LaunchAtLoginToggle* loginToggle_;
     ToneLabel* keyStatus_;
     QLineEdit* keyField_;
@@ -95,6 +102,7 @@ private:
     ServerSettings* server_;
     ImageSection* images_;
     Subscription defaultsChange_;
+    Subscription hotKeyChange_;
 };
 
 } // namespace quillmoth

@@ -45,7 +45,8 @@ SettingsWindow::SettingsWindow(const platform::Platform& platform, KeyboardShort
     : ShellWindow(QStringLiteral("Settings"), colorScheme),
       launchAtLogin_(loginItems, platform.bundle, platform.userDefaults),
       view_(new SettingView(platform, recorderServices(platform, shortcuts, hooks, this), updater,
-                            launchAtLogin_, hooks.openPromptEditor, hooks.accessibility, *hooks.keyKeeping)) {
+                            launchAtLogin_, hooks.openPromptEditor, hooks.accessibility, *hooks.keyKeeping,
+                            hooks.offers ? hooks.offers() : std::vector<platform::DesktopOffer>())) {
     auto* scroll = new QScrollArea;
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setWidgetResizable(true);

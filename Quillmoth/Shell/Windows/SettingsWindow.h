@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <vector>
 
 namespace quillmoth {
 
@@ -23,6 +24,8 @@ struct SettingsHooks {
     platform::KeyKeeping* keyKeeping;
     /// The virtual key code of a native scan code of Qt's; none where it has none.
     std::function<std::optional<std::uint16_t>(std::uint32_t nativeScanCode)> virtualKeyCode;
+    /// What the user may let the desktop do; may be left empty.
+    std::function<std::vector<platform::DesktopOffer>()> offers = {};
 };
 
 /// The settings. Made at first use and kept; closing hides it. Main thread.

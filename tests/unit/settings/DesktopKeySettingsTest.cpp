@@ -63,6 +63,12 @@ TEST(DesktopKeySettings, AKeyIsFoundByWhatItWritesUnderTheLayoutInForce) {
     EXPECT_EQ(names.virtualKeyCode("minus"), 44);
     EXPECT_EQ(names.virtualKeyCode("space"), 49);
     EXPECT_EQ(names.virtualKeyCode("Print"), std::nullopt) << "a key without a virtual key code";
+    // And back
+    EXPECT_EQ(names.name(44), "minus");
+    EXPECT_EQ(names.name(12), "a");
+    EXPECT_EQ(names.name(27), std::nullopt) << "what has no name in ASCII";
+    EXPECT_EQ(writtenAccelerator({names.name(49).value_or(""), kCtrl | kAlt | kShift | kSuper}),
+              "<Control><Alt><Shift><Super>space");
 }
 
 } // namespace

@@ -245,6 +245,8 @@ PasteOutcome X11Pasteboard::paste(const std::string& text, const X11Application&
         if (const auto outcome = cut(keys, Clock::now() + timeToFetch); outcome != PasteOutcome::fetched)
             return outcome;
     }
+    if (keys.quietTime.count() > 0)
+        std::this_thread::sleep_for(keys.quietTime);
     // What was fetched before the keys, by a look at what is new there, was for no paste.
     thread.order([](X11ClipboardExchange& clipboard) { clipboard.expectFetch(); });
     thread.forgetFetched();

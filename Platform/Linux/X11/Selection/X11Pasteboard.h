@@ -42,6 +42,8 @@ public:
         std::string selected = {};
         /// Takes back a cut that took something else.
         std::function<bool()> undo = {};
+        /// How long to wait before the keys, for those who look at whatever is new on the clipboard.
+        std::chrono::milliseconds quietTime = {};
     };
 
     /// Has the application paste `text`. What is on the clipboard comes back with all its formats afterwards;
