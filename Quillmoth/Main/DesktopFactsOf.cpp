@@ -6,14 +6,10 @@
 #include "Platform/Linux/AtSpi/AtSpiAccessibility.h"
 #include "Platform/Linux/Desktop/InstanceRequest.h"
 #include "Platform/Linux/Desktop/SessionDisplay.h"
-#include "Platform/Linux/Gnome/GnomeBackEnd.h"
-#include "Platform/Linux/KWin/KWinBackEnd.h"
 #include "Platform/Linux/Keyring/KeyringUserDefaults.h"
 #include "Platform/Linux/Keyring/QtKeychainStore.h"
-#include "Platform/Linux/Sway/SwayBackEnd.h"
 #include "Platform/Linux/Unavailable/UnavailableServices.h"
 #include "Platform/Linux/X11/Selection/X11Pasteboard.h"
-#include "Platform/Linux/X11/X11BackEnd.h"
 #include "Platform/Posix/FileUserDefaults.h"
 #include "Platform/Posix/FileWriter.h"
 #include "Platform/Qt/QtMainQueue.h"
@@ -22,6 +18,7 @@
 #include "Platform/Qt/QtWorkspace.h"
 #include "Platform/Qt/UserFolders.h"
 #include "Quillmoth/Capture/SelectionCapture.h"
+#include "Quillmoth/Main/ServingBackEnds.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -56,55 +53,13 @@ std::optional<KeyboardShortcuts::Shortcut> hotKey() {
     return center.getShortcut(name);
 }
 
-/// The back ends that serve this session; all null where none does.
-struct Serving {
-    std::unique_ptr<platform::X11BackEnd> x11 = nullptr;
-    std::unique_ptr<platform::SwayBackEnd> sway = nullptr;
-    std::unique_ptr<platform::KWinBackEnd> kwin = nullptr;
-    std::unique_ptr<platform::GnomeBackEnd> gnome = nullptr;
-
-    /// Null on X11 too.
-    [[nodiscard]] platform::DesktopBackEnd* session() const {
-        return wayland() != nullptr ? static_cast<platform::DesktopBackEnd*>(wayland()) : gnome.get();
+void addCompositor(DesktopFacts& facts, const ServingBackEnds& serving) {
+    facts.compositorServing = serving.name;
+    facts.wayToCompositor = serving.way;
+    if (const platform::WaylandBackEnd* wayland = serving.wayland()) {
+        facts.hasLayers = wayland->hasLayers();
+        facts.sendsKeys = wayland->sendsKeys();
     }
-
-    [[nodiscard]] platform::WaylandBackEnd* wayland() const {
-        return sway ? static_cast<platform::WaylandBackEnd*>(sway.get()) : kwin.get();
-    }
-};
-
-Serving servingBackEnds(const platform::WaylandBackEnd::Toolkit& toolkit,
-                        platform::AtSpiAccessibility& accessibility) {
-    Serving serving;
-    if (auto x11 = platform::X11BackEnd::create()) {
-        serving.x11 = std::move(*x11);
-    } else if (auto sway = platform::SwayBackEnd::create(toolkit)) {
-        serving.sway = std::move(*sway);
-    } else if (auto kwin = platform::KWinBackEnd::create(toolkit)) {
-        serving.kwin = std::move(*kwin);
-        serving.kwin->awaitFront();
-    } else if (auto gnome = platform::GnomeBackEnd::create(
-                   {.pasteboard = toolkit.pasteboard,
-                    .panelFocus = toolkit.panelFocus,
-                    .activeProcess = [&accessibility] { return accessibility.activeProcess(); },
-                    .toggleCommand = {}})) {
-        serving.gnome = std::move(*gnome);
-    }
-    return serving;
-}
-
-void addCompositor(DesktopFacts& facts, const Serving& serving) {
-    const platform::WaylandBackEnd* wayland = serving.wayland();
-    if (serving.gnome) {
-        facts.compositorServing = "GNOME";
-        facts.wayToCompositor = "through its settings and the session bus";
-    }
-    if (wayland == nullptr)
-        return;
-    facts.compositorServing = serving.sway ? "sway" : "KWin";
-    facts.wayToCompositor = serving.sway ? "through its socket" : "over the session bus";
-    facts.hasLayers = wayland->hasLayers();
-    facts.sendsKeys = wayland->sendsKeys();
 }
 
 /// What becomes of the hot key in GNOME.
@@ -127,7 +82,7 @@ DesktopFacts::Way gnomeHotKey(platform::GnomeBackEnd& gnome, std::uint32_t keyCo
     return {.state = "active, by the extension"};
 }
 
-void addHotKey(DesktopFacts& facts, const Serving& serving) {
+void addHotKey(DesktopFacts& facts, const ServingBackEnds& serving) {
     platform::UnavailableKeyboardLayout noLayout;
     platform::DesktopBackEnd* session = serving.session();
     platform::KeyboardLayout& layoutOfSession =
@@ -141,6 +96,9 @@ void addHotKey(DesktopFacts& facts, const Serving& serving) {
     const auto modifiers = static_cast<std::uint32_t>(shortcut->carbonModifiers);
     if (serving.gnome)
         facts.hotKeyWay = gnomeHotKey(*serving.gnome, keyCode, modifiers, facts.isRunning);
+    if (serving.plain)
+        facts.hotKeyWay = {.state = "not active: this compositor gives programs none",
+                           .advice = "bind \"quillmoth --toggle\" to a key in its configuration"};
     platform::WaylandBackEnd* wayland = serving.wayland();
     facts.isHotKeyShared =
         (serving.x11 && serving.x11->hotKeyProbe().isShortcutTaken(keyCode, modifiers)) ||
@@ -318,10 +276,10 @@ DesktopFacts desktopFacts(const std::string& displayProblem) {
     platform::QtPasteboard pasteboard;
     platform::QtPanelFocus panelFocus;
     platform::AtSpiAccessibility accessibility({});
-    const Serving serving =
+    const ServingBackEnds serving =
         displayProblem.empty()
             ? servingBackEnds({.pasteboard = pasteboard, .panelFocus = panelFocus}, accessibility)
-            : Serving();
+            : ServingBackEnds();
     facts.hasXServer = serving.x11 != nullptr;
     addCompositor(facts, serving);
     addHotKey(facts, serving);

@@ -9,6 +9,7 @@
 #include "Platform/Linux/Shared/Keycodes.h"
 #include "Platform/Linux/Sway/SwayBackEnd.h"
 #include "Platform/Linux/Wayland/LayerStage.h"
+#include "Platform/Linux/Wayland/PlainBackEnd.h"
 #include "Platform/Posix/OwnFolder.h"
 #include "Platform/Qt/FileWatch.h"
 #include "Quillmoth/Main/X11Desktop.h"
@@ -70,6 +71,10 @@ std::unique_ptr<platform::DesktopBackEnd> DesktopServices::makeDesktop() {
     if (gnome)
         return std::move(*gnome);
     logLine("Without GNOME: " + gnome.error().description);
+    auto plain = platform::PlainBackEnd::create(toolkit, [this] { return accessibility.activeProcess(); });
+    if (plain)
+        return std::move(*plain);
+    logLine("Without protocols for panel and clipboard: " + plain.error().description);
     return X11Desktop::create();
 }
 

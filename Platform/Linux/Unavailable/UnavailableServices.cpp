@@ -10,7 +10,7 @@ OSStatus UnavailableHotKeyCenter::registerEventHotKey(std::uint32_t, std::uint32
 }
 
 std::string UnavailableHotKeyCenter::obstacle() const {
-    return "No hot key can be recorded: there is no X server to take one from. Bind “quillmoth --toggle” to "
+    return "The hot key does not work: this desktop gives programs none. Bind “quillmoth --toggle” to "
            "a key in the desktop’s settings.";
 }
 
