@@ -3,9 +3,8 @@
 //   QUILLMOTH_FAULT_FOLDER  the folder
 //   QUILLMOTH_FAULT_CALL    open (for writing), write, fsync or rename
 //   QUILLMOTH_FAULT_ERRNO   the error's number
-//   QUILLMOTH_FAULT_FROM    which call is the first to fail, from 1; all later ones fail too. Of a write that
-//   is
-//                           the first to fail, half arrives.
+//   QUILLMOTH_FAULT_FROM    which call is the first to fail, from 1. Of a write that is the first, half
+//   arrives QUILLMOTH_FAULT_ONCE    not empty: the later calls succeed
 
 #include <atomic>
 #include <cerrno>
@@ -65,11 +64,11 @@ Function next(const char* name) {
     return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
 }
 
-int openNext(const char* name, const char* path, int flags, mode_t mode) {
+int openNext(const char* path, int flags, mode_t mode) {
     const bool writes = (flags & (O_WRONLY | O_RDWR | O_CREAT)) != 0;
     if (writes && isInFolder(path) && fateOf("open") == Fate::fails)
         return refuse();
-    return next<int (*)(const char*, int, ...)>(name)(path, flags, mode);
+    return next<int (*)(const char*, int, ...)>("open64")(path, flags, mode);
 }
 
 } // namespace
@@ -79,25 +78,16 @@ EXPORTED int open(const char* path, int flags, ...) {
     va_start(arguments, flags);
     const auto mode = static_cast<mode_t>((flags & O_CREAT) != 0 ? va_arg(arguments, unsigned) : 0);
     va_end(arguments);
-    return openNext("open", path, flags, mode);
+    return openNext(path, flags, mode);
 }
 
-EXPORTED int open64(const char* path, int flags, ...) {
-    va_list arguments;
-    va_start(arguments, flags);
-    const auto mode = static_cast<mode_t>((flags & O_CREAT) != 0 ? va_arg(arguments, unsigned) : 0);
-    va_end(arguments);
-    return openNext("open64", path, flags, mode);
-}
-
-// What the two are where the compiler has checked their arguments.
+// What it is where the compiler has checked its arguments.
 EXPORTED int __open_2(const char* path, int flags) {
-    return openNext("open", path, flags, 0);
+    return openNext(path, flags, 0);
 }
 
-EXPORTED int __open64_2(const char* path, int flags) {
-    return openNext("open64", path, flags, 0);
-}
+EXPORTED int open64(const char* path, int flags, ...) __attribute__((alias("open")));
+EXPORTED int __open64_2(const char* path, int flags) __attribute__((alias("__open_2")));
 
 EXPORTED ssize_t write(int file, const void* bytes, size_t count) {
     const auto real = next<ssize_t (*)(int, const void*, size_t)>("write");

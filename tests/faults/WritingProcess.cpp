@@ -7,7 +7,6 @@
 
 #include "Platform/Posix/FileUserDefaults.h"
 #include "Platform/Posix/FileWriter.h"
-#include "tests/faults/SavedFiles.h"
 
 #include <cstdint>
 #include <cstdlib>
@@ -19,6 +18,18 @@
 using namespace quillmoth;
 
 namespace {
+
+/// The content of a file when it is saved for the `number`th time: of another length each time, and up to
+/// some 200 KB, so that it takes a few writes. saving_faults.py expects these.
+std::string savedContent(std::size_t number) {
+    const std::string name = std::to_string(number);
+    return name + '\n' + std::string(number * 7919 % 200'000, static_cast<char>('a' + number % 26)) + '\n' +
+           name;
+}
+
+std::string journalEntry(std::size_t number) {
+    return std::to_string(number) + ' ' + std::string(number * 31 % 500, 'j') + '\n';
+}
 
 /// In one piece, from whichever thread.
 void say(const std::string& line) {
@@ -44,15 +55,14 @@ int main(int argc, char** argv) {
     const std::size_t last =
         argc > 3 ? std::strtoul(argv[3], nullptr, 10) : std::numeric_limits<std::size_t>::max();
     platform::FileWriter writer;
-    platform::FileUserDefaults defaults(folder + test::kDefaults, writer);
-    defaults.setFaultHandler(
-        [](const std::string& words) { say("fail " + std::string(test::kDefaults) + " 0 " + words); });
+    platform::FileUserDefaults defaults(folder + "defaults.json", writer);
+    defaults.setFaultHandler([](const std::string& words) { say("fail defaults.json 0 " + words); });
     for (std::size_t number = first; number <= last; ++number) {
         say("ask " + std::to_string(number));
-        for (const char* name : test::kReplaced)
-            writer.replace(folder + name, test::savedContent(number), sayWhen(name, number));
-        writer.append(folder + test::kJournal, test::journalEntry(number), sayWhen(test::kJournal, number));
-        defaults.set(test::kCount, static_cast<std::int64_t>(number));
+        for (const char* name : {"presets", "history"})
+            writer.replace(folder + name, savedContent(number), sayWhen(name, number));
+        writer.append(folder + "journal", journalEntry(number), sayWhen("journal", number));
+        defaults.set("count", static_cast<std::int64_t>(number));
         // Now and then it waits, so that some of what is saved is not replaced by the next.
         if (number % 3 == 0 || number == last) {
             writer.flush();
