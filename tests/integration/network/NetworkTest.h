@@ -99,8 +99,9 @@ protected:
         return answer.value_or(Answer());
     }
 
-    platform::SerialOperationQueues queues;
+    // The queues' threads use the loop until they have ended.
     RunLoop loop;
+    platform::SerialOperationQueues queues;
     ScriptedChatServer server;
     std::unique_ptr<platform::CurlURLSessions> sessions = std::make_unique<platform::CurlURLSessions>(queues);
 };
