@@ -7,7 +7,7 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
+#include <cstdlib>
 #include <utility>
 
 namespace quillmoth::test {
@@ -45,13 +45,6 @@ ScriptedRequest parseHead(std::string_view head) {
     return request;
 }
 
-std::size_t contentLength(const ScriptedRequest& request) {
-    const std::string text = request.header("Content-Length").value_or("0");
-    std::size_t length = 0;
-    std::from_chars(text.data(), text.data() + text.size(), length);
-    return length;
-}
-
 } // namespace
 
 std::optional<std::string> ScriptedRequest::header(std::string_view name) const {
@@ -76,7 +69,8 @@ std::optional<ScriptedRequest> HTTPConnection::readRequest() {
     }
     ScriptedRequest request = parseHead(std::string_view(received_).substr(0, end));
     received_.erase(0, end + kEnd.size());
-    const std::size_t length = contentLength(request);
+    const std::size_t length =
+        std::strtoul(request.header("Content-Length").value_or("0").c_str(), nullptr, 10);
     while (received_.size() < length) {
         if (!fill())
             return std::nullopt;

@@ -1,6 +1,6 @@
 #include "tests/support/ScriptedAnswer.h"
 
-#include "Foundation/JSONWriter.h"
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <random>
@@ -9,54 +9,27 @@ namespace quillmoth::test {
 
 namespace {
 
-/// What stands in a whole answer beside the choices.
-void writeResponseFields(JSONWriter& writer) {
-    for (const char* field : {"id", "object", "model"}) {
-        writer.key(field);
-        writer.value("scripted");
-    }
-    writer.key("created");
-    writer.value(std::int64_t{1700000000});
-    writer.key("usage");
-    writer.beginObject();
-    writer.endObject();
-}
+using json = nlohmann::ordered_json;
 
-std::string choicesRecord(const char* member, std::string_view content) {
-    std::string json;
-    JSONWriter writer(json);
-    const bool isWhole = std::string_view(member) == "message";
-    writer.beginObject();
-    if (isWhole)
-        writeResponseFields(writer);
-    writer.key("choices");
-    writer.beginArray();
-    writer.beginObject();
-    writer.key(member);
-    writer.beginObject();
-    if (isWhole) {
-        writer.key("role");
-        writer.value("assistant");
-    }
-    writer.key("content");
-    writer.value(content);
-    writer.endObject();
-    writer.key("index");
-    writer.value(std::int64_t{0});
-    writer.endObject();
-    writer.endArray();
-    writer.endObject();
-    return json;
+std::string written(const json& record) {
+    return record.dump(-1, ' ', false, json::error_handler_t::replace);
 }
 
 } // namespace
 
 std::string chatEvent(std::string_view content) {
-    return "data: " + choicesRecord("delta", content) + "\n\n";
+    const json choice{{"delta", {{"content", content}}}, {"index", 0}};
+    return "data: " + written({{"choices", json::array({choice})}}) + "\n\n";
 }
 
 std::string chatResponse(std::string_view content) {
-    return choicesRecord("message", content);
+    const json choice{{"message", {{"role", "assistant"}, {"content", content}}}, {"index", 0}};
+    return written({{"id", "scripted"},
+                    {"object", "scripted"},
+                    {"model", "scripted"},
+                    {"created", 1700000000},
+                    {"usage", json::object()},
+                    {"choices", json::array({choice})}});
 }
 
 ScriptedAnswer eventStream(std::vector<std::string> pieces) {

@@ -7,8 +7,9 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <sstream>
 #include <stdexcept>
-#include <type_traits>
+#include <tuple>
 #include <utility>
 
 namespace quillmoth::test {
@@ -17,11 +18,8 @@ namespace {
 
 constexpr std::chrono::seconds kPatience(10);
 
-sockaddr* generic(sockaddr_in& address) {
-    return reinterpret_cast<sockaddr*>(&address);
-}
-
-int listenOnLoopback(std::uint16_t port) {
+/// A socket that listens, and its port.
+std::pair<int, std::uint16_t> listenOnLoopback(std::uint16_t port) {
     const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     const int yes = 1;
     ::setsockopt(listener, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof(yes));
@@ -29,18 +27,14 @@ int listenOnLoopback(std::uint16_t port) {
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    if (::bind(listener, generic(address), sizeof(address)) != 0 || ::listen(listener, 64) != 0) {
+    socklen_t length = sizeof(address);
+    auto* generic = reinterpret_cast<sockaddr*>(&address);
+    if (::bind(listener, generic, length) != 0 || ::listen(listener, 64) != 0 ||
+        ::getsockname(listener, generic, &length) != 0) {
         ::close(listener);
         throw std::runtime_error("cannot listen at port " + std::to_string(port) + " of 127.0.0.1");
     }
-    return listener;
-}
-
-std::uint16_t boundPort(int listener) {
-    sockaddr_in address{};
-    socklen_t length = sizeof(address);
-    ::getsockname(listener, generic(address), &length);
-    return ntohs(address.sin_port);
+    return {listener, ntohs(address.sin_port)};
 }
 
 std::size_t bodyLength(const ScriptedAnswer& answer) {
@@ -67,11 +61,9 @@ std::string headText(const ScriptedAnswer& answer) {
 }
 
 std::string chunk(std::string_view bytes) {
-    constexpr const char* kDigits = "0123456789abcdef";
-    std::string size;
-    for (std::size_t rest = bytes.size(); rest > 0; rest /= 16)
-        size.insert(size.begin(), kDigits[rest % 16]);
-    return size.append("\r\n").append(bytes).append("\r\n");
+    std::ostringstream text;
+    text << std::hex << bytes.size() << "\r\n" << bytes << "\r\n";
+    return text.str();
 }
 
 } // namespace
@@ -85,9 +77,10 @@ struct ScriptedChatServer::Served {
     bool ended = false;
 };
 
-ScriptedChatServer::ScriptedChatServer(std::uint16_t port)
-    : listener_(listenOnLoopback(port)), port_(boundPort(listener_)),
-      acceptor_([this] { acceptConnections(); }) {}
+ScriptedChatServer::ScriptedChatServer(std::uint16_t port) {
+    std::tie(listener_, port_) = listenOnLoopback(port);
+    acceptor_ = std::thread([this] { acceptConnections(); });
+}
 
 ScriptedChatServer::~ScriptedChatServer() {
     {

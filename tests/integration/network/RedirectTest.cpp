@@ -7,14 +7,7 @@ namespace {
 using Redirect = NetworkTest;
 
 TEST_F(Redirect, TurnsPostIntoGetWhereBrowsersDo) {
-    struct Row {
-        int status;
-        const char* method;
-        const char* methodThen;
-        bool keepsBody;
-    };
-
-    const Row rows[] = {
+    const std::tuple<int, const char*, const char*, bool> rows[] = {
         {301, "POST", "GET", false}, {302, "POST", "GET", false}, {303, "POST", "GET", false},
         {307, "POST", "POST", true}, {308, "POST", "POST", true}, {301, "PUT", "PUT", true},
         {303, "PUT", "GET", false},  {302, "GET", "GET", true},

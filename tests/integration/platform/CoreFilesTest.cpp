@@ -1,5 +1,5 @@
 #include "Platform/Posix/CoreFiles.h"
-#include "tests/integration/platform/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>

@@ -4,7 +4,7 @@
 #include "Platform/Posix/ReplaceFile.h"
 #include "Platform/Qt/UserFolders.h"
 #include "tests/integration/ScopedVariable.h"
-#include "tests/integration/platform/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <csignal>
 #include <gtest/gtest.h>
@@ -114,20 +114,6 @@ TEST_F(FileDocumentsTest, KeepsPermissionsAndFollowsSymbolicLinks) {
     std::filesystem::remove(target);
     ASSERT_TRUE(documents.writeFile(path("outer"), "again"));
     EXPECT_EQ(contentOf(target), "again") << "a link that leads nowhere names where the file is to be";
-}
-
-TEST_F(FileDocumentsTest, AFileThatDoesNotFitLeavesTheFormerContentAndNothingElse) {
-    setContent(path("file"), "old");
-    Result<void> written;
-    {
-        const FileSizeLimit limit(4096);
-        written = documents.writeFile(path("file"), std::string(100'000, 'x'));
-    }
-    ASSERT_FALSE(written);
-    EXPECT_NE(written.error().description.find("File too large"), std::string::npos)
-        << written.error().description;
-    EXPECT_EQ(contentOf(path("file")), "old");
-    EXPECT_EQ(folder.names(), Names{"file"});
 }
 
 TEST_F(FileDocumentsTest, WritesInPlaceWhereTheFolderTakesNoNewFile) {

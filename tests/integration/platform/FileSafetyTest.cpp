@@ -5,8 +5,8 @@
 #include "Platform/Posix/FileWriter.h"
 #include "Platform/Posix/OwnFolder.h"
 #include "Platform/Posix/ReplaceFile.h"
-#include "tests/integration/platform/TemporaryFolder.h"
 #include "tests/support/RunLoop.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 

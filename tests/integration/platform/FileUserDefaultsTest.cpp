@@ -3,7 +3,7 @@
 #include "Platform/Posix/FileWriter.h"
 #include "Platform/Qt/FileWatch.h"
 #include "tests/integration/platform/CoreApplication.h"
-#include "tests/integration/platform/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

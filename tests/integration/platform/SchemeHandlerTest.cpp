@@ -1,5 +1,5 @@
 #include "Platform/Linux/Desktop/SchemeHandler.h"
-#include "tests/integration/platform/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -10,13 +10,6 @@ namespace {
 constexpr const char* kPackaged = "[Desktop Entry]\nName=Quillmoth\nExec=quillmoth %U\n";
 constexpr const char* kInstalledName = "org.quillmoth.Quillmoth.desktop";
 constexpr const char* kOwnName = "quillmoth-links.desktop";
-
-/// What a start from a build folder wrote under the installed name once.
-constexpr const char* kFormerEntry =
-    "[Desktop Entry]\nType=Application\nVersion=1.4\nName=Quillmoth\n"
-    "Comment=Ask an AI model about the text that is selected in any application\nIcon=quillmoth\n"
-    "Exec=/gone/build/quillmoth %U\nTerminal=false\nNoDisplay=true\nStartupNotify=false\n"
-    "MimeType=x-scheme-handler/quillmoth;\n";
 
 class SchemeHandler : public testing::Test {
 protected:
@@ -55,7 +48,9 @@ TEST_F(SchemeHandler, AnInstalledProgramGetsTheLinksBack) {
 }
 
 TEST_F(SchemeHandler, AFormerEntryUnderTheInstalledNameGoesAndAnInstalledOneStays) {
-    test::setContent(own.path(kInstalledName), kFormerEntry);
+    // A start from a build folder wrote its entry under the installed name once.
+    arrange("/gone/build/quillmoth");
+    std::filesystem::rename(own.path(kOwnName), own.path(kInstalledName));
     EXPECT_EQ(arrange("/build/quillmoth"), kOwnName);
     EXPECT_EQ(own.names(), Names{kOwnName});
     test::setContent(own.path(kInstalledName), kPackaged);

@@ -1,6 +1,6 @@
 #include "Platform/Linux/Desktop/SessionDisplay.h"
 #include "tests/integration/ScopedVariable.h"
-#include "tests/integration/platform/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -22,15 +22,8 @@ TEST(SessionDisplay, OneThatCannotBeUsedIsNamedWithWhatToDo) {
     const test::ScopedVariable runtime("XDG_RUNTIME_DIR", folder.path());
     const test::ScopedVariable type("XDG_SESSION_TYPE", "");
 
-    struct Case {
-        const char* chosen;
-        const char* x11;
-        const char* wayland;
-        const char* plugins;
-        const char* outcome;
-    };
-
-    const Case cases[] = {
+    // What is chosen, of X11, of Wayland, the plugins, and what comes of it.
+    const std::array<const char*, 5> cases[] = {
         {"", "", "", "plugins", "neither DISPLAY nor WAYLAND_DISPLAY is set; start"},
         {"", ":60987", "", "plugins", "the X server \":60987\" does not answer; check DISPLAY"},
         {"", "nonsense", "", "plugins", "the X server \"nonsense\" does not answer"},
@@ -38,8 +31,7 @@ TEST(SessionDisplay, OneThatCannotBeUsedIsNamedWithWhatToDo) {
         {"", ":60987", "wayland-7", "plugins", "wayland"},
         {"", "", "wayland-7", "nothing", "Qt lacks its plugin; install the package qt6-wayland"},
         {"", "", "wayland-8", "plugins", "\"wayland-8\" does not answer; check WAYLAND_DISPLAY"},
-        {"", ":60987", "wayland-7", "nothing",
-         "or xwayland for an X server beside it; and the X server"},
+        {"", ":60987", "wayland-7", "nothing", "or xwayland for an X server beside it; and the X server"},
         {"", ":1", "wayland-7", "plugins", "wayland"},
         {"", ":1", "wayland-7", "nothing", "xcb"},
         {"", ":1", "wayland-8", "plugins", "xcb"},

@@ -2,7 +2,7 @@
 #include "Platform/Linux/Desktop/HandOver.h"
 #include "Platform/Linux/Desktop/InstanceRequest.h"
 #include "tests/integration/platform/CoreApplication.h"
-#include "tests/integration/platform/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>

@@ -5,7 +5,7 @@
 #include "Platform/Qt/ResourceBundle.h"
 #include "tests/integration/ScopedVariable.h"
 #include "tests/integration/platform/CoreApplication.h"
-#include "tests/integration/platform/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <QRegularExpression>
 #include <algorithm>
