@@ -209,26 +209,6 @@ TEST_F(DocumentLayoutTest, a_table_scrolls_before_its_words_are_broken) {
     EXPECT_GT(layout.scrollRegion(0).offset, 0) << "where its first column is";
 }
 
-TEST_F(DocumentLayoutTest, a_list_says_for_all_within_it_whether_the_space_below_a_paragraph_counts) {
-    const std::vector<std::pair<std::string, std::vector<double>>> cases{
-        {"- a\n- b", {0}},
-        {"- a\n\n- b", {16}},
-        {"- > a\n  >\n  > b", {0}},
-        {"- a\n  - b\n\n  - c\n- d", {0, 16, 0}},
-        {"- a\n\n  - b\n  - c\n\n- d", {16, 0, 16}},
-        {"- a\n  1. > b\n     >\n     > c", {0, 0}},
-        {"- [ ] a\n- b\n\nc", {0, 16}},
-    };
-    for (const auto& [text, expected] : cases) {
-        layOut(text);
-        std::vector<double> gaps;
-        for (std::size_t block = 1; block < layout.textBlockCount(); ++block)
-            gaps.push_back(std::round(layout.caretRectangle({block, 0}).y -
-                                      layout.caretRectangle({block - 1, 0}).bottom()));
-        EXPECT_EQ(gaps, expected) << text;
-    }
-}
-
 TEST_F(DocumentLayoutTest, code_and_HTML_lose_one_line_feed_at_their_end) {
     const std::vector<std::pair<std::string, std::string>> cases{
         {"```\na\n```", "a"}, {"```\n\na\n\n\n```", "\na\n\n"}, {"```\n\n```", ""},
@@ -240,28 +220,6 @@ TEST_F(DocumentLayoutTest, code_and_HTML_lose_one_line_feed_at_their_end) {
         if (layout.codeBlockCount() > 0) {
             EXPECT_EQ(layout.codeBlockText(0), expected) << "copied from " << text;
         }
-    }
-}
-
-TEST_F(DocumentLayoutTest, images_stand_in_rows_that_a_line_break_ends) {
-    images.sizes["http://x"] = {20, 30};
-    const std::string image = "![i](http://x)";
-    const std::vector<std::pair<std::string, std::vector<Point>>> cases{
-        {image + "  \n" + image, {{0, 0}, {0, 34}}},
-        {image + "\n" + image + "\\\n" + image, {{0, 0}, {24, 0}, {0, 34}}},
-        {image + image + image + image, {{0, 0}, {24, 0}, {48, 0}, {0, 34}}},
-        {"# \u05D0\n" + image + image, {{50, 54.4}, {26, 54.4}}},
-        {"# \u05D0\n" + image, {{50, 54.4}}},
-    };
-    for (const auto& [text, expected] : cases) {
-        set(text, 70);
-        std::vector<Point> places;
-        for (const DisplayItem& item : everything()) {
-            if (std::holds_alternative<ImageItem>(item))
-                places.push_back({frameOf(item).x, frameOf(item).y});
-        }
-        EXPECT_EQ(places, expected) << text;
-        EXPECT_DOUBLE_EQ(layout.totalHeight(), expected.back().y + 30) << text;
     }
 }
 

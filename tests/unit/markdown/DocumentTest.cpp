@@ -22,13 +22,8 @@ Block words(std::string literal) {
 }
 
 TEST(Document, text_becomes_blocks) {
-    struct Case {
-        std::string_view text;
-        Blocks expected;
-    };
-
     using enum TextTableColumnAlignment;
-    const std::vector<Case> cases{
+    const std::vector<std::pair<std::string_view, Blocks>> cases{
         {"", {}},
         {"\n\n", {}},
         {"> a\n", {{Blockquote{{words("a")}}}}},
@@ -47,17 +42,12 @@ TEST(Document, text_becomes_blocks) {
          {{Table{{leading, center, trailing, std::nullopt},
                  {{{text("a")}, {text("b")}, {text("c")}, {text("d")}}, {{text("1")}, {}, {}, {}}}}}}},
     };
-    for (const Case& c : cases)
-        EXPECT_TRUE(MarkdownContent(c.text).blocks == c.expected) << c.text;
+    for (const auto& [source, expected] : cases)
+        EXPECT_TRUE(MarkdownContent(source).blocks == expected) << source;
 }
 
 TEST(Document, text_becomes_inlines) {
-    struct Case {
-        std::string_view text;
-        Inlines expected;
-    };
-
-    const std::vector<Case> cases{
+    const std::vector<std::pair<std::string_view, Inlines>> cases{
         {"a `b` c", {text("a "), {Code{"b"}}, text(" c")}},
         {"<b>x</b>", {{HTML{"<b>"}}, text("x"), {HTML{"</b>"}}}},
         {"*a **b***", {{Emphasis{{text("a "), {Strong{{text("b")}}}}}}}},
@@ -68,10 +58,10 @@ TEST(Document, text_becomes_inlines) {
         {"a\nb", {text("a"), {SoftBreak{}}, text("b")}},
         {"a  \nb", {text("a"), {LineBreak{}}, text("b")}},
     };
-    for (const Case& c : cases) {
-        const MarkdownContent content(c.text);
-        ASSERT_EQ(content.blocks.size(), 1U) << c.text;
-        EXPECT_TRUE(content.blocks[0].get<Paragraph>()->text == c.expected) << c.text;
+    for (const auto& [source, expected] : cases) {
+        const MarkdownContent content(source);
+        ASSERT_EQ(content.blocks.size(), 1U) << source;
+        EXPECT_TRUE(content.blocks[0].get<Paragraph>()->text == expected) << source;
     }
 }
 

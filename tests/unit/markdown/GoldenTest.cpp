@@ -1,25 +1,19 @@
 #include "MarkdownUI/Layout/DocumentLayout.h"
 
 #include "FixedTextEngine.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
+#include <functional>
 #include <iterator>
 #include <map>
 #include <sstream>
 
 namespace quillmoth::markdown {
 namespace {
-
-std::string contentOf(const std::filesystem::path& path) {
-    std::ostringstream text;
-    text << std::ifstream(path).rdbuf();
-    return text.str();
-}
 
 std::vector<std::filesystem::path> sources() {
     std::vector<std::filesystem::path> result;
@@ -46,29 +40,22 @@ struct Setting {
     LayoutOptions options{.width = 400, .fontSize = 16, .imageBaseURL = "https://example.org/"};
 
     void apply(const std::string& word) {
-        using ListMarkers = std::map<std::string, ListMarkerStyle>;
-        static const ListMarkers kBullets{{"dash", markers::dash},
-                                          {"disc", markers::disc},
-                                          {"circle", markers::circle},
-                                          {"square", markers::square}};
-        static const ListMarkers kNumbers{{"upperRoman", markers::upperRoman},
-                                          {"lowerRoman", markers::lowerRoman}};
-        if (const auto bullet = kBullets.find(word); bullet != kBullets.end())
-            theme.bulletedListMarker = bullet->second;
-        else if (const auto number = kNumbers.find(word); number != kNumbers.end())
-            theme.numberedListMarker = number->second;
-        else if (word == "light")
-            options.colorScheme = ColorScheme::light;
-        else if (word == "center")
-            options.alignment = TextAlignment::center;
-        else if (word == "trailing")
-            options.alignment = TextAlignment::trailing;
-        else if (word.starts_with("width="))
+        static const std::map<std::string, std::function<void(Setting&)>> kWords{
+            {"dash", [](Setting& self) { self.theme.bulletedListMarker = markers::dash; }},
+            {"disc", [](Setting& self) { self.theme.bulletedListMarker = markers::disc; }},
+            {"circle", [](Setting& self) { self.theme.bulletedListMarker = markers::circle; }},
+            {"square", [](Setting& self) { self.theme.bulletedListMarker = markers::square; }},
+            {"upperRoman", [](Setting& self) { self.theme.numberedListMarker = markers::upperRoman; }},
+            {"lowerRoman", [](Setting& self) { self.theme.numberedListMarker = markers::lowerRoman; }},
+            {"light", [](Setting& self) { self.options.colorScheme = ColorScheme::light; }},
+            {"center", [](Setting& self) { self.options.alignment = TextAlignment::center; }},
+            {"trailing", [](Setting& self) { self.options.alignment = TextAlignment::trailing; }}};
+        if (word.starts_with("width="))
             options.width = std::stod(word.substr(6));
         else if (word.starts_with("size="))
             options.fontSize = std::stod(word.substr(5));
         else
-            ADD_FAILURE() << "no such word: " << word;
+            kWords.at(word)(*this);
     }
 };
 
@@ -95,12 +82,12 @@ class Golden : public testing::TestWithParam<std::filesystem::path> {};
 TEST_P(Golden, lays_out_as_its_file_says) {
     std::filesystem::path expected = GetParam();
     expected.replace_extension(".layout");
-    const std::string layout = layoutOf(contentOf(GetParam()));
+    const std::string layout = layoutOf(test::contentOf(GetParam()));
     if (std::getenv("QUILLMOTH_REWRITE_GOLDENS") != nullptr) { // NOLINT(concurrency-mt-unsafe)
         std::ofstream(expected) << layout;
         return;
     }
-    EXPECT_EQ(layout, contentOf(expected))
+    EXPECT_EQ(layout, test::contentOf(expected))
         << "If the new layout of " << GetParam().filename()
         << " is right, set QUILLMOTH_REWRITE_GOLDENS=1, run this test again, and read the change of "
         << expected.filename() << ".";

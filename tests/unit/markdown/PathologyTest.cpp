@@ -46,13 +46,7 @@ std::size_t costOf(const std::string& text) {
 }
 
 TEST_F(Pathology, work_grows_with_the_text_and_not_faster) {
-    struct Case {
-        const char* name;
-        std::string small;
-        std::string large;
-    };
-
-    const std::vector<Case> cases{
+    const std::vector<std::tuple<const char*, std::string, std::string>> cases{
         {"nested quotes", repeated("> ", 1000) + "x", repeated("> ", 4000) + "x"},
         {"nested lists", nestedList(250), nestedList(500)},
         {"lists on a line", repeated("- ", 1000) + "x", repeated("- ", 4000) + "x"},
@@ -69,11 +63,11 @@ TEST_F(Pathology, work_grows_with_the_text_and_not_faster) {
         {"a long list", repeated("1. item\n", 2000), repeated("1. item\n", 8000)},
         {"headings", repeated("# h\n", 2000), repeated("# h\n", 8000)},
     };
-    for (const Case& c : cases) {
-        const auto small = static_cast<double>(costOf(c.small));
-        const auto large = static_cast<double>(costOf(c.large));
-        const double growth = static_cast<double>(c.large.size()) / static_cast<double>(c.small.size());
-        EXPECT_LT(large, growth * 1.3 * small + 1000) << c.name;
+    for (const auto& [name, small, large] : cases) {
+        const double growth = static_cast<double>(large.size()) / static_cast<double>(small.size());
+        EXPECT_LT(static_cast<double>(costOf(large)),
+                  growth * 1.3 * static_cast<double>(costOf(small)) + 1000)
+            << name;
     }
 }
 
@@ -87,13 +81,7 @@ TEST_F(Pathology, what_the_parser_takes_minutes_for_is_not_parsed_and_usual_text
     const std::string shortRows = wideTable(800) + repeated("a\n", 8000);
     const std::string lazyLines = repeated(">", 4000) + "x\n" + repeated("a\n", 100'000);
 
-    struct Case {
-        const char* name;
-        std::string text;
-        ParsePlan plan;
-    };
-
-    const std::vector<Case> cases{
+    const std::vector<std::tuple<const char*, std::string, ParsePlan>> cases{
         {"images", filled("![[]()"), ParsePlan::never},
         {"instructions", "a " + filled("<?"), ParsePlan::never},
         {"declarations", "a " + filled("<!A "), ParsePlan::never},
@@ -114,8 +102,8 @@ TEST_F(Pathology, what_the_parser_takes_minutes_for_is_not_parsed_and_usual_text
         {"code", "```\n" + repeated("if (a[i] < b) { return a[i]; }\n", 500) + "```\n", ParsePlan::atOnce},
         {"nothing", "", ParsePlan::atOnce},
     };
-    for (const Case& c : cases)
-        EXPECT_EQ(static_cast<int>(parsePlanOf(c.text)), static_cast<int>(c.plan)) << c.name;
+    for (const auto& [name, text, plan] : cases)
+        EXPECT_EQ(parsePlanOf(text), plan) << name;
 }
 
 TEST_F(Pathology, what_is_nested_too_deep_keeps_its_text) {

@@ -1,7 +1,5 @@
-#include "MarkdownUI/Document/MarkdownContent.h"
-#include "MarkdownUI/Layout/FlowLayout.h"
 #include "MarkdownUI/Layout/HeightIndex.h"
-#include "MarkdownUI/Style/InlineRendering.h"
+#include "MarkdownUI/Style/AttributedText.h"
 #include "MarkdownUI/Style/TextStyleBuilder.h"
 #include "MarkdownUI/Style/Theme.h"
 
@@ -22,16 +20,9 @@ FontProperties fontAfter(const std::vector<AnyTextStyle>& styles) {
 }
 
 TEST(TextStyle, font_sizes_set_multiply_or_replace_the_scale) {
-    struct Case {
-        std::vector<AnyTextStyle> styles;
-        double size;
-        double scale;
-        double scaledSize;
-    };
-
     const auto em = [](double value) { return FontSize{RelativeSize::em(value)}; };
     const auto rem = [](double value) { return FontSize{RelativeSize::rem(value)}; };
-    const std::vector<Case> cases{
+    const std::vector<std::tuple<std::vector<AnyTextStyle>, double, double, double>> cases{
         {{}, 13, 1, 13},
         {{em(2), em(0.94)}, 13, 1.88, 24},
         {{em(2), FontSize{20.0}}, 20, 1, 20},
@@ -39,11 +30,11 @@ TEST(TextStyle, font_sizes_set_multiply_or_replace_the_scale) {
         {{FontSize{16.0}, em(0.83)}, 16, 0.83, 13},
         {{FontSize{5.0}, em(0.5)}, 5, 0.5, 3}, // halves away from zero
     };
-    for (const Case& c : cases) {
-        const FontProperties font = fontAfter(c.styles);
-        EXPECT_DOUBLE_EQ(font.size, c.size);
-        EXPECT_DOUBLE_EQ(font.scale, c.scale);
-        EXPECT_DOUBLE_EQ(font.scaledSize(), c.scaledSize);
+    for (const auto& [styles, size, scale, scaledSize] : cases) {
+        const FontProperties font = fontAfter(styles);
+        EXPECT_DOUBLE_EQ(font.size, size);
+        EXPECT_DOUBLE_EQ(font.scale, scale);
+        EXPECT_DOUBLE_EQ(font.scaledSize(), scaledSize);
     }
 }
 
@@ -118,62 +109,12 @@ TEST(AttributedText, runs_cover_the_text_and_neighbours_differ) {
     EXPECT_EQ(text, AttributedText("abcdef", {}));
 }
 
-TEST(InlineRendering, nesting_compounds_and_images_inside_are_dropped) {
-    const MarkdownContent content("***a `b`*** [c](d) [e](<f g>) *![h](i)*");
-    const auto& values = content.blocks[0].get<blocks::Paragraph>()->text;
-    const AttributedText text =
-        inlinesToText(values, InlineEnvironment("https://x.org/y", Theme::basic()), withFont(), {});
-    EXPECT_EQ(text.text(), "a b c e ");
-    ASSERT_GE(text.runs().size(), 5U);
-    const Font& both = *text.runs()[0].attributes->font;
-    EXPECT_TRUE(both.isItalic);
-    EXPECT_EQ(both.weight, FontProperties::Weight::semibold);
-    const Font& code = *text.runs()[1].attributes->font;
-    EXPECT_TRUE(code.isMonospaced && code.isItalic);
-    EXPECT_EQ(code.size, 12);
-    EXPECT_EQ(text.runAt(4)->attributes->link, "https://x.org/d");
-    EXPECT_EQ(text.runAt(6)->attributes->link, std::nullopt) << "a destination that is no URL gives no link";
-    EXPECT_FALSE(text.runs()[0].attributes->fontProperties) << "fonts are realized";
-}
-
 TEST(ListMarker, numerals) {
     const std::vector<std::pair<std::int64_t, std::string>> cases{
         {1, "I"},    {4, "IV"},         {9, "IX"},           {14, "XIV"},    {40, "XL"}, {90, "XC"},
         {400, "CD"}, {1994, "MCMXCIV"}, {3999, "MMMCMXCIX"}, {4000, "4000"}, {0, "0"},   {-3, "-3"}};
     for (const auto& [number, numeral] : cases)
         EXPECT_EQ(romanNumeral(number), numeral);
-}
-
-TEST(BlockMargin, margins_collapse_to_the_larger) {
-    const BlockMargin none;
-    const BlockMargin paragraph{0, 13};
-    const BlockMargin heading{20, 13};
-    EXPECT_EQ(spaceBetween(paragraph, paragraph, false), 13);
-    EXPECT_EQ(spaceBetween(paragraph, heading, false), 20);
-    EXPECT_EQ(spaceBetween(paragraph, paragraph, true), 0);
-    EXPECT_EQ(spaceBetween(heading, heading, true), 20);
-    EXPECT_EQ(spaceBetween(none, none, false), kDefaultPadding);
-    EXPECT_EQ(spaceBetween(none, paragraph, false), 0);
-    EXPECT_EQ(spaceBetween(paragraph, none, true), 0);
-    EXPECT_EQ(combined(none, paragraph), paragraph);
-    EXPECT_EQ(combined(heading, paragraph), heading);
-}
-
-TEST(FlowLayout, rows_are_filled_and_things_stand_on_their_bottom) {
-    FlowLayout flow(4, 4, 100);
-    const auto fixed = [](double width, double height) {
-        return [=](double /*left*/) { return Size{width, height}; };
-    };
-    flow.add(fixed(48, 10));
-    flow.add(fixed(48, 20)); // just fits
-    flow.add(fixed(10, 10)); // does not
-    flow.addSpacer();
-    flow.add(fixed(10, 30));
-    flow.add([](double left) { return Size{std::min(200.0, left), 5}; }); // shrinks to a row of its own
-    EXPECT_EQ(flow.frames(),
-              (std::vector<Rect>{
-                  {0, 10, 48, 10}, {52, 0, 48, 20}, {0, 24, 10, 10}, {0, 38, 10, 30}, {0, 72, 100, 5}}));
-    EXPECT_EQ(flow.size(), (Size{100, 77}));
 }
 
 TEST(HeightIndex, finds_by_height_after_changes) {
