@@ -17,10 +17,6 @@ protected:
             answer({data});
         return count;
     }
-
-    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-        item.keyPress(QKeyEvent(QEvent::KeyPress, key, modifiers));
-    }
 };
 
 } // namespace

@@ -66,7 +66,7 @@ TEST_F(HeldImagesTest, WaitForAClickOrAKeyAndLoadOneByOne) {
     const QString text = QString::fromStdString(item.content().textOfBlock(0));
     for (const auto key : {Qt::Key_Space, Qt::Key_Return}) {
         ASSERT_TRUE(item.focusNextControl(true));
-        EXPECT_TRUE(item.keyPress(QKeyEvent(QEvent::KeyPress, key, Qt::NoModifier)));
+        EXPECT_TRUE(press(key));
     }
     ASSERT_EQ(asked.size(), 2U);
     EXPECT_EQ(asked[0].first.url, "https://y.org/b");
@@ -129,22 +129,17 @@ TEST_F(HeldImagesTest, OfPrivateAddressesNeverLoadByThemselvesAndFilesNotAtAll) 
 }
 
 TEST_F(HeldImagesTest, AreDecodedByWhatTheyAreAndWithinTheLimits) {
-    const struct {
-        ImageAnswer answer;
-        const char* note;
-    } rows[] = {
-        {{"<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>"},
-         "Not a PNG, JPEG, GIF or WebP image"},
-        {{"<?xml version='1.0'?><svg xmlns='http://www.w3.org/2000/svg'/>"},
-         "Not a PNG, JPEG, GIF or WebP image"},
-        {{"BM some other format that Qt knows"}, "Not a PNG, JPEG, GIF or WebP image"},
-        {{pictureData(Qt::red, 9, 9).first(40)}, "Not a PNG, JPEG, GIF or WebP image"},
-        {{QByteArray("\x89PNG\r\n\x1A\n") + QByteArray(kMostImageBytes, 'x')},
-         "Larger than 16 MB, not loaded"},
+    const char* noImage = "Not a PNG, JPEG, GIF or WebP image";
+    const std::pair<ImageAnswer, const char*> rows[] = {
+        {{"<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'/>"}, noImage},
+        {{"<?xml version='1.0'?><svg xmlns='http://www.w3.org/2000/svg'/>"}, noImage},
+        {{"BM some other format that Qt knows"}, noImage},
+        {{pictureData(Qt::red, 9, 9).first(40)}, noImage},
+        {{"\x89PNG\r\n\x1A\n" + QByteArray(kMostImageBytes, 'x')}, "Larger than 16 MB, not loaded"},
         {{{}, ImageProblem::tooManyBytes}, "Larger than 16 MB, not loaded"},
         {{hollowPNG(8001, 8000)}, "More than 64 megapixels, not shown"},
-        {{hollowPNG(0x7FFFFFFF, 0x7FFFFFFF)}, "Not a PNG, JPEG, GIF or WebP image"},
-        {{hollowPNG(8000, 8000)}, "Not a PNG, JPEG, GIF or WebP image"}, // no pixels
+        {{hollowPNG(0x7FFFFFFF, 0x7FFFFFFF)}, noImage},
+        {{hollowPNG(8000, 8000)}, noImage}, // no pixels
         {{pictureData(Qt::red, 9, 9)}, "none"},
         {{pictureData(Qt::red, 9, 9, "JPG")}, "none"},
         {{QByteArray::fromBase64("R0lGODlhAQABAIAAAP8AAAAAACwAAAAAAQABAAACAkQBADs=")}, "none"},

@@ -18,6 +18,9 @@ namespace quillmoth::markdown {
 /// An item on a fake host.
 class ItemTest : public ::testing::Test {
 protected:
+    explicit ItemTest(ImageServices images = {})
+        : services(MarkdownPalette::panel(), &highlighter, std::move(images)) {}
+
     static constexpr int kWidth = 400;
 
     /// With the images that are in the text itself.
@@ -38,22 +41,17 @@ protected:
 
     DocumentLayout& document() { return *item.content().document(); }
 
-    /// Painted in strips of that height.
-    QImage picture(int height = 300, int strip = 300) {
-        QImage image(kWidth, height, QImage::Format_RGB32);
+    QImage picture() {
+        QImage image(kWidth, 300, QImage::Format_RGB32);
         image.fill(services.palette.base);
         QPainter painter(&image);
-        for (int top = 0; top < height; top += strip) {
-            const QRect area(0, top, kWidth, strip);
-            painter.setClipRect(area);
-            item.paint(painter, QRectF(area), {});
-        }
+        item.paint(painter, QRectF(image.rect()), {});
         return image;
     }
 
     highlighting::SplashCodeSyntaxHighlighter highlighter{
         highlighting::Theme::midnight(highlighting::Font(16))};
-    MarkdownServices services{MarkdownPalette::panel(), &highlighter};
+    MarkdownServices services;
     FakeHost host;
     MarkdownItem item{services, host};
 };

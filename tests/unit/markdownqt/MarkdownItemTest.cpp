@@ -146,16 +146,6 @@ TEST_F(MarkdownItemTest, ScrollsWideCodeSidewaysByWheelKeysAndBar) {
     EXPECT_NEAR(region.offset, region.contentWidth - region.frame.width, 0.5);
 }
 
-TEST_F(MarkdownItemTest, AnAppendShapesNoMoreThanTheEndOfTheText) {
-    item.setWidth(kWidth);
-    for (int count = 0; count < 2000; ++count)
-        item.append("word after word ");
-    const std::size_t before = services.engine.linesShaped();
-    for (int count = 0; count < 100; ++count)
-        item.append("more ");
-    EXPECT_LT(services.engine.linesShaped() - before, 400U);
-}
-
 TEST_F(MarkdownItemTest, LinesOfPlainTextStandAtOneDistance) {
     item.setWidth(kWidth);
     item.setFontSize(24);
@@ -168,14 +158,6 @@ TEST_F(MarkdownItemTest, LinesOfPlainTextStandAtOneDistance) {
     EXPECT_EQ(heightOf(""), heightOf("a"));
     item.setLineHeight(40);
     EXPECT_EQ(heightOf("a\nb") - heightOf("a"), 40);
-}
-
-TEST_F(MarkdownItemTest, PaintsTheSameWholeOrInStrips) {
-    show("# Title\n\nText with `code` and [link](x).\n\n" + kWideCode +
-         "\n| a | b |\n|---|---|\n| 1 | 2 |\n");
-    item.selectAll();
-    const int height = static_cast<int>(item.height());
-    EXPECT_EQ(picture(height, height), picture(height, 37));
 }
 
 } // namespace quillmoth::markdown

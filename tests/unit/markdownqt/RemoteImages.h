@@ -3,13 +3,8 @@
 #include "MarkdownUI/Qt/AccessibleDocument.h"
 #include "MarkdownUI/Qt/ImageLimits.h"
 
-#include "FakeHost.h"
+#include "ItemTest.h"
 #include "Pictures.h"
-
-#include <gtest/gtest.h>
-
-#include <QCoreApplication>
-#include <QKeyEvent>
 
 #include <set>
 #include <string>
@@ -19,8 +14,17 @@ namespace quillmoth::markdown {
 inline constexpr double kImageSide = 600;
 
 /// An item whose images wait for the user, or load by themselves; the test plays the network.
-class RemoteImages : public ::testing::Test {
+class RemoteImages : public ItemTest {
 protected:
+    RemoteImages()
+        : ItemTest(
+              {.download = [this](const ImageRequest& request,
+                                  auto finished) { asked.emplace_back(request, std::move(finished)); },
+               .permissions = {.loadsAll = [this] { return loadsAll; },
+                               .loadsFrom = [this](const std::string& host) { return hosts.contains(host); },
+                               .allow = [this](const std::string& host) { hosts.insert(host); }},
+               .clock = [this] { return now; }}) {}
+
     void show(const std::string& markdown) {
         item.setWidth(kImageSide);
         item.setForm(TextForm::markdown);
@@ -68,17 +72,6 @@ protected:
     std::set<std::string> hosts;
     bool loadsAll = false;
     std::chrono::steady_clock::time_point now{std::chrono::hours(1)};
-    MarkdownServices services{
-        MarkdownPalette::panel(),
-        nullptr,
-        {.download = [this](const ImageRequest& request,
-                            auto finished) { asked.emplace_back(request, std::move(finished)); },
-         .permissions = {.loadsAll = [this] { return loadsAll; },
-                         .loadsFrom = [this](const std::string& host) { return hosts.contains(host); },
-                         .allow = [this](const std::string& host) { hosts.insert(host); }},
-         .clock = [this] { return now; }}};
-    FakeHost host;
-    MarkdownItem item{services, host};
 };
 
 } // namespace quillmoth::markdown
