@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <regex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,19 +26,15 @@ struct Site {
 
 /// The rows of fatal_sites.txt.
 std::vector<Site> readSites() {
+    const std::regex row(R"((.*) \| (.*) \| (.*) \| (.*))");
     std::vector<Site> sites;
     std::ifstream table(fs::path(QUILLMOTH_SOURCES) / "tests/unit/sweep/fatal_sites.txt");
     for (std::string line; std::getline(table, line);) {
-        std::vector<std::string> fields;
-        for (std::size_t begin = 0; !line.empty() && line.front() != '#' && begin <= line.size();) {
-            const std::size_t end = std::min(line.find(" | ", begin), line.size());
-            fields.push_back(line.substr(begin, end - begin));
-            begin = end + 3;
-        }
-        if (fields.size() == 4)
-            sites.push_back({fields[0], fields[1], fields[2], fields[3]});
+        std::smatch fields;
+        if (std::regex_match(line, fields, row))
+            sites.push_back({fields[1], fields[2], fields[3], fields[4]});
         else
-            EXPECT_TRUE(fields.empty()) << "no row of the table: " << line;
+            EXPECT_TRUE(line.empty() || line.front() == '#') << "no row of the table: " << line;
     }
     return sites;
 }

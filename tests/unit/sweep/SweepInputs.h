@@ -37,13 +37,10 @@ private:
 [[nodiscard]] std::string text(Dice& dice);
 /// Cut, doubled, or with a byte or a sign of JSON in the wrong place.
 [[nodiscard]] std::string damaged(std::string bytes, Dice& dice);
-[[nodiscard]] std::string presetsFile(Dice& dice);
-[[nodiscard]] std::string historyFile(Dice& dice);
-[[nodiscard]] std::string link(Dice& dice);
+/// One of those in this section of inputs.txt, now and then damaged.
+[[nodiscard]] std::string input(const std::string& section, Dice& dice);
 /// Bytes of an event stream, which may be any part of one.
 [[nodiscard]] std::string streamBytes(Dice& dice);
-/// What is sent for the topic of a conversation.
-[[nodiscard]] std::string topicAnswer(Dice& dice);
 [[nodiscard]] int status(Dice& dice);
 [[nodiscard]] std::pair<std::string, platform::DefaultsValue> setting(Dice& dice);
 
