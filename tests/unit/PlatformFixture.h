@@ -6,8 +6,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace quillmoth {
@@ -19,9 +22,21 @@ struct FatalFault : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-/// The fake platform; what is logged is kept, and a fatal fault is thrown.
+/// The fake platform, without settings in the environment; what is logged is kept, and a fatal fault is
+/// thrown.
 class PlatformFixture : public testing::Test {
 protected:
+    PlatformFixture() {
+        for (const char* name : {"QUILLMOTH_OPENAI_BASE_URL", "QUILLMOTH_GATEWAY_BASE_URL", "QUILLMOTH_LOG"})
+            unsetenv(name);
+    }
+
+    /// Whether a line of the log contains the words.
+    [[nodiscard]] bool logged(std::string_view words) const {
+        return std::any_of(lines.begin(), lines.end(),
+                           [&](const std::string& line) { return line.find(words) != std::string::npos; });
+    }
+
     platform::FakePlatform platform;
     Texts lines;
 

@@ -83,15 +83,8 @@ TEST_F(AnswerStreamTest, the_two_starts_assign_each_in_its_own_order) {
 }
 
 TEST_F(AnswerStreamTest, each_status_ends_in_its_words_and_drops_the_exchange) {
-    struct Case {
-        int status;
-        /// The error, or its beginning.
-        std::string error;
-        /// What is left to be shown where the conversation is archived.
-        std::string archived;
-    };
-
-    const Case cases[] = {
+    // The error or its beginning, and what is left to be shown where the conversation is archived.
+    const std::tuple<int, const char*, std::string> cases[] = {
         {400, "Error 400: Bad request. Your request is too long.", "Error 400"},
         {401, "Error 401: Your API key is invalid, Please check again.", ""},
         {402, "Error 402", ""},
@@ -166,14 +159,7 @@ TEST_F(AnswerStreamTest, a_200_that_is_no_whole_answer_is_told_and_loses_nothing
     const std::string role = "data: {\"choices\":[{\"delta\":{\"role\":\"assistant\"},\"index\":0}]}\n\n";
     const std::string done = "data: [DONE]\n\n";
 
-    struct Case {
-        std::string body;
-        bool breaks;
-        std::string error;
-        std::string response;
-    };
-
-    const Case cases[] = {
+    const std::tuple<std::string, bool, std::string, std::string> cases[] = {
         {"", false, noService, ""},
         {"<html>\n\n<body>Log in</body>\n\n</html>\n\n", false, noService, ""},
         {"data: {\"error\":{}}\n\n", false, noService, ""},
@@ -184,8 +170,8 @@ TEST_F(AnswerStreamTest, a_200_that_is_no_whole_answer_is_told_and_loses_nothing
         {piece("all") + piece("") + role, false, "", "all"},
     };
     const platform::URLError broke{platform::URLError::Code::connectionLost, "It broke."};
-    for (const Case& each : cases) {
-        SCOPED_TRACE(each.body);
+    for (const auto& [body, breaks, error, response] : cases) {
+        SCOPED_TRACE(body);
         for (const bool again : {false, true}) {
             startAnew();
             if (again) {
@@ -194,10 +180,9 @@ TEST_F(AnswerStreamTest, a_200_that_is_no_whole_answer_is_told_and_loses_nothing
             } else {
                 ask("my question");
             }
-            serveData(200, each.body, each.breaks ? std::optional(broke) : std::nullopt);
-            EXPECT_EQ(shown(),
-                      each.response + "|" + (each.response.empty() ? "my question|" : "|") + each.error);
-            EXPECT_EQ(model->_messages->size(), each.response.empty() ? 1U : 3U);
+            serveData(200, body, breaks ? std::optional(broke) : std::nullopt);
+            EXPECT_EQ(shown(), response + "|" + (response.empty() ? "my question|" : "|") + error);
+            EXPECT_EQ(model->_messages->size(), response.empty() ? 1U : 3U);
         }
     }
 }

@@ -87,14 +87,6 @@ protected:
         platform.runUntilIdle();
     }
 
-    /// The same, with each of `pieces` in an event of its own.
-    void serve(int statusCode, const Texts& pieces = {}) {
-        std::string data;
-        for (const std::string& text : pieces)
-            data += piece(text);
-        serveData(statusCode, data);
-    }
-
     void failToConnect(const std::string& words) {
         stream().complete(platform::URLError{platform::URLError::Code::cannotConnectToHost, words});
         platform.runUntilIdle();

@@ -1,4 +1,5 @@
 #include "Foundation/Limits.h"
+#include "Quillmoth/Assistant/CaptureTexts.h"
 #include "tests/unit/assistant/AssistantFixture.h"
 
 namespace quillmoth {
@@ -116,6 +117,16 @@ TEST_F(ContextCaptureTest, a_copy_equal_to_the_clipboard_changes_nothing) {
     platform.pasteboard.contents = "same";
     platform.pasteboard.calls.clear();
     EXPECT_EQ(assignments([&] { platform.mainQueue.advance(0.2); }), Texts{});
+    EXPECT_TRUE(platform.pasteboard.calls.empty());
+}
+
+TEST_F(ContextCaptureTest, keys_that_cannot_be_sent_are_told_and_leave_the_clipboard_alone) {
+    platform.userDefaults.set("useCopyHack", true);
+    platform.keyboardEvents.failsToMakeEvents = true;
+    platform.pasteboard.contents = "kept";
+    model->captureContext();
+    platform.mainQueue.advance(1);
+    EXPECT_EQ(*model->_error, kNoCopyMessage);
     EXPECT_TRUE(platform.pasteboard.calls.empty());
 }
 

@@ -95,7 +95,7 @@ TEST_F(ConversationJournalTest, a_conversation_that_changes_before_its_end_repla
     converse("one", {"1"});
     settle();
     model->regenerate();
-    serve(200, {"other"});
+    serveData(200, piece("other"));
     settle();
     startAgain();
     EXPECT_EQ(history(), (std::vector<Texts>{{kSystem, "user: one", "assistant: other"}}));
@@ -132,7 +132,7 @@ TEST_F(ConversationJournalTest, one_that_the_user_replaces_by_another_is_not_kep
     settle();
     for (int presses = 0; presses < 2; ++presses)
         ask("", 3);
-    serve(200, {"2"});
+    serveData(200, piece("2"));
     settle();
     startAgain();
     EXPECT_EQ(history(), (std::vector<Texts>{

@@ -1,3 +1,4 @@
+#include "Quillmoth/Assistant/CaptureTexts.h"
 #include "tests/unit/assistant/AssistantFixture.h"
 
 namespace quillmoth {
@@ -30,38 +31,24 @@ TEST_F(ModelMakingTest, the_first_row_is_selected_and_the_field_asks_for_the_foc
     EXPECT_EQ(model->_extractedTexts->size(), 7U);
 }
 
-TEST_F(ModelMakingTest, a_damaged_history_is_logged_and_kept_aside_and_an_empty_one_is_none) {
-    for (const std::string content : {"[]", "[{"}) {
-        platform.documents.put(DataModel::kHistoryFilename, content);
-        lines.clear();
-        remake();
-        EXPECT_TRUE(model->_oldMessages->empty());
-        EXPECT_EQ(std::count_if(lines.begin(), lines.end(),
-                                [](const std::string& line) {
-                                    return line.starts_with(
-                                        "error reading data file:QuillmothHistory.json :");
-                                }),
-                  content == "[]" ? 0 : 1);
-        EXPECT_EQ(platform.documents.content(DataModel::kHistoryFilename), content) << "until the next save";
-    }
-    EXPECT_EQ(platform.documents.content(DataModel::kHistoryFilename + std::string(".damaged-1")), "[{");
-}
-
-TEST_F(ModelMakingTest, a_history_that_cannot_be_read_stays_and_is_told_and_joined_once_it_can) {
-    const std::string path = platform::FakeDocuments::pathOf(DataModel::kHistoryFilename);
-    model->storeConversation("old", {}, -1);
-    const std::string before = platform.documents.files[path];
-    platform.documents.unreadable = {path};
+TEST_F(ModelMakingTest, files_that_cannot_be_used_are_told_until_a_prompt_is_run) {
+    const auto tells = [this](const std::string& text) {
+        return model->_error->find(text) != std::string::npos;
+    };
+    platform.documents.put(PromptModel::kFilename, "[]");
+    platform.documents.put(DataModel::kHistoryFilename, "[{");
     remake();
-    EXPECT_NE(model->_error->find("QuillmothHistory.json cannot be used"), std::string::npos)
-        << *model->_error;
-    model->storeConversation("new", {}, -1);
-    EXPECT_EQ(platform.documents.files[path], before);
-    platform.documents.unreadable.clear();
-    remake();
-    ASSERT_EQ(model->_oldMessages->size(), 2U);
-    EXPECT_EQ(model->_oldMessages->front().topic, "new");
-    EXPECT_EQ(*model->_error, "");
+    EXPECT_FALSE(model->_PromptM.get()->prompts().empty());
+    const std::string presets = platform::FakeDocuments::pathOf("QuillmothPrompts.json.damaged-1");
+    const std::string history = platform::FakeDocuments::pathOf("QuillmothHistory.json.damaged-1");
+    EXPECT_TRUE(tells(presets) && tells(history)) << *model->_error;
+    platform.accessibility.isTrusted = false;
+    platform.accessibility.systemWide().fail("AXFocusedUIElement", -25212);
+    model->captureContext();
+    EXPECT_TRUE(tells(kPermissionMessage) && tells(presets)) << *model->_error;
+    model->runPrompt();
+    model->captureContext();
+    EXPECT_EQ(*model->_error, kPermissionMessage);
 }
 
 TEST_F(ModelMakingTest, an_assignment_of_the_same_value_is_told_before_it_lands) {

@@ -11,14 +11,7 @@ constexpr int kCall = 3;
 class PromptExecutionTest : public AssistantFixture {};
 
 TEST_F(PromptExecutionTest, each_way_chooses_its_own_system_message_and_text) {
-    struct Case {
-        std::int64_t index;
-        const char* command;
-        const char* context;
-        Texts expected;
-    };
-
-    const Case cases[] = {
+    const std::tuple<std::int64_t, const char*, const char*, Texts> cases[] = {
         {-1, "hi [you]", "", {"system: Your are helpful assistant", "user: hi [you]"}},
         {kMail, "", "", {"system: You are a helpful assistant", "user: Write a mail"}},
         {kSummary, "", "", {"system: You are a helpful assistant", "user: Sum up: {selected text}"}},

@@ -7,10 +7,7 @@ namespace {
 /// With an address that has a typing error.
 class RefusalTest : public FloatingViewFixture {
 protected:
-    RefusalTest() {
-        unsetenv("QUILLMOTH_OPENAI_BASE_URL");
-        spoil();
-    }
+    RefusalTest() { spoil(); }
 
     void spoil() { platform.userDefaults.set("openAIBaseURL", std::string("https//typing.example")); }
 

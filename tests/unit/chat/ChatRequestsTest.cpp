@@ -1,18 +1,12 @@
 #include "Quillmoth/Chat/ChatRequests.h"
 #include "tests/unit/PlatformFixture.h"
 
-#include <cstdlib>
-
 namespace quillmoth {
 namespace {
 
 class ChatRequests : public PlatformFixture {
 protected:
-    ChatRequests() {
-        unsetenv("QUILLMOTH_OPENAI_BASE_URL");
-        unsetenv("QUILLMOTH_GATEWAY_BASE_URL");
-        defaults.set("gatewayBaseURL", "https://gateway.example");
-    }
+    ChatRequests() { defaults.set("gatewayBaseURL", "https://gateway.example"); }
 
     platform::FakeUserDefaults& defaults = platform.userDefaults;
     const std::vector<ChatMessage> messages{{"X", "user", "hi"}};

@@ -1,33 +1,20 @@
 #include "Quillmoth/Chat/ServiceAddresses.h"
 
-#include "Platform/Fake/FakeUserDefaults.h"
 #include "Quillmoth/Chat/ChatRoute.h"
-
-#include <gtest/gtest.h>
-
-#include <cstdlib>
+#include "tests/unit/PlatformFixture.h"
 
 namespace quillmoth {
 namespace {
 
-class ChatRoutes : public testing::Test {
+class ChatRoutes : public PlatformFixture {
 protected:
-    ChatRoutes() { unsetAll(); }
-
-    ~ChatRoutes() override { unsetAll(); }
-
-    static void unsetAll() {
-        unsetenv("QUILLMOTH_OPENAI_BASE_URL");
-        unsetenv("QUILLMOTH_GATEWAY_BASE_URL");
-    }
-
     /// The address, or the words of the refusal.
     std::string way() {
         const auto route = chatRoute(defaults);
         return route ? route->address : route.error().description;
     }
 
-    platform::FakeUserDefaults defaults;
+    platform::FakeUserDefaults& defaults = platform.userDefaults;
 };
 
 TEST_F(ChatRoutes, EnvironmentThenDefaultsThenBuiltIn) {

@@ -3,13 +3,9 @@
 #include "Platform/Fake/FakeUserDefaults.h"
 #include "Platform/Linux/Desktop/XDGLoginItems.h"
 #include "Quillmoth/Settings/LaunchAtLogin.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
-
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 
 namespace quillmoth {
 namespace {
@@ -21,35 +17,25 @@ constexpr const char* kHelper = "org.quillmoth.Quillmoth-LaunchAtLoginHelper";
 
 class LoginItems : public testing::Test {
 protected:
-    ~LoginItems() override { fs::remove_all(folder); }
-
-    std::string content(const std::string& identifier) {
-        std::ifstream stream(folder / "autostart" / (identifier + ".desktop"));
-        std::stringstream text;
-        text << stream.rdbuf();
-        return text.str();
-    }
-
-    void write(const std::string& identifier, const std::string& text) {
-        fs::create_directories(folder / "autostart");
-        std::ofstream(folder / "autostart" / (identifier + ".desktop")) << text;
-    }
-
-    static fs::path makeFolder() {
-        std::string pattern = (fs::temp_directory_path() / "quillmoth-login-XXXXXX").string();
-        return mkdtemp(pattern.data());
-    }
-
     static platform::FakeBundle makeBundle() {
         platform::FakeBundle made;
         made.infos["CFBundleIdentifier"] = kIdentifier;
         return made;
     }
 
-    const fs::path folder = makeFolder();
+    [[nodiscard]] std::string pathOf(const std::string& identifier) const {
+        return folder.path("autostart/" + identifier + ".desktop");
+    }
+
+    void write(const std::string& identifier, const std::string& text) {
+        fs::create_directories(folder.path("autostart"));
+        test::setContent(pathOf(identifier), text);
+    }
+
+    const test::TemporaryFolder folder;
     platform::FakeBundle bundle = makeBundle();
     platform::FakeUserDefaults defaults;
-    platform::XDGLoginItems items{folder / "autostart", "/opt/my apps/50%/quill$moth"};
+    platform::XDGLoginItems items{folder.path("autostart"), "/opt/my apps/50%/quill$moth"};
     LaunchAtLogin launch{items, bundle, defaults};
 };
 
@@ -60,10 +46,11 @@ TEST_F(LoginItems, TheSwitchWritesAndRemovesAnAutostartFile) {
     launch.setEnabled(true);
     EXPECT_TRUE(launch.isEnabled());
     EXPECT_EQ(told, 1);
-    EXPECT_NE(content(kIdentifier).find("Exec=\"/opt/my apps/50%%/quill\\\\$moth\"\n"), std::string::npos);
+    EXPECT_NE(test::contentOf(pathOf(kIdentifier)).find("Exec=\"/opt/my apps/50%%/quill\\\\$moth\"\n"),
+              std::string::npos);
     launch.setEnabled(false);
     EXPECT_FALSE(launch.isEnabled());
-    EXPECT_TRUE(fs::is_empty(folder / "autostart"));
+    EXPECT_TRUE(fs::is_empty(folder.path("autostart")));
 }
 
 TEST_F(LoginItems, AFileThatASessionToolHasSwitchedOffIsNotEnabledAndIsWrittenAnew) {
@@ -76,7 +63,7 @@ TEST_F(LoginItems, AFileThatASessionToolHasSwitchedOffIsNotEnabledAndIsWrittenAn
 }
 
 TEST_F(LoginItems, AFailureIsLoggedAndSurvived) {
-    std::ofstream(folder / "autostart") << "no folder";
+    test::setContent(folder.path("autostart"), "no folder");
     std::vector<std::string> log;
     const ScopedLogCapture capture([&](std::string line) { log.push_back(std::move(line)); });
     launch.setEnabled(true);

@@ -17,6 +17,8 @@ std::string nameOf(const RecordingStep& step) {
 }
 
 struct RecordingRules : testing::Test {
+    RecordingRules() { layout.characters = {{0, "a"}, {12, "q"}, {6, "z"}}; }
+
     RecordingStep step(const RecorderKeyPress& press) {
         const auto isSystems = [this](const Shortcut& shortcut) {
             return std::find(system.begin(), system.end(), shortcut) != system.end();
@@ -24,11 +26,7 @@ struct RecordingRules : testing::Test {
         return recordingStep(press, menu, isSystems, layout);
     }
 
-    platform::FakeKeyboardLayout layout = [] {
-        platform::FakeKeyboardLayout made;
-        made.characters = {{0, "a"}, {12, "q"}, {6, "z"}};
-        return made;
-    }();
+    platform::FakeKeyboardLayout layout;
     std::vector<MainMenuItem> menu = {
         {"File", "", 0, {{"Quit", "q", kFlagCommand, {}}, {"Help", "F9", 0, {}}}},
         {"Edit",
@@ -41,14 +39,8 @@ struct RecordingRules : testing::Test {
 };
 
 TEST_F(RecordingRules, EachPressHasItsStep) {
-    struct Case {
-        const char* what;
-        RecorderKeyPress press;
-        const char* step;
-    };
-
     constexpr ModifierFlags kNoise = kFlagCapsLock | kFlagNumericPad | kFlagFunction | 0x102;
-    const Case cases[] = {
+    const std::tuple<const char*, RecorderKeyPress, const char*> cases[] = {
         {"tab", {48, 0, SpecialKey::tab}, "move on"},
         {"shift tab", {48, kFlagShift, SpecialKey::tab}, "beep"},
         {"escape", {53, 0, SpecialKey::none}, "end"},
@@ -73,8 +65,8 @@ TEST_F(RecordingRules, EachPressHasItsStep) {
         {"of the menu but for option", {12, kFlagCommand | kFlagOption, SpecialKey::none}, "accept"},
         {"option space", {49, kFlagOption, SpecialKey::none}, "accept"},
     };
-    for (const Case& one : cases)
-        EXPECT_EQ(nameOf(step(one.press)), one.step) << one.what;
+    for (const auto& [what, press, expected] : cases)
+        EXPECT_EQ(nameOf(step(press)), expected) << what;
     const auto accepted = step({49, kFlagOption | kNoise, SpecialKey::none});
     EXPECT_EQ(std::get<RecordingAccepts>(accepted).shortcut, Shortcut(Key::space, kFlagOption));
 }

@@ -3,30 +3,22 @@
 #include "Quillmoth/Settings/Updater.h"
 #include "tests/unit/PlatformFixture.h"
 
-#include <cstdlib>
-
 namespace quillmoth {
 namespace {
 
 TEST(UpdateFeedOrder, ComparesVersionsNumberByNumberAndThenBuilds) {
-    struct Case {
-        const char* version;
-        std::optional<std::string> build;
-        bool isNewer;
-    };
-
-    const Case cases[] = {{"1.10", {}, true},   {"1.9.1", {}, true},  {"1.9", {}, false},
-                          {"1.9.0", {}, false}, {"1.8.9", {}, false}, {"2", {}, true},
-                          {"1.9", "8", true},   {"1.9", "7", false},  {"1.8", "99", false}};
-    for (const Case& one : cases)
-        EXPECT_EQ(isNewer({one.version, one.build, {}, {}}, "1.9", "7"), one.isNewer)
-            << one.version << " " << one.build.value_or("-");
+    const std::tuple<const char*, std::optional<std::string>, bool> cases[] = {
+        {"1.10", {}, true},   {"1.9.1", {}, true},  {"1.9", {}, false},
+        {"1.9.0", {}, false}, {"1.8.9", {}, false}, {"2", {}, true},
+        {"1.9", "8", true},   {"1.9", "7", false},  {"1.8", "99", false}};
+    for (const auto& [version, build, expected] : cases)
+        EXPECT_EQ(isNewer({version, build, {}, {}}, "1.9", "7"), expected)
+            << version << " " << build.value_or("-");
 }
 
 class SettingsServices : public PlatformFixture {
 protected:
     SettingsServices() {
-        unsetenv("QUILLMOTH_OPENAI_BASE_URL");
         platform.bundle.infos = {{"CFBundleShortVersionString", "1.0"}, {"CFBundleVersion", "1"}};
     }
 
@@ -37,17 +29,11 @@ TEST_F(SettingsServices, OneCheckAtATimeOfAConfiguredFeedHasAnOutcomeAndOnlyAWeb
     EXPECT_FALSE(readUpdateFeed(R"({"version":"2","url":"file:///bin/sh"})")->url);
     EXPECT_EQ(readUpdateFeed(R"({"version":"2","url":"https://h/p?v=2"})")->url, "https://h/p?v=2");
 
-    struct Case {
-        int status;
-        const char* body;
-        std::size_t outcome;
-    };
-
-    const Case cases[] = {{200, R"({"version":"1.0"})", 0},
-                          {200, R"({"version":"1.1"})", 1},
-                          {200, R"({"version":"new"})", 2},
-                          {200, "<html>", 2},
-                          {404, R"({"version":"9"})", 2}};
+    const std::tuple<int, const char*, std::size_t> cases[] = {{200, R"({"version":"1.0"})", 0},
+                                                               {200, R"({"version":"1.1"})", 1},
+                                                               {200, R"({"version":"new"})", 2},
+                                                               {200, "<html>", 2},
+                                                               {404, R"({"version":"9"})", 2}};
     Updater updater(platform.platform());
     CheckForUpdatesViewModel model(updater);
     for (const char* feed : {"", "file:///etc/passwd", "https://feed.example/f.json"}) {
@@ -58,18 +44,18 @@ TEST_F(SettingsServices, OneCheckAtATimeOfAConfiguredFeedHasAnOutcomeAndOnlyAWeb
     }
     std::optional<UpdateOutcome> outcome;
     updater.onOutcome = [&](const UpdateOutcome& given) { outcome = given; };
-    for (const Case& one : cases) {
+    for (const auto& [status, body, expected] : cases) {
         const std::size_t before = platform.urlSessions.shared().tasks().size();
         for (const bool canCheck : {true, false}) {
             EXPECT_EQ(model._canCheckForUpdates, canCheck);
             updater.checkForUpdates();
             EXPECT_EQ(platform.urlSessions.shared().tasks().size(), before + 1) << "one at a time";
         }
-        task().answer(one.status, one.body);
+        task().answer(status, body);
         EXPECT_FALSE(outcome);
         platform.runUntilIdle();
-        ASSERT_TRUE(outcome) << one.body;
-        EXPECT_EQ(outcome->index(), one.outcome) << one.body;
+        ASSERT_TRUE(outcome) << body;
+        EXPECT_EQ(outcome->index(), expected) << body;
         outcome.reset();
     }
 }
@@ -106,13 +92,7 @@ TEST_F(SettingsServices, ItChecksByItselfOnceAfterTheStartAndThenDailyWhileAFeed
 }
 
 TEST_F(SettingsServices, AConnectionTestSaysWhatHappenedAndNeverTheKey) {
-    struct Case {
-        int status;
-        const char* body;
-        const char* words;
-    };
-
-    const Case cases[] = {
+    const std::tuple<int, const char*, const char*> cases[] = {
         {200, R"({"data":[{"id":"gpt-3.5-turbo"}]})", "It offers 1 model, “gpt-3.5-turbo” among them."},
         {200, R"({"data":[{"id":"a"},{"id":"b"}]})", "It offers 2 models, but not “gpt-3.5-turbo”."},
         {200, "<html>", "not as an OpenAI-compatible server"},
@@ -126,18 +106,18 @@ TEST_F(SettingsServices, AConnectionTestSaysWhatHappenedAndNeverTheKey) {
     platform.userDefaults.set("openapikey", std::string("sk-secret"));
     platform.userDefaults.set("openAIBaseURL", std::string(" http://localhost:11434/ "));
     ConnectionTest test(platform.platform());
-    for (const Case& one : cases) {
+    for (const auto& [status, body, words] : cases) {
         std::optional<ConnectionTest::Answer> answer;
         test.start([&](const ConnectionTest::Answer& given) { answer = given; });
         EXPECT_EQ(task().request().url, "http://localhost:11434/v1/models");
         EXPECT_EQ(task().request().value("Authorization"), "Bearer sk-secret");
         EXPECT_EQ(task().request().timeoutInterval, 15);
-        task().answer(one.status, one.body);
+        task().answer(status, body);
         platform.runUntilIdle();
-        ASSERT_TRUE(answer) << one.words;
-        EXPECT_NE(answer->text.find(one.words), std::string::npos) << answer->text;
+        ASSERT_TRUE(answer) << words;
+        EXPECT_NE(answer->text.find(words), std::string::npos) << answer->text;
         EXPECT_EQ(answer->text.find("secret"), std::string::npos);
-        EXPECT_EQ(answer->isGood, &one == &cases[0]);
+        EXPECT_EQ(answer->isGood, words == std::get<2>(cases[0]));
     }
 }
 
