@@ -118,18 +118,12 @@ TEST_F(PanelViewTest, ATextLeftInTheFieldIsSelectedWhenThePanelOpensAgain) {
 }
 
 TEST_F(PanelViewTest, KeyEquivalentsWorkFromEveryInputInEveryState) {
-    struct Case {
-        int key;
-        Qt::KeyboardModifiers modifiers;
-        std::function<bool()> happened;
-    };
-
     FloatingViewController& controller = *panel.controller;
     const Qt::KeyboardModifiers control = Qt::ControlModifier;
     const auto font = [&](double size) {
         return [&controller, size] { return *controller._fontSize == size; };
     };
-    const std::vector<Case> cases{
+    const std::vector<std::tuple<int, Qt::KeyboardModifiers, std::function<bool()>>> cases{
         {Qt::Key_Plus, control | Qt::ShiftModifier, font(18)},
         {Qt::Key_Equal, control, font(20)},
         {Qt::Key_Minus, control, font(18)},
@@ -146,9 +140,9 @@ TEST_F(PanelViewTest, KeyEquivalentsWorkFromEveryInputInEveryState) {
         panel.platform.userDefaults.set("markdownOnStorage", true);
         controller._markdownOn = true;
         panel.platform.pasteboard.contents.reset();
-        for (const Case& each : cases) {
-            press(*input, each.key, each.modifiers);
-            EXPECT_TRUE(each.happened()) << each.key;
+        for (const auto& [key, modifiers, hasHappened] : cases) {
+            press(*input, key, modifiers);
+            EXPECT_TRUE(hasHappened()) << key;
         }
         panel.open();
     }

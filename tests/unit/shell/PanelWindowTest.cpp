@@ -14,6 +14,15 @@ class PanelWindowTest : public testing::Test {
 protected:
     PanelWindowTest() : panel({makePreset("💡", "Ideas", "p", "nonContext")}) { panel.open(); }
 
+    /// Of the window, without the release of the button.
+    void beginDrag(QPoint from, QPoint by) {
+        QWindow* window = panel.surface().windowHandle();
+        QTest::mousePress(window, Qt::LeftButton, {}, from);
+        QMouseEvent move(QEvent::MouseMove, from + by, panel.surface().pos() + from + by, Qt::NoButton,
+                         Qt::LeftButton, {});
+        QApplication::sendEvent(window, &move);
+    }
+
     const std::vector<std::string>& focusCalls() { return panel.platform.panelFocus.calls; }
 
     PanelUnderTest panel;
@@ -67,13 +76,9 @@ TEST_F(PanelWindowTest, TheFrameIsKeptUnderItsName) {
 
 TEST_F(PanelWindowTest, DraggingAnEmptyPartMovesAndAnEdgeResizes) {
     panel.surface().setFrame(QRect(20, 20, 612, 410));
-    QWindow* window = panel.surface().windowHandle();
     const auto drag = [&](QPoint from, QPoint by) {
-        QTest::mousePress(window, Qt::LeftButton, {}, from);
-        QMouseEvent move(QEvent::MouseMove, from + by, panel.surface().pos() + from + by, Qt::NoButton,
-                         Qt::LeftButton, {});
-        QApplication::sendEvent(window, &move);
-        QTest::mouseRelease(window, Qt::LeftButton, {}, from);
+        beginDrag(from, by);
+        QTest::mouseRelease(panel.surface().windowHandle(), Qt::LeftButton, {}, from);
     };
     drag(QPoint(611, 200), QPoint(50, 0));
     EXPECT_EQ(panel.surface().size(), QSize(662, 410));
@@ -127,13 +132,9 @@ TEST_F(PanelWindowTest, OnASmallScreenItsPartsShareTheRoomThereIs) {
         }
     EXPECT_GE(items, 5);
 
-    QWindow* window = panel.surface().windowHandle();
-    QTest::mousePress(window, Qt::LeftButton, {}, QPoint(426, 130));
-    QMouseEvent move(QEvent::MouseMove, QPointF(416, 130), QPointF(416, 130), Qt::NoButton, Qt::LeftButton,
-                     {});
-    QApplication::sendEvent(window, &move);
+    beginDrag({426, 130}, {-10, 0});
     EXPECT_EQ(panel.surface().size(), all.size()) << "the edge does not jump to the least size";
-    QTest::mouseRelease(window, Qt::LeftButton, {}, QPoint(416, 130));
+    QTest::mouseRelease(panel.surface().windowHandle(), Qt::LeftButton, {}, QPoint(416, 130));
 }
 
 // Where the toolkit scales, a screen begins at its place in pixels and is as large as its pixels by the
@@ -144,20 +145,12 @@ const QList<QRect> kStackedBeforeOrigin{QRect(0, 0, 1280, 720), QRect(-300, -108
 const QList<QRect> kSmallThrice{QRect(0, 0, 427, 267), QRect(1280, -100, 640, 360)};
 
 TEST(PanelGeometryTest, AFrameIsBroughtBackOntoOneScreen) {
-    struct Case {
-        QList<QRect> screens;
-        QRect frame;
-        QRect expected;
-        QSize least = {520, 290};
-    };
-
-    const std::vector<Case> cases{
+    const std::vector<std::tuple<QList<QRect>, QRect, QRect>> cases{
         {kBeside, QRect(100, 100, 612, 410), QRect(100, 100, 612, 410)},
         {kBeside, QRect(5000, 100, 612, 410), QRect(668, 100, 612, 410)},
         {kBeside, QRect(-300, -50, 612, 410), QRect(0, 0, 612, 410)},
         {kBeside, QRect(1200, 600, 612, 410), QRect(1280, 600, 612, 410)},
         {kBeside, QRect(0, 0, 4000, 3000), QRect(1280, 0, 1920, 1080)},
-        {kBeside, QRect(100, 350, 612, 410), QRect(100, 244, 612, 556), {520, 556}},
         {kBesideTwice, QRect(1400, 100, 612, 410), QRect(1920, 100, 612, 410)},
         {kBesideTwice, QRect(700, 300, 612, 410), QRect(348, 130, 612, 410)},
         {kStackedBeforeOrigin, QRect(-250, -1000, 612, 410), QRect(-250, -1000, 612, 410)},
@@ -167,8 +160,9 @@ TEST(PanelGeometryTest, AFrameIsBroughtBackOntoOneScreen) {
         {kSmallThrice, QRect(1300, 200, 400, 200), QRect(1300, -30, 520, 290)},
         {{}, QRect(7, 8, 400, 410), QRect(7, 8, 520, 410)},
     };
-    for (const Case& each : cases)
-        EXPECT_EQ(broughtBack(each.frame, each.least, each.screens), each.expected) << writeFrame(each.frame);
+    for (const auto& [screens, frame, expected] : cases)
+        EXPECT_EQ(broughtBack(frame, {520, 290}, screens), expected) << writeFrame(frame);
+    EXPECT_EQ(broughtBack({100, 350, 612, 410}, {520, 556}, kBeside), QRect(100, 244, 612, 556));
 }
 
 TEST(PanelGeometryTest, AFirstFrameIsInTheMiddleOfTheScreenWithThePointer) {
