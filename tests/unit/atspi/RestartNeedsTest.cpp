@@ -1,7 +1,7 @@
 #include "Platform/Linux/AtSpi/RestartNeeds.h"
 
-#include <cstdlib>
-#include <fstream>
+#include "tests/support/TemporaryFolder.h"
+
 #include <gtest/gtest.h>
 
 namespace quillmoth::platform {
@@ -12,17 +12,13 @@ namespace fs = std::filesystem;
 class RestartNeeds : public testing::Test {
 protected:
     RestartNeeds() {
-        std::string pattern = fs::temp_directory_path() / "quillmoth-processes-XXXXXX";
-        root_ = mkdtemp(pattern.data());
         write("engine/chrome_100_percent.pak", "");
         write("usr/plain", "");
     }
 
-    ~RestartNeeds() override { fs::remove_all(root_); }
-
     void write(const std::string& path, const std::string& text) {
         fs::create_directories((root_ / path).parent_path());
-        std::ofstream(root_ / path) << text;
+        quillmoth::test::setContent(root_ / path, text);
     }
 
     void addProcess(const std::string& number, const std::string& name, const std::string& program,
@@ -35,7 +31,8 @@ protected:
         fs::create_symlink(root_ / program, root_ / "proc" / number / "exe");
     }
 
-    fs::path root_;
+    const quillmoth::test::TemporaryFolder folder_;
+    const fs::path root_ = folder_.path();
 };
 
 } // namespace

@@ -107,13 +107,7 @@ protected:
 };
 
 TEST_F(SelectionWriterTest, a_text_is_spliced_over_the_selection_in_utf16_units_and_the_caret_put_before_it) {
-    struct Case {
-        const char* value;
-        CFRange range;
-        const char* result;
-    };
-
-    const Case cases[] = {
+    const std::tuple<std::string, CFRange, std::string> cases[] = {
         {"one two three", {4, 3}, "one X three"},
         {"🦉 two", {3, 3}, "🦉 X"},
         {"abc", {3, 0}, "abcX"},
@@ -121,18 +115,18 @@ TEST_F(SelectionWriterTest, a_text_is_spliced_over_the_selection_in_utf16_units_
         {"é🦉z", {1, 2}, "éXz"},
         {"", {0, 0}, "X"},
     };
-    for (const Case& each : cases) {
-        SCOPED_TRACE(each.value);
-        field->set("AXValue", std::string(each.value));
-        field->set("AXSelectedTextRange", each.range);
+    for (const auto& [value, range, result] : cases) {
+        SCOPED_TRACE(value);
+        field->set("AXValue", value);
+        field->set("AXSelectedTextRange", range);
         platform.accessibility.calls.clear();
         EXPECT_EQ(write(), WriteResult::written);
-        EXPECT_EQ(platform.accessibility.calls,
-                  (Texts{"system", "copy system AXFocusedUIElement", "copy field AXValue",
-                         "copy field AXSelectedTextRange",
-                         "set field AXValue " + platform::describe(AXValue(std::string(each.result))),
-                         "set field AXSelectedTextRange " +
-                             platform::describe(AXValue(CFRange{each.range.location, 0}))}));
+        EXPECT_EQ(
+            platform.accessibility.calls,
+            (Texts{
+                "system", "copy system AXFocusedUIElement", "copy field AXValue",
+                "copy field AXSelectedTextRange", "set field AXValue " + platform::describe(AXValue(result)),
+                "set field AXSelectedTextRange " + platform::describe(AXValue(CFRange{range.location, 0}))}));
     }
 }
 
@@ -215,15 +209,10 @@ TEST_F(CopyCaptureTest, the_keys_of_a_copy_are_pressed_over_an_empty_clipboard) 
 }
 
 TEST_F(CopyCaptureTest, what_the_clipboard_holds_now_is_the_selection_unless_it_held_it_before) {
-    struct Case {
-        std::optional<std::string> saved;
-        std::optional<std::string> fresh;
-        CaptureResult result;
-    };
-
     const CaptureResult none{.way = CaptureWay::copy, .obstacle = CaptureObstacle::nothingSelected};
     const CaptureResult same{.way = CaptureWay::copy, .obstacle = CaptureObstacle::sameAsClipboard};
-    const Case cases[] = {
+    using Text = std::optional<std::string>;
+    const std::tuple<Text, Text, CaptureResult> cases[] = {
         {"saved", "fresh", {.way = CaptureWay::copy, .text = "fresh"}},
         {std::nullopt, "fresh", {.way = CaptureWay::copy, .text = "fresh"}},
         {"saved", std::nullopt, none},
@@ -231,10 +220,10 @@ TEST_F(CopyCaptureTest, what_the_clipboard_holds_now_is_the_selection_unless_it_
         {"e\xCC\x81", "\xC3\xA9", same},
         {"", std::nullopt, same},
     };
-    for (const Case& each : cases) {
-        SCOPED_TRACE(each.fresh.value_or("none"));
-        platform.pasteboard.contents = each.fresh;
-        EXPECT_EQ(capture.finish(each.saved), each.result);
+    for (const auto& [saved, fresh, result] : cases) {
+        SCOPED_TRACE(fresh.value_or("none"));
+        platform.pasteboard.contents = fresh;
+        EXPECT_EQ(capture.finish(saved), result);
         EXPECT_TRUE(platform.pasteboard.calls.empty());
     }
 }

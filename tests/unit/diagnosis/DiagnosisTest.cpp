@@ -1,6 +1,7 @@
 #include "Quillmoth/Diagnosis/Diagnosis.h"
 
 #include <algorithm>
+#include <functional>
 #include <gtest/gtest.h>
 #include <tuple>
 
@@ -57,13 +58,7 @@ TEST(Diagnosis, WhereAllIsWellNothingIsToBeDone) {
 }
 
 TEST(Diagnosis, EachFaultComesWithWhatToDoAboutIt) {
-    struct Case {
-        void (*spoil)(DesktopFacts&);
-        const char* state;
-        const char* advice;
-    };
-
-    const Case cases[] = {
+    const std::tuple<void (*)(DesktopFacts&), const char*, const char*> cases[] = {
         {[](DesktopFacts& f) { f.hasXServer = false; }, "Session: x11, without an X server", "--toggle"},
         {[](DesktopFacts& f) { f.windowManager.clear(); }, "Window manager: none", "EWMH"},
         {[](DesktopFacts& f) { f.hotKey.clear(); }, "Hot key: none", "record one"},
@@ -114,22 +109,6 @@ TEST(Diagnosis, WithoutADisplayItTellsWhatCanBeKnown) {
     EXPECT_EQ(page(facts).find("Accessibility"), std::string::npos);
 }
 
-TEST(Diagnosis, SaysWhereTheKeyIs) {
-    using Place = DesktopFacts::KeyPlace;
-    using Keyring = DesktopFacts::Keyring;
-    const std::tuple<Place, Keyring, const char*> cases[] = {
-        {Place::nowhere, Keyring::absent, "Key: none\n"},
-        {Place::file, Keyring::absent, "Key: in the settings file; the desktop has no keyring\n"},
-        {Place::file, Keyring::locked, "Key: in the settings file; the desktop has a keyring for it\n"},
-        {Place::keyring, Keyring::unlocked, "Key: in the keyring\n"}};
-    for (const auto& [place, keyring, line] : cases) {
-        DesktopFacts facts = goodDesktop();
-        facts.keyPlace = place;
-        facts.keyring = keyring;
-        EXPECT_NE(page(facts).find(line), std::string::npos) << page(facts);
-    }
-}
-
 TEST(Diagnosis, OnWaylandNothingIsSaidOfAnXServer) {
     DesktopFacts facts = goodDesktop();
     facts.sessionType = "wayland";
@@ -166,22 +145,34 @@ TEST(Diagnosis, TellsWhatTheCompositorServesAndWhatItDoesNot) {
         EXPECT_NE(page(facts).find(told), std::string::npos) << page(facts);
 }
 
-TEST(Diagnosis, NamesTheWayThatWorksInTheProgramInFront) {
-    DesktopFacts facts = goodDesktop();
-    facts.front->takesEdits = false;
-    EXPECT_NE(page(facts).find("Write-back: by pasting\n"), std::string::npos);
-    facts.front->obstacle = CaptureObstacle::nothingSelected;
-    EXPECT_NE(page(facts).find("Capture: through accessibility; nothing is selected now\n"),
-              std::string::npos);
-    facts.front = DesktopFacts::Front{.program = "xterm", .way = CaptureWay::primary, .runsCommands = true};
-    EXPECT_NE(page(facts).find("Capture: through its mouse selection\n"), std::string::npos);
-    EXPECT_NE(page(facts).find("Write-back: never into a terminal"), std::string::npos);
-    facts.front->isCopiedFrom = true;
-    EXPECT_NE(page(facts).find("Capture: by a copy"), std::string::npos);
-    facts.front =
-        DesktopFacts::Front{.program = "firefox", .hasFocus = true, .hasText = true, .isSecret = true};
-    EXPECT_NE(page(facts).find("Capture: never"), std::string::npos);
-    EXPECT_NE(page(facts).find("Write-back: never"), std::string::npos);
+TEST(Diagnosis, SaysWhereTheKeyIsAndWhichWayWorksInTheProgramInFront) {
+    using Facts = DesktopFacts;
+    const auto place = [](Facts::KeyPlace keyPlace, Facts::Keyring keyring) {
+        return [=](Facts& facts) {
+            facts.keyPlace = keyPlace;
+            facts.keyring = keyring;
+        };
+    };
+    const Facts::Front terminal{.program = "xterm", .way = CaptureWay::primary, .runsCommands = true};
+    const Facts::Front secret{.program = "firefox", .hasFocus = true, .hasText = true, .isSecret = true};
+    const std::pair<std::function<void(Facts&)>, const char*> cases[] = {
+        {place(Facts::KeyPlace::nowhere, Facts::Keyring::absent), "Key: none\n"},
+        {place(Facts::KeyPlace::file, Facts::Keyring::absent), "settings file; the desktop has no keyring\n"},
+        {place(Facts::KeyPlace::file, Facts::Keyring::locked), "file; the desktop has a keyring for it\n"},
+        {place(Facts::KeyPlace::keyring, Facts::Keyring::unlocked), "Key: in the keyring\n"},
+        {[](Facts& f) { f.front->takesEdits = false; }, "Write-back: by pasting\n"},
+        {[](Facts& f) { f.front->obstacle = CaptureObstacle::nothingSelected; },
+         "Capture: through accessibility; nothing is selected now\n"},
+        {[&](Facts& f) { f.front = terminal; }, "Capture: through its mouse selection\n"},
+        {[&](Facts& f) { f.front = terminal; }, "Write-back: never into a terminal"},
+        {[&](Facts& f) { (f.front = terminal)->isCopiedFrom = true; }, "Capture: by a copy"},
+        {[&](Facts& f) { f.front = secret; }, "Capture: never"},
+        {[&](Facts& f) { f.front = secret; }, "Write-back: never"}};
+    for (const auto& [change, line] : cases) {
+        DesktopFacts facts = goodDesktop();
+        change(facts);
+        EXPECT_NE(page(facts).find(line), std::string::npos) << line << page(facts);
+    }
 }
 
 } // namespace quillmoth

@@ -82,29 +82,22 @@ TEST_F(EditorRulesTest, eachEditIsWrittenAtOnce) {
 }
 
 TEST_F(EditorRulesTest, aMoveWithinATabMovesAmongAllPresetsAndTheSelectionsFollow) {
-    struct Case {
-        std::size_t row, gap;
-        Names names;
-        std::int64_t context, nonContext;
-    };
-
-    // c2 and n3 are selected.
-    const Case cases[] = {
+    // A row and a gap; the names then, and the selections, which are of c2 and n3.
+    const std::tuple<std::size_t, std::size_t, Names, std::int64_t, std::int64_t> cases[] = {
         {0, 2, {"n1", "c2", "n3", "c0", "c4"}, 1, 2}, {0, 3, {"n1", "c2", "n3", "c4", "c0"}, 1, 2},
         {2, 0, {"c4", "c0", "n1", "c2", "n3"}, 3, 4}, {1, 0, {"c2", "c0", "n1", "n3", "c4"}, 0, 3},
         {1, 3, {"c0", "n1", "n3", "c4", "c2"}, 4, 2}, {1, 1, {"c0", "n1", "c2", "n3", "c4"}, 2, 3},
         {1, 2, {"c0", "n1", "c2", "n3", "c4"}, 2, 3}, {0, 4, {"c0", "n1", "c2", "n3", "c4"}, 2, 3},
         {3, 0, {"c0", "n1", "c2", "n3", "c4"}, 2, 3},
     };
-    for (const Case& move : cases) {
-        SCOPED_TRACE(std::to_string(move.row) + " to " + std::to_string(move.gap));
+    for (const auto& [row, gap, expected, context, nonContext] : cases) {
+        SCOPED_TRACE(std::to_string(row) + " to " + std::to_string(gap));
         PromptEditorView& view = open({"c0", "n1", "c2", "n3", "c4"}, Kind::context, 2);
         view.nonContextTab.selection = 3;
-        const bool isMoved = view.moveRow(move.row, move.gap);
-        EXPECT_EQ(isMoved, move.names != Names({"c0", "n1", "c2", "n3", "c4"}));
-        EXPECT_EQ(names(), move.names);
-        EXPECT_EQ(view.contextTab.selection, move.context);
-        EXPECT_EQ(view.nonContextTab.selection, move.nonContext);
+        EXPECT_EQ(view.moveRow(row, gap), expected != Names({"c0", "n1", "c2", "n3", "c4"}));
+        EXPECT_EQ(names(), expected);
+        EXPECT_EQ(view.contextTab.selection, context);
+        EXPECT_EQ(view.nonContextTab.selection, nonContext);
         EXPECT_EQ(fileContent(), presets());
     }
 }

@@ -8,23 +8,9 @@
 #include <limits>
 #include <map>
 #include <optional>
-#include <ostream>
 #include <random>
 
 namespace quillmoth {
-
-void PrintTo(const Event& event, std::ostream* out) {
-    const auto print = [&](const char* name, const std::optional<std::string>& field) {
-        if (field)
-            *out << name << "=" << testing::PrintToString(*field) << " ";
-    };
-    *out << "{ ";
-    print("id", event.id);
-    print("event", event.event);
-    print("data", event.data);
-    print("time", event.time);
-    *out << "}";
-}
 
 namespace {
 
@@ -62,15 +48,9 @@ std::vector<std::string_view> cutAtRandom(std::string_view text, std::mt19937& r
     return chunks;
 }
 
-struct Row {
-    const char* rule;
-    std::string stream;
-    Events events;
-};
-
 const std::string kNoBreakSpace = "\u00A0";
 
-const std::vector<Row> kRows = {
+const std::vector<std::tuple<const char*, std::string, Events>> kRows = {
     {"a field", "data: hello\n\n", {data("hello")}},
     {"the fields by their names on the wire",
      "id: 7\nevent: e\nretry: 20\ndata: d\n\n",
@@ -119,10 +99,10 @@ const std::vector<Row> kRows = {
 
 TEST(EventStreamParser, ReadsBlocksByItsOwnRulesHoweverTheyAreCut) {
     std::mt19937 random(7);
-    for (const Row& row : kRows) {
-        EXPECT_EQ(parse({row.stream}), row.events) << row.rule;
+    for (const auto& [rule, stream, events] : kRows) {
+        EXPECT_EQ(parse({stream}), events) << rule;
         for (int round = 0; round < 20; ++round)
-            EXPECT_EQ(parse(cutAtRandom(row.stream, random)), row.events) << row.rule << ", cut " << round;
+            EXPECT_EQ(parse(cutAtRandom(stream, random)), events) << rule << ", cut " << round;
     }
 }
 

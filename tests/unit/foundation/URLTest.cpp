@@ -40,13 +40,7 @@ TEST(URL, references_are_resolved_against_their_base) {
 
 TEST(URL, query_items_are_split_and_decoded) {
     using Items = std::vector<URLQueryItem>;
-
-    struct Case {
-        const char* url;
-        std::optional<Items> items;
-    };
-
-    const Case cases[] = {
+    const std::pair<const char*, std::optional<Items>> cases[] = {
         {"quillmoth://x", std::nullopt},
         {"quillmoth://x?", Items{}},
         {"quillmoth://x?a=1&data=%7B%22%F0%9F%A6%89%22%7D", Items{{"a", "1"}, {"data", "{\"🦉\"}"}}},
@@ -58,10 +52,10 @@ TEST(URL, query_items_are_split_and_decoded) {
         {"quillmoth://x?a%00b=c%00d&&=",
          Items{{std::string("a\0b", 3), std::string("c\0d", 3)}, {"", std::nullopt}, {"", ""}}},
     };
-    for (const Case& each : cases) {
-        const auto url = URL::parse(each.url, URL::kAnything);
-        ASSERT_TRUE(url) << each.url;
-        EXPECT_EQ(url->queryItems(), each.items) << each.url;
+    for (const auto& [text, items] : cases) {
+        const auto url = URL::parse(text, URL::kAnything);
+        ASSERT_TRUE(url) << text;
+        EXPECT_EQ(url->queryItems(), items) << text;
     }
     for (const char* broken : {"x:?data=%7", "x:?data=%", "x:?data=%zz"})
         EXPECT_FALSE(URL::parse(broken, URL::kAnything)) << broken;

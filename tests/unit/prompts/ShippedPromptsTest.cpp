@@ -1,11 +1,10 @@
 #include "Quillmoth/Prompts/ExtractedText.h"
 #include "Quillmoth/Prompts/PromptData.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <fstream>
-#include <iterator>
+#include <regex>
 #include <set>
 #include <string_view>
 
@@ -13,9 +12,7 @@ namespace quillmoth {
 namespace {
 
 std::vector<PromptData> shippedPrompts() {
-    std::ifstream file(QUILLMOTH_SHIPPED_PROMPTS);
-    const std::string json{std::istreambuf_iterator<char>(file), {}};
-    auto prompts = readPrompts(json);
+    auto prompts = readPrompts(test::contentOf(QUILLMOTH_SHIPPED_PROMPTS));
     if (!prompts) {
         ADD_FAILURE() << prompts.error().description;
         return {};
@@ -40,25 +37,14 @@ void expectWellFormedBlanks(const PromptData& prompt) {
             << prompt.name << ": " << piece.text;
 }
 
-/// RFC 9562, version 4, in capitals.
-bool isRandomUUID(const std::string& text) {
-    constexpr std::string_view kShape = "hhhhhhhh-hhhh-4hhh-vhhh-hhhhhhhhhhhh";
-    return std::equal(text.begin(), text.end(), kShape.begin(), kShape.end(), [](char c, char shape) {
-        constexpr std::string_view kDigits = "0123456789ABCDEF";
-        constexpr std::string_view kVariants = "89AB";
-        return shape == 'h'   ? kDigits.find(c) != std::string_view::npos
-               : shape == 'v' ? kVariants.find(c) != std::string_view::npos
-                              : c == shape;
-    });
-}
-
 TEST(ShippedPrompts, AreManyAndDifferFromEachOtherInIDAndName) {
     const auto prompts = shippedPrompts();
     EXPECT_GE(prompts.size(), 26U);
+    const std::regex randomUUID("[0-9A-F]{8}-[0-9A-F]{4}-4[0-9A-F]{3}-[89AB][0-9A-F]{3}-[0-9A-F]{12}");
     std::set<std::string> ids;
     std::set<std::string> names;
     for (const PromptData& prompt : prompts) {
-        EXPECT_TRUE(isRandomUUID(prompt.id.value_or(""))) << prompt.name;
+        EXPECT_TRUE(std::regex_match(prompt.id.value_or(""), randomUUID)) << prompt.name;
         EXPECT_TRUE(ids.insert(prompt.id.value_or("")).second) << prompt.name;
         EXPECT_TRUE(names.insert(prompt.name).second) << prompt.name;
         EXPECT_FALSE(prompt.name.empty() || prompt.emoji.empty() || prompt.prompt.empty());

@@ -42,13 +42,7 @@ using Log = std::vector<std::string>;
 } // namespace
 
 TEST_F(CenterTest, ADefaultIsWrittenOnlyWhereTheStoreHasNothingAtAll) {
-    struct Case {
-        std::optional<platform::DefaultsValue> stored;
-        std::optional<Shortcut> expected;
-        bool written;
-    };
-
-    const Case cases[] = {
+    const std::tuple<std::optional<platform::DefaultsValue>, std::optional<Shortcut>, bool> cases[] = {
         {std::nullopt, kOptionSpace, true},
         {platform::DefaultsValue(false), std::nullopt, false},
         {platform::DefaultsValue(std::string("garbage")), std::nullopt, false},
