@@ -1,5 +1,7 @@
 #include "tests/desktop/atspi/AtSpiTest.h"
 
+#include "tests/desktop/support/AccessibleProgram.h"
+
 #include <stdexcept>
 
 namespace quillmoth::test {
@@ -68,6 +70,11 @@ void AtSpiTest::select(CFRange range) {
     EXPECT_EQ(accessibility().setAttributeValue(focused(), "AXSelectedTextRange", range), kAXErrorSuccess);
 }
 
+void AtSpiTest::selectAll(const std::string& text) {
+    input().chord({KEY_LEFTCTRL, KEY_A});
+    ASSERT_EQ(capturedOnce(text), text);
+}
+
 CFRange AtSpiTest::selectedRange() {
     AXValue range;
     EXPECT_EQ(read(focused(), "AXSelectedTextRange", range), kAXErrorSuccess);
@@ -82,7 +89,11 @@ std::string AtSpiTest::capturedOnce(const std::string& expected) {
 }
 
 std::string AtSpiTest::textOf(const ChildProcess& application) {
-    return runChild({ATSPI_PROBE, std::to_string(application.processIdentifier())}, 5s).output;
+    for (const AccessibleElement& element : AccessibleProgram(application.processIdentifier()).showing())
+        if (element.isFocused())
+            if (std::string text = element.text(); !text.empty())
+                return text;
+    return {};
 }
 
 std::string AtSpiTest::textOnce(const ChildProcess& application, const std::string& expected) {

@@ -32,11 +32,13 @@ protected:
     static platform::AXError read(const platform::AXUIElementRef& element, std::string_view attribute,
                                   platform::AXValue& value);
     static void select(platform::CFRange range);
+    /// By the keyboard, until all of the text is what a capture gives.
+    static void selectAll(const std::string& text);
     static platform::CFRange selectedRange();
 
     /// The captured text once it is `expected`, or what it is after a while, with the way it has come.
     static std::string capturedOnce(const std::string& expected);
-    /// The whole text, as another process reads it.
+    /// The whole text, as a screen reader reads it.
     static std::string textOf(const ChildProcess& application);
     static std::string textOnce(const ChildProcess& application, const std::string& expected);
 

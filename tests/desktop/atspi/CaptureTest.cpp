@@ -11,8 +11,7 @@ using namespace std::chrono_literals;
 TEST_F(AtSpiTest, TheSelectionOfEachEditorIsReadQuicklyAlsoWhereTheFocusWasNotSeenToCome) {
     inEachEditor("one \U0001F600 two", [](const ChildProcess&) {
         EXPECT_EQ(capturedOnce(""), "");
-        input().chord({KEY_LEFTCTRL, KEY_A});
-        ASSERT_EQ(capturedOnce("one \U0001F600 two"), "one \U0001F600 two");
+        selectAll("one \U0001F600 two");
         std::vector<double> times(9);
         for (double& time : times)
             time = millisecondsOf([] { session().capture(); });
@@ -83,6 +82,50 @@ TEST_F(AtSpiTest, AnAnswerTakesThePlaceOfTheSelectionAndNothingElseChanges) {
         EXPECT_EQ(write("the end"), WriteResult::written);
         EXPECT_TRUE(textOnce(editor, before + held + after + "the end").ends_with("itthe end"));
     });
+}
+
+TEST_F(AtSpiTest, APasswordIsNeitherReadNorWritten) {
+    const auto field = openField("password", "secret");
+    input().chord({KEY_LEFTCTRL, KEY_A});
+    // What it is is known a moment after it is in front.
+    AXValue value;
+    EXPECT_TRUE(holdsWithin(2s, [&] {
+        return read(focused(), "AXSelectedText", value) == kAXErrorSuccess && value == AXValue(std::string());
+    })) << "as if nothing was selected";
+    const auto element = focused();
+    for (const char* attribute : {"AXValue", "AXSelectedTextRange", "AXSelectedTextMarkerRange"})
+        EXPECT_EQ(read(element, attribute, value), kAXErrorNoValue) << attribute;
+    EXPECT_NE(accessibility().setAttributeValue(element, "AXValue", std::string("known")), kAXErrorSuccess);
+    EXPECT_NE(accessibility().setAttributeValue(element, "AXSelectedTextRange", CFRange{0, 0}),
+              kAXErrorSuccess);
+}
+
+TEST_F(AtSpiTest, AFieldKeepsItsTextWhereItDoesNotTakeTheAnswerWhole) {
+    for (const auto& [kind, result] :
+         {std::pair("readonly", WriteResult::notEditable), std::pair("short", WriteResult::refused)}) {
+        const auto field = openField(kind, "just full");
+        select({5, 4});
+        ASSERT_EQ(capturedOnce("full"), "full");
+        EXPECT_EQ(write("too long for it"), result) << kind;
+        EXPECT_EQ(textOnce(field, "just full"), "just full") << kind;
+    }
+}
+
+TEST_F(AtSpiTest, LineBreaksAreFlattenedInASingleLine) {
+    const auto field = openField("line", "one two three");
+    select({4, 3});
+    ASSERT_EQ(capturedOnce("two"), "two");
+    EXPECT_EQ(write("2\r\nand\na \U0001F600 half"), WriteResult::written);
+    EXPECT_EQ(textOnce(field, "one 2 and a \U0001F600 half three"), "one 2 and a \U0001F600 half three");
+    EXPECT_EQ(selectedRange(), (CFRange{4, 0}));
+}
+
+TEST_F(AtSpiTest, AFieldThatTellsNonsenseIsAnsweredAndNotWrittenTo) {
+    const auto field = openField("nonsense", "odd");
+    EXPECT_LT(millisecondsOf([] { session().capture(); }), 5000);
+    EXPECT_LT(
+        millisecondsOf([] { EXPECT_NE(session().model->replaceSelection("answer"), WriteResult::written); }),
+        5000);
 }
 
 } // namespace quillmoth::test

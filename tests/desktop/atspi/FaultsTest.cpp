@@ -6,9 +6,10 @@
 
 namespace quillmoth::test {
 
-namespace {
-
+using namespace platform;
 using namespace std::chrono_literals;
+
+namespace {
 
 void expectKept() {
     EXPECT_TRUE(holdsWithin(5s, [] { return onClipboard("text/html") == "<b>kept</b>"; }));
@@ -23,8 +24,7 @@ TEST_F(AtSpiTest, AProgramThatStopsWhileItIsWrittenToLosesNoText) {
     for (const auto delay : {0ms, 2ms, 5ms, 9ms}) {
         input().chord({KEY_LEFTCTRL, KEY_A});
         input().type("old words");
-        input().chord({KEY_LEFTCTRL, KEY_A});
-        ASSERT_EQ(capturedOnce("old words"), "old words");
+        selectAll("old words");
         std::thread stopper([process, delay] {
             std::this_thread::sleep_for(delay);
             kill(process, SIGSTOP);
@@ -43,11 +43,10 @@ TEST_F(AtSpiTest, AStoppedProgramPastesTheAnswerWhenItGoesOnAndNothingElse) {
     const auto owner = copyRich("kept", "<b>kept</b>");
     const auto editor = openEditor(lightEditors()[2], "old");
     const pid_t process = editor.processIdentifier();
-    input().chord({KEY_LEFTCTRL, KEY_A});
-    ASSERT_EQ(capturedOnce("old"), "old");
+    selectAll("old");
     kill(process, SIGSTOP);
     EXPECT_EQ(session().selectionPaste.paste("answer", std::chrono::steady_clock::now() + 300ms),
-              platform::PasteOutcome::notFetched);
+              PasteOutcome::notFetched);
     letPass(700ms);
     kill(process, SIGCONT);
     expectKept();
@@ -57,8 +56,7 @@ TEST_F(AtSpiTest, AStoppedProgramPastesTheAnswerWhenItGoesOnAndNothingElse) {
 TEST_F(AtSpiTest, TwoPressesAtOnceFindTheSelectionAndKeepTheClipboard) {
     const auto owner = copyRich("kept", "<b>kept</b>");
     const auto editor = openEditor(lightEditors()[0], "words");
-    input().chord({KEY_LEFTCTRL, KEY_A});
-    ASSERT_EQ(capturedOnce("words"), "words");
+    selectAll("words");
     session().fakes.userDefaults.set("useCopyHack", true);
     session().model->captureContext();
     letPass(100ms);
@@ -72,12 +70,60 @@ TEST_F(AtSpiTest, TwoPressesAtOnceFindTheSelectionAndKeepTheClipboard) {
 TEST_F(AtSpiTest, ACopyIsNotMadeWhereTheClipboardCouldNotBeKept) {
     const auto owner = copyRich("kept", "<b>kept</b>");
     const auto editor = openEditor(lightEditors()[0], "words");
-    input().chord({KEY_LEFTCTRL, KEY_A});
-    ASSERT_EQ(capturedOnce("words"), "words");
+    selectAll("words");
     kill(owner.processIdentifier(), SIGSTOP);
     EXPECT_LT(millisecondsOf([] { EXPECT_EQ(session().capture(true), ""); }), 5000);
     kill(owner.processIdentifier(), SIGCONT);
     expectKept();
+}
+
+TEST_F(AtSpiTest, AHungApplicationCostsItsDeadlineOnceAndIsPassedOverUntilItAnswers) {
+    inEachEditor("some text", [](const ChildProcess& editor) {
+        selectAll("some text");
+        const auto element = focused();
+        kill(editor.processIdentifier(), SIGSTOP);
+        for (const int limit : {1100, 50}) {
+            const double time =
+                millisecondsOf([] { EXPECT_EQ(session().focusError(), kAXErrorCannotComplete); });
+            EXPECT_LT(time, limit);
+        }
+        AXValue value;
+        EXPECT_EQ(read(element, "AXValue", value), kAXErrorCannotComplete);
+        kill(editor.processIdentifier(), SIGCONT);
+        const auto isReadAgain = [] {
+            return session().capture() == "some text" && session().captureWay.empty();
+        };
+        EXPECT_TRUE(waitFor(isReadAgain));
+    });
+}
+
+TEST_F(AtSpiTest, AStoppedApplicationBehindDoesNotDelayTheOneInFront) {
+    const auto hung = openEditor(lightEditors()[0], "behind");
+    kill(hung.processIdentifier(), SIGSTOP);
+    {
+        const auto editor = openEditor(lightEditors()[2], "in front");
+        AtSpiAccessibility other = newcomer();
+        AXValue element;
+        const double time = millisecondsOf([&] {
+            EXPECT_EQ(other.copyAttributeValue(other.createSystemWide(), "AXFocusedUIElement", element),
+                      kAXErrorSuccess);
+        });
+        EXPECT_LT(time, 250) << "a search of the desktop must not ask the stopped one";
+    }
+    kill(hung.processIdentifier(), SIGCONT);
+}
+
+TEST_F(AtSpiTest, AnApplicationThatQuitsGivesAnErrorAtOnce) {
+    auto editor = openEditor(lightEditors()[0], "going");
+    const auto element = focused();
+    editor.terminate();
+    AXValue value;
+    const double time = millisecondsOf([&] {
+        for (const char* attribute : {"AXSelectedText", "AXValue", "AXSelectedTextRange"})
+            EXPECT_EQ(read(element, attribute, value), kAXErrorInvalidUIElement) << attribute;
+        EXPECT_NE(accessibility().setAttributeValue(element, "AXValue", std::string("x")), kAXErrorSuccess);
+    });
+    EXPECT_LT(time, 100);
 }
 
 } // namespace quillmoth::test

@@ -15,53 +15,6 @@ protected:
     static void press(int key) { input().chord({KEY_LEFTCTRL, key}); }
 };
 
-TEST_F(PanelKeys, ArrowsMoveThroughThePresetsOfTheContextAndTypingNarrowsThem) {
-    openPanel();
-    await("label", kContextFound);
-    EXPECT_EQ(shown().names("list item"), (std::vector<std::string>{"Use typed command for prompt",
-                                                                    "Fix the grammar", "Make it shorter"}));
-    input().tapKey(KEY_DOWN);
-    input().tapKey(KEY_DOWN);
-    EXPECT_TRUE(isSelected("Make it shorter"));
-    input().tapKey(KEY_UP);
-    EXPECT_TRUE(isSelected("Fix the grammar"));
-    input().type("short");
-    EXPECT_TRUE(goes("list item", "Fix the grammar"));
-    EXPECT_TRUE(isSelected("Use typed command"));
-    EXPECT_TRUE(has("list item", "Make it shorter"));
-    expectFrontKept();
-}
-
-TEST_F(PanelKeys, EscapeStepsBackOneStepAPress) {
-    openPanel();
-    answerSlowly("It begins", " and ends.");
-    send("go");
-    await("push button", "Cancel");
-    ASSERT_TRUE(soon([] { return await("document", "Answer").text() == "It begins"; }));
-    input().tapKey(KEY_ESC);
-    await("push button", "New chat");
-    EXPECT_TRUE(has("document", "Answer"));
-    finishAnswer();
-    typeCommand("x");
-    input().tapKey(KEY_ESC);
-    EXPECT_TRUE(soon([] { return command().empty(); }));
-    EXPECT_TRUE(has("push button", "New chat"));
-    press(KEY_T);
-    EXPECT_TRUE(soon(isPinned));
-    input().tapKey(KEY_ESC);
-    EXPECT_TRUE(goes("push button", "New chat"));
-    await("label", kContextFound);
-    input().tapKey(KEY_ESC);
-    await("label", "Context removed");
-    input().tapKey(KEY_ESC);
-    EXPECT_TRUE(soon([] { return !isPinned(); }));
-    EXPECT_TRUE(isOpen());
-    expectFrontKept();
-    input().tapKey(KEY_ESC);
-    EXPECT_TRUE(closes());
-    expectFrontKept();
-}
-
 TEST_F(PanelKeys, ControlReturnWritesTheAnswerOverTheSelectionAndHeldDoesNotRepeatIntoTheEditor) {
     constexpr const char* kAnswer = "They are going to the meeting.";
     const std::string written = std::string(kAnswer) + "\nThis line stays.\n";
@@ -121,31 +74,6 @@ TEST_F(PanelKeys, WhatIsTypedRightBehindTheHotKeyIsThePanelsAndAHeldHotKeyCloses
         EXPECT_TRUE(soon([opens = opens] { return opens ? command() == "quick" : !isOpen(); })) << command();
     }
     openPanel();
-    expectFrontKept();
-}
-
-TEST_F(PanelKeys, ItsMenuWorksByKeysAndKeepsTheKeyboardInThePanel) {
-    openPanel();
-    typeCommand("moth");
-    const auto openMenu = [] {
-        input().chord({KEY_LEFTSHIFT, KEY_F10});
-        await("menu item", "Select All");
-    };
-    openMenu();
-    input().tapKey(KEY_UP);
-    EXPECT_TRUE(isFocused("menu item Select All"));
-    input().tapKey(KEY_ENTER);
-    EXPECT_TRUE(goes("menu item", "Select All"));
-    openMenu();
-    EXPECT_TRUE(await("menu item", "Cut").press());
-    EXPECT_TRUE(soon([] { return clipboard() == "moth" && command().empty(); })) << clipboard();
-    openMenu();
-    input().tapKey(KEY_ESC);
-    EXPECT_TRUE(goes("menu item", "Select All"));
-    EXPECT_TRUE(isOpen());
-    press(KEY_V);
-    EXPECT_TRUE(soon([] { return command() == "moth"; }));
-    EXPECT_TRUE(isFocused("text Command"));
     expectFrontKept();
 }
 

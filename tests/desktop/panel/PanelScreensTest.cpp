@@ -65,10 +65,6 @@ protected:
                " by " + std::to_string(height);
     }
 
-    static void pointAt(const DesktopRectangle& place) {
-        input().movePointer(place.x + place.width / 2, place.y + place.height / 2);
-    }
-
     /// With nothing kept of where it was before. The panel shows first where the pointer is.
     static void startPointingAt(const DesktopRectangle& place,
                                 const ProgramSession::Environment& environment) {
@@ -155,23 +151,6 @@ protected:
         const int inset = static_cast<int>(5 * factor);
         return hasColor({x + width - inset, y + height - inset, 1, 1}, 0x1C1C21);
     }
-
-    /// What of the panel's parts lies beyond its edges or is cut; empty for none.
-    static std::string partOutside() {
-        const DesktopRectangle panel = await("dialog").bounds();
-        for (const auto& part : shown().showing())
-            if (const auto role = part.role();
-                role == "text" || role == "push button" || role == "tool bar") {
-                const DesktopRectangle place = part.bounds();
-                if (!isWithin(place, panel) || place.height < 20)
-                    return role + ' ' + part.name();
-            }
-        return "";
-    }
-
-    static void expectAllInside() {
-        EXPECT_TRUE(soon([] { return partOutside().empty(); })) << partOutside() << ", " << seen();
-    }
 };
 
 TEST_P(PanelScales, ItFitsTheMonitorAndAnswersThePointer) {
@@ -184,7 +163,6 @@ TEST_P(PanelScales, ItFitsTheMonitorAndAnswersThePointer) {
     EXPECT_TRUE(isWithin(first, kLower)) << seen();
     EXPECT_TRUE(isCenteredOn(first, kLower, static_cast<int>(factor))) << seen();
     EXPECT_TRUE(soon([&] { return isShownToItsCorner(factor); }));
-    expectAllInside();
 
     const int middle = first.x + first.width / 2;
     const int paddingAbove = static_cast<int>(6 * factor);
@@ -207,7 +185,6 @@ TEST_P(PanelScales, ItFitsTheMonitorAndAnswersThePointer) {
     EXPECT_TRUE(soon([] { return command().size() == 12; }));
     EXPECT_TRUE(soon([] { return isWithin(frame(), kUpper); })) << seen();
     EXPECT_TRUE(soon([&] { return isShownToItsCorner(upperFactor); }));
-    expectAllInside();
     input().click(kLower.x + 5, kLower.y + kLower.height - 5);
     EXPECT_TRUE(closes());
 }

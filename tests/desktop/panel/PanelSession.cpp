@@ -59,7 +59,6 @@ void PanelSession::SetUp() {
 
 void PanelSession::TearDown() {
     ProgramTest::TearDown();
-    finishAnswer();
     closePanel();
     (void)shown().takeMessages();
 }
@@ -73,11 +72,6 @@ void PanelSession::closePanel() {
         waitFor([] { return !isOpen(); }, 150ms);
     }
     EXPECT_FALSE(isOpen());
-}
-
-void PanelSession::deselect() {
-    editor().deselect();
-    ASSERT_TRUE(soon([] { return editor().selection().empty(); }));
 }
 
 void PanelSession::typeCommand(const std::string& command) {
@@ -100,18 +94,6 @@ void PanelSession::answerWith(const std::vector<std::string>& pieces) {
     server().answer(kStream, chatStream(pieces));
 }
 
-void PanelSession::answerSlowly(const std::string& beginning, const std::string& end) {
-    latch_ = makeLatch();
-    ScriptedAnswer answer = chatStream({beginning, end});
-    answer.steps.insert(answer.steps.begin() + 1, WaitFor{latch_});
-    server().answer(kStream, answer);
-}
-
-void PanelSession::finishAnswer() {
-    if (latch_)
-        latch_->release();
-}
-
 bool PanelSession::isSelected(std::string_view row) {
     return soon([&] {
         const auto found = shown().find("list item", row);
@@ -123,10 +105,10 @@ std::string PanelSession::openedLinks() {
     return session().readFile(kOpenedLinks);
 }
 
-void PanelSession::expectFrontKept(const std::string& selection) {
+void PanelSession::expectFrontKept() {
     EXPECT_TRUE(editor().isActive());
     EXPECT_EQ(windows().inputFocus(), inputFocus_);
-    EXPECT_EQ(editor().selection(), selection);
+    EXPECT_EQ(editor().selection(), kFirstLine);
 }
 
 bool PanelSession::editorHolds(const std::string& text) {

@@ -21,10 +21,7 @@ std::unique_ptr<ProgramSession>& sharedSession() {
 /// Ends the desktop with the run of all tests.
 class SessionEnd : public testing::Environment {
 public:
-    void TearDown() override {
-        keepScreenshotsOnFailure(nullptr);
-        sharedSession().reset();
-    }
+    void TearDown() override { sharedSession().reset(); }
 };
 
 } // namespace
@@ -38,7 +35,6 @@ bool ProgramTest::startSession(int height) {
     if (sharedSession())
         return false;
     sharedSession() = std::make_unique<ProgramSession>("openbox", height);
-    keepScreenshotsOnFailure(&desktop());
     testing::AddGlobalTestEnvironment(new SessionEnd);
     return true;
 }
@@ -48,6 +44,7 @@ ProgramSession& ProgramTest::session() {
 }
 
 void ProgramTest::TearDown() {
+    keepScreenshotOfFailure(desktop());
     if (HasFailure())
         std::printf("on screen:\n%soutput:\n%s", session().isRunning() ? shown().described().c_str() : "",
                     session().output().c_str());
@@ -80,8 +77,7 @@ bool ProgramTest::isFocused(std::string_view object) {
     });
 }
 
-void ProgramTest::hover(const AccessibleElement& element) {
-    const DesktopRectangle place = element.bounds();
+void ProgramTest::pointAt(const DesktopRectangle& place) {
     input().movePointer(place.x + place.width / 2, place.y + place.height / 2);
 }
 

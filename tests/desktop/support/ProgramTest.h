@@ -53,7 +53,10 @@ protected:
     static bool isFocused(std::string_view object);
 
     // The user's hands
-    static void hover(const AccessibleElement& element);
+    static void pointAt(const DesktopRectangle& place);
+
+    static void hover(const AccessibleElement& element) { pointAt(element.bounds()); }
+
     /// In the middle.
     static void click(const AccessibleElement& element, int clicks = 1);
     static void drag(int fromX, int fromY, int byX, int byY);

@@ -22,19 +22,15 @@ struct ApplicationDesktop {
     Application application{argumentCount, arguments};
 };
 
-/// One Session for all tests of a suite, its `desktop` photographed where a check fails.
+/// One Session for all tests of a suite, its `desktop` photographed where a test has failed.
 template<class Session>
 class SessionTest : public testing::Test {
 protected:
-    static void SetUpTestSuite() {
-        session_ = std::make_unique<Session>();
-        keepScreenshotsOnFailure(&session_->desktop);
-    }
+    static void SetUpTestSuite() { session_ = std::make_unique<Session>(); }
 
-    static void TearDownTestSuite() {
-        keepScreenshotsOnFailure(nullptr);
-        session_.reset();
-    }
+    static void TearDownTestSuite() { session_.reset(); }
+
+    void TearDown() override { keepScreenshotOfFailure(desktop()); }
 
     static Session& session() { return *session_; }
 

@@ -114,15 +114,28 @@ void VirtualDesktop::startAccessibility() {
     accessibilityBus_.emplace(
         std::vector<std::string>{"/usr/libexec/at-spi-bus-launcher", "--launch-immediately", "--a11y=1"});
     // D-Bus may have started another one for the call, which does not enable it; so it is set.
-    const bool isEnabled = holdsWithin(kStartDeadline, [] {
-        return runChild({"dbus-send", "--session", "--print-reply", "--dest=org.a11y.Bus", "/org/a11y/bus",
-                         "org.freedesktop.DBus.Properties.Set", "string:org.a11y.Status", "string:IsEnabled",
-                         "variant:boolean:true"},
-                        std::chrono::seconds(2))
-                   .exitCode == 0;
-    });
-    if (!isEnabled)
+    if (!holdsWithin(kStartDeadline, [] { return setAccessible(true); }))
         throw std::runtime_error("accessibility cannot be enabled");
+}
+
+bool VirtualDesktop::setAccessible(bool isAccessible) {
+    return runChild({"dbus-send", "--session", "--print-reply", "--dest=org.a11y.Bus", "/org/a11y/bus",
+                     "org.freedesktop.DBus.Properties.Set", "string:org.a11y.Status", "string:IsEnabled",
+                     isAccessible ? "variant:boolean:true" : "variant:boolean:false"},
+                    std::chrono::seconds(5))
+               .exitCode == 0;
+}
+
+bool VirtualDesktop::grabKeyboard() const {
+    const auto cookie = xcb_grab_keyboard(connection_, 0, rootWindow_, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC,
+                                          XCB_GRAB_MODE_ASYNC);
+    const auto reply = ownedReply(xcb_grab_keyboard_reply(connection_, cookie, nullptr));
+    return reply && reply->status == XCB_GRAB_STATUS_SUCCESS;
+}
+
+void VirtualDesktop::ungrabKeyboard() const {
+    xcb_ungrab_keyboard(connection_, XCB_CURRENT_TIME);
+    xcb_flush(connection_);
 }
 
 void VirtualDesktop::awaitKeymap() {

@@ -51,6 +51,13 @@ public:
     /// Writes a picture of the screen as PNG.
     bool saveScreenshot(const std::string& path) const;
 
+    /// The desktop's switch of accessibility; false where the session bus does not answer.
+    static bool setAccessible(bool isAccessible);
+
+    /// Takes the whole keyboard, as a program that locks the screen does; false where another one has it.
+    [[nodiscard]] bool grabKeyboard() const;
+    void ungrabKeyboard() const;
+
     /// Starts the window manager of the options, or ends it.
     void startWindowManager();
     void stopWindowManager();

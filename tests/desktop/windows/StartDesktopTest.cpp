@@ -12,20 +12,10 @@ using namespace std::chrono_literals;
 
 using nlohmann::json;
 
-/// Calls a method of the desktop's switch of accessibility: "Get", or "Set" with a value.
-std::string accessibility(const std::string& method, const std::string& value = "") {
-    return runChild({"sh", "-c",
-                     "dbus-send --session --print-reply --dest=org.a11y.Bus /org/a11y/bus "
-                     "org.freedesktop.DBus.Properties." +
-                         method + " string:org.a11y.Status string:IsEnabled " + value},
-                    5s)
-        .output;
-}
-
 class StartDesktop : public WindowsSession {
 protected:
     void SetUp() override {
-        accessibility("Set", "variant:boolean:true");
+        VirtualDesktop::setAccessible(true);
         WindowsSession::SetUp();
     }
 
@@ -47,7 +37,7 @@ protected:
 } // namespace
 
 TEST_F(StartDesktop, TheFirstStartShowsItsPagesAndTheSettingsAndAccessibilityIsAskedForOnce) {
-    accessibility("Set", "variant:boolean:false");
+    VirtualDesktop::setAccessible(false);
     writeDefaults({{"accessibilityConsent", nullptr}});
     start();
     awaitWindow("Accessibility");
@@ -78,28 +68,28 @@ TEST_F(StartDesktop, TheFirstStartShowsItsPagesAndTheSettingsAndAccessibilityIsA
     awaitWindow("Settings");
     EXPECT_FALSE(isOpen());
     click(await("check box", "Switch on accessibility for this desktop"));
-    eventually("it is switched on", [] { return accessibility("Get").find("true") != std::string::npos; });
+    eventually("it is switched on", [] {
+        return runChild({"gdbus", "call", "--session", "-d", "org.a11y.Bus", "-o", "/org/a11y/bus", "-m",
+                         "org.freedesktop.DBus.Properties.Get", "org.a11y.Status", "IsEnabled"},
+                        5s)
+                   .output.find("true") != std::string::npos;
+    });
     EXPECT_EQ(consent(), json(true));
 }
 
 TEST_F(StartDesktop, AStartThatCannotGoOnSaysWhyInWords) {
-    struct Case {
-        std::string command;
-        int exitCode;
-        const char* words;
+    const std::tuple<std::string, int, const char*> cases[] = {
+        {"-u DISPLAY $PROGRAM", 1, "no display to show windows on: neither DISPLAY nor"},
+        {"DISPLAY=:60987 $PROGRAM --toggle", 1, "the X server \":60987\" does not answer"},
+        {"-u DISPLAY $PROGRAM --diagnose", 1, "Accessibility bus: enabled\n"},
+        {"-u DISPLAY QT_QPA_PLATFORM=nothing $PROGRAM", 1, "show windows on: Qt cannot use"},
+        {"$PROGRAM --quit", 1, "quillmoth: Quillmoth is not running.\n"},
+        {"DBUS_SESSION_BUS_ADDRESS=unix:path=/no $PROGRAM --quit", 1, "Quillmoth is not running.\n"},
+        {"$PROGRAM --tggle", 2, "\"--tggle\""},
+        {"$PROGRAM --version", 0, "Quillmoth "},
+        {"$PROGRAM --help", 0, "--toggle"},
     };
-
-    for (const auto& [command, exitCode, words] : {
-             Case{"-u DISPLAY $PROGRAM", 1, "no display to show windows on: neither DISPLAY nor"},
-             Case{"DISPLAY=:60987 $PROGRAM --toggle", 1, "the X server \":60987\" does not answer"},
-             Case{"-u DISPLAY $PROGRAM --diagnose", 1, "Accessibility bus: enabled\n"},
-             Case{"-u DISPLAY QT_QPA_PLATFORM=nothing $PROGRAM", 1, "show windows on: Qt cannot use"},
-             Case{"$PROGRAM --quit", 1, "quillmoth: Quillmoth is not running.\n"},
-             Case{"DBUS_SESSION_BUS_ADDRESS=unix:path=/no $PROGRAM --quit", 1, "Quillmoth is not running.\n"},
-             Case{"$PROGRAM --tggle", 2, "\"--tggle\""},
-             Case{"$PROGRAM --version", 0, "Quillmoth "},
-             Case{"$PROGRAM --help", 0, "--toggle"},
-         }) {
+    for (const auto& [command, exitCode, words] : cases) {
         const ChildResult result = runChild({"sh", "-c", "env -u WAYLAND_DISPLAY " + command}, 20s,
                                             {.environment = {{"PROGRAM", ProgramSession::program()}}});
         EXPECT_EQ(result.exitCode, exitCode) << command;
@@ -193,6 +183,48 @@ TEST_F(StartDesktop, TheLauncherHasTheMenuTooAndASecondStartAsksTheFirst) {
     eventually("a plain second start shows the panel", isOpen);
     runAction("quit");
     eventually("the launcher ends the program", [&] { return !session().isRunning(); });
+}
+
+TEST_F(StartDesktop, ALinkImportsAPresetIntoTheRunningProgramAndStartsTheOneThatDoesNotRun) {
+    const auto awaitNames = [](const std::string& what, const std::vector<std::string>& expected) {
+        eventually(what, [&] {
+            std::vector<std::string> names;
+            for (const auto& entry : presets())
+                names.push_back(entry.value("name", ""));
+            return names == expected;
+        });
+    };
+    session().writeFile(ProgramSession::kPresets, R"([{"emoji": "🦉", "name": "One", "prompt": "p"}])");
+    start();
+    // A program that was built and not installed makes itself the handler of its links.
+    eventually("the scheme has a handler", [] {
+        return runChild({"xdg-mime", "query", "default", "x-scheme-handler/quillmoth"}, 5s)
+                   .output.find("quillmoth-links.desktop") != std::string::npos;
+    });
+    const std::string link =
+        "quillmoth://add?a=1&data=%7B%22id%22%3A%22x%22%2C%22emoji%22%3A%22%F0%9F%A6%89%22%2C%22name%22%3A%22"
+        "Summary%22%2C%22prompt%22%3A%22Summarise%3A%20%7Bselected%20text%7D%22%7D&data=no";
+    const ChildResult opened = runChild({"xdg-open", link}, 20s);
+    EXPECT_EQ(opened.exitCode, 0) << opened.output;
+    awaitWindow("Add a Preset?");
+    awaitText("Summarise: {selected text}");
+    EXPECT_EQ(presets().size(), 1U) << "nothing is added before the answer";
+    EXPECT_TRUE(await("push button", "Add Preset").press());
+    awaitNames("the running program imports it", {"One", "Summary"});
+    awaitWindow("Prompt Editor");
+    json imported = presets()[1];
+    EXPECT_NE(imported.value("id", ""), "x");
+    imported.erase("id");
+    EXPECT_EQ(imported,
+              (json{{"emoji", "🦉"}, {"name", "Summary"}, {"prompt", "Summarise: {selected text}"}}));
+    awaitText("Summarise: {selected text}");
+    quit();
+    // What xdg-open starts stays in its process group, and so with this test.
+    ChildProcess opener({"xdg-open", link});
+    awaitWindow("Add a Preset?");
+    run({"--quit"});
+    awaitNames("the link starts the program, which asks too", {"One", "Summary"});
+    EXPECT_TRUE(opener.waitForExit(20s).has_value());
 }
 
 } // namespace quillmoth::test

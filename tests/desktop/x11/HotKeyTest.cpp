@@ -43,6 +43,16 @@ protected:
         return status;
     }
 
+    /// As quick as a hand is.
+    static void pressAltSpace() {
+        input().pressKey(KEY_LEFTALT);
+        letPass(40ms);
+        input().pressKey(KEY_SPACE);
+        letPass(40ms);
+        input().releaseKey(KEY_SPACE);
+        input().releaseKey(KEY_LEFTALT);
+    }
+
     bool sees(const std::string& expected) {
         const bool seen = holdsWithin(1s, [&] { return log == expected; });
         // No window comes that would take the keys.
@@ -53,9 +63,6 @@ protected:
     std::string log;
     std::vector<platform::HotKeyCenter::Handle> handles;
 };
-
-/// So long a quick hand takes from one key to the next.
-constexpr auto kHandPause = 40ms;
 
 } // namespace
 
@@ -69,12 +76,7 @@ TEST_F(HotKeyTest, AltSpaceArrivesBeforeTheWindowManagerWhateverHappensToTheKeym
             useLayout(layout);
             letPass(pause);
             log.clear();
-            input().pressKey(KEY_LEFTALT);
-            letPass(kHandPause);
-            input().pressKey(KEY_SPACE);
-            letPass(kHandPause);
-            input().releaseKey(KEY_SPACE);
-            input().releaseKey(KEY_LEFTALT);
+            pressAltSpace();
             EXPECT_TRUE(sees("+1-1")) << layout << " after " << pause.count() << " ms: " << log;
             // Where the window manager won, its menu must not take the presses that follow.
             if (log.empty())
@@ -93,10 +95,7 @@ TEST_F(HotKeyTest, AHundredPressesOnTwoKeyboardsInTurnUnderANewWindowManagerAllA
         log.clear();
         // The window manager takes its own keys anew at each change, between the modifier and the key.
         input().useSecondKeyboard(press % 2 == 0);
-        input().pressKey(KEY_LEFTALT);
-        letPass(kHandPause);
-        input().tapKey(KEY_SPACE);
-        input().releaseKey(KEY_LEFTALT);
+        pressAltSpace();
         ASSERT_TRUE(sees("+1-1")) << "press " << press << ": " << log;
     }
     input().useSecondKeyboard(false);

@@ -88,23 +88,18 @@ protected:
 } // namespace
 
 TEST_F(KeyboardEventsTest, ACopyReachesTheFrontWindowWhateverTheUserHoldsOrHasLocked) {
-    struct Case {
-        std::vector<int> held;
-        std::uint32_t modifiers;
-        const char* received = "+C-C";
-        std::vector<int> locks = {};
+    using Keys = std::vector<int>;
+    const std::tuple<Keys, Keys, std::uint32_t> cases[] = {
+        {{}, {}, 0},
+        {{KEY_LEFTALT}, {}, XCB_MOD_MASK_1},
+        {{KEY_LEFTSHIFT, KEY_LEFTALT}, {}, XCB_MOD_MASK_1 | XCB_MOD_MASK_SHIFT},
+        {{KEY_LEFTMETA}, {}, XCB_MOD_MASK_4},
+        {{KEY_RIGHTCTRL}, {}, XCB_MOD_MASK_CONTROL},
+        {{KEY_LEFTCTRL, KEY_RIGHTSHIFT}, {}, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_SHIFT},
+        {{}, {KEY_CAPSLOCK}, XCB_MOD_MASK_LOCK},
     };
-
-    const Case cases[] = {
-        {{}, 0},
-        {{KEY_LEFTALT}, XCB_MOD_MASK_1},
-        {{KEY_LEFTSHIFT, KEY_LEFTALT}, XCB_MOD_MASK_1 | XCB_MOD_MASK_SHIFT},
-        {{KEY_LEFTMETA}, XCB_MOD_MASK_4},
-        {{KEY_RIGHTCTRL}, XCB_MOD_MASK_CONTROL},
-        {{KEY_LEFTCTRL, KEY_RIGHTSHIFT}, XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_SHIFT},
-        {{}, XCB_MOD_MASK_LOCK, "+CL-CL", {KEY_CAPSLOCK}},
-    };
-    for (const auto& [held, mask, received, locks] : cases) {
+    for (const auto& [held, locks, mask] : cases) {
+        const std::string received = locks.empty() ? "+C-C" : "+CL-CL";
         Witness witness;
         ASSERT_TRUE(hasFocus(witness));
         for (const int key : locks)
@@ -144,13 +139,7 @@ TEST_F(KeyboardEventsTest, ACopyPassesByAPanelThatHoldsTheKeyboard) {
 TEST_F(KeyboardEventsTest, KeysAreNamedByTheLayoutInForce) {
     auto& layout = backEnd().keyboardLayout();
 
-    struct Case {
-        const char* layouts;
-        std::uint16_t keyCode;
-        std::optional<std::string> expected;
-    };
-
-    const Case cases[] = {
+    const std::tuple<const char*, std::uint16_t, std::optional<std::string>> cases[] = {
         {"us", 40, "k"}, {"us", 24, "="}, {"us", 82, "0"},          {"us", 105, std::nullopt},
         {"de", 6, "y"},  {"de", 41, "ö"}, {"de", 50, "^"},          {"ru,us", 40, "k"},
         {"ru", 40, "л"}, {"fr", 12, "a"}, {"us", 63, std::nullopt}, {"us", 57, "⇪"},

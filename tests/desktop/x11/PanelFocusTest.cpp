@@ -63,19 +63,6 @@ protected:
         return holdsWithin(1s, [&] { return seen == expected; });
     }
 
-    /// Another program takes the keyboard.
-    static void grabForRival() {
-        auto* rival = desktop().connection();
-        const auto cookie = xcb_grab_keyboard(rival, 0, desktop().rootWindow(), XCB_CURRENT_TIME,
-                                              XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
-        ownedReply(xcb_grab_keyboard_reply(rival, cookie, nullptr));
-    }
-
-    static void ungrabForRival() {
-        xcb_ungrab_keyboard(desktop().connection(), XCB_CURRENT_TIME);
-        xcb_flush(desktop().connection());
-    }
-
     Panel panel;
     const ChildProcess terminal = frontTerminal("front", "cat > " + file());
     std::vector<Turn> seen;
@@ -129,23 +116,23 @@ TEST_F(PanelFocusTest, WithoutAKeyForLongItGivesUp) {
 }
 
 TEST_F(PanelFocusTest, WhileAnotherProgramGrabsTheKeyboardItWaitsAndThenMovesTheFocus) {
-    grabForRival();
+    ASSERT_TRUE(desktop().grabKeyboard());
     focus().acquire(panel.winId());
     letPass(100ms);
     EXPECT_FALSE(focus().isHeld());
-    ungrabForRival();
+    desktop().ungrabKeyboard();
     EXPECT_TRUE(holdsWithin(300ms, [] { return focus().isHeld(); }));
     EXPECT_TRUE(types("grab"));
     focus().release();
 
     const auto focused = desktop().windows().inputFocus();
-    grabForRival();
+    ASSERT_TRUE(desktop().grabKeyboard());
     focus().acquire(panel.winId());
     EXPECT_TRUE(holdsWithin(2s, [] { return focus().isHeld(); }));
     EXPECT_EQ(desktop().windows().inputFocus(), panel.winId());
     focus().release();
     EXPECT_EQ(desktop().windows().inputFocus(), focused);
-    ungrabForRival();
+    desktop().ungrabKeyboard();
 }
 
 TEST_F(PanelFocusTest, AClickInACandidateWindowIsInside) {
