@@ -117,6 +117,12 @@ TEST(ListMarker, numerals) {
         EXPECT_EQ(romanNumeral(number), numeral);
 }
 
+TEST(BlockMargin, blocks_that_say_nothing_of_their_margins_have_the_usual_space_between_them) {
+    EXPECT_EQ(spaceBetween({}, {}, false), kDefaultPadding);
+    EXPECT_EQ(spaceBetween({}, {0, 13}, false), 0);
+    EXPECT_EQ(spaceBetween({20, 13}, {}, true), 0);
+}
+
 TEST(HeightIndex, finds_by_height_after_changes) {
     HeightIndex index;
     EXPECT_EQ(index.find(5), 0U);
