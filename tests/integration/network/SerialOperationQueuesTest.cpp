@@ -13,6 +13,8 @@ namespace {
 
 TEST(SerialOperationQueues, RunAllWorkOfAQueueInOrderAndOneAtATime) {
     std::vector<int> order;
+    // It outlives the queues, whose threads use it.
+    Latch latch;
     {
         platform::SerialOperationQueues queues;
         const auto queue = queues.makeSerialQueue();
@@ -23,7 +25,6 @@ TEST(SerialOperationQueues, RunAllWorkOfAQueueInOrderAndOneAtATime) {
             others->addOperation([] {});
         }
         // They run beside each other: the one waits for the other here.
-        Latch latch;
         queue->addOperation([&] { latch.wait(); });
         others->addOperation([&] { latch.release(); });
     }
@@ -34,10 +35,10 @@ TEST(SerialOperationQueues, RunAllWorkOfAQueueInOrderAndOneAtATime) {
 
 TEST(SerialOperationQueues, RunToTheirEndWhenTheLastReferenceGoes) {
     std::atomic<int> count = 0;
+    Latch begin;
     {
         platform::SerialOperationQueues queues;
         auto queue = queues.makeSerialQueue();
-        Latch begin;
         queue->addOperation([&] { begin.wait(); });
         queue->addOperation([&count, &queues, held = queue]() mutable {
             ++count;
