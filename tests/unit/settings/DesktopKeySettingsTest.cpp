@@ -1,5 +1,6 @@
 #include "Platform/Linux/Desktop/DesktopKeySettings.h"
 #include "Platform/Fake/FakeDesktop.h"
+#include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -15,12 +16,7 @@ using Keys = std::vector<KeyCombination>;
 
 TEST(DesktopKeySettings, OpenboxKeysAreReadAndAChainCountsByItsFirstKey) {
     const Keys expected = {{"Left", kCtrl | kAlt}, {"g", kSuper}, {"Print", 0}, {"F4", kAlt}};
-    EXPECT_EQ(openboxKeys(R"(<openbox_config xmlns="http://openbox.org/3.4/rc"><keyboard>
-        <chainQuitKey>C-g</chainQuitKey>
-        <keybind key="C-A-Left"><action name="GoToDesktop"><to>left</to></action></keybind>
-        <keybind key="W-g"><keybind key="C-e"><action name="Execute"/></keybind></keybind>
-        <keybind key="Print H-x A-F4"><action name="Close"/></keybind>
-        </keyboard></openbox_config>)"),
+    EXPECT_EQ(openboxKeys(QByteArray::fromStdString(test::contentOf(QUILLMOTH_KEY_SETTINGS "/openbox.xml"))),
               expected)
         << "a modifier that hot keys do not know leaves its key out";
     EXPECT_TRUE(openboxKeys("<keyboard><keybind key=").empty());
@@ -28,22 +24,7 @@ TEST(DesktopKeySettings, OpenboxKeysAreReadAndAChainCountsByItsFirstKey) {
 
 TEST(DesktopKeySettings, XfceKeysAreTheUsersOwnListWhereThereIsOne) {
     const Keys expected = {{"F4", kAlt}, {"Page_Down", kAlt | kShift}, {"Delete", kCtrl | kAlt}};
-    EXPECT_EQ(xfceKeys(R"(<channel name="xfce4-keyboard-shortcuts">
-        <property name="commands" type="empty">
-          <property name="default" type="empty">
-            <property name="&lt;Primary&gt;&lt;Alt&gt;Delete" type="string" value="lock"/>
-          </property>
-        </property>
-        <property name="xfwm4" type="empty">
-          <property name="default" type="empty">
-            <property name="&lt;Alt&gt;space" type="empty"/>
-          </property>
-          <property name="custom" type="empty">
-            <property name="&lt;Alt&gt;F4" type="string" value="close_window_key"/>
-            <property name="&lt;Shift&gt;&lt;Alt&gt;Page_Down" type="string" value="lower_window_key"/>
-            <property name="override" type="bool" value="true"/>
-          </property>
-        </property></channel>)"),
+    EXPECT_EQ(xfceKeys(QByteArray::fromStdString(test::contentOf(QUILLMOTH_KEY_SETTINGS "/xfce.xml"))),
               expected);
 }
 
