@@ -174,21 +174,5 @@ TEST_F(FloatingViewControllerTest, all_changes_of_a_turn_are_one_update) {
     }
 }
 
-TEST_F(FloatingViewControllerTest, a_row_is_scrolled_to_when_its_selection_changes) {
-    store({"A", "B", "C"});
-    Rows presets;
-    Rows conversations;
-    const Subscription first = view->onScrollToPreset([&](std::int64_t index) { presets.push_back(index); });
-    const Subscription second =
-        view->onScrollToHistory([&](std::int64_t index) { conversations.push_back(index); });
-    view->fieldCommand(FieldCommand::moveDown, false);
-    settle();
-    model->_openHistory = true;
-    view->fieldCommand(FieldCommand::moveDown, false);
-    settle();
-    EXPECT_EQ(presets, (Rows{2, 3}));
-    EXPECT_EQ(conversations, Rows{1});
-}
-
 } // namespace
 } // namespace quillmoth

@@ -27,8 +27,8 @@ TEST(LongListsTest, TheListFollowsTheSelection) {
     PanelUnderTest panel(manyPresets(1000));
     panel.open();
     ListArea& list = panel.view->listArea();
-    const auto isSeen = [&](int position) {
-        const QRect row = list.presets().rowRect(position).translated(0, list.presets().y());
+    const auto isSeen = [&](const RowList& rows, int position) {
+        const QRect row = rows.rowRect(position).translated(0, rows.y());
         const int top = list.scrollView().position();
         return row.top() >= top && row.bottom() < top + list.height();
     };
@@ -38,9 +38,18 @@ TEST(LongListsTest, TheListFollowsTheSelection) {
     for (const std::int64_t index : {500, 499, 501, 999, 0, -1}) {
         panel.model->_selectedIndex = index;
         panel.settle();
-        EXPECT_TRUE(isSeen(static_cast<int>(index) + 1)) << index;
+        EXPECT_TRUE(isSeen(list.presets(), static_cast<int>(index) + 1)) << index;
     }
     EXPECT_EQ(list.scrollView().position(), 0);
+    panel.model->_openHistory = true;
+    panel.model->_oldMessages =
+        std::vector<oldMessagesStruct>(50, {.topic = "A", .message = {}, .created = 0});
+    panel.settle();
+    for (const std::int64_t index : {40, 3}) {
+        panel.model->_keyHistorySelected = index;
+        panel.settle();
+        EXPECT_TRUE(isSeen(list.history(), static_cast<int>(index))) << index;
+    }
 }
 
 TEST(LongListsTest, HistoryShowsItsTopicsAndItsEmptiness) {
