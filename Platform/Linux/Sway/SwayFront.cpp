@@ -34,15 +34,21 @@ bool SwayFront::isTerminal(const std::function<bool(std::int64_t process)>& hasO
 }
 
 void SwayFront::handle(SwayConnection::Event kind, const nlohmann::json& event) {
-    if (kind != SwayConnection::Event::window && kind != SwayConnection::Event::workspace)
+    const bool isOfWorkspace = kind == SwayConnection::Event::workspace;
+    if ((kind != SwayConnection::Event::window && !isOfWorkspace) || textIn(event, "change") != "focus")
         return;
+    // Events may be late: those of a window that has been in front all along tell of a focus that came back
+    // to it, and those of a workspace of one that was left again.
+    const auto before = last_;
     const auto container = event.find("container");
     auto window = container == event.end() ? std::nullopt : windowIn(*container);
-    if (textIn(event, "change") != "focus" || (window && window->process == getpid()))
+    if (isOfWorkspace)
+        window = this->window();
+    else if (!window || window->process == getpid())
         return;
-    if (window)
-        last_ = std::move(window);
-    changed_.emit();
+    last_ = std::move(window);
+    if (last_ != before)
+        changed_.emit();
 }
 
 } // namespace quillmoth::platform

@@ -14,11 +14,21 @@ bool isSetIn(const nlohmann::json& object, const char* name) {
     return found != object.end() && found->is_boolean() && found->get<bool>();
 }
 
+namespace {
+
+std::int64_t numberIn(const nlohmann::json& object, const char* name) {
+    const auto found = object.is_object() ? object.find(name) : object.end();
+    return found != object.end() && found->is_number_integer() ? found->get<std::int64_t>() : 0;
+}
+
+} // namespace
+
 std::optional<SwayWindow> windowIn(const nlohmann::json& container) {
-    const auto process = container.is_object() ? container.find("pid") : container.end();
-    if (process == container.end() || !process->is_number_integer() || process->get<std::int64_t>() <= 0)
+    SwayWindow window{.identifier = numberIn(container, "id"),
+                      .process = numberIn(container, "pid"),
+                      .application = textIn(container, "app_id")};
+    if (window.process <= 0)
         return std::nullopt;
-    SwayWindow window{.process = process->get<std::int64_t>(), .application = textIn(container, "app_id")};
     const auto properties = container.find("window_properties");
     if (window.application.empty() && properties != container.end())
         window.application = textIn(*properties, "class");

@@ -14,6 +14,8 @@ namespace quillmoth::platform {
 
 /// A window of an application.
 struct SwayWindow {
+    /// The compositor's number for it, its own as long as the compositor runs.
+    std::int64_t identifier = 0;
     std::int64_t process = 0;
     /// The application's own name for itself: its Wayland app_id, or the class of its X11 window.
     std::string application;

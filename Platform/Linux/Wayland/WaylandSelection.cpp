@@ -239,9 +239,13 @@ void WaylandSelection::own(WaylandContentRef content) {
                     selection.dropSource();
             },
     };
-    dropSource();
-    if (!content || content->empty())
-        return zwlr_data_control_device_v1_set_selection(device_, nullptr);
+    if (!content || content->empty()) {
+        zwlr_data_control_device_v1_set_selection(device_, nullptr);
+        return dropSource();
+    }
+    // It goes once the new one stands in its place: in between the clipboard would be empty, which those that
+    // keep it for others take for its end.
+    auto* const former = source_;
     source_ = zwlr_data_control_manager_v1_create_data_source(manager_);
     zwlr_data_control_source_v1_add_listener(source_, &kListener, this);
     zwlr_data_control_source_v1_offer(source_, kOwnType);
@@ -255,6 +259,8 @@ void WaylandSelection::own(WaylandContentRef content) {
     }
     owned_ = std::move(content);
     zwlr_data_control_device_v1_set_selection(device_, source_);
+    if (former != nullptr)
+        zwlr_data_control_source_v1_destroy(former);
 }
 
 void WaylandSelection::dropSource() {

@@ -61,8 +61,8 @@ TEST(SwayMessage, IsTakenOnceAllOfItIsThere) {
 TEST(SwayTree, TellsTheWindowWithTheFocusAndTakesNothingForGranted) {
     const auto focused = [](const char* tree) { return focusedWindow(nlohmann::json::parse(tree)); };
     EXPECT_EQ(focused(R"({"nodes":[{"focused":false,"pid":3},
-                         {"floating_nodes":[{"focused":true,"pid":7,"app_id":"org.x.Kate"}]}]})"),
-              (SwayWindow{.process = 7, .application = "org.x.Kate"}));
+                         {"floating_nodes":[{"focused":true,"id":4,"pid":7,"app_id":"org.x.Kate"}]}]})"),
+              (SwayWindow{.identifier = 4, .process = 7, .application = "org.x.Kate"}));
     EXPECT_EQ(focused(R"({"nodes":[{"focused":true,"pid":8,"app_id":null,
                          "window_properties":{"class":"XTerm"}}]})"),
               (SwayWindow{.process = 8, .application = "XTerm"}));
