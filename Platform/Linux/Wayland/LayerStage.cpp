@@ -3,8 +3,10 @@
 #include "Platform/Linux/Wayland/LayerShellProtocol.h"
 
 #include <QGuiApplication>
+#include <QTimer>
 #include <QWindow>
 #include <algorithm>
+#include <chrono>
 #include <cstring>
 #include <qpa/qplatformnativeinterface.h>
 #include <wayland-client.h>
@@ -14,6 +16,8 @@ namespace quillmoth::platform {
 namespace {
 
 constexpr std::uint32_t kLayerShellVersion = 3;
+/// For a compositor that does not tell of the end of the keyboard.
+constexpr std::chrono::milliseconds kLeaveLimit{250};
 constexpr std::uint32_t kAllEdges = ZWLR_LAYER_SURFACE_V1_ANCHOR_TOP | ZWLR_LAYER_SURFACE_V1_ANCHOR_BOTTOM |
                                     ZWLR_LAYER_SURFACE_V1_ANCHOR_LEFT | ZWLR_LAYER_SURFACE_V1_ANCHOR_RIGHT;
 
@@ -155,15 +159,28 @@ void LayerStage::acquire(WindowIdentifier) {
         return;
     isAsked_ = true;
     takeKeys(true);
-    follow(QGuiApplication::focusWindow());
+    if (isLeaveDue_)
+        QTimer::singleShot(kLeaveLimit, this, [this] { followWithoutLeave(); });
+    else
+        follow(QGuiApplication::focusWindow());
+}
+
+void LayerStage::followWithoutLeave() {
+    if (std::exchange(isLeaveDue_, false))
+        follow(QGuiApplication::focusWindow());
 }
 
 void LayerStage::release() {
     isAsked_ = false;
     hasKeyboard_ = false;
+    goOffScreen();
+    wl_display_flush(toolkitsDisplay());
+}
+
+void LayerStage::goOffScreen() {
     takeOffLayer();
     hide();
-    wl_display_flush(toolkitsDisplay());
+    isLeaveDue_ = QGuiApplication::focusWindow() == windowHandle();
 }
 
 void LayerStage::takeOffLayer() {
@@ -173,6 +190,9 @@ void LayerStage::takeOffLayer() {
 }
 
 void LayerStage::follow(const QWindow* focused) {
+    // Told late, it would end a use of the keyboard that has begun meanwhile.
+    if (focused != windowHandle() && std::exchange(isLeaveDue_, false))
+        return;
     if (!isAsked_)
         return;
     const bool had = std::exchange(hasKeyboard_, focused == windowHandle());
@@ -205,7 +225,7 @@ void LayerStage::outputHasGone() {
     // A panel that stays goes to where there is an output.
     if (!isVisible())
         return;
-    hide();
+    goOffScreen();
     prepare();
     takeKeys(false);
 }

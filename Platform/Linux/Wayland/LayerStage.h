@@ -55,6 +55,8 @@ private:
     [[nodiscard]] wl_surface* surface() const;
     void putOnLayer(QScreen& screen);
     void takeOffLayer();
+    void goOffScreen();
+    void followWithoutLeave();
     void takeKeys(bool takes);
     void follow(const QWindow* focused);
     void turn(Turn kind);
@@ -67,6 +69,8 @@ private:
     zwlr_layer_surface_v1* layer_ = nullptr;
     bool isAsked_ = false;
     bool hasKeyboard_ = false;
+    /// The toolkit still counts the keyboard as that of the window which has gone.
+    bool isLeaveDue_ = false;
     Signal<Turn> turns_;
 };
 
