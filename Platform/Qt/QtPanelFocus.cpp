@@ -27,7 +27,8 @@ QtPanelFocus::~QtPanelFocus() = default;
 
 void QtPanelFocus::acquire(WindowIdentifier window) {
     window_ = window;
-    follow(QGuiApplication::focusWindow());
+    if (!isPast_)
+        follow(QGuiApplication::focusWindow());
     for (QWindow* each : QGuiApplication::allWindows()) {
         if (!isHeld_ && each->handle() != nullptr && each->winId() == window)
             each->requestActivate();
@@ -35,11 +36,13 @@ void QtPanelFocus::acquire(WindowIdentifier window) {
 }
 
 void QtPanelFocus::release() {
+    isPast_ = isHeld_;
     window_ = 0;
     isHeld_ = false;
 }
 
 void QtPanelFocus::follow(const QWindow* focused) {
+    isPast_ = false;
     if (window_ == 0)
         return;
     const bool wasHeld = std::exchange(isHeld_, isOf(focused, window_));

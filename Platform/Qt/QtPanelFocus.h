@@ -36,6 +36,8 @@ private:
 
     WindowIdentifier window_ = 0;
     bool isHeld_ = false;
+    /// The toolkit has not learned yet that a window that has gone has lost the keyboard.
+    bool isPast_ = false;
     QObject context_;
     Signal<Turn> turns_;
 };

@@ -44,6 +44,8 @@ class QuillmothService {
         this._keys = new Map();
         this._panel = null;
         this._wanted = null;
+        // Synthetic keys that are down.
+        this._held = new Set();
         this._timers = new Set();
         this._signals = [];
         this._follow(global.display, 'accelerator-activated', (display, action) => this._pressed(action));
@@ -113,6 +115,8 @@ class QuillmothService {
     _programLeft() {
         for (const accelerator of [...this._keys.keys()])
             this._ungrab(accelerator);
+        for (const key of [...this._held])
+            this._notifyKey(key, false);
         this._program = null;
         this._process = 0;
         this._panel = null;
@@ -314,17 +318,24 @@ class QuillmothService {
             this._later(kModifierStep, () => this._whenUp(harmless, patience - kModifierStep, done));
     }
 
-    _strike(events, done) {
+    _notifyKey(key, isDown) {
         this._keyboard ??= Clutter.get_default_backend().get_default_seat()
             .create_virtual_device(Clutter.InputDeviceType.KEYBOARD_DEVICE);
+        this._keyboard.notify_key(GLib.get_monotonic_time(), key,
+            isDown ? Clutter.KeyState.PRESSED : Clutter.KeyState.RELEASED);
+        if (isDown)
+            this._held.add(key);
+        else
+            this._held.delete(key);
+    }
+
+    _strike(events, done) {
         const next = index => {
             if (index === events.length) {
                 done(true);
                 return;
             }
-            const [key, isDown] = events[index];
-            this._keyboard.notify_key(GLib.get_monotonic_time(), key,
-                isDown ? Clutter.KeyState.PRESSED : Clutter.KeyState.RELEASED);
+            this._notifyKey(...events[index]);
             this._later(kKeyGap, () => next(index + 1));
         };
         next(0);

@@ -36,7 +36,7 @@ bool isShellOnBus() {
 Result<std::unique_ptr<GnomeBackEnd>> GnomeBackEnd::create(const Toolkit& toolkit) {
     if (!qGuiApp || !QGuiApplication::platformName().startsWith(QStringLiteral("wayland")))
         return Error{"the toolkit does not run on Wayland"};
-    if (!isShellOnBus() && !hasMutterKeys())
+    if (!isShellOnBus() && !MutterKeys::areThere())
         return Error{"neither the shell nor its compositor are on the session bus"};
     auto wayland = WaylandConnection::open();
     if (!wayland)
@@ -91,7 +91,9 @@ PasteOutcome GnomeBackEnd::paste(const std::string& text, std::chrono::steady_cl
     if (text.empty())
         return keys_.postDelete() ? PasteOutcome::fetched : PasteOutcome::impossible;
     return clipboard_->paste(
-        text, *process, [this] { return keys_.postPaste(); }, deadline);
+        text, *process,
+        {.paste = [this] { return keys_.pressPaste(); }, .release = [this] { keys_.releasePaste(); }},
+        deadline);
 }
 
 void GnomeBackEnd::withdrawPaste() {

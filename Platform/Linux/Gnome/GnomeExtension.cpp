@@ -142,4 +142,3 @@ void GnomeExtension::ownerChanged(const QString&, const QString&, const QString&
 }
 
 } // namespace quillmoth::platform
-

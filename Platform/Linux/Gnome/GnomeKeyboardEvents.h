@@ -2,6 +2,7 @@
 
 #include "Platform/KeyboardEvents.h"
 #include "Platform/Linux/Gnome/GnomeExtension.h"
+#include "Platform/Linux/Gnome/MutterKeys.h"
 
 #include <functional>
 #include <vector>
@@ -29,17 +30,22 @@ public:
 
     /// Whether there is a way for the two below.
     [[nodiscard]] bool canPaste() const;
-    /// Control with the key that writes a "v". False where that cannot be sent.
-    bool postPaste();
+    /// Control with the key that writes a "v". False where that cannot be sent. Control stays down until the
+    /// release: the compositor has keys go by way of an input method, and the modifiers past it, so that one
+    /// let go of too early would leave the letter alone.
+    bool pressPaste();
+    void releasePaste();
     bool postDelete();
 
 private:
-    bool send(const std::vector<KeyStep>& steps);
+    [[nodiscard]] bool send(const std::vector<KeyStep>& steps);
 
     GnomeExtension& extension_;
     std::function<std::optional<std::uint32_t>(const std::string& name)> keycodeOf_;
     std::function<bool()> isForbidden_;
     bool hasMutter_;
+    /// While keys are held down by it.
+    MutterKeys mutter_;
 };
 
 } // namespace quillmoth::platform

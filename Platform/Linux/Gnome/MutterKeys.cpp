@@ -34,27 +34,41 @@ bool isReply(const QDBusMessage& message) {
 
 } // namespace
 
-bool hasMutterKeys() {
+MutterKeys::~MutterKeys() {
+    end();
+}
+
+bool MutterKeys::areThere() {
     auto* bus = QDBusConnection::sessionBus().interface();
     return bus != nullptr && bus->isServiceRegistered(kMutterService).value();
 }
 
-bool sendMutterKeys(const std::vector<KeyStep>& steps) {
+bool MutterKeys::begin() {
+    if (!session_.isEmpty())
+        return true;
     const QDBusMessage created = askMutter(kMutterPath, kMutterService, "CreateSession");
     if (!isReply(created) || created.arguments().isEmpty())
         return false;
-    const QString session = created.arguments().constFirst().value<QDBusObjectPath>().path();
-    bool isSent = isReply(askMutter(session, kMutterSession, "Start"));
+    session_ = created.arguments().constFirst().value<QDBusObjectPath>().path();
+    return isReply(askMutter(session_, kMutterSession, "Start"));
+}
+
+bool MutterKeys::send(const std::vector<KeyStep>& steps) {
+    bool isSent = begin();
     for (const KeyStep& step : steps) {
         if (!isSent)
             break;
         isSent =
-            isReply(askMutter(session, kMutterSession, "NotifyKeyboardKeycode", {step.key, step.isDown}));
+            isReply(askMutter(session_, kMutterSession, "NotifyKeyboardKeycode", {step.key, step.isDown}));
         std::this_thread::sleep_for(kMutterKeyGap);
     }
-    // What it holds down goes up with its end.
-    askMutter(session, kMutterSession, "Stop");
     return isSent;
+}
+
+void MutterKeys::end() {
+    if (!session_.isEmpty())
+        askMutter(session_, kMutterSession, "Stop");
+    session_.clear();
 }
 
 } // namespace quillmoth::platform

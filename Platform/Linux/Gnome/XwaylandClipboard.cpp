@@ -63,12 +63,13 @@ std::optional<std::string> XwaylandClipboard::primary() {
 }
 
 PasteOutcome XwaylandClipboard::paste(const std::string& text, std::int64_t process,
-                                      const std::function<bool()>& sendKeys,
+                                      X11Pasteboard::PasteKeys keys,
                                       std::chrono::steady_clock::time_point deadline) {
     X11Application application{.window = compositor_, .processes = {process}};
     if (const auto compositor = clientProcessIdentifier(connection_->get(), compositor_))
         application.processes.push_back(*compositor);
-    return pasteboard_.paste(text, application, {.paste = sendKeys, .quietTime = kKeepingTime}, deadline);
+    keys.quietTime = kKeepingTime;
+    return pasteboard_.paste(text, application, keys, deadline);
 }
 
 } // namespace quillmoth::platform

@@ -31,7 +31,7 @@ public:
     std::function<void()> onPrimaryChange;
 
     /// As X11Pasteboard::paste, into a process that runs on either side.
-    PasteOutcome paste(const std::string& text, std::int64_t process, const std::function<bool()>& sendKeys,
+    PasteOutcome paste(const std::string& text, std::int64_t process, X11Pasteboard::PasteKeys keys,
                        std::chrono::steady_clock::time_point deadline);
 
 private:

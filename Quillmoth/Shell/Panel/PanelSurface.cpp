@@ -187,6 +187,10 @@ void PanelSurface::paintRim(QPainter& painter) const {
 bool PanelSurface::eventFilter(QObject* watched, QEvent* event) {
     if (watched != window()->windowHandle())
         return QWidget::eventFilter(watched, event);
+    // What comes here while the desktop has the window comes behind its end.
+    if (event->type() == QEvent::KeyPress || event->type() == QEvent::Enter ||
+        event->type() == QEvent::FocusIn)
+        isBeingMoved_ = false;
     const auto place = [this](const QMouseEvent& mouse) {
         return mapFrom(window(), mouse.position().toPoint());
     };
@@ -252,10 +256,7 @@ void PanelSurface::showEdgeCursor(Qt::Edges edges) {
 
 void PanelSurface::beginDrag(const QMouseEvent& press, Qt::Edges edges) {
     if (isOrdinaryWindow_) {
-        if (edges)
-            windowHandle()->startSystemResize(edges);
-        else
-            windowHandle()->startSystemMove();
+        isBeingMoved_ = edges ? windowHandle()->startSystemResize(edges) : windowHandle()->startSystemMove();
         return;
     }
     drag_ = Drag{.from = press.globalPosition().toPoint(),

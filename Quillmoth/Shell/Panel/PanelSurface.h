@@ -21,6 +21,9 @@ public:
 
     [[nodiscard]] bool isActive() const { return active_; }
 
+    /// The desktop moves or resizes the window, and has the keyboard meanwhile.
+    [[nodiscard]] bool isBeingMoved() const { return isBeingMoved_; }
+
     /// Whether the desktop blends windows. Without it the corners are cut out.
     void setCompositing(bool compositing);
 
@@ -79,6 +82,7 @@ private:
 
     PanelContent* content_;
     bool isOrdinaryWindow_;
+    bool isBeingMoved_ = false;
     QRect chosen_;
     std::optional<Drag> drag_;
     Qt::Edges pointedEdges_;

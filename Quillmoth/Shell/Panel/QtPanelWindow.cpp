@@ -179,7 +179,7 @@ void QtPanelWindow::setResignMainHandler(std::function<void()> handler) {
 }
 
 void QtPanelWindow::turnedElsewhere(platform::PanelFocus::Turn turn) {
-    if (!surface_->isVisible())
+    if (!surface_->isVisible() || surface_->isBeingMoved())
         return;
     surface_->setActive(false);
     if (turn != platform::PanelFocus::Turn::idle && resignMain_)

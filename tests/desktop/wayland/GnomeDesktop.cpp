@@ -20,6 +20,7 @@ namespace fs = std::filesystem;
 
 constexpr uid_t kOrdinaryUser = 65534;
 constexpr int kCallMilliseconds = 5000;
+constexpr auto kHandsPause = 30ms;
 
 void setTo(const char* name, const std::string& value) {
     setenv(name, value.c_str(), 1); // NOLINT(concurrency-mt-unsafe): tests are set up on one thread
@@ -128,11 +129,15 @@ void GnomeDesktop::startSettingsDaemon() {
 
 void GnomeDesktop::connectHands() {
     bus_.reset(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
-    const std::string answer = call("org.gnome.Mutter.RemoteDesktop", "/org/gnome/Mutter/RemoteDesktop",
-                                    "org.gnome.Mutter.RemoteDesktop", "CreateSession", "()");
+    std::string answer;
     std::smatch path;
-    if (!std::regex_search(answer, path, std::regex("'(/[^']*)'")))
-        throw std::runtime_error("no session of a remote desktop: " + answer);
+    const bool isThere = holdsWithin(10s, [&] {
+        answer = call("org.gnome.Mutter.RemoteDesktop", "/org/gnome/Mutter/RemoteDesktop",
+                      "org.gnome.Mutter.RemoteDesktop", "CreateSession", "()");
+        return std::regex_search(answer, path, std::regex("'(/[^']*)'"));
+    });
+    if (!isThere)
+        throw std::runtime_error("no session of a remote desktop: " + shell_->output());
     handsPath_ = path[1];
     hands("Start", "()");
     // Programs look for a keyboard and a pointer once these have been used.
@@ -191,7 +196,10 @@ void GnomeDesktop::tapKey(int key) {
 void GnomeDesktop::chord(const std::vector<int>& keys) {
     for (const int key : keys)
         pressKey(key);
-    for (auto key = keys.rbegin(); key != keys.rend(); ++key)
+    releaseKey(keys.back());
+    // Keys go by way of an input method, which modifiers overtake.
+    letPass(kHandsPause);
+    for (auto key = std::next(keys.rbegin()); key != keys.rend(); ++key)
         releaseKey(*key);
 }
 
@@ -205,9 +213,10 @@ void GnomeDesktop::sendButton(bool isDown) {
 }
 
 void GnomeDesktop::movePointer(int x, int y) {
-    // Into the corner first, since only steps can be told.
-    hands("NotifyPointerMotionRelative", "(-9000.0, -9000.0)");
-    hands("NotifyPointerMotionRelative", "(" + std::to_string(x) + ".0, " + std::to_string(y) + ".0)");
+    // Into a corner first, since only steps can be told.
+    hands("NotifyPointerMotionRelative", "(9000.0, 9000.0)");
+    hands("NotifyPointerMotionRelative",
+          "(" + std::to_string(x - kWidth + 1) + ".0, " + std::to_string(y - kHeight + 1) + ".0)");
 }
 
 void GnomeDesktop::click(int x, int y, int clicks) {

@@ -143,6 +143,12 @@ TEST(Diagnosis, TellsWhatTheCompositorServesAndWhatItDoesNot) {
          {"Alt+Space, not active: KRunner has it\n    -> record another", "Panel: an ordinary window",
           "Synthetic keys: none: KWin takes them from installed programs alone\n    -> install"})
         EXPECT_NE(page(facts).find(told), std::string::npos) << page(facts);
+    // In words of its own where the desktop has its own ways.
+    facts.hotKeyWay = DesktopFacts::Way{.state = "not active: GNOME has it", .advice = "record another one"};
+    facts.ways = {{"Panel", "placed by GNOME", "install the extension"}, {"Synthetic keys", "some"}};
+    for (const char* told : {"Hot key: Alt+Space, not active: GNOME has it\n    -> record another one\n",
+                             "Panel: placed by GNOME\n    -> install the extension\nSynthetic keys: some\n"})
+        EXPECT_NE(page(facts).find(told), std::string::npos) << page(facts);
 }
 
 TEST(Diagnosis, SaysWhereTheKeyIsAndWhichWayWorksInTheProgramInFront) {

@@ -250,11 +250,15 @@ PasteOutcome X11Pasteboard::paste(const std::string& text, const X11Application&
     // What was fetched before the keys, by a look at what is new there, was for no paste.
     thread.order([](X11ClipboardExchange& clipboard) { clipboard.expectFetch(); });
     thread.forgetFetched();
-    if (!keys.paste()) {
+    const bool isSent = keys.paste();
+    const bool isFetched = isSent && thread.awaitFetched(Clock::now() + timeToFetch);
+    if (keys.release)
+        keys.release();
+    if (!isSent) {
         takeBack();
         return keys.undo && keys.undo() ? PasteOutcome::takenBack : PasteOutcome::impossible;
     }
-    return thread.awaitFetched(Clock::now() + timeToFetch) ? PasteOutcome::fetched : PasteOutcome::notFetched;
+    return isFetched ? PasteOutcome::fetched : PasteOutcome::notFetched;
 }
 
 PasteOutcome X11Pasteboard::cut(const PasteKeys& keys, Clock::time_point deadline) {

@@ -36,6 +36,8 @@ public:
     /// The keys that make an application paste; each returns false where it cannot be sent.
     struct PasteKeys {
         std::function<bool()> paste;
+        /// Called after the text was fetched, or was not in time: lets go of what is held down until then.
+        std::function<void()> release = {};
         /// For applications that paste beside what is selected: cuts it, which is `selected`. Left empty
         /// elsewhere.
         std::function<bool()> cut = {};
