@@ -28,7 +28,7 @@ class PlatformFixture : public testing::Test {
 protected:
     PlatformFixture() {
         for (const char* name : {"QUILLMOTH_OPENAI_BASE_URL", "QUILLMOTH_GATEWAY_BASE_URL", "QUILLMOTH_LOG"})
-            unsetenv(name);
+            unsetenv(name); // NOLINT(concurrency-mt-unsafe): tests are set up on one thread
     }
 
     /// Whether a line of the log contains the words.
