@@ -33,7 +33,11 @@ TEST_F(EditorFieldsTest, anAbsentSystemPromptIsStoredFromTheFirstKeyOn) {
     area.selectAll();
     QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, inRow(1));
     QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, inRow(0));
-    EXPECT_EQ(fileContent()[0].systemPrompt, std::nullopt);
+    for (const char* composed : {"c", ""}) {
+        QInputMethodEvent composing(composed, {});
+        QCoreApplication::sendEvent(&area, &composing);
+    }
+    EXPECT_EQ(fileContent()[0].systemPrompt, std::nullopt) << "nothing is typed yet";
     area.moveCursor(QTextCursor::End);
     type(area, "!");
     EXPECT_EQ(fileContent()[0].systemPrompt, "You are a helpful assistant.!");

@@ -211,6 +211,7 @@ TEST_F(KeyringTest, what_is_typed_while_the_key_moves_is_what_arrives) {
                 mainQueue.runOne();
             type(typed);
             mainQueue.runUntilIdle();
+            EXPECT_EQ(key(), typed);
             const bool isEmpty = *typed == '\0';
             expectPlaces(isEmpty ? std::optional("") : std::nullopt,
                          isEmpty ? std::nullopt : std::optional(typed), true);

@@ -116,6 +116,11 @@ TEST_F(HeldImagesTest, OfPrivateAddressesNeverLoadByThemselvesAndFilesNotAtAll) 
         "![d](http://[::1]/d)\n\n![e](http://0x7f.1/e)\n\n![f](file:///etc/passwd)\n\n![g](ftp://x.org/g)\n\n"
         "![h](h.png)\n");
     EXPECT_TRUE(asked.empty());
+    QMenu menu;
+    const Rect frame = item.content().document()->rectanglesOf(image()).front();
+    item.addActions(menu, {frame.x + 1, frame.y + 1});
+    EXPECT_EQ(menu.actions().at(0)->text(), "Load Image");
+    EXPECT_TRUE(menu.actions().at(1)->isSeparator()) << "and not always from there";
     for (std::size_t index = 0; index < 8; ++index) {
         EXPECT_EQ(image(index).isPressable, index < 5) << index;
         services.images.load(image(index).source);

@@ -26,6 +26,9 @@ TEST_F(PanelFormTest, ReturnWalksTheFormFromTopToBottomAndSendsIt) {
     EXPECT_EQ(whom.text(), QStringLiteral("writers"));
     press(whom, Qt::Key_Return);
     EXPECT_EQ(panel.surface().focusWidget(), &what);
+    whom.setFocus(Qt::MouseFocusReason);
+    EXPECT_FALSE(whom.textCursor().hasSelection()) << "the caret is where the pointer has put it";
+    what.setFocus(Qt::TabFocusReason);
     type(what, QStringLiteral("ink"));
     press(what, Qt::Key_Return);
     ASSERT_FALSE(model._messages->empty());

@@ -117,6 +117,20 @@ TEST_F(PanelViewTest, ATextLeftInTheFieldIsSelectedWhenThePanelOpensAgain) {
     EXPECT_FALSE(field.textCursor().hasSelection());
 }
 
+TEST_F(PanelViewTest, ThreeClicksSelectALineOfTheField) {
+    command("one two\nthree");
+    const QPointF place(field.cursorRect().center());
+    for (int click = 1; click <= 3; ++click) {
+        const auto type = click == 2 ? QEvent::MouseButtonDblClick : QEvent::MouseButtonPress;
+        QMouseEvent press(type, place, field.viewport()->mapToGlobal(place), Qt::LeftButton, Qt::LeftButton,
+                          {});
+        QApplication::sendEvent(field.viewport(), &press);
+        EXPECT_EQ(field.textCursor().selectedText() == QStringLiteral("three"), click > 1) << click;
+    }
+    press(field, Qt::Key_Home);
+    EXPECT_FALSE(field.textCursor().hasSelection());
+}
+
 TEST_F(PanelViewTest, KeyEquivalentsWorkFromEveryInputInEveryState) {
     FloatingViewController& controller = *panel.controller;
     const Qt::KeyboardModifiers control = Qt::ControlModifier;
@@ -352,6 +366,10 @@ TEST_F(PanelViewTest, AMenuIsWalkedByKeysSkipsWhatIsOffAndGivesTheFocusBack) {
     panel.surface().resize(panel.surface().size() + QSize(30, 0));
     panel.settle();
     EXPECT_EQ(panel.surface().focusWidget(), &field) << "it goes with the size that it was placed in";
+    QContextMenuEvent byKey(QContextMenuEvent::Keyboard, QPoint(5, 5), field.mapToGlobal(QPoint(5, 5)));
+    QApplication::sendEvent(&field, &byKey);
+    EXPECT_FALSE(marked().isEmpty()) << "it begins at its first item, where a key has opened it";
+    press(*panel.surface().focusWidget(), Qt::Key_Escape);
 }
 
 TEST_F(PanelViewTest, PageKeysAndTheWheelScroll) {

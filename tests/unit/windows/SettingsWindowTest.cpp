@@ -339,6 +339,11 @@ TEST_F(SettingsWindowTest, TheUpdateButtonWorksOnlyWhileACheckCanStart) {
             choice->click();
     }
     EXPECT_EQ(fakes.workspace.openedURLs, std::vector<std::string>{"https://get.example/"});
+    delete alert();
+    check->click();
+    fakes.urlSessions.shared().lastTask().answer(200, R"({"version":"1.0.1"})");
+    fakes.runUntilIdle();
+    EXPECT_EQ(alert()->buttons().size(), 1) << "no page is named that could be opened";
 }
 
 TEST_F(SettingsWindowTest, ATestOfTheConnectionShowsItsAnswerAndCanBeRepeated) {
