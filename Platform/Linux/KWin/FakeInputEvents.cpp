@@ -10,7 +10,12 @@ namespace {
 
 /// The first one with keys.
 constexpr std::uint32_t kFakeInputVersion = 4;
-constexpr std::chrono::milliseconds kConnectLimit{250};
+/// KWin looks through all desktop entries then.
+constexpr std::chrono::milliseconds kConnectLimit{1000};
+constexpr std::chrono::seconds kTryInterval{30};
+/// It looks for new entries each one and a half seconds at most, and only behind the answer to who asks then.
+constexpr std::chrono::seconds kBetweenTries{2};
+constexpr int kTries = 4;
 /// X keycodes begin behind the kernel's.
 constexpr std::uint32_t kFirstKeycode = 8;
 
@@ -20,10 +25,26 @@ constexpr std::uint32_t kModifierKeys[] = {KEY_LEFTALT,   KEY_RIGHTALT,   KEY_LE
 } // namespace
 
 FakeInputEvents::FakeInputEvents(WaylandConnection& connection, const WaylandKeyboardLayout& layout)
-    : WaylandKeyboardEvents(connection, layout) {}
+    : WaylandKeyboardEvents(connection, layout) {
+    take(connection);
+}
 
 FakeInputEvents::~FakeInputEvents() {
-    disconnect();
+    letGo();
+}
+
+void FakeInputEvents::take(WaylandConnection& from) {
+    input_ = from.bind<org_kde_kwin_fake_input>(org_kde_kwin_fake_input_interface, kFakeInputVersion);
+    if (input_ != nullptr && org_kde_kwin_fake_input_get_version(input_) < kFakeInputVersion)
+        letGo();
+    if (input_ != nullptr)
+        org_kde_kwin_fake_input_authenticate(input_, "Quillmoth", "Answers are pasted into other programs.");
+}
+
+void FakeInputEvents::letGo() {
+    if (input_ != nullptr)
+        org_kde_kwin_fake_input_destroy(input_.exchange(nullptr));
+    own_.reset();
 }
 
 bool FakeInputEvents::canSend() {
@@ -32,38 +53,40 @@ bool FakeInputEvents::canSend() {
         .value_or(false);
 }
 
+void FakeInputEvents::expectOffer() {
+    triesLeft_ = kTries;
+    tries_.callOnTimeout([this] {
+        connection_.post([this] { connect(); });
+        if (--triesLeft_ == 0 || input_ != nullptr)
+            tries_.stop();
+    });
+    tries_.start(kBetweenTries);
+}
+
 std::optional<CGKeyboardEvent> FakeInputEvents::createKeyboardEvent(std::uint16_t keyCode, bool keyDown) {
     return canSend() ? WaylandKeyboardEvents::createKeyboardEvent(keyCode, keyDown) : std::nullopt;
 }
 
 bool FakeInputEvents::makeReady() {
-    if (own_ && own_->synchronize())
+    const bool mayTry = input_ == nullptr && WaylandConnection::Clock::now() >= nextTry_;
+    return mayTry ? connect() : input_ != nullptr;
+}
+
+bool FakeInputEvents::connect() {
+    if (input_ != nullptr)
         return true;
-    disconnect();
+    nextTry_ = WaylandConnection::Clock::now() + kTryInterval;
     auto opened = WaylandConnection::open();
-    auto* input = opened ? (*opened)->bind<org_kde_kwin_fake_input>(org_kde_kwin_fake_input_interface,
-                                                                    kFakeInputVersion)
-                         : nullptr;
-    if (input == nullptr)
+    if (!opened)
         return false;
-    own_ = std::move(*opened);
-    input_ = input;
-    if (org_kde_kwin_fake_input_get_version(input_) < kFakeInputVersion) {
-        disconnect();
-        return false;
-    }
-    org_kde_kwin_fake_input_authenticate(input_, "Quillmoth", "Answers are pasted into other programs.");
-    return true;
+    take(**opened);
+    if (input_ != nullptr)
+        own_ = std::move(*opened);
+    return input_ != nullptr;
 }
 
 bool FakeInputEvents::finish() {
-    return own_ && own_->synchronize();
-}
-
-void FakeInputEvents::disconnect() {
-    if (input_ != nullptr)
-        org_kde_kwin_fake_input_destroy(std::exchange(input_, nullptr));
-    own_.reset();
+    return own_ ? own_->synchronize() : connection_.synchronize();
 }
 
 void FakeInputEvents::send(const Stroke& stroke, bool isDown) {

@@ -2,20 +2,26 @@
 
 #include "Platform/Linux/Wayland/WaylandKeyboardEvents.h"
 
+#include <QTimer>
+#include <atomic>
+
 struct org_kde_kwin_fake_input;
 
 namespace quillmoth::platform {
 
 /// Synthetic keys by KWin's protocol for them, which it offers to those programs alone whose desktop entry
-/// asks for it. It looks for that when a program connects, and may take some seconds to see a new entry: so
-/// there is a connection of its own, made anew until it is offered there. The keys count as those of the
-/// user's own keyboard, so the modifiers that the user holds are let go first. Main thread.
+/// asks for it. It looks for that when a program connects, and sees a new entry some seconds late: where it
+/// was not offered at the start there is a connection of its own, tried again and again. The keys count as
+/// those of the user's own keyboard, so the modifiers that the user holds are let go first. Main thread.
 class FakeInputEvents final : public WaylandKeyboardEvents {
 public:
-    /// `connection` is the one on whose thread the keys are sent. Both outlive the object; the connection is
-    /// stopped before its end.
+    /// Before the connection's thread starts. Both outlive the object; the connection is stopped before its
+    /// end.
     FakeInputEvents(WaylandConnection& connection, const WaylandKeyboardLayout& layout);
     ~FakeInputEvents() override;
+
+    /// Tries the connection of its own a few times within the next seconds, in the background.
+    void expectOffer();
 
     [[nodiscard]] bool canSend() override;
 
@@ -23,12 +29,18 @@ public:
 
 private:
     bool makeReady() override;
+    bool connect();
     void send(const Stroke& stroke, bool isDown) override;
     bool finish() override;
-    void disconnect();
+    void take(WaylandConnection& from);
+    void letGo();
 
+    /// Null where the connection of the others serves, or nothing does.
     std::unique_ptr<WaylandConnection> own_;
-    org_kde_kwin_fake_input* input_ = nullptr;
+    std::atomic<org_kde_kwin_fake_input*> input_ = nullptr;
+    WaylandConnection::Clock::time_point nextTry_;
+    QTimer tries_;
+    int triesLeft_ = 0;
 };
 
 } // namespace quillmoth::platform

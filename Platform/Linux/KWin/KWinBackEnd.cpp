@@ -50,9 +50,13 @@ Result<std::unique_ptr<KWinBackEnd>> KWinBackEnd::create(const Toolkit& toolkit,
         return Error{"the compositor is another one"};
     if (!(*wayland)->offers("zwlr_layer_shell_v1"))
         return Error{"KWin has no layers"};
-    if (askForKeys && !(*wayland)->offers("org_kde_kwin_fake_input"))
+    const bool asksForKeys = askForKeys && !(*wayland)->offers("org_kde_kwin_fake_input");
+    std::unique_ptr<KWinBackEnd> kwin(new KWinBackEnd(std::move(*wayland), toolkit));
+    if (asksForKeys) {
         askForKeys();
-    return std::unique_ptr<KWinBackEnd>(new KWinBackEnd(std::move(*wayland), toolkit));
+        static_cast<FakeInputEvents&>(kwin->keyboardEvents()).expectOffer();
+    }
+    return kwin;
 }
 
 KWinBackEnd::KWinBackEnd(std::unique_ptr<WaylandConnection> wayland, const Toolkit& toolkit)
@@ -69,7 +73,10 @@ KWinBackEnd::KWinBackEnd(std::unique_ptr<WaylandConnection> wayland, const Toolk
           return keycode && keymap ? keysSeenByKWin(keymap.get(), *keycode, carbonModifiers)
                                    : std::vector<int>();
       }),
-      frontChanges_(front_.onChange([this] { frontChanged(); })) {}
+      frontChanges_(front_.onChange([this] { frontChanged(); })) {
+    // Its keyboard stays with a surface that was active, whatever that asks for.
+    setYieldHandler([this] { front_.activate(); });
+}
 
 std::optional<std::int64_t> KWinBackEnd::frontProcess() {
     const auto window = front_.window();

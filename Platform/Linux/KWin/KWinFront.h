@@ -1,24 +1,21 @@
 #pragma once
 
 #include "Foundation/Subscription.h"
+#include "Platform/Linux/KWin/KWinScript.h"
 
 #include <QDBusContext>
 #include <QDBusServiceWatcher>
 #include <QObject>
-#include <QTemporaryFile>
 #include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
 
-class QDBusPendingCallWatcher;
-
 namespace quillmoth::platform {
 
 /// Knows which window of another program is in front, or was before this program's own: a script in KWin
 /// tells of each window that is activated. KWin sends that before the hot keys that are pressed behind it, on
-/// the same connection. KWin that starts anew is given the script again, and at the end it is taken back.
-/// Main thread; no call waits.
+/// the same connection. KWin that starts anew is given the script again. Main thread; no call waits.
 class KWinFront final : public QObject, protected QDBusContext {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.quillmoth.Front")
@@ -28,8 +25,8 @@ public:
         std::int64_t process = 0;
         /// The application's own name for itself: its Wayland app_id, or the class of its X11 window.
         std::string application = {};
-
-        friend bool operator==(const Window&, const Window&) = default;
+        /// KWin's own name of the window.
+        QString identifier = {};
     };
 
     KWinFront();
@@ -41,6 +38,9 @@ public:
     /// Whether the script has told anything.
     [[nodiscard]] bool hasBeenTold() const { return hasBeenTold_; }
 
+    /// Has KWin give that window the focus, a moment later.
+    void activate();
+
     /// Called when another program's window has got the focus.
     Subscription onChange(std::function<void()> subscriber) {
         return changed_.subscribe(std::move(subscriber));
@@ -48,18 +48,16 @@ public:
 
 public Q_SLOTS:
     /// What the script calls; of nobody else it is heard. Empty texts stand for no window.
-    Q_SCRIPTABLE void activated(const QString& process, const QString& application);
+    Q_SCRIPTABLE void activated(const QString& process, const QString& application,
+                                const QString& identifier);
 
 private:
-    void load(const QString& owner);
-    void send(const char* method, const QVariantList& arguments,
-              std::function<void(const QDBusPendingCallWatcher&)> answered);
-    void start();
+    void follow(const QString& owner);
 
     QDBusServiceWatcher service_;
-    QTemporaryFile script_;
-    QString plugin_;
-    /// KWin's unique name; empty where it is not there.
+    KWinScript teller_{QStringLiteral("front")};
+    KWinScript activator_{QStringLiteral("activate")};
+    /// KWin's unique name on the bus; empty where it is not there.
     QString owner_;
     std::optional<Window> last_;
     bool isEmpty_ = true;

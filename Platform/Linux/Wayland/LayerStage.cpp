@@ -215,6 +215,8 @@ void LayerStage::turn(Turn kind) {
     hasKeyboard_ = false;
     takeKeys(false);
     turns_.emit(kind);
+    if (kind == Turn::pressedElsewhere && layer_ != nullptr && yielded_)
+        yielded_();
 }
 
 void LayerStage::outputHasGone() {

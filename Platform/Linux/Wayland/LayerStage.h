@@ -45,6 +45,10 @@ public:
     /// Another application's window has got the focus of the desktop.
     void frontChanged();
 
+    /// `handler` runs where the keyboard was given up because of a press beside the panel, which stays: for
+    /// compositors that do not pass it on by themselves.
+    void setYieldHandler(std::function<void()> handler) { yielded_ = std::move(handler); }
+
 protected:
     void mousePressEvent(QMouseEvent* event) override;
 
@@ -71,6 +75,7 @@ private:
     bool hasKeyboard_ = false;
     /// The toolkit still counts the keyboard as that of the window which has gone.
     bool isLeaveDue_ = false;
+    std::function<void()> yielded_;
     Signal<Turn> turns_;
 };
 

@@ -27,6 +27,11 @@ void WaylandBackEnd::frontChanged() {
         stage_->frontChanged();
 }
 
+void WaylandBackEnd::setYieldHandler(std::function<void()> handler) {
+    if (stage_)
+        stage_->setYieldHandler(std::move(handler));
+}
+
 std::optional<std::string> WaylandBackEnd::selectionInsteadOfCopy(const OtherFocus& hasOtherFocus) {
     return isFrontTerminal(hasOtherFocus) ? std::optional(primarySelection().value_or("")) : std::nullopt;
 }

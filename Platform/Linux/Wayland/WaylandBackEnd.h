@@ -81,6 +81,9 @@ protected:
     /// Another application's window has got the focus of the desktop.
     void frontChanged();
 
+    /// As LayerStage::setYieldHandler.
+    void setYieldHandler(std::function<void()> handler);
+
 private:
     void notePrimary();
 

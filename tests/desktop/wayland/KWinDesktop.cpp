@@ -20,12 +20,11 @@ constexpr const char* kSocket = "wayland-kwin";
 
 /// KWin takes input from those programs alone whose entry asks for it. It goes by the whole path of the
 /// program, without arguments.
-constexpr const char* kInputEntry = R"([Desktop Entry]
-Type=Application
-Name=Test
-NoDisplay=true
-X-KDE-Wayland-Interfaces=org_kde_kwin_fake_input
-Exec=)";
+std::string inputEntry(const std::string& program) {
+    return "[Desktop Entry]\nType=Application\nName=Test\nNoDisplay=true\n"
+           "X-KDE-Wayland-Interfaces=org_kde_kwin_fake_input\nExec=" +
+           program + '\n';
+}
 
 /// What KWin starts as its session, and ends with: it tells how to reach the X server beside it.
 constexpr const char* kSession = R"(#!/bin/sh
@@ -68,14 +67,19 @@ KWinDesktop::KWinDesktop() : program_("", kHeight) {
     const std::string session = folder + "/session";
     std::ofstream(session) << kSession;
     fs::permissions(session, fs::perms::owner_all);
-    program_.writeFile(".local/share/applications/test.desktop",
-                       kInputEntry + fs::read_symlink("/proc/self/exe").string() + '\n');
+    const std::string entries = folder + "/kwin/applications";
+    fs::create_directories(entries);
+    std::ofstream(entries + "/test.desktop") << inputEntry(fs::read_symlink("/proc/self/exe"));
+    std::ofstream(entries + "/program.desktop") << inputEntry(ProgramSession::program());
     unsetenv("DISPLAY"); // NOLINT(concurrency-mt-unsafe): tests are set up on one thread
     kwin_.emplace(std::vector<std::string>{program, "--virtual", "--width", std::to_string(kWidth),
                                            "--height", std::to_string(kHeight), "--no-lockscreen",
                                            "--xwayland", "--socket", kSocket, "--exit-with-session", session},
-                  // The entries stand in that menu.
+                  // The entries stand in that menu, and nothing that the program does to its home makes KWin
+                  // read them anew.
                   ChildOptions{.environment = {{"XDG_MENU_PREFIX", "kf5-"},
+                                               {"XDG_DATA_HOME", folder + "/kwin"},
+                                               {"XDG_CONFIG_HOME", folder + "/kwin"},
                                                {"KWIN_SCREENSHOT_NO_PERMISSION_CHECKS", "1"}}});
     if (!holdsWithin(30s, [this] { return fs::exists(program_.path("display")); }))
         throw std::runtime_error("KWin does not start: " + kwin_->output());

@@ -28,6 +28,9 @@ public:
 
     void saveScreenshot(const std::string& path) override;
 
+    /// What KWin has printed.
+    [[nodiscard]] std::string output() const { return kwin_->output(); }
+
     /// What a program needs to be on the X server beside the session.
     [[nodiscard]] ProgramSession::Environment onXwayland() const;
 
