@@ -53,6 +53,12 @@ public:
     /// What has not been fetched of the latest paste is not to be had any more.
     virtual void withdrawPaste() = 0;
 
+    /// Until the result goes, the session's own key combinations come to that window of this program, as long
+    /// as it has the keyboard. Empty where the session does not do so.
+    [[nodiscard]] virtual Subscription inhibitShortcuts(PanelFocus::WindowIdentifier /*window*/) {
+        return {};
+    }
+
     /// How long after the panel has closed the application in front may be without its focus.
     [[nodiscard]] virtual std::chrono::milliseconds focusReturnTime() const {
         return std::chrono::milliseconds(0);

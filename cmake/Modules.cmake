@@ -39,7 +39,7 @@ set(modules
     "Platform/Linux/Tray | Platform Foundation | ${qt}|xcb/"
     "Platform/Linux/Unavailable | Platform Foundation |"
     "Platform/Linux/Shared | Platform Foundation | xkbcommon/"
-    "Platform/Linux/Wayland | Platform/Linux/Shared Platform/Linux/Unavailable Platform Foundation | ${qt}|qpa/|wayland-|wlr-|virtual-keyboard-|xkbcommon/"
+    "Platform/Linux/Wayland | Platform/Linux/Shared Platform/Linux/Unavailable Platform Foundation | ${qt}|qpa/|wayland-|wlr-|virtual-keyboard-|keyboard-shortcuts-|xkbcommon/"
     "Platform/Linux/Sway | Platform/Linux/Wayland Platform/Linux/Shared Platform Foundation | ${qt}|nlohmann/"
     "Platform/Linux/KWin | Platform/Linux/Wayland Platform/Linux/Shared Platform Foundation | ${qt}|wayland-|fake-input|xkbcommon/"
     "Platform/Linux/Gnome | Platform/Linux/Wayland Platform/Linux/Desktop Platform/Linux/X11/Selection Platform/Linux/X11/Server Platform/Linux/Shared Platform/Linux/Unavailable Platform Foundation | ${qt}|gio/|xcb/"

@@ -207,6 +207,10 @@ std::optional<std::uint16_t> DesktopServices::virtualKeyCode(std::uint32_t nativ
     return desktop_ ? platform::virtualKeyCodeForKeycode(nativeScanCode) : std::nullopt;
 }
 
+Subscription DesktopServices::inhibitShortcuts(std::uint64_t window) {
+    return desktop_ ? desktop_->inhibitShortcuts(window) : Subscription();
+}
+
 void DesktopServices::finishLaunching() {
     // Nobody opens such an address within the first second.
     mainQueue.asyncAfter(platform::MainQueue::Seconds(1), [] {

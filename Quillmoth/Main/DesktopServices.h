@@ -64,6 +64,9 @@ public:
     /// The virtual key code of a key of the keyboard, by the toolkit's native scan code.
     [[nodiscard]] std::optional<std::uint16_t> virtualKeyCode(std::uint32_t nativeScanCode) const;
 
+    /// As DesktopBackEnd::inhibitShortcuts.
+    [[nodiscard]] Subscription inhibitShortcuts(std::uint64_t window);
+
     /// Does a little later what need not hold up the start.
     void finishLaunching();
 

@@ -71,6 +71,7 @@ QuillmothApp::QuillmothApp()
                                  }},
            .keyKeeping = &services_.userDefaults,
            .virtualKeyCode = [this](std::uint32_t scanCode) { return services_.virtualKeyCode(scanCode); },
+           .inhibitShortcuts = [this](std::uint64_t window) { return services_.inhibitShortcuts(window); },
            .offers = [this] { return services_.offers(); }}),
       heldToggle_(
           services_.mainQueue, [this] { return services_.clock.secondsSince1970(); },

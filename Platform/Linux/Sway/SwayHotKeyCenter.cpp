@@ -41,7 +41,7 @@ SwayHotKeyCenter::SwayHotKeyCenter(SwayConnection& connection, KeycodeOf keycode
 
 SwayHotKeyCenter::~SwayHotKeyCenter() {
     for (const auto& [handle, registration] : registrations_)
-        unbind(registration.combination);
+        unbind(registration);
 }
 
 std::optional<std::string> SwayHotKeyCenter::usersCommand(const SwayCombination& combination) {
@@ -54,23 +54,29 @@ OSStatus SwayHotKeyCenter::registerEventHotKey(std::uint32_t keyCode, std::uint3
     const auto combination = combinationOf(keyCode, carbonModifiers);
     if (!combination)
         return kSwayParameterError;
+    Registration registration{.identifier = id, .combination = *combination};
+    if (!bindOrWait(lastHandle_ + 1, registration))
+        return kSwayHotKeyExistsError;
+    handle = ++lastHandle_;
+    registrations_[handle] = registration;
+    return noErr;
+}
+
+bool SwayHotKeyCenter::bindOrWait(Handle handle, Registration& registration) {
     obstacle_.clear();
-    if (const auto command = usersCommand(*combination)) {
+    const auto command = usersCommand(registration.combination);
+    registration.isBound = !command && bind(handle, registration.combination);
+    if (command) {
         obstacle_ = "The hot key does not work: sway’s configuration has bound it to “" + *command +
                     "”. Choose another one, or remove that line and reload sway.";
         logLine("The hot key is bound by sway’s configuration.");
-        return kSwayHotKeyExistsError;
-    }
-    if (!bind(lastHandle_ + 1, *combination)) {
+    } else if (!registration.isBound) {
         obstacle_ =
             "The hot key does not work: sway has not taken it. Choose another one, or bind “quillmoth "
             "--toggle” to a key in sway’s configuration.";
         logLine(obstacle_);
-        return kSwayHotKeyExistsError;
     }
-    handle = ++lastHandle_;
-    registrations_[handle] = {.identifier = id, .combination = *combination};
-    return noErr;
+    return command || registration.isBound;
 }
 
 bool SwayHotKeyCenter::bind(Handle handle, const SwayCombination& combination) {
@@ -83,8 +89,11 @@ bool SwayHotKeyCenter::bind(Handle handle, const SwayCombination& combination) {
     return connection_.run(commands);
 }
 
-void SwayHotKeyCenter::unbind(const SwayCombination& combination) {
-    const std::string key = writtenSwayCombination(combination);
+void SwayHotKeyCenter::unbind(const Registration& registration) {
+    // What is bound then is the user's.
+    if (!registration.isBound)
+        return;
+    const std::string key = writtenSwayCombination(registration.combination);
     std::string commands;
     for (const char* locks : kLocks)
         commands += "unbindcode " + (locks + key) + ";unbindcode --release " + (locks + key) + ';';
@@ -95,7 +104,7 @@ OSStatus SwayHotKeyCenter::unregisterEventHotKey(Handle handle) {
     const auto found = registrations_.find(handle);
     if (found == registrations_.end())
         return kSwayHotKeyInvalidError;
-    unbind(found->second.combination);
+    unbind(found->second);
     registrations_.erase(found);
     if (pressed_ == handle)
         pressed_ = 0;
@@ -114,10 +123,8 @@ bool SwayHotKeyCenter::isTakenElsewhere(std::uint32_t keyCode, std::uint32_t car
 
 void SwayHotKeyCenter::handle(SwayConnection::Event kind, const nlohmann::json& event) {
     if (kind == SwayConnection::Event::workspace && textIn(event, "change") == "reload") {
-        for (const auto& [handle, registration] : registrations_) {
-            if (!usersCommand(registration.combination))
-                bind(handle, registration.combination);
-        }
+        for (auto& [handle, registration] : registrations_)
+            bindOrWait(handle, registration);
     } else if (kind == SwayConnection::Event::binding) {
         const auto binding = event.find("binding");
         if (binding != event.end())

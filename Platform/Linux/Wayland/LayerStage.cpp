@@ -1,13 +1,12 @@
 #include "Platform/Linux/Wayland/LayerStage.h"
 
 #include "Platform/Linux/Wayland/LayerShellProtocol.h"
+#include "Platform/Linux/Wayland/ToolkitGlobals.h"
 
 #include <QGuiApplication>
 #include <QTimer>
 #include <QWindow>
-#include <algorithm>
 #include <chrono>
-#include <cstring>
 #include <qpa/qplatformnativeinterface.h>
 #include <wayland-client.h>
 
@@ -21,38 +20,6 @@ constexpr std::chrono::milliseconds kLeaveLimit{250};
 constexpr std::uint32_t kAllEdges = ZWLR_LAYER_SURFACE_V1_ANCHOR_TOP | ZWLR_LAYER_SURFACE_V1_ANCHOR_BOTTOM |
                                     ZWLR_LAYER_SURFACE_V1_ANCHOR_LEFT | ZWLR_LAYER_SURFACE_V1_ANCHOR_RIGHT;
 
-wl_display* toolkitsDisplay() {
-    auto* native = QGuiApplication::platformNativeInterface();
-    return native != nullptr ? static_cast<wl_display*>(
-                                   native->nativeResourceForIntegration(QByteArrayLiteral("wl_display")))
-                             : nullptr;
-}
-
-/// Its events come to `queue`, which the toolkit does not read.
-zwlr_layer_shell_v1* boundLayerShell(wl_display* display, wl_event_queue* queue) {
-    static constexpr wl_registry_listener kListener = {
-        .global =
-            [](void* data, wl_registry* registry, std::uint32_t name, const char* interface,
-               std::uint32_t version) {
-                auto*& shell = *static_cast<zwlr_layer_shell_v1**>(data);
-                if (shell == nullptr && std::strcmp(interface, zwlr_layer_shell_v1_interface.name) == 0)
-                    shell = static_cast<zwlr_layer_shell_v1*>(
-                        wl_registry_bind(registry, name, &zwlr_layer_shell_v1_interface,
-                                         std::min(version, kLayerShellVersion)));
-            },
-        .global_remove = [](void*, wl_registry*, std::uint32_t) {},
-    };
-    auto* wrapper = static_cast<wl_display*>(wl_proxy_create_wrapper(display));
-    wl_proxy_set_queue(reinterpret_cast<wl_proxy*>(wrapper), queue);
-    wl_registry* registry = wl_display_get_registry(wrapper);
-    wl_proxy_wrapper_destroy(wrapper);
-    zwlr_layer_shell_v1* shell = nullptr;
-    wl_registry_add_listener(registry, &kListener, &shell);
-    wl_display_roundtrip_queue(display, queue);
-    wl_registry_destroy(registry);
-    return shell;
-}
-
 } // namespace
 
 std::unique_ptr<LayerStage> LayerStage::create(std::function<std::string()> focusedOutput) {
@@ -60,7 +27,9 @@ std::unique_ptr<LayerStage> LayerStage::create(std::function<std::string()> focu
     if (display == nullptr)
         return nullptr;
     wl_event_queue* queue = wl_display_create_queue(display);
-    zwlr_layer_shell_v1* shell = boundLayerShell(display, queue);
+    // The toolkit does not read what comes to the queue.
+    auto* shell = static_cast<zwlr_layer_shell_v1*>(
+        boundOnToolkitsDisplay(zwlr_layer_shell_v1_interface, kLayerShellVersion, queue));
     if (shell != nullptr)
         return std::unique_ptr<LayerStage>(new LayerStage(shell, queue, std::move(focusedOutput)));
     wl_event_queue_destroy(queue);
@@ -96,8 +65,7 @@ QScreen* LayerStage::wantedScreen() const {
 }
 
 wl_surface* LayerStage::surface() const {
-    return static_cast<wl_surface*>(QGuiApplication::platformNativeInterface()->nativeResourceForWindow(
-        QByteArrayLiteral("surface"), windowHandle()));
+    return toolkitsSurface(windowHandle());
 }
 
 void LayerStage::prepare() {
@@ -220,16 +188,18 @@ void LayerStage::turn(Turn kind) {
 }
 
 void LayerStage::outputHasGone() {
-    const bool wasUsed = isAsked_;
+    const bool wasUsed = std::exchange(isAsked_, false);
+    hasKeyboard_ = false;
     takeOffLayer();
-    if (wasUsed)
-        turn(Turn::activatedElsewhere);
-    // A panel that stays goes to where there is an output.
     if (!isVisible())
         return;
+    // The panel comes up where there is an output, with the keyboard if it had that.
     goOffScreen();
     prepare();
-    takeKeys(false);
+    if (wasUsed)
+        acquire(winId());
+    else
+        takeKeys(false);
 }
 
 } // namespace quillmoth::platform

@@ -10,7 +10,8 @@ WaylandBackEnd::WaylandBackEnd(Compositor compositor, const Toolkit& toolkit)
     : toolkit_(toolkit), wayland_(std::move(compositor.connection)),
       pasteboard_(WaylandPasteboard::create(*wayland_)), layout_(*wayland_),
       keyboardEvents_(compositor.makeKeyboardEvents(*wayland_, layout_)),
-      stage_(LayerStage::create(std::move(compositor.focusedOutput))) {
+      stage_(LayerStage::create(std::move(compositor.focusedOutput))),
+      shortcuts_(ShortcutsInhibitor::create()) {
     if (pasteboard_)
         pasteboard_->setPrimaryHandler([this] { notePrimary(); });
     if (keyboardEvents_)

@@ -3,6 +3,7 @@
 #include "Platform/DesktopBackEnd.h"
 #include "Platform/Linux/Unavailable/UnavailableServices.h"
 #include "Platform/Linux/Wayland/LayerStage.h"
+#include "Platform/Linux/Wayland/ShortcutsInhibitor.h"
 #include "Platform/Linux/Wayland/WaylandConnection.h"
 #include "Platform/Linux/Wayland/WaylandKeyboardEvents.h"
 #include "Platform/Linux/Wayland/WaylandKeyboardLayout.h"
@@ -47,6 +48,10 @@ public:
                        const OtherFocus& hasOtherFocus) override;
 
     void withdrawPaste() override;
+
+    Subscription inhibitShortcuts(PanelFocus::WindowIdentifier window) override {
+        return shortcuts_ ? shortcuts_->inhibit(window) : Subscription();
+    }
 
     /// Whether keys can be sent to other programs.
     [[nodiscard]] bool sendsKeys() const {
@@ -97,6 +102,8 @@ private:
     UnavailableKeyboardEvents noKeyboardEvents_;
     /// Null where the compositor has no layers.
     std::unique_ptr<LayerStage> stage_;
+    /// Null where the compositor leaves its own key combinations to nobody.
+    std::unique_ptr<ShortcutsInhibitor> shortcuts_;
 };
 
 } // namespace quillmoth::platform

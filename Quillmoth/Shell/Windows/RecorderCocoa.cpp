@@ -52,7 +52,7 @@ RecorderCocoa::RecorderCocoa(Name name, RecorderServices services, Change onChan
       cancelButton_(new SymbolButton(QStringLiteral("clear"), kClearSize)) {
     grabTimer_.setSingleShot(true);
     grabTimer_.setInterval(kLongestGrab);
-    connect(&grabTimer_, &QTimer::timeout, this, [this] { releaseKeyboard(); });
+    connect(&grabTimer_, &QTimer::timeout, this, [this] { freeKeyboard(); });
     setReadOnly(true);
     setAlignment(Qt::AlignCenter);
     setContextMenuPolicy(Qt::NoContextMenu);
@@ -146,8 +146,7 @@ void RecorderCocoa::focusOutEvent(QFocusEvent* event) {
 
 void RecorderCocoa::endEditing() {
     eventMonitor_.reset();
-    grabTimer_.stop();
-    releaseKeyboard();
+    freeKeyboard();
     showPrompt("record_shortcut");
     services_.shortcuts.setRecordingPause(false);
 }
@@ -217,11 +216,18 @@ bool RecorderCocoa::handleKey(const QKeyEvent& event) {
 }
 
 void RecorderCocoa::holdKeyboard() {
-    // Other window systems than X11 do not let a window have it.
-    if (QGuiApplication::platformName() != QLatin1String("xcb"))
-        return;
-    grabKeyboard();
+    // Other window systems than X11 do not let a window have it, but may leave their own keys to it.
+    if (QGuiApplication::platformName() == QLatin1String("xcb"))
+        grabKeyboard();
+    else if (services_.inhibitShortcuts && !inhibition_)
+        inhibition_ = services_.inhibitShortcuts(window()->winId());
     grabTimer_.start();
+}
+
+void RecorderCocoa::freeKeyboard() {
+    grabTimer_.stop();
+    releaseKeyboard();
+    inhibition_.reset();
 }
 
 void RecorderCocoa::carryOut(const RecordingStep& step) {

@@ -28,6 +28,9 @@ struct RecorderServices {
     platform::MainQueue& mainQueue;
     /// The virtual key code of a native scan code; none where it has none.
     std::function<std::optional<std::uint16_t>(std::uint32_t nativeScanCode)> virtualKeyCode;
+    /// Has the desktop leave its own key combinations to the window, which has the keyboard, until the result
+    /// goes; may be left empty.
+    std::function<Subscription(std::uint64_t window)> inhibitShortcuts;
     std::function<std::vector<MainMenuItem>()> mainMenu;
     /// Shows a warning and calls `done` when it has been closed.
     std::function<void(const QString& message, const QString& informativeText, std::function<void()> done)>
@@ -67,6 +70,7 @@ private:
     void endEditing();
     /// Keys that others have taken, the present hot key among them, come here too then.
     void holdKeyboard();
+    void freeKeyboard();
     void blur();
     void refreshText();
     void showText(const std::optional<KeyboardShortcuts::Shortcut>& shortcut);
@@ -87,6 +91,7 @@ private:
     KeyboardShortcuts::Name shortcutName_;
     std::unique_ptr<LocalEventMonitor> eventMonitor_;
     QTimer grabTimer_;
+    Subscription inhibition_;
     Subscription observer_;
     bool canBecomeKey_ = false;
     SymbolButton* cancelButton_;

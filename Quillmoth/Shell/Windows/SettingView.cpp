@@ -98,7 +98,7 @@ SettingView::SettingView(const platform::Platform& platform, RecorderServices re
 void SettingView::addHotKeyBlock(QVBoxLayout& column, RecorderServices recorderServices,
                                  std::vector<platform::DesktopOffer> offers) {
     hotKeyChange_ = recorderServices.shortcuts.shortcutByNameDidChange(
-        [this](const KeyboardShortcuts::Name&) { showHotKeyObstacle(); });
+        [this](const KeyboardShortcuts::Name&) { showHotKeyFaults(); });
     column.addWidget(new DoubleShortcut(std::move(recorderServices)));
     column.addWidget(badHotKey_);
     // The command in it is to be copied.
@@ -107,11 +107,12 @@ void SettingView::addHotKeyBlock(QVBoxLayout& column, RecorderServices recorderS
     if (offers.empty())
         return;
     offers_ = new OfferSection(std::move(offers));
-    offers_->onChange = [this] { showHotKeyObstacle(); };
+    offers_->onChange = [this] { showHotKeyFaults(); };
     column.addWidget(offers_);
 }
 
-void SettingView::showHotKeyObstacle() {
+void SettingView::showHotKeyFaults() {
+    badHotKey_->setVisible(shortcuts_.hasUnusableShortcut(DoubleShortcut::name()));
     const std::string obstacle = platform_.hotKeyCenter.obstacle();
     hotKeyObstacle_->setPlainText(fromUTF8(obstacle));
     hotKeyObstacle_->setVisible(!obstacle.empty());
@@ -239,7 +240,6 @@ void SettingView::refresh() {
     keyring_->lookForKeyring();
     if (offers_)
         offers_->refresh();
-    showHotKeyObstacle();
     showSettings();
 }
 
@@ -256,7 +256,7 @@ void SettingView::showKey() {
 
 void SettingView::showSettings() {
     showKey();
-    badHotKey_->setVisible(shortcuts_.hasUnusableShortcut(DoubleShortcut::name()));
+    showHotKeyFaults();
     showKeyControl();
     warning_->setVisible(settings_.showsEligibilityWarning());
     QStringList offered;

@@ -62,8 +62,6 @@ public:
     Updater& updater;
 
 private:
-    /// Says why the hot key does not work, where it does not.
-    void showHotKeyObstacle();
     void addHotKeyBlock(QVBoxLayout& column, RecorderServices recorderServices,
                         std::vector<platform::DesktopOffer> offers);
     void addKeyBlock(QVBoxLayout& column);
@@ -75,6 +73,8 @@ private:
     void showSettings();
     void showKey();
     void showKeyControl();
+    /// Says why the hot key does not work, where it does not.
+    void showHotKeyFaults();
     void showUpdateButton();
     void showUpdateOutcome(const UpdateOutcome& outcome);
     void openTutorial();

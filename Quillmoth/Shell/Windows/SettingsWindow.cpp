@@ -29,6 +29,7 @@ RecorderServices recorderServices(const platform::Platform& platform, KeyboardSh
             .layout = platform.keyboardLayout,
             .mainQueue = platform.mainQueue,
             .virtualKeyCode = hooks.virtualKeyCode,
+            .inhibitShortcuts = hooks.inhibitShortcuts,
             .mainMenu = [&layout = platform.keyboardLayout] { return applicationMainMenu(layout); },
             .alert =
                 [window](const QString& message, const QString& informativeText, std::function<void()> done) {

@@ -24,6 +24,8 @@ struct SettingsHooks {
     platform::KeyKeeping* keyKeeping;
     /// The virtual key code of a native scan code of Qt's; none where it has none.
     std::function<std::optional<std::uint16_t>(std::uint32_t nativeScanCode)> virtualKeyCode;
+    /// See RecorderServices; may be left empty.
+    std::function<Subscription(std::uint64_t window)> inhibitShortcuts = {};
     /// What the user may let the desktop do; may be left empty.
     std::function<std::vector<platform::DesktopOffer>()> offers = {};
 };

@@ -23,6 +23,12 @@ public:
     void type(std::string_view text);
 
     virtual void movePointer(int x, int y) = 0;
+
+    /// The left one.
+    void pressButton() { sendButton(true); }
+
+    void releaseButton() { sendButton(false); }
+
     /// Apart from the clicks before it.
     void click(int x, int y, int clicks = 1);
     /// From one place to the other with the button held, in steps.

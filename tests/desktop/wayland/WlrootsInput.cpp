@@ -1,5 +1,7 @@
 #include "tests/desktop/wayland/WlrootsInput.h"
 
+#include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <cstring>
 #include <linux/input-event-codes.h>
@@ -105,13 +107,20 @@ WlrootsInput::~WlrootsInput() {
     wl_display_disconnect(display_);
 }
 
+std::uint32_t WlrootsInput::nextTime() {
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    const auto milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(now).count();
+    lastTime_ = std::max(lastTime_ + 1, static_cast<std::uint32_t>(milliseconds) + ahead_);
+    return lastTime_;
+}
+
 void WlrootsInput::finish() {
     if (wl_display_roundtrip(display_) < 0)
         throw std::runtime_error("the compositor has gone");
 }
 
 void WlrootsInput::sendKey(int key, bool isDown) {
-    zwp_virtual_keyboard_v1_key(keyboard_, time_++, static_cast<std::uint32_t>(key), isDown ? 1 : 0);
+    zwp_virtual_keyboard_v1_key(keyboard_, nextTime(), static_cast<std::uint32_t>(key), isDown ? 1 : 0);
     if (const auto bit = modifierBit(key)) {
         modifiers_ = isDown ? modifiers_ | bit : modifiers_ & ~bit;
         zwp_virtual_keyboard_v1_modifiers(keyboard_, modifiers_, 0, 0, 0);
@@ -120,7 +129,7 @@ void WlrootsInput::sendKey(int key, bool isDown) {
 }
 
 void WlrootsInput::movePointer(int x, int y) {
-    zwlr_virtual_pointer_v1_motion_absolute(pointer_, time_++, static_cast<std::uint32_t>(x),
+    zwlr_virtual_pointer_v1_motion_absolute(pointer_, nextTime(), static_cast<std::uint32_t>(x),
                                             static_cast<std::uint32_t>(y), static_cast<std::uint32_t>(width_),
                                             static_cast<std::uint32_t>(height_));
     zwlr_virtual_pointer_v1_frame(pointer_);
@@ -128,14 +137,14 @@ void WlrootsInput::movePointer(int x, int y) {
 }
 
 void WlrootsInput::sendButton(bool isDown) {
-    zwlr_virtual_pointer_v1_button(pointer_, time_++, BTN_LEFT, isDown ? 1 : 0);
+    zwlr_virtual_pointer_v1_button(pointer_, nextTime(), BTN_LEFT, isDown ? 1 : 0);
     zwlr_virtual_pointer_v1_frame(pointer_);
     finish();
 }
 
 void WlrootsInput::letTimePass() {
     constexpr std::uint32_t kApart = 1000;
-    time_ += kApart;
+    ahead_ += kApart;
 }
 
 } // namespace quillmoth::test

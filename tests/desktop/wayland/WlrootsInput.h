@@ -30,10 +30,14 @@ private:
     void sendButton(bool isDown) override;
     void letTimePass() override;
     void finish();
+    /// In milliseconds, later than the time of any event before it.
+    std::uint32_t nextTime();
 
     int width_;
     int height_;
-    std::uint32_t time_ = 1;
+    std::uint32_t lastTime_ = 0;
+    /// How much later than it is.
+    std::uint32_t ahead_ = 0;
     std::uint32_t modifiers_ = 0;
     wl_display* display_;
     wl_seat* seat_ = nullptr;

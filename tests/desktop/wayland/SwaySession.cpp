@@ -1,7 +1,8 @@
-#include "tests/desktop/wayland/SwayDesktop.h"
+#include "tests/desktop/wayland/SwaySession.h"
 
-#include "tests/desktop/wayland/WlrootsInput.h"
+#include "tests/desktop/support/WaitFor.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -38,7 +39,7 @@ void set(const char* name, const std::string& value) {
 
 } // namespace
 
-SwayDesktop::SwayDesktop() : program_("") {
+SwaySession::SwaySession() {
     std::string pattern = fs::temp_directory_path() / "quillmoth-sway-XXXXXX";
     if (!mkdtemp(pattern.data()))
         throw std::runtime_error("no temporary folder");
@@ -52,7 +53,8 @@ SwayDesktop::SwayDesktop() : program_("") {
         command.insert(command.begin(), {"setpriv", "--reuid", kOrdinaryUser, "--regid", kOrdinaryUser,
                                          "--clear-groups", "--"});
     }
-    unsetenv("DISPLAY"); // NOLINT(concurrency-mt-unsafe)
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "SWAYSOCK"})
+        unsetenv(name); // NOLINT(concurrency-mt-unsafe)
     sway_.emplace(command, ChildOptions{.environment = {{"XDG_RUNTIME_DIR", directory_},
                                                         {"HOME", directory_},
                                                         {"WLR_BACKENDS", "headless"},
@@ -73,77 +75,106 @@ SwayDesktop::SwayDesktop() : program_("") {
     input_ = std::make_unique<WlrootsInput>(kWidth, kHeight);
 }
 
-SwayDesktop::~SwayDesktop() {
+SwaySession::~SwaySession() {
     input_.reset();
-    program_.kill();
     sway_.reset();
     std::error_code ignored;
     fs::remove_all(directory_, ignored);
 }
 
-void SwayDesktop::configure(const std::string& line) {
+void SwaySession::configure(const std::string& line) {
     std::ofstream(directory_ + "/config", std::ios::app) << line << '\n';
     command("reload");
 }
 
-void SwayDesktop::command(const std::string& text) const {
+void SwaySession::command(const std::string& text) const {
     runChild({"swaymsg", text}, 5s);
 }
 
-nlohmann::json SwayDesktop::ask(const std::string& question) {
+nlohmann::json SwaySession::ask(const std::string& question) {
     return nlohmann::json::parse(runChild({"swaymsg", "-t", question, "-r"}, 5s).output, nullptr, false);
 }
 
-nlohmann::json SwayDesktop::focused() {
+std::vector<nlohmann::json> SwaySession::leaves() {
+    std::vector<nlohmann::json> found;
     std::vector<nlohmann::json> waiting{ask("get_tree")};
     while (!waiting.empty()) {
-        const nlohmann::json node = waiting.back();
+        const nlohmann::json node = std::move(waiting.back());
         waiting.pop_back();
-        if (node.value("focused", false))
-            return node;
-        for (const char* kind : {"nodes", "floating_nodes"})
-            waiting.insert(waiting.end(), node[kind].begin(), node[kind].end());
+        if (!node.is_object())
+            continue;
+        if (node.contains("pid") || node.value("focused", false))
+            found.push_back(node);
+        for (const char* kind : {"nodes", "floating_nodes"}) {
+            const auto nodes = node.find(kind);
+            if (nodes != node.end())
+                waiting.insert(waiting.end(), nodes->begin(), nodes->end());
+        }
+    }
+    return found;
+}
+
+nlohmann::json SwaySession::focused() {
+    for (const nlohmann::json& leaf : leaves()) {
+        if (leaf.value("focused", false))
+            return leaf;
     }
     return nlohmann::json::object();
 }
 
-std::string SwayDesktop::front() {
+bool SwaySession::hasWindows() {
+    const auto all = leaves();
+    return std::any_of(all.begin(), all.end(), [](const auto& leaf) { return leaf.contains("pid"); });
+}
+
+std::optional<std::string> SwaySession::frontTitle() {
+    const nlohmann::json window = focused();
+    if (!window.contains("pid"))
+        return std::nullopt;
+    return window["name"].is_string() ? window["name"].get<std::string>() : "";
+}
+
+std::string SwaySession::front() {
     const nlohmann::json window = focused();
     if (window.contains("app_id") && window["app_id"].is_string())
         return window["app_id"].get<std::string>();
     return window.contains("window_properties") ? window["window_properties"].value("class", "") : "";
 }
 
-DesktopRectangle SwayDesktop::frontRectangle() {
+DesktopRectangle SwaySession::frontRectangle() {
     const nlohmann::json place = focused()["rect"];
     return {.x = place["x"], .y = place["y"], .width = place["width"], .height = place["height"]};
 }
 
-std::string SwayDesktop::marks() {
+std::string SwaySession::marks() {
     std::string all;
     for (const auto& mark : ask("get_marks"))
         all += mark.get<std::string>();
     return all;
 }
 
-std::string SwayDesktop::display() const {
+std::string SwaySession::display() const {
     // sway tells it to those alone that it starts, and the server takes those alone that run as it does.
     const std::string file = directory_ + "/display";
+    fs::remove(file);
     runChild({"swaymsg", "exec", "xhost +local: && printenv DISPLAY > " + file}, 5s);
     std::string name;
     waitFor([&] { return static_cast<bool>(std::ifstream(file) >> name); });
     return name;
 }
 
-std::string SwayDesktop::clipboard(bool isPrimary) {
-    std::vector<std::string> command = {"wl-paste", "--no-newline"};
+std::string SwaySession::clipboard(bool isPrimary, const std::string& mediaType) {
+    std::vector<std::string> command = {"wl-paste", "--no-newline", "--type", mediaType};
     if (isPrimary)
         command.emplace_back("--primary");
     return runChild(command, 2s).output;
 }
 
-void SwayDesktop::saveScreenshot(const std::string& path) {
-    runChild({"grim", path}, 5s);
+void SwaySession::saveScreenshot(const std::string& path, const std::string& output) {
+    std::vector<std::string> command = {"grim", path};
+    if (!output.empty())
+        command.insert(command.begin() + 1, {"-o", output});
+    runChild(command, 5s);
 }
 
 } // namespace quillmoth::test
