@@ -98,11 +98,17 @@ void FakeInputEvents::send(const Stroke& stroke, bool isDown) {
         if (isDown)
             sendKey(key, false);
     }
-    if (isDown && stroke.control)
-        sendKey(KEY_LEFTCTRL, true);
+    const auto sendHeld = [&] {
+        if (stroke.control)
+            sendKey(KEY_LEFTCTRL, isDown);
+        if (stroke.shift)
+            sendKey(KEY_LEFTSHIFT, isDown);
+    };
+    if (isDown)
+        sendHeld();
     sendKey(stroke.keycode - kFirstKeycode, isDown);
-    if (!isDown && stroke.control)
-        sendKey(KEY_LEFTCTRL, false);
+    if (!isDown)
+        sendHeld();
 }
 
 } // namespace quillmoth::platform

@@ -57,7 +57,12 @@ bool VirtualKeyboardEvents::makeReady() {
     if (!file)
         return false;
     keymapText_ = text.get();
-    controlBit_ = 1U << xkb_keymap_mod_get_index(keymap.get(), XKB_MOD_NAME_CTRL);
+    const auto bitOf = [&keymap](const char* modifier) {
+        const auto index = xkb_keymap_mod_get_index(keymap.get(), modifier);
+        return index != XKB_MOD_INVALID ? 1U << index : 0U;
+    };
+    controlBit_ = bitOf(XKB_MOD_NAME_CTRL);
+    shiftBit_ = bitOf(XKB_MOD_NAME_SHIFT);
     zwp_virtual_keyboard_v1_keymap(keyboard_, WL_KEYBOARD_KEYMAP_FORMAT_XKB_V1, file.get(),
                                    static_cast<std::uint32_t>(keymapText_.size() + 1));
     return true;
@@ -69,13 +74,19 @@ void VirtualKeyboardEvents::send(const Stroke& stroke, bool isDown) {
                                     isDown ? WL_KEYBOARD_KEY_STATE_PRESSED : WL_KEYBOARD_KEY_STATE_RELEASED);
     };
     const std::uint32_t key = stroke.keycode - kKeycodeOffset;
-    if (isDown && stroke.control)
-        sendKey(KEY_LEFTCTRL);
-    if (isDown)
-        sendModifiers(stroke.control ? controlBit_ : 0, stroke.layout);
+    const auto sendHeld = [&] {
+        if (stroke.control)
+            sendKey(KEY_LEFTCTRL);
+        if (stroke.shift)
+            sendKey(KEY_LEFTSHIFT);
+    };
+    if (isDown) {
+        sendHeld();
+        sendModifiers((stroke.control ? controlBit_ : 0) | (stroke.shift ? shiftBit_ : 0), stroke.layout);
+    }
     sendKey(key);
-    if (!isDown && stroke.control)
-        sendKey(KEY_LEFTCTRL);
+    if (!isDown)
+        sendHeld();
     if (!isDown)
         sendModifiers(0, 0);
 }

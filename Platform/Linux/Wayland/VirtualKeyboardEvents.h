@@ -31,6 +31,7 @@ private:
     /// What the keyboard has been given.
     std::string keymapText_;
     std::uint32_t controlBit_ = 0;
+    std::uint32_t shiftBit_ = 0;
     std::uint32_t time_ = 1;
 };
 

@@ -3,6 +3,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <utility>
+#include <xkbcommon/xkbcommon-keysyms.h>
 
 namespace quillmoth::platform {
 
@@ -33,8 +34,17 @@ void WaylandBackEnd::setYieldHandler(std::function<void()> handler) {
         stage_->setYieldHandler(std::move(handler));
 }
 
+PasteHabit WaylandBackEnd::pasteHabit(const OtherFocus& hasOtherFocus) {
+    if (isFrontTerminal(hasOtherFocus))
+        return PasteHabit::none;
+    const PasteHabit habit = pasteHabitByName(frontName());
+    const auto process = frontProcess();
+    return habit == PasteHabit::usual && process && usesTk(*process) ? PasteHabit::tk : habit;
+}
+
 std::optional<std::string> WaylandBackEnd::selectionInsteadOfCopy(const OtherFocus& hasOtherFocus) {
-    return isFrontTerminal(hasOtherFocus) ? std::optional(primarySelection().value_or("")) : std::nullopt;
+    return copiesOtherwise(pasteHabit(hasOtherFocus)) ? std::optional(primarySelection().value_or(""))
+                                                      : std::nullopt;
 }
 
 void WaylandBackEnd::notePrimary() {
@@ -50,14 +60,53 @@ std::optional<std::string> WaylandBackEnd::primarySelection() {
 
 PasteOutcome WaylandBackEnd::paste(const std::string& text, std::chrono::steady_clock::time_point deadline,
                                    const OtherFocus& hasOtherFocus) {
-    if (isFrontTerminal(hasOtherFocus))
+    const PasteHabit habit = pasteHabit(hasOtherFocus);
+    if (habit == PasteHabit::none)
         return PasteOutcome::terminal;
     if (!sendsKeys())
         return PasteOutcome::impossible;
-    if (text.empty())
-        return keyboardEvents_->postDelete() ? PasteOutcome::fetched : PasteOutcome::impossible;
-    return pasteboard_->paste(
-        text, [this] { return keyboardEvents_->postPaste(); }, deadline);
+    if (text.empty()) {
+        const bool isSent =
+            !copiesOtherwise(habit) && keyboardEvents_->postKeys({{.keysym = XKB_KEY_Delete}});
+        return isSent ? PasteOutcome::fetched : PasteOutcome::impossible;
+    }
+    return pasteboard_->paste(text, keysFor(habit), deadline);
+}
+
+WaylandPasteboard::PasteKeys WaylandBackEnd::keysFor(PasteHabit habit) {
+    using Key = WaylandKeyboardEvents::Key;
+    const auto sending = [this](std::vector<Key> keys) {
+        return [this, keys = std::move(keys)] { return keyboardEvents_->postKeys(keys); };
+    };
+    const std::string selected = habit != PasteHabit::usual ? primarySelection().value_or("") : "";
+    switch (habit) {
+    case PasteHabit::emacs: {
+        WaylandPasteboard::PasteKeys keys{.paste = sending({{XKB_KEY_y, true}})};
+        if (!selected.empty()) {
+            keys.selected = selected;
+            keys.cut = sending({{XKB_KEY_w, true}});
+            keys.undo = sending({{XKB_KEY_x, true}, {XKB_KEY_u}});
+        }
+        return keys;
+    }
+    case PasteHabit::vim:
+        // To the normal mode from any other, to what was selected last, and the register of the clipboard.
+        return {.paste = sending({{XKB_KEY_backslash, true},
+                                  {XKB_KEY_n, true},
+                                  {XKB_KEY_g},
+                                  {XKB_KEY_v},
+                                  {XKB_KEY_quotedbl},
+                                  {XKB_KEY_plus},
+                                  {XKB_KEY_p}})};
+    case PasteHabit::tk:
+        if (!selected.empty())
+            return {.paste = sending({{XKB_KEY_Delete}, {XKB_KEY_v, true}})};
+        break;
+    case PasteHabit::usual:
+    case PasteHabit::none:
+        break;
+    }
+    return {.paste = sending({{XKB_KEY_v, true}})};
 }
 
 void WaylandBackEnd::withdrawPaste() {

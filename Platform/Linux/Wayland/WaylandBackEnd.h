@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Platform/DesktopBackEnd.h"
+#include "Platform/Linux/Shared/PasteHabits.h"
 #include "Platform/Linux/Unavailable/UnavailableServices.h"
 #include "Platform/Linux/Wayland/LayerStage.h"
 #include "Platform/Linux/Wayland/ShortcutsInhibitor.h"
@@ -90,7 +91,9 @@ protected:
     void setYieldHandler(std::function<void()> handler);
 
 private:
+    [[nodiscard]] PasteHabit pasteHabit(const OtherFocus& hasOtherFocus);
     void notePrimary();
+    [[nodiscard]] WaylandPasteboard::PasteKeys keysFor(PasteHabit habit);
 
     Toolkit toolkit_;
     std::unique_ptr<WaylandConnection> wayland_;

@@ -2,7 +2,7 @@
 
 #include "Platform/Linux/Shared/Keycodes.h"
 
-#include <xkbcommon/xkbcommon-keysyms.h>
+#include <algorithm>
 
 namespace quillmoth::platform {
 
@@ -36,29 +36,36 @@ void WaylandKeyboardEvents::post(const CGKeyboardEvent& event) {
         WaylandConnection::Clock::now() + kSendLimit);
 }
 
-bool WaylandKeyboardEvents::postPaste() {
-    const auto stroke = strokeFor(XKB_KEY_v, true);
-    return stroke && strike(*stroke);
+bool WaylandKeyboardEvents::postKeys(const std::vector<Key>& keys) {
+    std::vector<Stroke> strokes;
+    for (const Key& key : keys) {
+        const auto stroke = strokeFor(key);
+        if (!stroke)
+            return false;
+        strokes.push_back(*stroke);
+    }
+    return std::all_of(strokes.begin(), strokes.end(),
+                       [this](const Stroke& stroke) { return strike(stroke); });
 }
 
-bool WaylandKeyboardEvents::postDelete() {
-    const auto stroke = strokeFor(XKB_KEY_Delete, false);
-    return stroke && strike(*stroke);
-}
-
-std::optional<WaylandKeyboardEvents::Stroke> WaylandKeyboardEvents::strokeFor(xkb_keysym_t keysym,
-                                                                              bool control) const {
+std::optional<WaylandKeyboardEvents::Stroke> WaylandKeyboardEvents::strokeFor(const Key& wanted) const {
     const auto keymap = layout_.keymap();
     if (!keymap)
         return std::nullopt;
-    // What chords go by is the first of the user's layouts that has the letter.
+    const auto writes = [&](xkb_keycode_t key, xkb_layout_index_t layout, xkb_level_index_t level) {
+        const xkb_keysym_t* keysyms = nullptr;
+        return xkb_keymap_key_get_syms_by_level(keymap.get(), key, layout, level, &keysyms) == 1 &&
+               keysyms[0] == wanted.keysym;
+    };
+    // What chords go by is the first of the user's layouts that has the letter. The second level is Shift's.
     for (xkb_layout_index_t layout = 0; layout < xkb_keymap_num_layouts(keymap.get()); ++layout) {
-        for (auto key = xkb_keymap_min_keycode(keymap.get()); key <= xkb_keymap_max_keycode(keymap.get());
-             ++key) {
-            const xkb_keysym_t* keysyms = nullptr;
-            if (xkb_keymap_key_get_syms_by_level(keymap.get(), key, layout, 0, &keysyms) == 1 &&
-                keysyms[0] == keysym)
-                return Stroke{.keycode = key, .layout = layout, .control = control};
+        for (const bool shift : {false, true}) {
+            for (auto key = xkb_keymap_min_keycode(keymap.get()); key <= xkb_keymap_max_keycode(keymap.get());
+                 ++key) {
+                if (writes(key, layout, shift ? 1 : 0))
+                    return Stroke{
+                        .keycode = key, .layout = layout, .control = wanted.control, .shift = shift};
+            }
         }
     }
     return std::nullopt;

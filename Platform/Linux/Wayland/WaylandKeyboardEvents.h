@@ -4,6 +4,7 @@
 #include "Platform/Linux/Wayland/WaylandConnection.h"
 #include "Platform/Linux/Wayland/WaylandKeyboardLayout.h"
 
+#include <vector>
 #include <xkbcommon/xkbcommon.h>
 
 namespace quillmoth::platform {
@@ -22,9 +23,13 @@ public:
     /// Whether the compositor takes keys now.
     [[nodiscard]] virtual bool canSend() { return true; }
 
-    /// Control with the key that writes a "v". False where there is none, or the compositor has gone.
-    bool postPaste();
-    bool postDelete();
+    struct Key {
+        xkb_keysym_t keysym = 0;
+        bool control = false;
+    };
+
+    /// One after the other. False where the keyboard has no key for one of them, or the compositor has gone.
+    bool postKeys(const std::vector<Key>& keys);
 
 protected:
     struct Stroke {
@@ -32,6 +37,7 @@ protected:
         std::uint32_t keycode = 0;
         std::uint32_t layout = 0;
         bool control = false;
+        bool shift = false;
     };
 
     /// Both outlive the object; the connection is stopped before its end.
@@ -42,7 +48,7 @@ protected:
     /// Before each key. False where none can be sent.
     virtual bool makeReady() { return true; }
 
-    /// Control goes down before the key, and up behind it.
+    /// Control and Shift go down before the key, and up behind it.
     virtual void send(const Stroke& stroke, bool isDown) = 0;
 
     /// Returns after the compositor has handled the keys. False where it has gone.
@@ -52,7 +58,7 @@ protected:
     const WaylandKeyboardLayout& layout_;
 
 private:
-    [[nodiscard]] std::optional<Stroke> strokeFor(xkb_keysym_t keysym, bool control) const;
+    [[nodiscard]] std::optional<Stroke> strokeFor(const Key& key) const;
     bool strike(const Stroke& stroke);
 
     std::function<bool()> isForbidden_;

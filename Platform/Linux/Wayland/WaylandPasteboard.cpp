@@ -3,6 +3,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMimeData>
+#include <algorithm>
 #include <utility>
 
 namespace quillmoth::platform {
@@ -20,6 +21,8 @@ constexpr auto kCopyReadLimit = 1500ms;
 constexpr auto kHistoryTime = 40ms;
 /// Some programs fetch what they paste in several forms, one after the other.
 constexpr auto kFetchGrace = 300ms;
+/// Whatever looks at the clipboard again and again does not keep the former content away.
+constexpr auto kLongestGrace = 1500ms;
 /// A program that has stopped still has the keys of the paste before it: bringing the former content back
 /// would have it paste that.
 constexpr auto kUnfetchedLimit = 60s;
@@ -75,17 +78,44 @@ WaylandPasteboard::~WaylandPasteboard() {
 }
 
 void WaylandPasteboard::replaced() {
-    // What the user has copied meanwhile is newer than what was to come back.
-    loan_.reset();
+    // What the user has copied meanwhile is newer than what was to come back. Some programs copy what they
+    // paste, though.
+    if (loan_ && expectsCut_) {
+        connection_.post([this] { takeCut(); });
+    } else if (loan_ && loan_->endsBy) {
+        connection_.setAlarm(Clock::now() + 2 * kFetchGrace, [this] { endLoan(); });
+        connection_.post([this] { keepLoanOfSameText(); });
+    } else {
+        loan_.reset();
+    }
     if (!memory_.hasBeenReplaced())
         return;
     connection_.post([this] { memory_.hasReadCopy(selection_->text(false, Clock::now() + kCopyReadLimit)); });
 }
 
+void WaylandPasteboard::keepLoanOfSameText() {
+    const auto text = selection_->text(false, Clock::now() + kFetchGrace);
+    if (loan_ && text != loan_->text)
+        loan_.reset();
+}
+
+void WaylandPasteboard::takeCut() {
+    auto text = selection_->text(false, Clock::now() + kFetchGrace);
+    if (loan_)
+        offerLoan();
+    const std::lock_guard lock(mutex_);
+    expectsCut_ = false;
+    cut_ = std::move(text).value_or("");
+    changed_.notify_all();
+}
+
 void WaylandPasteboard::fetched() {
     if (!loan_)
         return;
-    connection_.setAlarm(Clock::now() + kFetchGrace, [this] { endLoan(); });
+    const auto now = Clock::now();
+    if (!loan_->endsBy)
+        loan_->endsBy = now + kLongestGrace;
+    connection_.setAlarm(std::min(now + kFetchGrace, *loan_->endsBy), [this] { endLoan(); });
     const std::lock_guard lock(mutex_);
     isFetched_ = true;
     changed_.notify_all();
@@ -106,16 +136,20 @@ WaylandContentRef WaylandPasteboard::current(const WaylandContentRef& own, Clock
     return std::make_shared<const WaylandContent>(selection_->content(deadline));
 }
 
+void WaylandPasteboard::offerLoan() {
+    WaylandContent content{.text = loan_->text};
+    // Programs that keep a history of the clipboard leave out what says so.
+    content.others.emplace_back("x-kde-passwordManagerHint", "secret");
+    selection_->own(std::make_shared<const WaylandContent>(std::move(content)));
+}
+
 bool WaylandPasteboard::lend(const std::string& text, const WaylandContentRef& own,
                              Clock::time_point deadline) {
     auto former = current(own, deadline);
     if (!former->isComplete)
         return false;
-    WaylandContent content{.text = text};
-    // Programs that keep a history of the clipboard leave out what says so.
-    content.others.emplace_back("x-kde-passwordManagerHint", "secret");
-    selection_->own(std::make_shared<const WaylandContent>(std::move(content)));
-    loan_ = Loan{std::move(former)};
+    loan_ = Loan{.text = text, .former = std::move(former)};
+    offerLoan();
     connection_.setAlarm(Clock::now() + kUnfetchedLimit, [this] { endLoan(); });
     return true;
 }
@@ -169,7 +203,7 @@ void WaylandPasteboard::setString(const std::string& text) {
     });
 }
 
-PasteOutcome WaylandPasteboard::paste(const std::string& text, const std::function<bool()>& sendKeys,
+PasteOutcome WaylandPasteboard::paste(const std::string& text, const PasteKeys& keys,
                                       Clock::time_point deadline) {
     const auto isLent =
         connection_.ask<bool>([this, text, own = toolkitsContent(),
@@ -179,18 +213,49 @@ PasteOutcome WaylandPasteboard::paste(const std::string& text, const std::functi
         takeBack();
         return PasteOutcome::impossible;
     }
+    if (keys.cut) {
+        if (const auto outcome = cut(keys, deadline); outcome != PasteOutcome::fetched)
+            return outcome;
+    }
     std::this_thread::sleep_for(kHistoryTime);
     {
         const std::lock_guard lock(mutex_);
         isFetched_ = false;
     }
-    if (!sendKeys()) {
+    if (!keys.paste()) {
         takeBack();
-        return PasteOutcome::impossible;
+        return keys.undo && keys.undo() ? PasteOutcome::takenBack : PasteOutcome::impossible;
     }
     std::unique_lock lock(mutex_);
     return changed_.wait_until(lock, deadline, [this] { return isFetched_; }) ? PasteOutcome::fetched
                                                                               : PasteOutcome::notFetched;
+}
+
+PasteOutcome WaylandPasteboard::cut(const PasteKeys& keys, Clock::time_point deadline) {
+    const auto expect = [this](bool expects) {
+        const std::lock_guard lock(mutex_);
+        expectsCut_ = expects;
+        cut_.reset();
+    };
+    expect(true);
+    if (!keys.cut()) {
+        expect(false);
+        takeBack();
+        return PasteOutcome::impossible;
+    }
+    std::optional<std::string> taken;
+    {
+        std::unique_lock lock(mutex_);
+        changed_.wait_until(lock, deadline, [this] { return cut_.has_value(); });
+        taken = cut_;
+    }
+    expect(false);
+    if (taken == keys.selected)
+        return PasteOutcome::fetched;
+    if (taken)
+        keys.undo();
+    takeBack();
+    return PasteOutcome::takenBack;
 }
 
 void WaylandPasteboard::takeBack() {

@@ -31,10 +31,20 @@ public:
     /// it had; an empty one stands for a clipboard without text, and brings those back.
     void setString(const std::string& text) override;
 
-    /// Has whoever gets `sendKeys` paste `text`; what is on the clipboard comes back with all its formats
+    /// The keys that make a program paste; each returns false where it cannot be sent.
+    struct PasteKeys {
+        std::function<bool()> paste;
+        /// For programs that paste beside what is selected: cuts it, which is `selected`. Left empty
+        /// elsewhere.
+        std::function<bool()> cut = {};
+        std::string selected = {};
+        /// Takes back a cut that took something else.
+        std::function<bool()> undo = {};
+    };
+
+    /// Has whoever gets the keys paste `text`; what is on the clipboard comes back with all its formats
     /// afterwards. Programs that fetch all that comes there are given a moment to do so first.
-    PasteOutcome paste(const std::string& text, const std::function<bool()>& sendKeys,
-                       Clock::time_point deadline);
+    PasteOutcome paste(const std::string& text, const PasteKeys& keys, Clock::time_point deadline);
 
     /// Ends the latest paste: what was on the clipboard before comes back now.
     void takeBack();
@@ -51,7 +61,10 @@ public:
 
 private:
     struct Loan {
+        std::string text;
         WaylandContentRef former;
+        /// Since somebody has fetched it.
+        std::optional<Clock::time_point> endsBy = {};
     };
 
     WaylandPasteboard(WaylandConnection& connection, std::unique_ptr<WaylandSelection> selection);
@@ -59,8 +72,12 @@ private:
     // On the connection's thread
     [[nodiscard]] WaylandContentRef current(const WaylandContentRef& own, Clock::time_point deadline) const;
     void replaced();
+    void keepLoanOfSameText();
     void fetched();
     void endLoan();
+    void takeCut();
+    [[nodiscard]] PasteOutcome cut(const PasteKeys& keys, Clock::time_point deadline);
+    void offerLoan();
     bool lend(const std::string& text, const WaylandContentRef& own, Clock::time_point deadline);
 
     void order(std::function<void()> work);
@@ -74,6 +91,9 @@ private:
     std::mutex mutex_;
     std::condition_variable changed_;
     bool isFetched_ = false;
+    std::atomic<bool> expectsCut_ = false;
+    /// What the program has cut, which it puts on the clipboard itself.
+    std::optional<std::string> cut_;
 };
 
 } // namespace quillmoth::platform

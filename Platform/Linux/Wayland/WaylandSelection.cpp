@@ -223,7 +223,11 @@ std::optional<std::string> WaylandSelection::text(bool isPrimary, Clock::time_po
     const auto type = bestTextType(offer.types);
     if (offer.proxy == nullptr || !type)
         return std::nullopt;
-    return fetch(offer, {*type}, deadline).front();
+    auto text = fetch(offer, {*type}, deadline).front();
+    // Some programs count the zero that ends a string in C.
+    while (text && text->ends_with('\0'))
+        text->pop_back();
+    return text;
 }
 
 void WaylandSelection::own(WaylandContentRef content) {

@@ -1,6 +1,5 @@
 #include "Platform/Linux/X11/X11FrontApplication.h"
 
-#include "Foundation/ASCII.h"
 #include "Platform/Linux/X11/Selection/X11Selection.h"
 #include "Platform/Linux/X11/Server/X11Windows.h"
 #include "Platform/Linux/X11/X11Terminals.h"
@@ -8,39 +7,12 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <fstream>
 
 namespace quillmoth::platform {
 
 namespace {
 
 constexpr std::chrono::milliseconds kDeadline(200);
-
-struct Habit {
-    /// What the class of its windows begins with, in small letters.
-    std::string_view name;
-    PasteHabit habit;
-};
-
-/// Those that paste otherwise than most. Each row is tried with the program itself by the matrix of desktop
-/// tests.
-constexpr Habit kHabits[] = {
-    {"emacs", PasteHabit::emacs},
-    {"gvim", PasteHabit::vim},
-};
-
-/// Its programs have nothing else in common, neither a name nor a property of their windows.
-bool usesTk(const X11Application& application) {
-    return std::any_of(application.processes.begin(), application.processes.end(), [](std::int64_t process) {
-        std::ifstream file("/proc/" + std::to_string(process) + "/maps");
-        std::string line;
-        while (std::getline(file, line)) {
-            if (line.find("/libtk8") != std::string::npos || line.find("/libtk9") != std::string::npos)
-                return true;
-        }
-        return false;
-    });
-}
 
 } // namespace
 
@@ -73,21 +45,18 @@ PasteHabit
 X11FrontApplication::pasteHabit(const std::function<bool(std::int64_t process)>& hasOtherFocus) const {
     if (terminalInFront(connection_, hasOtherFocus))
         return PasteHabit::none;
-    const std::string name = lowercasedASCII(classNamesOf(connection_, activeWindow(connection_)).classOfAll);
-    for (const Habit& each : kHabits) {
-        if (name.starts_with(each.name))
-            return each.habit;
-    }
-    return usesTk(application()) ? PasteHabit::tk : PasteHabit::usual;
+    const PasteHabit habit =
+        pasteHabitByName(classNamesOf(connection_, activeWindow(connection_)).classOfAll);
+    if (habit != PasteHabit::usual)
+        return habit;
+    const auto processes = application().processes;
+    return std::any_of(processes.begin(), processes.end(), usesTk) ? PasteHabit::tk : PasteHabit::usual;
 }
 
 std::optional<std::string> X11FrontApplication::selectionInsteadOfCopy(
     const std::function<bool(std::int64_t process)>& hasOtherFocus) const {
-    const PasteHabit habit = pasteHabit(hasOtherFocus);
-    // Whatever that does to a paste, they copy with the usual key.
-    if (habit == PasteHabit::usual || habit == PasteHabit::tk)
-        return std::nullopt;
-    return primarySelection().value_or(std::string());
+    return copiesOtherwise(pasteHabit(hasOtherFocus)) ? std::optional(primarySelection().value_or(""))
+                                                      : std::nullopt;
 }
 
 } // namespace quillmoth::platform

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Platform/Linux/Shared/PasteHabits.h"
 #include "Platform/Linux/X11/Server/X11Application.h"
 
 #include <cstdint>
@@ -8,20 +9,6 @@
 #include <string>
 
 namespace quillmoth::platform {
-
-/// With which keys an application pastes.
-enum class PasteHabit {
-    /// Control and V, over what is selected.
-    usual,
-    /// With none that are safe: it is a terminal.
-    none,
-    /// Kills the region, and yanks.
-    emacs,
-    /// Puts the register of the clipboard over what was selected last.
-    vim,
-    /// Control and V beside what is selected, which is deleted first.
-    tk,
-};
 
 /// The application whose window is the active one. Main thread.
 class X11FrontApplication {

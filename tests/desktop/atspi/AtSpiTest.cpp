@@ -19,7 +19,7 @@ ChildProcess AtSpiTest::open(const std::vector<std::string>& command, const std:
     std::string seen;
     // Now and then a program built on Qt 5 does not find the accessibility bus at its start.
     for (int attempt = 0; attempt < 4; ++attempt) {
-        ChildProcess application(command, programOptions());
+        ChildProcess application(command, session().session().programOptions());
         const bool isReady = holdsWithin(6s, [&] {
             if (!isInFront(application)) {
                 seen = "it is not in front, " + application.output();
@@ -41,7 +41,7 @@ ChildProcess AtSpiTest::open(const std::vector<std::string>& command, const std:
 }
 
 ChildProcess AtSpiTest::openEditor(const Editor& editor, const std::string& text) {
-    return open(editor.commandOn(desktop(), text), text, true);
+    return open(editor.commandOn(desktop().homeDirectory(), text), text, true);
 }
 
 ChildProcess AtSpiTest::openField(const std::string& kind, const std::string& text) {

@@ -8,7 +8,7 @@
 namespace quillmoth::test {
 
 /// The back end under test reads and writes what is in front on one desktop.
-class AtSpiTest : public SessionTest<CapturingDesktop> {
+class AtSpiTest : public SessionTest<X11CapturingDesktop> {
 protected:
     static platform::AtSpiAccessibility& accessibility() { return session().accessibility; }
 

@@ -57,8 +57,9 @@ TEST_F(AtSpiTest, AStoppedProgramPastesTheAnswerWhenItGoesOnAndNothingElse) {
     const pid_t process = editor.processIdentifier();
     selectAll("old");
     kill(process, SIGSTOP);
-    EXPECT_EQ(session().selectionPaste.paste("answer", std::chrono::steady_clock::now() + 300ms),
-              PasteOutcome::notFetched);
+    const auto hasNoOtherFocus = [](std::int64_t) { return false; };
+    EXPECT_EQ(session().backEnd().paste("answer", std::chrono::steady_clock::now() + 300ms, hasNoOtherFocus),
+              platform::PasteOutcome::notFetched);
     letPass(700ms);
     kill(process, SIGCONT);
     expectKept();

@@ -53,13 +53,13 @@ document.title = "ready 0";
 
 /// Presses a key that the page knows until the title says that it has done what is wanted.
 void pressForPage(CapturingDesktop& desktop, int key, const std::string& wanted) {
-    DesktopWindows& windows = desktop.desktop.windows();
+    const auto title = [&] { return desktop.session().frontTitle().value_or(""); };
     constexpr int kPressLimit = 12;
     for (int press = 0; press < kPressLimit; ++press) {
-        const std::string before = windows.title(windows.activeWindow());
+        const std::string before = title();
         desktop.input().tapKey(key);
-        waitFor([&] { return windows.title(windows.activeWindow()) != before; }, 3s);
-        if (windows.title(windows.activeWindow()).starts_with(wanted))
+        waitFor([&] { return title() != before; }, 3s);
+        if (title().starts_with(wanted))
             return;
     }
     throw std::runtime_error("the page does not answer with " + wanted);
@@ -92,7 +92,7 @@ std::vector<Field> pageFields(CapturingDesktop& desktop, const std::string& brow
 
 RunningProgram openBrowser(CapturingDesktop& desktop, const std::string& name,
                            std::vector<std::string> command) {
-    const std::string path = desktop.desktop.homeDirectory() + "/page.html";
+    const std::string path = desktop.session().homeDirectory() + "/page.html";
     std::ofstream(path, std::ios::binary) << page();
     command.push_back("file://" + path);
     RunningProgram program{openTitled(desktop, command, "ready 0"), pageFields(desktop, name)};

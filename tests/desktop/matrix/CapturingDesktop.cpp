@@ -6,12 +6,8 @@ namespace quillmoth::test {
 
 using namespace platform;
 
-CapturingDesktop::CapturingDesktop(const std::string& windowManager)
-    : X11Desktop({.windowManager = windowManager, .accessibility = true}), accessibility(hooks()),
-      selectionPaste(backEnd->frontApplication(), backEnd->keyboardEvents(), pasteboard,
-                     [this](std::int64_t process) { return hasOtherFocus(process); }),
-      workspace(mainQueue, front()) {
-    backEnd->keyboardEvents().setVeto([this] { return !pasteboard.isKept(); });
+CapturingDesktop::CapturingDesktop(std::unique_ptr<MatrixSession> matrixSession)
+    : session_(std::move(matrixSession)), accessibility(hooks()), workspace(mainQueue, front()) {
     accessibility.start();
     // The session bus may have started a launcher of its own, which does not report itself as enabled.
     if (!accessibility.enableForDesktop())
@@ -20,9 +16,9 @@ CapturingDesktop::CapturingDesktop(const std::string& windowManager)
     model = DataModel::create({.mainQueue = mainQueue,
                                .operationQueues = fake.operationQueues,
                                .urlSessions = fake.urlSessions,
-                               .pasteboard = pasteboard,
+                               .pasteboard = backEnd().pasteboard(),
                                .accessibility = accessibility,
-                               .keyboardEvents = backEnd->keyboardEvents(),
+                               .keyboardEvents = backEnd().keyboardEvents(),
                                .hotKeyCenter = fake.hotKeyCenter,
                                .keyboardLayout = fake.keyboardLayout,
                                .workspace = workspace,
@@ -38,32 +34,29 @@ CapturingDesktop::CapturingDesktop(const std::string& windowManager)
 
 AtSpiHooks CapturingDesktop::hooks() {
     return {.frontProcess = [this] { return frontProcess(); },
+            .focusComesBackBy = [this] { return focusComesBackBy_; },
             .frontPrimarySelection = [this] { return primarySelection(); },
             .pasteText =
                 [this](const std::string& text, auto deadline) {
                     if (!mayPaste)
                         return PasteOutcome::impossible;
                     writeWay = "pasted";
-                    return selectionPaste.paste(text, deadline);
+                    return backEnd().paste(text, deadline, otherFocus());
                 },
-            .withdrawPaste = [this] { pasteboard.takeBack(); },
+            .withdrawPaste = [this] { backEnd().withdrawPaste(); },
             .hasConsent = [] { return true; },
             .askForConsent = {}};
 }
 
 QtWorkspace::Front CapturingDesktop::front() {
     return {.process = [this] { return frontProcess().value_or(1); },
-            .name = [this] { return backEnd->frontApplication().name(); },
+            .name = [this] { return backEnd().frontName(); },
             .primarySelection = [this] { return primarySelection(); },
-            .selectionInsteadOfCopy =
-                [this] {
-                    return backEnd->frontApplication().selectionInsteadOfCopy(
-                        [this](std::int64_t process) { return hasOtherFocus(process); });
-                }};
+            .selectionInsteadOfCopy = [this] { return backEnd().selectionInsteadOfCopy(otherFocus()); }};
 }
 
-std::optional<std::int64_t> CapturingDesktop::frontProcess() {
-    return backEnd->frontApplication().processIdentifier();
+DesktopBackEnd::OtherFocus CapturingDesktop::otherFocus() {
+    return [this](std::int64_t process) { return accessibility.hasFieldBesideTerminal(process); };
 }
 
 AXError CapturingDesktop::copyFocused(AXUIElementRef& element) {
@@ -101,14 +94,18 @@ std::string CapturingDesktop::capture(bool byCopy) {
 }
 
 std::optional<std::string> CapturingDesktop::primarySelection() {
-    auto text = backEnd->frontApplication().primarySelection();
+    auto text = backEnd().primarySelection();
     if (text && !text->empty())
         captureWay = "PRIMARY";
     return text;
 }
 
-WriteResult CapturingDesktop::replaceSelection(const std::string& text) {
+WriteResult CapturingDesktop::replaceSelection(const std::string& text, bool behindPanel) {
     writeWay.clear();
+    if (behindPanel) {
+        session_->showPanel();
+        focusComesBackBy_ = std::chrono::steady_clock::now() + backEnd().focusReturnTime();
+    }
     return model->replaceSelection(text);
 }
 

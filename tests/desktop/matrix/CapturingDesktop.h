@@ -2,23 +2,26 @@
 
 #include "Platform/Fake/FakePlatform.h"
 #include "Platform/Linux/AtSpi/AtSpiAccessibility.h"
-#include "Platform/Linux/X11/X11SelectionPaste.h"
 #include "Platform/Qt/QtMainQueue.h"
 #include "Platform/Qt/QtWorkspace.h"
 #include "Quillmoth/Assistant/DataModel.h"
-#include "tests/desktop/x11/X11Session.h"
+#include "tests/desktop/matrix/X11MatrixSession.h"
 
 namespace quillmoth::test {
 
-/// A virtual desktop on which the program's model captures and writes back through the real back ends.
-/// Whatever has nothing to do with that is in memory.
-class CapturingDesktop : public X11Desktop {
+/// A session in which the program's model captures and writes back through the real back ends. Whatever has
+/// nothing to do with that is in memory.
+class CapturingDesktop {
 public:
-    explicit CapturingDesktop(const std::string& windowManager = "openbox");
+    explicit CapturingDesktop(std::unique_ptr<MatrixSession> matrixSession);
 
-    DesktopInput& input() { return desktop.input(); }
+    MatrixSession& session() { return *session_; }
 
-    [[nodiscard]] std::optional<std::int64_t> frontProcess();
+    UserHands& input() { return session_->hands(); }
+
+    platform::DesktopBackEnd& backEnd() { return session_->backEnd(); }
+
+    [[nodiscard]] std::optional<std::int64_t> frontProcess() { return backEnd().frontProcess(); }
 
     /// What has the focus, or the error of asking.
     platform::AXError copyFocused(platform::AXUIElementRef& element);
@@ -27,8 +30,8 @@ public:
     /// Captures, with the copy where `byCopy`, and gives the text; empty where there is none.
     std::string capture(bool byCopy = false);
 
-    /// What is told of it.
-    WriteResult replaceSelection(const std::string& text);
+    /// What is told of it. `behindPanel` has the panel open and close before, as it does in the program.
+    WriteResult replaceSelection(const std::string& text, bool behindPanel = false);
 
     /// How the latest capture and the latest write-back came about: "" is the plain way.
     std::string captureWay;
@@ -36,11 +39,14 @@ public:
     /// Otherwise a field's text is changed in place.
     bool mayPaste = true;
 
+private:
+    std::unique_ptr<MatrixSession> session_;
+    std::chrono::steady_clock::time_point focusComesBackBy_;
+
+public:
     platform::FakePlatform fakes;
     platform::QtMainQueue mainQueue;
-    platform::X11Pasteboard pasteboard;
     platform::AtSpiAccessibility accessibility;
-    platform::X11SelectionPaste selectionPaste;
     platform::QtWorkspace workspace;
     std::shared_ptr<DataModel> model;
 
@@ -48,8 +54,20 @@ private:
     platform::AtSpiHooks hooks();
     platform::QtWorkspace::Front front();
     std::optional<std::string> primarySelection();
+    platform::DesktopBackEnd::OtherFocus otherFocus();
+};
 
-    bool hasOtherFocus(std::int64_t process) { return accessibility.hasFieldBesideTerminal(process); }
+/// The same, on an X server of its own.
+class X11CapturingDesktop final : public CapturingDesktop {
+public:
+    X11CapturingDesktop() : X11CapturingDesktop(std::make_unique<X11MatrixSession>("openbox")) {}
+
+private:
+    explicit X11CapturingDesktop(std::unique_ptr<X11MatrixSession> matrixSession)
+        : CapturingDesktop(std::move(matrixSession)) {}
+
+public:
+    VirtualDesktop& desktop = static_cast<X11MatrixSession&>(session()).desktop();
 };
 
 } // namespace quillmoth::test

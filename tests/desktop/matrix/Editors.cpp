@@ -11,8 +11,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-std::string samplePath(const CapturingDesktop& desktop) {
-    return desktop.desktop.homeDirectory() + "/sample.txt";
+std::string samplePath(CapturingDesktop& desktop) {
+    return desktop.session().homeDirectory() + "/sample.txt";
 }
 
 /// What is written into the file, within a while, once the one that is there is gone and `save` is done.
@@ -31,14 +31,14 @@ std::string writtenText(const std::string& path, const std::function<void()>& sa
 }
 
 /// In visual mode, which other keys leave.
-void selectInVim(DesktopInput& input, std::size_t sample) {
+void selectInVim(UserHands& input, std::size_t sample) {
     input.tapKey(KEY_ESC);
     input.type(std::to_string(kFirstLines[sample] + 1) + "G0v" + (sample == 2 ? "j" : "") + "g_");
 }
 
 Field vimField(CapturingDesktop& desktop, const std::string& name) {
     Field field = editorField(desktop, name);
-    DesktopInput& input = desktop.input();
+    UserHands& input = desktop.input();
     field.select = [&input](std::size_t sample) { selectInVim(input, sample); };
     field.contents = [&desktop, &input] {
         return writtenText(samplePath(desktop), [&input] {
@@ -52,7 +52,7 @@ Field vimField(CapturingDesktop& desktop, const std::string& name) {
 
 RunningProgram openGvim(CapturingDesktop& desktop) {
     const Editor editor{"gvim (GTK 3)", {"gvim", "-f", "-n"}};
-    return {startInFront(desktop, editor.commandOn(desktop.desktop, sampleDocument())),
+    return {startInFront(desktop, editor.commandOn(desktop.session().homeDirectory(), sampleDocument())),
             {vimField(desktop, editor.name)}};
 }
 
@@ -67,7 +67,8 @@ RunningProgram openVimInXTerm(CapturingDesktop& desktop) {
     const Editor editor{"Vim in xterm", inXTerm({"vim", "-n"})};
     Field field = vimField(desktop, editor.name);
     field.kind = Field::Kind::unwritable;
-    return {startInFront(desktop, editor.commandOn(desktop.desktop, sampleDocument())), {field}};
+    return {startInFront(desktop, editor.commandOn(desktop.session().homeDirectory(), sampleDocument())),
+            {field}};
 }
 
 RunningProgram openNanoInXTerm(CapturingDesktop& desktop) {
@@ -85,12 +86,13 @@ RunningProgram openNanoInXTerm(CapturingDesktop& desktop) {
             desktop.input().tapKey(KEY_ENTER);
         });
     };
-    return {startInFront(desktop, editor.commandOn(desktop.desktop, sampleDocument())), {field}};
+    return {startInFront(desktop, editor.commandOn(desktop.session().homeDirectory(), sampleDocument())),
+            {field}};
 }
 
 /// Saving would be a command between two steps of undo, so it writes its text down again and again by itself.
 RunningProgram openEmacs(CapturingDesktop& desktop) {
-    const std::string copy = desktop.desktop.homeDirectory() + "/copy.txt";
+    const std::string copy = desktop.session().homeDirectory() + "/copy.txt";
     const Editor editor{"Emacs",
                         {"emacs", "--no-splash", "--eval",
                          "(run-with-timer 0.1 0.1 (lambda () (with-current-buffer (window-buffer) "
@@ -99,7 +101,8 @@ RunningProgram openEmacs(CapturingDesktop& desktop) {
     Field field = editorField(desktop, editor.name);
     field.contents = [copy] { return writtenText(copy, [] {}); };
     field.undo = [&desktop] { desktop.input().chord({KEY_LEFTCTRL, KEY_SLASH}); };
-    return {startInFront(desktop, editor.commandOn(desktop.desktop, sampleDocument())), {field}};
+    return {startInFront(desktop, editor.commandOn(desktop.session().homeDirectory(), sampleDocument())),
+            {field}};
 }
 
 /// Of the Athena widgets, which know Latin-1 alone and have no accessibility; Ctrl+V turns the page.
@@ -109,17 +112,16 @@ RunningProgram openXedit(CapturingDesktop& desktop) {
     field.kind = Field::Kind::unwritable;
     field.samples = {documentLines()[0], "", "", ""};
     field.select = [&desktop](std::size_t) {
-        DesktopWindows& windows = desktop.desktop.windows();
-        const auto place = windows.geometry(windows.activeWindow());
+        const auto place = desktop.session().frontPlace();
         constexpr int kTextLeft = 17;
         constexpr int kTextTop = 130;
-        DesktopInput& input = desktop.input();
+        UserHands& input = desktop.input();
         letPass(300ms);
         input.movePointer(place.x + kTextLeft, place.y + kTextTop);
-        input.pressButton(1);
+        input.pressButton();
         input.movePointer(place.x + kTextLeft + 40, place.y + kTextTop);
         input.movePointer(place.x + 110, place.y + kTextTop);
-        input.releaseButton(1);
+        input.releaseButton();
     };
     // What has not changed is not saved.
     field.contents = [&desktop] {
@@ -130,7 +132,8 @@ RunningProgram openXedit(CapturingDesktop& desktop) {
             desktop.input().chord({KEY_LEFTCTRL, KEY_S});
         });
     };
-    return {startInFront(desktop, editor.commandOn(desktop.desktop, sampleDocument())), {field}};
+    return {startInFront(desktop, editor.commandOn(desktop.session().homeDirectory(), sampleDocument())),
+            {field}};
 }
 
 /// Tk 8.6 hands over a character beyond the Basic Multilingual Plane as two halves of three bytes each.
@@ -165,12 +168,13 @@ RunningProgram openTk(CapturingDesktop& desktop) {
         desktop.input().chord({KEY_LEFTCTRL, KEY_SLASH});
         return withWholeCharacters(copiedText(desktop));
     };
-    return {startInFront(desktop, editor.commandOn(desktop.desktop, sampleDocument())), {field}};
+    return {startInFront(desktop, editor.commandOn(desktop.session().homeDirectory(), sampleDocument())),
+            {field}};
 }
 
 /// A picture with a text on it that is being edited; of GTK 2, without accessibility.
 RunningProgram openGimp(CapturingDesktop& desktop) {
-    const std::string path = desktop.desktop.homeDirectory() + "/sample.ppm";
+    const std::string path = desktop.session().homeDirectory() + "/sample.ppm";
     constexpr int kWidth = 600;
     constexpr int kHeight = 400;
     std::ofstream(path, std::ios::binary)
@@ -179,12 +183,12 @@ RunningProgram openGimp(CapturingDesktop& desktop) {
     RunningProgram program{
         openTitled(desktop, {"gimp", "--new-instance", "--no-splash", "--no-data", path}, "[sample]"),
         {editorField(desktop, "GIMP, text tool")}};
-    DesktopInput& input = desktop.input();
+    UserHands& input = desktop.input();
     input.tapKey(KEY_T);
-    const auto place = desktop.desktop.windows().geometry(desktop.desktop.windows().activeWindow());
+    const auto place = desktop.session().frontPlace();
     input.click(place.x + place.width / 2, place.y + place.height / 2);
-    desktop.pasteboard.clearContents();
-    desktop.pasteboard.setString(sampleDocument());
+    desktop.backEnd().pasteboard().clearContents();
+    desktop.backEnd().pasteboard().setString(sampleDocument());
     // Keys that come before the click is dealt with belong to the picture.
     letPass(1s);
     input.chord({KEY_LEFTCTRL, KEY_V});
@@ -204,8 +208,9 @@ std::function<RunningProgram(CapturingDesktop&)> openSwing(const std::string& na
                  kJavaBridge});
         }
         editor.command.push_back(MATRIX_SOURCES "/TextArea.java");
-        return RunningProgram{startInFront(desktop, editor.commandOn(desktop.desktop, sampleDocument())),
-                              {editorField(desktop, name)}};
+        return RunningProgram{
+            startInFront(desktop, editor.commandOn(desktop.session().homeDirectory(), sampleDocument())),
+            {editorField(desktop, name)}};
     };
 }
 

@@ -1,7 +1,6 @@
 #include "tests/desktop/matrix/Examination.h"
 
 #include "Quillmoth/Capture/SelectionWriter.h"
-#include "tests/desktop/tray/OtherClipboards.h"
 
 #include <algorithm>
 #include <linux/input-event-codes.h>
@@ -172,16 +171,20 @@ private:
     /// said to be.
     bool replaceSelected() {
         selectAnew();
-        clipboardOwner_.emplace(copyRich(kKeptText, kKeptHTML));
+        clipboardOwner_.emplace(desktop_.session().copyRich(kKeptText, kKeptHTML));
         const auto start = Clock::now();
-        const WriteResult result = desktop_.replaceSelection(kAnswer);
+        const WriteResult result = desktop_.replaceSelection(kAnswer, true);
         writeTime_ = millisecondsSince(start);
         return result == WriteResult::written;
     }
 
+    std::string onClipboard(const std::string& mediaType = "text/plain") {
+        return desktop_.session().onClipboard(mediaType);
+    }
+
     bool isClipboardKept() {
         return holdsWithin(
-            3s, [] { return onClipboard() == kKeptText && onClipboard("text/html") == kKeptHTML; });
+            3s, [this] { return onClipboard() == kKeptText && onClipboard("text/html") == kKeptHTML; });
     }
 
     /// Nothing may change, and that has to be told.
@@ -243,11 +246,11 @@ private:
 
 std::string copiedText(CapturingDesktop& desktop) {
     constexpr const char* kMarker = "nothing was copied";
-    desktop.pasteboard.clearContents();
-    desktop.pasteboard.setString(kMarker);
+    desktop.backEnd().pasteboard().clearContents();
+    desktop.backEnd().pasteboard().setString(kMarker);
     desktop.input().chord({KEY_LEFTCTRL, KEY_C});
     std::string text = kMarker;
-    waitFor([&] { return (text = onClipboard()) != kMarker; }, 2s);
+    waitFor([&] { return (text = desktop.session().onClipboard("text/plain")) != kMarker; }, 2s);
     // Some count the end of the string in.
     while (!text.empty() && text.back() == '\0')
         text.pop_back();

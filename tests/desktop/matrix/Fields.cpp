@@ -1,6 +1,5 @@
 #include "tests/desktop/matrix/Fields.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <linux/input-event-codes.h>
@@ -29,7 +28,7 @@ ProgramKind ownWindow(const std::string& name, const std::string& what, Field::K
 }
 
 RunningProgram openXTerm(CapturingDesktop& desktop) {
-    const std::string path = desktop.desktop.homeDirectory() + "/sample.txt";
+    const std::string path = desktop.session().homeDirectory() + "/sample.txt";
     std::ofstream(path, std::ios::binary) << sampleDocument();
     // This terminal keeps no joiners between cells, and composes what can be composed.
     auto samples = documentSamples();
@@ -42,63 +41,80 @@ RunningProgram openXTerm(CapturingDesktop& desktop) {
             {{"xterm", samples, select, Field::Kind::readOnly}}};
 }
 
-/// Shows one sample after the other, as its select-all key takes everything.
-RunningProgram openXfceTerminal(CapturingDesktop& desktop) {
-    const std::string folder = desktop.desktop.homeDirectory();
+/// A terminal that shows one sample after the other, which `select` selects with all that is there.
+RunningProgram openShowing(CapturingDesktop& desktop, std::vector<std::string> command,
+                           const std::function<void()>& select) {
+    const std::string folder = desktop.session().homeDirectory();
     const auto samples = documentSamples();
     for (std::size_t sample = 0; sample < samples.size(); ++sample)
         std::ofstream(folder + "/sample" + std::to_string(sample)) << samples[sample];
-    const auto select = [&desktop](std::size_t sample) {
-        desktop.input().type(std::to_string(sample) + "\n");
-        letPass(900ms);
+    const std::string name = command.front();
+    command.insert(command.end(),
+                   {"sh", "-c", "stty -echo; while read n; do clear; cat " + folder + "/sample$n; done"});
+    return {startInFront(desktop, command),
+            {{name, samples,
+              [&desktop, select](std::size_t sample) {
+                  desktop.input().type(std::to_string(sample) + "\n");
+                  letPass(900ms);
+                  select();
+              },
+              Field::Kind::readOnly}}};
+}
+
+RunningProgram openXfceTerminal(CapturingDesktop& desktop) {
+    return openShowing(desktop, {"xfce4-terminal", "--disable-server", "--hide-menubar", "-x"}, [&desktop] {
         desktop.input().chord({KEY_LEFTCTRL, KEY_LEFTSHIFT, KEY_A});
-    };
-    return {startInFront(desktop, {"xfce4-terminal", "--disable-server", "--hide-menubar", "-x", "sh", "-c",
-                                   "stty -echo; while read n; do clear; cat " + folder + "/sample$n; done"}),
-            {{"xfce4-terminal", samples, select, Field::Kind::readOnly}}};
+    });
+}
+
+RunningProgram openFoot(CapturingDesktop& desktop) {
+    RunningProgram program = openShowing(desktop, {"foot"}, [&desktop] {
+        const auto place = desktop.session().frontPlace();
+        UserHands& input = desktop.input();
+        input.movePointer(place.x + 2, place.y + 4);
+        input.pressButton();
+        input.movePointer(place.x + 60, place.y + 4);
+        input.movePointer(place.x + place.width - 20, place.y + place.height / 2);
+        input.releaseButton();
+    });
+    // It composes what can be composed.
+    program.fields.front().samples[1] = "\U0001F600 smile \u00E9l\u00E8ve \U0001F469\u200D\U0001F680 flies";
+    return program;
 }
 
 } // namespace
 
 ProgramKind editorKind(const Editor& editor, bool isLight) {
-    return {.name = editor.name,
-            .executable = editor.command.front(),
-            .isLight = isLight,
-            .open = [=](CapturingDesktop& desktop) {
-                return RunningProgram{
-                    startInFront(desktop, editor.commandOn(desktop.desktop, sampleDocument())),
-                    {editorField(desktop, editor.name)}};
-            }};
+    return {
+        .name = editor.name,
+        .executable = editor.command.front(),
+        .isLight = isLight,
+        .open = [=](CapturingDesktop& desktop) {
+            return RunningProgram{
+                startInFront(desktop, editor.commandOn(desktop.session().homeDirectory(), sampleDocument())),
+                {editorField(desktop, editor.name)}};
+        }};
 }
 
 void dragOverLines(CapturingDesktop& desktop, std::size_t first, std::size_t count) {
     constexpr int kLineHeight = 13;
     constexpr int kBorder = 2;
-    const auto place = desktop.desktop.windows().geometry(desktop.desktop.windows().activeWindow());
+    const auto place = desktop.session().frontPlace();
     const auto lineAt = [&](std::size_t line) {
         return place.y + kBorder + kLineHeight * static_cast<int>(line) + kLineHeight / 2;
     };
-    DesktopInput& input = desktop.input();
+    UserHands& input = desktop.input();
     // Far from the press before it, which would make it a double one.
     letPass(300ms);
     input.movePointer(place.x + kBorder, lineAt(first));
-    input.pressButton(1);
+    input.pressButton();
     input.movePointer(place.x + kBorder + 60, lineAt(first));
     input.movePointer(place.x + place.width - 20, lineAt(first + count - 1));
-    input.releaseButton(1);
+    input.releaseButton();
 }
 
-ChildOptions programOptions() {
-    // Without stored settings no program asks whether to bring back what it showed the time before.
-    return {.environment = {{"GSETTINGS_BACKEND", "memory"},
-                            {"LC_ALL", "C.UTF-8"},
-                            {"GSK_RENDERER", "cairo"},
-                            {"LIBGL_ALWAYS_SOFTWARE", "1"},
-                            {"QT_QPA_PLATFORM", "xcb"}}};
-}
-
-std::vector<std::string> Editor::commandOn(const VirtualDesktop& desktop, const std::string& text) const {
-    const std::string path = desktop.homeDirectory() + "/sample.txt";
+std::vector<std::string> Editor::commandOn(const std::string& home, const std::string& text) const {
+    const std::string path = home + "/sample.txt";
     std::ofstream(path, std::ios::binary) << text;
     std::vector<std::string> whole = command;
     whole.push_back(path);
@@ -132,7 +148,7 @@ std::vector<std::string> documentSamples() {
     return {lines[0], lines[1], lines[2] + "\n" + lines[3], lines[4]};
 }
 
-void selectLinesOfSample(DesktopInput& input, std::size_t sample) {
+void selectLinesOfSample(UserHands& input, std::size_t sample) {
     input.chord({KEY_LEFTCTRL, KEY_HOME});
     for (std::size_t line = 0; line < kFirstLines[sample]; ++line)
         input.tapKey(KEY_DOWN);
@@ -151,14 +167,13 @@ Field editorField(CapturingDesktop& desktop, const std::string& name) {
 
 ChildProcess startInFront(CapturingDesktop& desktop, const std::vector<std::string>& command,
                           std::chrono::seconds limit) {
-    DesktopWindows& windows = desktop.desktop.windows();
-    waitFor([&] { return windows.managedWindows().empty(); });
-    ChildProcess process(command, programOptions());
+    MatrixSession& session = desktop.session();
+    waitFor([&] { return !session.hasWindows(); });
+    ChildProcess process(command, session.programOptions());
     bool isInFront = false;
     waitFor(
         [&] {
-            const auto managed = windows.managedWindows();
-            isInFront = std::find(managed.begin(), managed.end(), windows.activeWindow()) != managed.end();
+            isInFront = session.frontTitle().has_value();
             return isInFront || !process.isRunning();
         },
         limit);
@@ -168,7 +183,7 @@ ChildProcess startInFront(CapturingDesktop& desktop, const std::vector<std::stri
 }
 
 std::string freshFolder(CapturingDesktop& desktop, const std::string& name) {
-    std::string path = desktop.desktop.homeDirectory() + '/' + name;
+    std::string path = desktop.session().homeDirectory() + '/' + name;
     std::filesystem::remove_all(path);
     std::filesystem::create_directories(path);
     return path;
@@ -177,8 +192,10 @@ std::string freshFolder(CapturingDesktop& desktop, const std::string& name) {
 ChildProcess openTitled(CapturingDesktop& desktop, const std::vector<std::string>& command,
                         const std::string& title) {
     ChildProcess process = startInFront(desktop, command, 30s);
-    const DesktopWindows& windows = desktop.desktop.windows();
-    if (!holdsWithin(30s, [&] { return windows.windowTitled(title) == windows.activeWindow(); }))
+    const auto isShown = [&] {
+        return desktop.session().frontTitle().value_or("").find(title) != std::string::npos;
+    };
+    if (!holdsWithin(30s, isShown))
         throw std::runtime_error(command.front() + " does not show " + title);
     return process;
 }
@@ -192,6 +209,8 @@ std::vector<ProgramKind> programKinds() {
     kinds.push_back(ownWindow("password field (Qt 6)", "password", Field::Kind::secret));
     kinds.push_back({.name = "xterm", .executable = "xterm", .isLight = true, .open = openXTerm});
     kinds.push_back({.name = "xfce4-terminal", .executable = "xfce4-terminal", .open = openXfceTerminal});
+    kinds.push_back(
+        {.name = "foot", .executable = "foot", .isLight = true, .needsWayland = true, .open = openFoot});
     for (const auto& more : {usualEditors(), oddEditors(), webPrograms(), officePrograms()})
         kinds.insert(kinds.end(), more.begin(), more.end());
     return kinds;

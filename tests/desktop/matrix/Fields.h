@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/desktop/matrix/CapturingDesktop.h"
+#include "tests/desktop/support/WaitFor.h"
 
 #include <functional>
 #include <string>
@@ -39,6 +40,8 @@ struct ProgramKind {
     std::string executable;
     /// Quick to start, and there after a plain installation.
     bool isLight = false;
+    /// Not on an X server.
+    bool needsWayland = false;
     std::function<RunningProgram(CapturingDesktop&)> open;
 };
 
@@ -49,15 +52,11 @@ struct Editor {
     std::vector<std::string> command;
 
     /// Puts the text into a file of the home folder; the whole command.
-    [[nodiscard]] std::vector<std::string> commandOn(const VirtualDesktop& desktop,
-                                                     const std::string& text) const;
+    [[nodiscard]] std::vector<std::string> commandOn(const std::string& home, const std::string& text) const;
 };
 
 /// Those that start quickly: a GTK 3, a Qt 5 and a Qt 6 one.
 std::vector<Editor> lightEditors();
-
-/// What every program is started with.
-ChildOptions programOptions();
 
 /// The document that editors show: one paragraph a line.
 std::string sampleDocument();
@@ -87,7 +86,7 @@ std::string copiedText(CapturingDesktop& desktop);
 
 /// An editor whose selection is made with the keys that all of them have.
 Field editorField(CapturingDesktop& desktop, const std::string& name);
-void selectLinesOfSample(DesktopInput& input, std::size_t sample);
+void selectLinesOfSample(UserHands& input, std::size_t sample);
 /// Drags over lines of a terminal of the font "fixed" with a border of two pixels, from its top on.
 void dragOverLines(CapturingDesktop& desktop, std::size_t first, std::size_t count);
 /// Where each sample begins in the document.

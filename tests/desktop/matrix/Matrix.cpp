@@ -18,15 +18,17 @@ namespace {
 using namespace quillmoth::test;
 
 constexpr const char* kUsage =
-    "Usage: matrix [--light] [--window-manager NAME] [--only TEXT] [--output FILE]\n"
-    "Tries every field under one window manager and prints a table.\n"
+    "Usage: matrix [--light] [--session x11|sway] [--window-manager NAME] [--only TEXT] [--output FILE]\n"
+    "Tries every field in one session and prints a table.\n"
     "  --light    only programs that start quickly\n"
+    "  --session  an X server, with this window manager, or else sway\n"
     "  --only     only programs whose name contains the text\n"
     "  --output   adds the table to a file too\n"
     "Exit codes: 0 where no cell says \"no\", 1 otherwise, 2 wrong use.\n";
 
 struct Options {
     bool isLight = false;
+    std::string session = "x11";
     std::string windowManager = "openbox";
     std::string only = {};
     std::string output = {};
@@ -41,6 +43,7 @@ std::optional<Options> optionsFrom(int argc, char** argv) {
             continue;
         }
         std::string* value = name == "--window-manager" ? &options.windowManager
+                             : name == "--session"      ? &options.session
                              : name == "--only"         ? &options.only
                              : name == "--output"       ? &options.output
                                                         : nullptr;
@@ -75,11 +78,11 @@ std::vector<Row> rowsOf(CapturingDesktop& desktop, const ProgramKind& kind) {
         }
     } catch (const std::exception& problem) {
         std::cerr << kind.name << ": " << problem.what() << '\n';
-        desktop.desktop.saveScreenshot("matrix-failure.png");
+        desktop.session().saveScreenshot("matrix-failure.png");
         rows.push_back(rowWithout(kind.name, "-"));
         rows.back().cells.front() = "no: did not start";
     }
-    waitFor([&] { return desktop.desktop.windows().managedWindows().empty(); });
+    waitFor([&] { return !desktop.session().hasWindows(); });
     return rows;
 }
 
@@ -115,15 +118,18 @@ bool isFine(const Row& row) {
 
 int run(const Options& options) {
     const quillmoth::ScopedLogCapture quiet([](const std::string&) {});
-    CapturingDesktop desktop(options.windowManager);
+    CapturingDesktop desktop(MatrixSession::start(options.session, options.windowManager));
     std::vector<Row> rows;
     for (const ProgramKind& kind : programKinds()) {
-        if ((options.isLight && !kind.isLight) || kind.name.find(options.only) == std::string::npos)
+        const bool isLeftOut = (options.isLight && !kind.isLight) ||
+                               (kind.needsWayland && !desktop.session().isWayland()) ||
+                               kind.name.find(options.only) == std::string::npos;
+        if (isLeftOut)
             continue;
         for (Row& row : rowsOf(desktop, kind))
             rows.push_back(std::move(row));
     }
-    const std::string text = "Under " + desktop.desktop.windowManager() + ":\n\n" + table(rows) + "\n";
+    const std::string text = "Under " + desktop.session().name() + ":\n\n" + table(rows) + "\n";
     std::cout << text;
     if (!options.output.empty())
         std::ofstream(options.output, std::ios::app) << text;

@@ -39,7 +39,7 @@ ChildProcess openOffice(CapturingDesktop& desktop, const std::string& part, cons
 <item oor:path="/org.openoffice.Office.Common/Misc"><prop oor:name="FirstRun" oor:op="fuse"><value>false</value></prop></item>
 <item oor:path="/org.openoffice.Setup/Product"><prop oor:name="ooSetupLastVersion" oor:op="fuse"><value>99.9</value></prop></item>
 </oor:items>)";
-    const std::string path = desktop.desktop.homeDirectory() + "/" + file;
+    const std::string path = desktop.session().homeDirectory() + "/" + file;
     std::ofstream(path, std::ios::binary) << document;
     return openTitled(desktop,
                       {"libreoffice", part, "--norestore", "--nologo", "--nofirststartwizard",
